@@ -1,0 +1,35 @@
+# The language, the warnings and the sanitizers that every target of this project shares.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_STANDARD 17)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+find_program(QUORVANE_CCACHE ccache)
+if(QUORVANE_CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER "${QUORVANE_CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${QUORVANE_CCACHE}")
+  set(CMAKE_OBJCXX_COMPILER_LAUNCHER "${QUORVANE_CCACHE}")
+endif()
+
+add_library(quorvane_compiler INTERFACE)
+target_include_directories(quorvane_compiler INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_definitions(quorvane_compiler INTERFACE _FILE_OFFSET_BITS=64)
+target_compile_options(quorvane_compiler INTERFACE -Wall -Wextra -Wformat=2 -Wvla -Werror)
+if(QUORVANE_SANITIZE)
+  target_compile_options(quorvane_compiler INTERFACE
+    -fsanitize=${QUORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(quorvane_compiler INTERFACE -fsanitize=${QUORVANE_SANITIZE})
+else()
+  target_compile_options(quorvane_compiler INTERFACE
+    $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>
+    -fstack-protector-strong)
+endif()
+
+# Plain C++ files are compiled with Cocoa's type names poisoned: including a Cocoa header, or
+# naming one of its types, is a compile error outside the .mm files.
+add_library(quorvane_plain_cpp INTERFACE)
+target_compile_options(quorvane_plain_cpp INTERFACE
+  "$<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${CMAKE_SOURCE_DIR}/platform/no_cocoa.h>")

@@ -1,0 +1,35 @@
+# How tests are declared. Every test case is a CTest test of its own and runs in a process of its
+# own, so that process-wide state never leaks from one into another.
+
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+add_library(quorvane_test_support STATIC)
+target_link_libraries(quorvane_test_support PUBLIC quorvane_compiler GTest::gtest)
+
+set(QUORVANE_TEST_ENVIRONMENT
+  "ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0:handle_segv=0:allow_user_segv_handler=1"
+  "UBSAN_OPTIONS=print_stacktrace=1")
+
+function(quorvane_discover name seconds)
+  gtest_discover_tests(${name}
+    TEST_PREFIX "${name}."
+    DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT ${seconds} ENVIRONMENT "${QUORVANE_TEST_ENVIRONMENT}")
+endfunction()
+
+# quorvane_unit_test(NAME SOURCE...): tests that call the library's functions.
+function(quorvane_unit_test name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE
+    quorvane_core quorvane_cocoa quorvane_test_support GTest::gtest_main)
+  quorvane_discover(${name} 60)
+endfunction()
+
+# quorvane_blackbox_test(NAME SOURCE...): tests that run built executables; they link none of the
+# product. A test finds the executables in QUORVANE_BIN and its data in QUORVANE_SOURCE.
+function(quorvane_blackbox_test name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE quorvane_test_support GTest::gtest_main)
+  quorvane_discover(${name} 180)
+endfunction()

@@ -1,0 +1,7 @@
+#include "platform/environment.h"
+
+#include <unistd.h>
+
+char** getEnvP() {
+  return environ;
+}

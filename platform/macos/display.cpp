@@ -1,0 +1,5 @@
+#include "platform/display.h"
+
+bool isDisplayAvailable() {
+  return true;
+}

@@ -1,0 +1,5 @@
+#include "platform/jvm_library.h"
+
+const char* platformJvmLibraryName() {
+  return nullptr;
+}

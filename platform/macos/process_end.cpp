@@ -1,0 +1,7 @@
+#include "platform/process_end.h"
+
+#include <cstdlib>
+
+void endProcess(int status) {
+  exit(status);
+}

@@ -1,0 +1,89 @@
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "support/file_operations.h"
+#include "support/folder_walk.h"
+#include "support/logging.h"
+#include "support/paths.h"
+
+static char copyBuf[50000];
+
+struct CloseFile {
+  void operator()(FILE* file) const { fclose(file); }
+};
+using File = std::unique_ptr<FILE, CloseFile>;
+
+// Copies bytes from the file `from` to the file `to`; false when either cannot be opened. `tag`
+// names the caller in the two messages.
+static bool copyBytes(const char* tag, const char* from, const char* to) {
+  const File source(fopen(from, "rb"));
+  if (source == nullptr) {
+    logMessage("[%s] *************************** Unable to open source file for copy %s\n", tag,
+               from);
+    return false;
+  }
+  const File target(fopen(to, "wb"));
+  if (target == nullptr) {
+    logMessage("[%s] *************************** Unable to open destination file for copy %s\n",
+               tag, to);
+    return false;
+  }
+  size_t count = 0;
+  do {
+    count = fread(copyBuf, 1, sizeof copyBuf, source.get());
+    fwrite(copyBuf, 1, count, target.get());
+  } while (count == sizeof copyBuf);
+  return true;
+}
+
+void copyFile(const char* from, const char* to) {
+  logMessage("[Extractor] Copying FILE %s\n", to);
+  static_cast<void>(copyBytes("Extractor", from, to));
+}
+
+static std::string childOf(const char* folder, const char* name) {
+  char path[PATH_BUFFER_SIZE];
+  return setPath(path, folder, name);
+}
+
+static int copyChildFolder(const char* from, const char* to) {
+  logMessage("[CopyFolder] Copying DIR %s\n", to);
+  int result = makeDir(to);
+  if (result != 0) {
+    logMessage(
+        "[CopyFolder] *************************** Failed to copy %s to %s (could not create target "
+        "folder)\n",
+        from, to);
+    return result;
+  }
+  result = copyFolder(from, to);
+  if (result != 0) {
+    logMessage("[CopyFolder] *************************** Failed to copy %s to %s\n", from, to);
+  }
+  return result;
+}
+
+static int copyChild(const char* from, const char* to) {
+  if (openFolder(from) != nullptr) {
+    return copyChildFolder(from, to);
+  }
+  logMessage("[CopyFolder] Copying FILE %s\n", to);
+  return copyBytes("CopyFolder", from, to) ? 0 : 1;
+}
+
+int copyFolder(const char* from, const char* to) {
+  const Folder folder = openFolder(from);
+  if (folder == nullptr) {
+    logMessage("[CopyFolder] SourceDir from '%s' is NULL\n", from);
+    return 1;
+  }
+  while (const dirent* entry = nextEntry(folder.get())) {
+    const int result =
+        copyChild(childOf(from, entry->d_name).c_str(), childOf(to, entry->d_name).c_str());
+    if (result != 0) {
+      return result;
+    }
+  }
+  return 0;
+}

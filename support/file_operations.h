@@ -1,0 +1,50 @@
+#ifndef QUORVANE_SUPPORT_FILE_OPERATIONS_H
+#define QUORVANE_SUPPORT_FILE_OPERATIONS_H
+
+// File-system work of an installation. Every step is logged with its path where it happens; only
+// makeDir(), deleteFolder() and copyFolder() return a status. Tree walks skip entries whose name
+// begins with '.' and is shorter than 3 characters. Deleting and setting modes never follow a
+// symbolic link out of the tree. Not thread-safe (the copies share one static buffer): the
+// installing thread only.
+
+// Returns whether `path` can be opened for reading, which a readable folder can. Logs only success.
+[[nodiscard]] bool doesFileExist(const char* path);
+
+// Logs the question and returns true without looking.
+bool doesDirExist(const char* path);
+
+// Creates the folder `path` with mode 0777; its parents must exist. Returns 0 when it exists
+// already or was created, else -1. An existing folder keeps its mode.
+int makeDir(const char* path);
+
+// Sets mode 0755 on `path` and, for a folder, on everything below it.
+void chmodR755(const char* path);
+
+// Sets mode 0777 on `path` alone.
+void chmod777(const char* path);
+
+// Deletes everything inside the folder `path`; the folder itself stays. Goes on after a failure.
+// Returns 1 when the folder cannot be opened, else 0. Not atomic.
+int deleteFolder(const char* path);
+
+// Copies one file's bytes, creating or truncating `to`; modes and times are not copied.
+void copyFile(const char* from, const char* to);
+
+// Copies the tree below `from` into the existing folder `to`, file by file. Returns 0, or non-zero
+// at the first failure, leaving what was copied until then. Not atomic.
+int copyFolder(const char* from, const char* to);
+
+// Moves the folder `from` to `to`: a rename where the file system allows it, tried for about three
+// seconds in two ways, else a copy into `to` that leaves `from` in place. The caller cannot tell
+// which; it has to look at the folders.
+void doRename(const char* from, const char* to);
+
+// Writes into the path buffer `dst` the folder of an installed version: base, '/', "Quorvane-",
+// name, '-', version and "-complete". Returns `dst`.
+char* makeAppFolder(char* dst, const char* base, const char* name, const char* version);
+
+// Writes into the path buffer `dst` a name for a temporary folder in `base`, made of the time in
+// seconds and the number of entries in `base`. The folder is not created. Returns `dst`.
+char* makeAppTempFolder(char* dst, const char* base, ...);
+
+#endif

@@ -1,0 +1,129 @@
+#include "support/logging.h"
+
+#include <cstdarg>
+#include <cstdlib>
+#include <ctime>
+
+#include <unistd.h>
+
+#include "support/clock.h"
+#include "support/file_operations.h"
+#include "support/paths.h"
+#include "support/system_log.h"
+
+FILE* fileToLogTo = nullptr;
+uint64_t lastTimestamp = 0;
+
+static const char kErrorRule[] = "*******************************************\n";
+static const char kStartRule[] = "++++++++++++++++++++++++++++++++++++++++++++++++\n";
+static const char kEndRule[] = "------------------------------------------------\n";
+
+static void writePrefixed(FILE* sink, uint64_t elapsed, const char* format, va_list arguments) {
+  fprintf(sink, "+%-8llu ", static_cast<unsigned long long>(elapsed));
+  vfprintf(sink, format, arguments);
+}
+
+static void writeToSystemLog(const char* format, va_list arguments) {
+  char* text = nullptr;
+  if (vasprintf(&text, format, arguments) < 0) {
+    return;
+  }
+  writeSystemLog(text);
+  free(text);
+}
+
+static void logArguments(const char* format, va_list arguments) {
+  const uint64_t now = systemTimeMillis();
+  const uint64_t elapsed = lastTimestamp == 0 ? 0 : now - lastTimestamp;
+  va_list copy;
+  if (fileToLogTo != nullptr) {
+    va_copy(copy, arguments);
+    writePrefixed(fileToLogTo, elapsed, format, copy);
+    va_end(copy);
+    fflush(fileToLogTo);
+  }
+  va_copy(copy, arguments);
+  writePrefixed(stdout, elapsed, format, copy);
+  va_end(copy);
+  fflush(stdout);
+  fflush(stderr);
+  lastTimestamp = systemTimeMillis();
+  va_copy(copy, arguments);
+  writeToSystemLog(format, copy);
+  va_end(copy);
+}
+
+void logMessage(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  logArguments(format, arguments);
+  va_end(arguments);
+}
+
+void logError(const char* format, ...) {
+  logMessage("%s", kErrorRule);
+  va_list arguments;
+  va_start(arguments, format);
+  logArguments(format, arguments);
+  va_end(arguments);
+  logMessage("%s", kErrorRule);
+  fflush(stdout);
+  fflush(stderr);
+}
+
+void logStartSection(const char* name) {
+  logMessage("%s", kStartRule);
+  logMessage("+++ Start: %s\n", name);
+  logMessage("%s", kStartRule);
+}
+
+void logEndSection(const char* name) {
+  logMessage("%s", kEndRule);
+  logMessage("--- End: %s\n", name);
+  logMessage("%s", kEndRule);
+}
+
+void setFileToLogTo(FILE* file) {
+  fileToLogTo = file;
+}
+
+void closeLoggedFile() {
+  logMessage("[Utils] Closing logging file.\n");
+  if (fileToLogTo != nullptr) {
+    fclose(fileToLogTo);
+    fileToLogTo = nullptr;
+  }
+}
+
+// Writes "YYYY-MM-DD-HH-MM-SS-mmm.log", local time, into the `size` bytes at `name`.
+static void formatLogFileName(char* name, size_t size) {
+  const time_t now = time(nullptr);
+  tm local{};
+  localtime_r(&now, &local);
+  const size_t length = strftime(name, size, "%Y-%m-%d-%H-%M-%S", &local);
+  // Formatting the buffer into itself would drop the stamp on some C libraries; append instead.
+  snprintf(name + length, size - length, "-%03d.log", getJustMillis());
+}
+
+void setupFileLogging(const char* baseDir) {
+  char name[1024] = "";
+  formatLogFileName(name, sizeof name);
+  char path[PATH_BUFFER_SIZE];
+  setPath(path, baseDir, "logs");
+  makeDir(baseDir);
+  makeDir(path);
+  char fileName[sizeof name + sizeof "Wrapper-"];
+  snprintf(fileName, sizeof fileName, "Wrapper-%s", name);
+  pathcat(path, fileName);
+  logMessage("[Extractor] Logging to %s\n", path);
+  setFileToLogTo(fopen(path, "w"));
+}
+
+void printWorkingDir() {
+  char* folder = static_cast<char*>(calloc(1024, 1));
+  if (folder != nullptr && getcwd(folder, 1024) == nullptr) {
+    folder[0] = 0;
+  }
+  logMessage("[Extractor] Working dir is '%s'\n", folder == nullptr ? "" : folder);
+  free(folder);
+}

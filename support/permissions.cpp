@@ -1,0 +1,65 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "support/file_operations.h"
+#include "support/folder_walk.h"
+#include "support/logging.h"
+#include "support/paths.h"
+#include "support/strings.h"
+
+// The log shows the command that would do the same; the modes are set in-process, so that no
+// character of a path can become code in a shell.
+static void logCommand(const char* command, const char* path) {
+  char* quoted = quoteSpaciousString(path);
+  char* text = allocTempString(command, quoted);
+  logMessage("[ChMod] Executing %s\n", text);
+  free(text);
+  free(quoted);
+}
+
+// Sets the mode of `path` unless it is a symbolic link, whose target may lie anywhere.
+static void setMode(const char* path, mode_t mode) {
+  struct stat status {};
+  if (lstat(path, &status) != 0) {
+    return;
+  }
+  if (S_ISLNK(status.st_mode)) {
+    logMessage("[ChMod] Not following link %s\n", path);
+    return;
+  }
+  const int handle = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (handle < 0) {
+    chmod(path, mode);
+    return;
+  }
+  fchmod(handle, mode);
+  close(handle);
+}
+
+static void setModeRecursively(const char* path, mode_t mode) {
+  setMode(path, mode);
+  const Folder folder = openFolderWithoutLink(path);
+  char* child = static_cast<char*>(allocZeroed(PATH_BUFFER_SIZE));
+  while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get())) {
+    const char* name = entry->d_name;
+    const bool isSelfOrParent =
+        name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
+    if (!isSelfOrParent) {
+      setModeRecursively(setPath(child, path, name), mode);
+    }
+  }
+  free(child);
+}
+
+void chmodR755(const char* path) {
+  logCommand("chmod -R 755 ", path);
+  setModeRecursively(path, 0755);
+}
+
+void chmod777(const char* path) {
+  logCommand("chmod 777 ", path);
+  setMode(path, 0777);
+}

@@ -1,0 +1,32 @@
+#ifndef QUORVANE_TESTS_SUPPORT_PROCESS_H
+#define QUORVANE_TESTS_SUPPORT_PROCESS_H
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace test {
+
+struct Command {
+  std::vector<std::string> arguments;              // arguments[0] is the program's path
+  std::map<std::string, std::string> environment;  // added to, or replacing, this process's own
+  std::vector<std::string> unset;                  // variables that the program must not see
+  std::string folder;                              // working folder; empty for this process's own
+  double seconds = 60;                             // after that long it is killed
+};
+
+struct Result {
+  int status = -1;        // exit status, or -1 when it did not end by itself
+  int signal = 0;         // the signal that ended it, or 0
+  bool timedOut = false;  // whether it had to be killed
+  std::string out;        // standard output
+  std::string err;        // standard error
+};
+
+// Runs a program with empty standard input, waits for its end, and returns what it printed. What is
+// still alive of its process group afterwards is killed.
+Result run(const Command& command);
+
+}  // namespace test
+
+#endif

@@ -1,0 +1,63 @@
+#include "tests/support/test_home.h"
+
+#include <signal.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/support/files.h"
+
+namespace fs = std::filesystem;
+
+namespace test {
+
+TestHome::TestHome() : home_(folder_ / "home") {
+  fs::create_directories(home_);
+  fs::create_directories(folder_ / "tmp");
+  const std::string ids = std::to_string(getuid()) + ":" + std::to_string(getgid());
+  writeFile(folder_ / "passwd", "tester:x:" + ids + ":Tester:" + home_ + ":/bin/sh\n");
+  writeFile(folder_ / "group", "tester:x:" + std::to_string(getgid()) + ":\n");
+}
+
+// Ends the toolkit's name server when one was started for this account; it is found by the
+// temporary folder in its environment, so that nobody else's is touched.
+static void endDaemonsOf(const std::string& tmp) {
+  const std::string wanted = "TMPDIR=" + tmp;
+  std::error_code ignored;
+  for (const auto& entry : fs::directory_iterator("/proc", ignored)) {
+    const std::string name = entry.path().filename();
+    if (name.find_first_not_of("0123456789") != std::string::npos) {
+      continue;
+    }
+    FILE* file = fopen((entry.path() / "environ").c_str(), "rb");
+    if (file == nullptr) {
+      continue;
+    }
+    std::string environment(65536, '\0');
+    environment.resize(fread(environment.data(), 1, environment.size(), file));
+    fclose(file);
+    if (environment.find(wanted + '\0') != std::string::npos) {
+      kill(static_cast<pid_t>(atol(name.c_str())), SIGKILL);
+    }
+  }
+}
+
+TestHome::~TestHome() {
+  endDaemonsOf(folder_ / "tmp");
+}
+
+std::map<std::string, std::string> TestHome::environment() const {
+  std::string preload = "libnss_wrapper.so";
+  if (const char* already = getenv("LD_PRELOAD")) {
+    preload = std::string(already) + ":" + preload;
+  }
+  return {{"HOME", home_},
+          {"TMPDIR", folder_ / "tmp"},
+          {"LD_PRELOAD", preload},
+          {"NSS_WRAPPER_PASSWD", folder_ / "passwd"},
+          {"NSS_WRAPPER_GROUP", folder_ / "group"}};
+}
+
+}  // namespace test

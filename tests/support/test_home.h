@@ -1,0 +1,35 @@
+#ifndef QUORVANE_TESTS_SUPPORT_TEST_HOME_H
+#define QUORVANE_TESTS_SUPPORT_TEST_HOME_H
+
+#include <map>
+#include <string>
+
+#include "tests/support/temp_folder.h"
+
+namespace test {
+
+// A fresh account for the process under test: a home folder of its own that the password database
+// names (through nss_wrapper, since HOME is not what the product reads), and a temporary folder of
+// its own, where the window toolkit keeps its ports.
+class TestHome {
+ public:
+  TestHome();
+  ~TestHome();
+
+  const std::string& path() const { return home_; }
+  std::string operator/(const std::string& name) const { return home_ + "/" + name; }
+
+  // The folder in which a per-user application's master folder lies.
+  std::string applicationSupport() const { return home_ + "/Library/Application Support"; }
+
+  // The environment that makes a program use this account.
+  std::map<std::string, std::string> environment() const;
+
+ private:
+  TempFolder folder_;
+  std::string home_;
+};
+
+}  // namespace test
+
+#endif
