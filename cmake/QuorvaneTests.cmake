@@ -20,7 +20,7 @@ endfunction()
 
 # quorvane_unit_test(NAME SOURCE...): tests that call the library's functions.
 function(quorvane_unit_test name)
-  add_executable(${name} ${ARGN})
+  add_executable(${name} ${ARGN} ${CMAKE_SOURCE_DIR}/tests/support/sanitizer_options.cpp)
   target_link_libraries(${name} PRIVATE
     quorvane_core quorvane_cocoa quorvane_test_support GTest::gtest_main)
   quorvane_discover(${name} 60)
@@ -29,7 +29,7 @@ endfunction()
 # quorvane_blackbox_test(NAME SOURCE...): tests that run built executables; they link none of the
 # product. A test finds the executables in QUORVANE_BIN and its data in QUORVANE_SOURCE.
 function(quorvane_blackbox_test name)
-  add_executable(${name} ${ARGN})
+  add_executable(${name} ${ARGN} ${CMAKE_SOURCE_DIR}/tests/support/sanitizer_options.cpp)
   target_link_libraries(${name} PRIVATE quorvane_test_support GTest::gtest_main)
   quorvane_discover(${name} 180)
 endfunction()
