@@ -1,0 +1,11 @@
+#ifndef QUORVANE_TOOLS_PACK_COMMANDS_H
+#define QUORVANE_TOOLS_PACK_COMMANDS_H
+
+#include <CLI/CLI.hpp>
+
+// The sub-commands of quorvane-pack. Each function adds one to `app`, with its options, its help
+// and the callback that runs it. A callback throws tools::InputError when its input is wrong.
+
+namespace tools {}  // namespace tools
+
+#endif

@@ -1,0 +1,23 @@
+#include <cstdio>
+#include <exception>
+
+#include "tools/input_error.h"
+#include "tools/pack/commands.h"
+
+static const int kInputError = 1;
+static const int kUsageError = 2;
+
+int main(int argc, char** argv) {
+  CLI::App app{"Makes macOS bundles, installers and update sites of Java applications."};
+  app.set_version_flag("--version", QUORVANE_VERSION);
+  app.require_subcommand(1);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kUsageError;
+  } catch (const std::exception& error) {
+    fprintf(stderr, "quorvane-pack: %s\n", error.what());
+    return kInputError;
+  }
+  return 0;
+}
