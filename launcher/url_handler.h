@@ -1,0 +1,22 @@
+#ifndef QUORVANE_LAUNCHER_URL_HANDLER_H
+#define QUORVANE_LAUNCHER_URL_HANDLER_H
+
+#import <Foundation/Foundation.h>
+
+// Receives open-URL Apple events on the main thread and keeps the latest URL. Included by
+// Objective-C++ files only; others use url_events.h.
+@interface URLHandler : NSObject {
+  // The latest URL, UTF-8; null until the first event. Replaced by a single store of a complete
+  // copy, and a replaced copy is never freed: another thread may still read it.
+  const char* requestedURL;
+}
+- (id)init;
+- (const char*)getRequestedURL;
+- (void)handleURLEvent:(NSAppleEventDescriptor*)event
+        withReplyEvent:(NSAppleEventDescriptor*)replyEvent;
+@end
+
+// The process's handler; null until registerOSXEventListener() has run.
+extern URLHandler* urlHandler;
+
+#endif
