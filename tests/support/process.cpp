@@ -55,6 +55,17 @@ static bool waitOrKill(pid_t child, double seconds, int* status) {
   return false;
 }
 
+Result waitForChild(pid_t child, double seconds) {
+  setpgid(child, child);
+  int status = 0;
+  Result result;
+  result.timedOut = waitOrKill(child, seconds, &status);
+  kill(-child, SIGKILL);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+  return result;
+}
+
 Result run(const Command& command) {
   const TempFolder folder;
   const std::string out = folder / "out";
@@ -64,13 +75,7 @@ Result run(const Command& command) {
     becomeProgram(command, out, err);
   }
   EXPECT_GT(child, 0);
-  setpgid(child, child);
-  int status = 0;
-  Result result;
-  result.timedOut = waitOrKill(child, command.seconds, &status);
-  kill(-child, SIGKILL);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+  Result result = waitForChild(child, command.seconds);
   result.out = readFile(out);
   result.err = readFile(err);
   return result;

@@ -1,6 +1,8 @@
 #ifndef QUORVANE_TESTS_SUPPORT_PROCESS_H
 #define QUORVANE_TESTS_SUPPORT_PROCESS_H
 
+#include <sys/types.h>
+
 #include <map>
 #include <string>
 #include <vector>
@@ -26,6 +28,10 @@ struct Result {
 // Runs a program with empty standard input, waits for its end, and returns what it printed. What is
 // still alive of its process group afterwards is killed.
 Result run(const Command& command);
+
+// Waits for a child that leads a process group of its own, or is about to; after `seconds` it is
+// killed. Returns how it ended, without output. The rest of its group is killed.
+Result waitForChild(pid_t child, double seconds);
 
 }  // namespace test
 
