@@ -1,0 +1,129 @@
+#include "support/spawner.h"
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/environment.h"
+#include "support/logging.h"
+#include "support/strings.h"
+
+static_assert(sizeof(Spawner) == 4000, "the table is one block of 4000 bytes");
+
+// The process's working folder, changed for as long as this object lives.
+class FolderChange {
+ public:
+  explicit FolderChange(const char* folder) : saved_(static_cast<char*>(allocZeroed(kSize))) {
+    if (getcwd(saved_, kSize) == nullptr) {
+      saved_[0] = 0;
+    }
+    goTo(folder);
+  }
+  ~FolderChange() {
+    goTo(saved_);
+    free(saved_);
+  }
+  FolderChange(const FolderChange&) = delete;
+  FolderChange& operator=(const FolderChange&) = delete;
+
+ private:
+  static constexpr size_t kSize = 20000;
+
+  // A folder that cannot be entered leaves the process, and so the program started, where it is.
+  static void goTo(const char* folder) {
+    if (chdir(folder) != 0) {
+      return;
+    }
+  }
+
+  char* saved_;
+};
+
+Spawner* createSpawner() {
+  logMessage("[Spawner] Creating spawner\n");
+  return static_cast<Spawner*>(allocZeroed(sizeof(Spawner)));
+}
+
+void deleteSpawner(Spawner* spawner) {
+  free(spawner);
+}
+
+void addSpawnerArg(Spawner* spawner, const char* arg) {
+  for (const char*& slot : spawner->slots) {
+    if (slot == nullptr) {
+      slot = arg;
+      logMessage("[Spawner] Appended argument %s\n", arg);
+      return;
+    }
+  }
+  logMessage("[Spawner] WARNING: couldn't append argument %s\n", arg);
+}
+
+void setSpawnerExe(Spawner* spawner, const char* exe) {
+  logMessage("[Spawner] Setting spawner exe to %s\n", exe);
+  fflush(stdout);
+  addSpawnerArg(spawner, exe);
+}
+
+// Starts the program in the current folder; returns 0 or the error number.
+static int startHere(const Spawner* spawner, pid_t* child) {
+  // A full table has no null of its own, so the vector handed on is one slot longer.
+  char* arguments[SPAWNER_SLOTS + 1] = {};
+  memcpy(arguments, spawner->slots, sizeof spawner->slots);
+  if (arguments[0] == nullptr) {
+    return ENOENT;
+  }
+  return posix_spawn(child, arguments[0], nullptr, nullptr, arguments, getEnvP());
+}
+
+// Starts the program in `workingDir`, or in the current folder when it is null. Returns 0, or -1
+// with the error number logged.
+static int start(const Spawner* spawner, const char* workingDir, pid_t* child) {
+  int error = 0;
+  if (workingDir == nullptr) {
+    error = startHere(spawner, child);
+  } else {
+    const FolderChange change(workingDir);
+    error = startHere(spawner, child);
+  }
+  if (error != 0) {
+    logMessage("Launch Error %d.\n", error);
+    return -1;
+  }
+  return 0;
+}
+
+int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
+  pid_t child = 0;
+  if (start(spawner, workingDir, &child) != 0) {
+    return -1;
+  }
+  logMessage("Spawn call returned %d.\n", 0);
+  int status = 0;
+  waitpid(child, &status, 0);
+  logMessage("Spawn call done %d %d.\n", static_cast<int>(child), status);
+  if (!WIFEXITED(status)) {
+    // A program that a signal ended counts as one that succeeded.
+    logMessage("[Spawner] runSpawnerAndWait returned %d\n", 0);
+    return 0;
+  }
+  return WEXITSTATUS(status);
+}
+
+int runSpawnerAndWait(const Spawner* spawner) {
+  return runSpawnerAndWait(spawner, nullptr);
+}
+
+int runSpawnerAndContinue(const Spawner* spawner, const char* workingDir) {
+  pid_t child = 0;
+  return start(spawner, workingDir, &child);
+}
+
+int runSpawnerAndContinue(const Spawner* spawner) {
+  return runSpawnerAndContinue(spawner, nullptr);
+}
