@@ -1,0 +1,49 @@
+#ifndef QUORVANE_ARCHIVE_ARCHIVE_H
+#define QUORVANE_ARCHIVE_ARCHIVE_H
+
+#include <cstdio>
+
+#include "crypto/signature.h"
+
+// Extraction of archives: a flat sequence of entry records, each a file or a folder, closed by a
+// signature record where the archive is signed. Files are written before the signature is known and
+// an archive whose signature is wrong costs the whole destination folder, so a destination is
+// trusted only after the call and only while it is still there. An archive that cannot be read, an
+// entry that cannot be written, or one whose path leads out of the destination ends the process
+// with status 1, after a logged line; a pack200 entry that was not unpacked ends it with status
+// 101. The installing thread only.
+
+// Whether an archive that ends without a signature record is treated as one whose signature is
+// wrong, and a signature record is taken only in the one form that the archive writer gives it.
+// False unless a caller sets it.
+extern bool requireSignature;
+
+// Set once a pack200 entry has been met.
+extern bool pack200EntryMet;
+
+// Extracts the archive `archivePath` into the existing folder `destDir`, verifies its signature
+// with `key` if it has one, and deletes the archive. Nested archives and LZMA entries inside stay
+// as they are. `unpack200Exe` is the tool for pack200 entries, null when there is none. With a null
+// `key` a signed archive aborts the process. Always returns 0: after a wrong signature `destDir` is
+// gone, which the caller must look for.
+int extractArchive(const char* unpack200Exe, const char* archivePath, const char* destDir,
+                   Rsa_key* key);
+
+// Reads one record at the position of `stream` and writes its entry below `destDir`. With an
+// `lzmaExe` an entry that ends in ".l2" is decompressed, and one that then ends in ".p2" is
+// extracted as a nested archive into the same folder; null leaves both as they are.
+// `*signedLength`, -1 at the start of an archive, receives the number of bytes that the signature
+// covers when the record is a signature record; `*signatureHex` then receives the signature's text,
+// a new block owned by the caller (a null `signatureHex` drops it). Returns 0 when the next record
+// may be read, and -1 at the end: no further record, a signature record, or `*signedLength` not -1
+// on entry.
+int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
+                                     const char* destDir, FILE* stream, long* signedLength,
+                                     char** signatureHex, Rsa_key* key);
+
+// Reads one record as extractArchiveFileCheckSignature() does and drops what a signature record
+// says.
+int extractArchiveFileIgnoreSignature(const char* lzmaExe, const char* unpack200Exe,
+                                      const char* destDir, FILE* stream, Rsa_key* key);
+
+#endif
