@@ -1,0 +1,44 @@
+#ifndef QUORVANE_LAUNCH_LAUNCH_PROPERTIES_H
+#define QUORVANE_LAUNCH_LAUNCH_PROPERTIES_H
+
+#include <cstddef>
+
+// The key/value texts that are handed to the Java side, and the file they travel in.
+//
+// A properties buffer is a run of texts, each ended by a zero byte, closed by one more zero byte:
+//
+//   buffer = *( key value ) NUL          an empty buffer is two zero bytes
+//   key    = ( "qvstat_" / "qvdyna_" ) name NUL
+//   value  = ( 1*byte / %x04 ) NUL       the byte 04 stands for the empty value
+//
+// The buffer is owned by whoever allocated it and never grows: whoever adds to it checks the room
+// with propertyFits() first. One thread per buffer. Nothing here is logged.
+
+// Returns the number of content bytes: the offset of the first of the two closing zero bytes; 0 for
+// an empty buffer. A copy of the buffer takes that many bytes plus 2.
+int propsLen(const char* buffer);
+
+// Adds `text`, or the byte 04 when it is empty, as a new text at the end.
+void appendProp(char* buffer, const char* text);
+
+// Appends `text` to the last text of the buffer, which holds at least one.
+void extendProp(char* buffer, const char* text);
+
+// Adds the pair "qvstat_" + `key` and `value`: a property fixed when the application was packaged
+// or set by the launch itself.
+void addStaticProperty(char* buffer, const char* key, const char* value);
+
+// Adds the pair "qvdyna_" + `key` and `value`: a property given at run time.
+void addDynamicProperty(char* buffer, const char* key, const char* value);
+
+// Returns whether a buffer of `capacity` bytes has room for one more property of either kind.
+[[nodiscard]] bool propertyFits(const char* buffer, size_t capacity, const char* key,
+                                const char* value);
+
+// Writes into the path buffer `destination` (support/paths.h) the name of a new properties file in
+// `folder`: "QVLaunchProperties-", the time in milliseconds since the epoch, '-' and the number of
+// entries in the folder ("." and ".." included; 0 when it cannot be opened). The file is not
+// created. Returns `destination`.
+char* makeLaunchPropertiesFile(char* destination, const char* folder);
+
+#endif
