@@ -1,0 +1,77 @@
+#include "launcher/version_folders.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "support/folder_walk.h"
+#include "support/logging.h"
+#include "support/strings.h"
+
+// Returns a new text with what stands between the n-th and the next '-', or null without those.
+static char* allocNameField(const char* folderName, int n) {
+  const int begin = indexOf(folderName, '-', n);
+  const int end = indexOf(folderName, '-', n + 1);
+  if (begin < 0 || end < 0) {
+    return nullptr;
+  }
+  return allocSubstring(folderName, begin + 1, end - begin - 1);
+}
+
+int checkAppFolderName(const char* folderName, const char* componentName) {
+  char* component = allocNameField(folderName, 1);
+  if (component == nullptr) {
+    return -1;
+  }
+  const int difference = strcmp(component, componentName);
+  free(component);
+  return difference;
+}
+
+long pickVersionFromAppFolderName(const char* folderName) {
+  char* text = allocNameField(folderName, 2);
+  if (text == nullptr) {
+    return -1;
+  }
+  const long version = atol(text);
+  free(text);
+  return version;
+}
+
+// Sorted, so that the choice among equal versions does not depend on the file system.
+static std::vector<std::string> sortedNamesIn(const char* path) {
+  constexpr size_t kShortest = 3;
+  std::vector<std::string> names;
+  const Folder folder = openFolder(path);
+  if (folder == nullptr) {
+    return names;
+  }
+  while (const dirent* entry = readdir(folder.get())) {
+    if (strlen(entry->d_name) >= kShortest) {
+      names.emplace_back(entry->d_name);
+    }
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+char* pickAndAllocLatestFromMaster(const char* masterFolder, const char* componentName) {
+  long best = -1;
+  std::string chosen;
+  for (const std::string& name : sortedNamesIn(masterFolder)) {
+    if (checkAppFolderName(name.c_str(), componentName) != 0) {
+      continue;
+    }
+    const long version = pickVersionFromAppFolderName(name.c_str());
+    logMessage("[PickFolder] Folder %s matches %s with version %ld\n", name.c_str(), componentName,
+               version);
+    if (version > best) {
+      logMessage("[PickFolder] Set latest to %ld %s\n", version, name.c_str());
+      chosen = name;
+      best = version;
+    }
+  }
+  return best == -1 ? nullptr : allocCopy(chosen.c_str());
+}

@@ -1,0 +1,18 @@
+#ifndef QUORVANE_SUPPORT_EXIT_STATUS_H
+#define QUORVANE_SUPPORT_EXIT_STATUS_H
+
+// The statuses with which the process ends, beside the result of the Java program's launch.
+
+// A start-up or extraction step failed for good.
+constexpr int EXIT_STATUS_FAILURE = 1;
+
+// What a Java runtime's compatibility probe ends with when the runtime suits the application.
+constexpr int EXIT_STATUS_COMPATIBLE = 72;
+
+// The launch-properties file could not be written.
+constexpr int EXIT_STATUS_PROPERTIES_NOT_WRITTEN = 99;
+
+// unpack200 produced nothing.
+constexpr int EXIT_STATUS_UNPACK200_FAILED = 101;
+
+#endif
