@@ -1,0 +1,42 @@
+#include "launcher/bundle_loader.h"
+
+#include <cstdio>
+
+#import <CoreFoundation/CoreFoundation.h>
+#import <Foundation/Foundation.h>
+
+#include "support/logging.h"
+
+// Returns a bundle that stays for the life of the process, or null.
+static CFBundleRef createBundle(const char* path) {
+  logMessage("[BundleLoader] Creating jre path URL for path %s\n", path);
+  NSString* text = [NSString stringWithUTF8String:path];
+  NSURL* url = text == nil ? nil : [NSURL fileURLWithPath:text isDirectory:YES];
+  logMessage("[BundleLoader] Created NSURL\n");
+  NSLog(@"[BundleLoader] URL is %@\n", url);
+  return url == nil ? NULL : CFBundleCreate(kCFAllocatorDefault, (CFURLRef)url);
+}
+
+static void loadExecutable(CFBundleRef bundle) {
+  CFErrorRef error = NULL;
+  if (CFBundleLoadExecutableAndReturnError(bundle, &error) && error == NULL) {
+    logMessage("[BundleLoader] Bundle Loaded OK\n");
+  } else {
+    logMessage("[BundleLoader] Could not load JRE bundle!");
+  }
+  [(NSError*)error release];
+}
+
+void loadOSXBundle(const char* path) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  CFBundleRef bundle = createBundle(path);
+  if (bundle == NULL) {
+    logMessage("[BundleLoader] Bundle is null?");
+  } else {
+    logMessage("[BundleLoader] Created Bundle\n");
+    loadExecutable(bundle);
+  }
+  fflush(stderr);
+  fflush(stdout);
+  [pool release];
+}

@@ -1,0 +1,7 @@
+#include "platform/toolkit.h"
+
+void prepareToolkit(char**) {}
+
+void beforeApplicationCreation() {}
+
+void afterApplicationCreation() {}
