@@ -1,0 +1,179 @@
+#include "launcher/jvm_launch.h"
+
+#include <dlfcn.h>
+#include <jni.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <vector>
+
+#include "platform/main_thread.h"
+#include "support/logging.h"
+#include "support/strings.h"
+
+namespace {
+
+using CreateJavaVm = jint (*)(JavaVM**, void**, void*);
+
+// A list of texts as the command line's parser leaves it; an entry may be null.
+struct Texts {
+  int count;
+  char** texts;
+
+  const char* at(int i) const { return texts[i] == nullptr ? "" : texts[i]; }
+};
+
+struct RunningVm {
+  JavaVM* vm = nullptr;
+  JNIEnv* env = nullptr;
+};
+
+// What CallStaticVoidMethod needs.
+struct MainCall {
+  jclass mainClass = nullptr;
+  jmethodID method = nullptr;
+  jobjectArray arguments = nullptr;
+};
+
+}  // namespace
+
+char* cloneString(const char* text) {
+  return allocCopy(text);
+}
+
+static void logInputs(const Texts& options, const Texts& classPath, const Texts& arguments) {
+  for (int i = 0; i < options.count; ++i) {
+    logMessage("[JNILaunch] JVM Argument %d = %s\n", i, options.at(i));
+  }
+  for (int i = 0; i < classPath.count; ++i) {
+    logMessage("[JNILaunch] CP Argument %d = %s\n", i, classPath.at(i));
+  }
+  for (int i = 0; i < arguments.count; ++i) {
+    logMessage("[JNILaunch] App Argument %d = %s\n", i, arguments.at(i));
+  }
+}
+
+// The texts in the result live as long as the process, like the JVM that gets them.
+static std::vector<JavaVMOption> buildOptions(const Texts& options, const Texts& classPath) {
+  std::vector<JavaVMOption> list;
+  char* classPathOption = getClassPathFor(classPath.count, classPath.texts);
+  if (classPathOption[0] != 0) {
+    list.push_back({classPathOption, nullptr});
+  } else {
+    free(classPathOption);
+  }
+  for (int i = 0; i < options.count; ++i) {
+    list.push_back({cloneString(options.at(i)), nullptr});
+  }
+  for (size_t i = 0; i < list.size(); ++i) {
+    logMessage("[JNILaunch] JNI Option %d=%s\n", static_cast<int>(i), list[i].optionString);
+  }
+  return list;
+}
+
+// `create` is null when the library has no such entry, which counts as a JVM that fails to start.
+static bool createVm(CreateJavaVm create, std::vector<JavaVMOption> options, RunningVm* running) {
+  JavaVMInitArgs arguments{};
+  arguments.version = JNI_VERSION_1_4;
+  arguments.nOptions = static_cast<jint>(options.size());
+  arguments.options = options.data();
+  arguments.ignoreUnrecognized = JNI_TRUE;
+  void* env = nullptr;
+  if (create == nullptr || create(&running->vm, &env, &arguments) != JNI_OK) {
+    logMessage("[JNILauncher] Create Java VM Failed!\n");
+    return false;
+  }
+  running->env = static_cast<JNIEnv*>(env);
+  return true;
+}
+
+static char* allocSlashedName(const char* className) {
+  char* name = cloneString(className);
+  for (char* c = name; *c != 0; ++c) {
+    if (*c == '.') {
+      *c = '/';
+    }
+  }
+  return name;
+}
+
+static bool findMain(JNIEnv* env, const char* className, MainCall* call) {
+  const char* name = allocSlashedName(className);
+  logMessage("[JNILauncher] Searching for clazz %s\n", name);
+  call->mainClass = env->FindClass(name);
+  if (call->mainClass == nullptr) {
+    logMessage("[JNILauncher] Searching for clazz failed!\n");
+    return false;
+  }
+  logMessage("[JNILauncher] Searching for main method %s\n", name);
+  call->method = env->GetStaticMethodID(call->mainClass, "main", "([Ljava/lang/String;)V");
+  if (call->method == nullptr) {
+    // Calling on would take the process down inside the JVM.
+    logMessage("[JNILauncher] Searching for main method failed!\n");
+    env->ExceptionDescribe();
+    return false;
+  }
+  return true;
+}
+
+static bool makeArguments(JNIEnv* env, const Texts& arguments, MainCall* call) {
+  jclass stringClass = env->FindClass("java/lang/String");
+  if (stringClass != nullptr) {
+    call->arguments = env->NewObjectArray(arguments.count, stringClass, nullptr);
+  }
+  if (call->arguments == nullptr) {
+    logMessage("[JNILauncher] Creating the arguments failed!\n");
+    env->ExceptionDescribe();
+    return false;
+  }
+  for (int i = 0; i < arguments.count; ++i) {
+    logMessage("[JNILauncher] Set argument %d to %s\n", i, arguments.at(i));
+    env->SetObjectArrayElement(call->arguments, i, env->NewStringUTF(arguments.at(i)));
+  }
+  return true;
+}
+
+static void callMain(JNIEnv* env, const MainCall& call) {
+  logMessage("[JNILauncher] About to execute static void method.\n");
+  closeLoggedFile();
+  env->CallStaticVoidMethod(call.mainClass, call.method, call.arguments);
+  logMessage("[JNILauncher] Run complete.\n");
+  if (env->ExceptionOccurred() != nullptr) {
+    env->ExceptionDescribe();
+  }
+}
+
+static void destroyVm(JavaVM* vm) {
+  logMessage("[JNILauncher] Destroying runtime.\n");
+  vm->DestroyJavaVM();
+  logMessage("[JNILauncher] Done!\n");
+}
+
+int launchJavaJNI(const char* mainClass, const char* jreFolder, int jvmOptionCount,
+                  char** jvmOptions, int classPathCount, char** classPath, int argumentCount,
+                  char** arguments) {
+  constexpr int kFailed = 1;
+  const Texts options{jvmOptionCount, jvmOptions};
+  const Texts classPathTexts{classPathCount, classPath};
+  const Texts argumentTexts{argumentCount, arguments};
+  logMessage("[JNILaunch] [pid=%d] [mainThread=%d]\n", static_cast<int>(getpid()),
+             isMainThread() ? 1 : 0);
+  void* library = loadJVMLibrary(jreFolder);
+  if (library == nullptr) {
+    logMessage("[JNILaunch] [ERROR] Unable to load JRE library!\n");
+    return kFailed;
+  }
+  const auto create = reinterpret_cast<CreateJavaVm>(dlsym(library, "JNI_CreateJavaVM"));
+  logMessage("[JNILaunch] ------- JNI Launch call -------\n");
+  logInputs(options, classPathTexts, argumentTexts);
+  RunningVm running;
+  MainCall call;
+  if (!createVm(create, buildOptions(options, classPathTexts), &running) ||
+      !findMain(running.env, mainClass, &call) ||
+      !makeArguments(running.env, argumentTexts, &call)) {
+    return kFailed;
+  }
+  callMain(running.env, call);
+  destroyVm(running.vm);
+  return 0;
+}
