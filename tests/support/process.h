@@ -10,11 +10,11 @@
 namespace test {
 
 struct Command {
-  std::vector<std::string> arguments;              // arguments[0] is the program's path
-  std::map<std::string, std::string> environment;  // added to, or replacing, this process's own
-  std::vector<std::string> unset;                  // variables that the program must not see
-  std::string folder;                              // working folder; empty for this process's own
-  double seconds = 60;                             // after that long it is killed
+  std::vector<std::string> arguments{};              // arguments[0] is the program's path
+  std::map<std::string, std::string> environment{};  // added to, or replacing, this process's own
+  std::vector<std::string> unset{};                  // variables that the program must not see
+  std::string folder{};                              // working folder; empty for this process's own
+  double seconds = 60;                               // after that long it is killed
 };
 
 struct Result {

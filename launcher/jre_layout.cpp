@@ -1,0 +1,153 @@
+#include "launcher/jre_layout.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "support/file_operations.h"
+#include "support/folder_walk.h"
+#include "support/logging.h"
+#include "support/paths.h"
+
+static const char kSection[] = "OSX JRE initialisation";
+
+// The paths of the layout, each within a path buffer's limit.
+struct Layout {
+  std::string bundle;
+  std::string plain;       // the bundle's path without ".plugin"
+  std::string home;        // Contents/Home of the bundle
+  std::string executable;  // Contents/MacOS/JavaAppletPlugin of the bundle
+  std::string library;     // lib/libnpjp2.dylib of the plain folder
+  std::string helper;      // lib/jspawnhelper of the plain folder
+};
+
+static std::string joined(const std::string& folder, const char* name) {
+  char path[PATH_BUFFER_SIZE];
+  return setPath(path, folder.c_str(), name);
+}
+
+static Layout layoutOf(const char* bundlePath) {
+  constexpr size_t kSuffix = sizeof ".plugin" - 1;
+  Layout layout;
+  layout.bundle = bundlePath;
+  const size_t length = layout.bundle.size();
+  layout.plain = layout.bundle.substr(0, length > kSuffix ? length - kSuffix : 0);
+  layout.home = joined(layout.bundle, "Contents/Home");
+  layout.executable = joined(layout.bundle, "Contents/MacOS/JavaAppletPlugin");
+  layout.library = joined(layout.plain, "lib/libnpjp2.dylib");
+  layout.helper = joined(layout.plain, "lib/jspawnhelper");
+  return layout;
+}
+
+// Returns whether something stands at `path`; a link counts whatever it leads to.
+static bool isThere(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
+}
+
+static bool isFolder(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// Returns the names in `path` that a shell's .* (hidden) or * gives, without "." and "..". They are
+// gathered first, so that the entries may be moved or removed one after the other.
+static std::vector<std::string> namesIn(const std::string& path, bool hidden) {
+  std::vector<std::string> names;
+  const Folder folder = openFolder(path.c_str());
+  while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get())) {
+    const std::string name = entry->d_name;
+    if ((name[0] == '.') == hidden && name != "." && name != "..") {
+      names.push_back(name);
+    }
+  }
+  return names;
+}
+
+// mv FROM/* TO
+static void moveVisibleEntries(const std::string& from, const std::string& to) {
+  if (!isFolder(to)) {
+    return;
+  }
+  for (const std::string& name : namesIn(from, false)) {
+    rename(joined(from, name.c_str()).c_str(), joined(to, name.c_str()).c_str());
+  }
+}
+
+// rm FILE
+static void removeFile(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
+    unlink(path.c_str());
+  }
+}
+
+// rm FOLDER/.*
+static void removeHiddenFiles(const std::string& folder) {
+  for (const std::string& name : namesIn(folder, true)) {
+    removeFile(joined(folder, name.c_str()));
+  }
+}
+
+// ln -s TARGET PLACE: where a folder stands at the place already, the link goes into it.
+static void makeLink(const std::string& target, const std::string& place) {
+  const std::string link = isFolder(place) ? joined(place, pathToFile(target.c_str())) : place;
+  if (symlink(target.c_str(), link.c_str()) != 0) {
+    return;  // as every step, without a word
+  }
+}
+
+// A runtime that was adopted from the system is often a plain Java home, without Contents/Home. The
+// steps alone would leave it under the bundle's name with an empty plain folder beside it; both
+// names carry the same version, and the empty one, listed first, would be taken for the runtime. So
+// such a home becomes the plain folder as it is, in one rename, and the steps link it into a bundle
+// that holds nothing else: the runtime is found where that of every other bundle is.
+static void adoptPlainHome(const Layout& layout) {
+  if (isThere(layout.home) || !isFolder(joined(layout.bundle, "bin"))) {
+    return;
+  }
+  const char* bundle = layout.bundle.c_str();
+  if (rename(bundle, layout.plain.c_str()) != 0) {
+    return;
+  }
+  logMessage("[OSX JRE] No Contents/Home in %s, it becomes %s itself\n", bundle,
+             layout.plain.c_str());
+  mkdir(bundle, 0777);
+  mkdir(joined(layout.bundle, "Contents").c_str(), 0777);
+}
+
+static void moveHome(const Layout& layout) {
+  const char* home = layout.home.c_str();
+  logMessage("[LNS] Running mv \"%s\"/* \"%s\"\n", home, layout.plain.c_str());
+  moveVisibleEntries(layout.home, layout.plain);
+  logMessage("[LNS] Running rm \"%s\"/.* \n", home);
+  removeHiddenFiles(layout.home);
+  logMessage("[LNS] Running rmdir \"%s\"\n", home);
+  rmdir(home);
+  logMessage("[LNS] Running ln -s \"%s\" \"%s\"\n", layout.plain.c_str(), home);
+  makeLink(layout.plain, layout.home);
+}
+
+static void linkExecutable(const Layout& layout) {
+  const char* executable = layout.executable.c_str();
+  logMessage("[LNS] Running rm \"%s\"\n", executable);
+  removeFile(layout.executable);
+  logMessage("[LNS] Running ln -s \"%s\" \"%s\"\n", layout.library.c_str(), executable);
+  makeLink(layout.library, layout.executable);
+}
+
+void initOSXJRE(const char* bundlePath) {
+  logStartSection(kSection);
+  const Layout layout = layoutOf(bundlePath);
+  logMessage("[OSX JRE] Alias JRE path is %s\n", layout.plain.c_str());
+  makeDir(layout.plain.c_str());
+  adoptPlainHome(layout);
+  moveHome(layout);
+  linkExecutable(layout);
+  // The command's quoting is broken, so that a shell refuses it: the helper keeps its mode.
+  logMessage("[LNS] Running chmod a+x \"\"%s\"\n", layout.helper.c_str());
+  logEndSection(kSection);
+}

@@ -1,0 +1,22 @@
+#ifndef QUORVANE_LAUNCHER_JRE_LAYOUT_H
+#define QUORVANE_LAUNCHER_JRE_LAYOUT_H
+
+// The two views of one Java runtime in a master folder: the plain folder, which holds the runtime
+// itself, and beside it the bundle of the same name plus ".plugin", whose Contents/Home is a link
+// to the plain folder. One thread.
+
+// Turns the unpacked bundle at `bundlePath`, which ends in ".plugin", into that pair. The visible
+// entries of its Java home move into the plain folder; hidden files there are removed. A bundle
+// path that holds a plain Java home, without Contents/Home, gives the same pair. Every step is
+// logged with the shell command that would do the same and is tried whatever the previous one gave;
+// no failure is reported. Not atomic.
+void initOSXJRE(const char* bundlePath);
+
+// Returns a new path buffer, owned by the caller, with the path of the bundle's "java" tool, after
+// setting its mode to 0777. Where that fails an error is logged and the path returned all the same.
+char* getJavaExecutable(const char* bundlePath);
+
+// The same for "unpack200"; the search is traced on standard output.
+char* getUnpack200Executable(const char* bundlePath);
+
+#endif
