@@ -1,0 +1,40 @@
+#import "support/splash_state.h"
+
+#include <cstdio>
+
+#include "platform/window_system.h"
+#include "support/clock.h"
+
+static const uint64_t kRefreshMillis = 30;
+
+bool isSplashPossible() {
+  static const bool possible = openWindowSystem();
+  static bool reported = false;
+  if (!possible && !reported) {
+    reported = true;
+    puts("[Splash] No window system can be reached, going on without a splash window");
+    fflush(stdout);
+  }
+  return possible;
+}
+
+void drawSplashNow() {
+  if (win == nil) {
+    return;
+  }
+  answerWindowSystem();
+  [win displayIfNeeded];
+}
+
+void refreshSplash() {
+  static uint64_t last = 0;
+  const uint64_t now = systemTimeMillis();
+  // The clock may be set back.
+  if (win == nil || (now >= last && now - last < kRefreshMillis)) {
+    return;
+  }
+  last = now;
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  drawSplashNow();
+  [pool release];
+}
