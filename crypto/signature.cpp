@@ -13,7 +13,8 @@ static const unsigned long kSaltSize = 64;
 Rsa_key* loadDEREncodedPublicKey(const unsigned char* der, int length) {
   ltc_mp = ltm_desc;
   Rsa_key* key = static_cast<Rsa_key*>(allocZeroed(sizeof(Rsa_key)));
-  if (length < 0 || rsa_import(der, static_cast<unsigned long>(length), key) != CRYPT_OK) {
+  // LibTomCrypt aborts the process over an empty input.
+  if (length <= 0 || rsa_import(der, static_cast<unsigned long>(length), key) != CRYPT_OK) {
     printf("ERROR - unable to import public key.\n");
     free(key);
     return nullptr;

@@ -18,12 +18,15 @@ static const char kErrorRule[] = "*******************************************\n"
 static const char kStartRule[] = "++++++++++++++++++++++++++++++++++++++++++++++++\n";
 static const char kEndRule[] = "------------------------------------------------\n";
 
-static void writePrefixed(FILE* sink, uint64_t elapsed, const char* format, va_list arguments) {
+__attribute__((format(printf, 3, 0))) static void writePrefixed(FILE* sink, uint64_t elapsed,
+                                                                const char* format,
+                                                                va_list arguments) {
   fprintf(sink, "+%-8llu ", static_cast<unsigned long long>(elapsed));
   vfprintf(sink, format, arguments);
 }
 
-static void writeToSystemLog(const char* format, va_list arguments) {
+__attribute__((format(printf, 1, 0))) static void writeToSystemLog(const char* format,
+                                                                   va_list arguments) {
   char* text = nullptr;
   if (vasprintf(&text, format, arguments) < 0) {
     return;
@@ -32,7 +35,8 @@ static void writeToSystemLog(const char* format, va_list arguments) {
   free(text);
 }
 
-static void logArguments(const char* format, va_list arguments) {
+__attribute__((format(printf, 1, 0))) static void logArguments(const char* format,
+                                                               va_list arguments) {
   const uint64_t now = systemTimeMillis();
   const uint64_t elapsed = lastTimestamp == 0 ? 0 : now - lastTimestamp;
   va_list copy;

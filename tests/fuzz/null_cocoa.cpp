@@ -1,0 +1,14 @@
+// The functions of the Objective-C++ files, as fuzz targets see them: they do nothing, or what
+// plain C++ can do. A new one that the core calls needs its line here before the fuzz targets link
+// again.
+
+#include <cstdio>
+
+#include "support/move_item.h"
+#include "support/system_log.h"
+
+void writeSystemLog(const char*) {}
+
+bool moveItem(const char* from, const char* to) {
+  return rename(from, to) == 0;
+}
