@@ -23,6 +23,11 @@ void chmodR755(const char* path);
 // Sets mode 0777 on `path` alone.
 void chmod777(const char* path);
 
+// As the two above, for a plain file, or a folder alone, that is open already: `path` is only what
+// the log shows. A negative descriptor is logged and nothing more.
+void chmodR755(int descriptor, const char* path);
+void chmod777(int descriptor, const char* path);
+
 // Deletes everything inside the folder `path`; the folder itself stays. Goes on after a failure.
 // Returns 1 when the folder cannot be opened, else 0. Not atomic.
 int deleteFolder(const char* path);

@@ -10,6 +10,9 @@
 #include "support/paths.h"
 #include "support/strings.h"
 
+static const char kRecursive755[] = "chmod -R 755 ";
+static const char kPlain777[] = "chmod 777 ";
+
 // The log shows the command that would do the same; the modes are set in-process, so that no
 // character of a path can become code in a shell.
 static void logCommand(const char* command, const char* path) {
@@ -55,11 +58,21 @@ static void setModeRecursively(const char* path, mode_t mode) {
 }
 
 void chmodR755(const char* path) {
-  logCommand("chmod -R 755 ", path);
+  logCommand(kRecursive755, path);
   setModeRecursively(path, 0755);
 }
 
 void chmod777(const char* path) {
-  logCommand("chmod 777 ", path);
+  logCommand(kPlain777, path);
   setMode(path, 0777);
+}
+
+void chmodR755(int descriptor, const char* path) {
+  logCommand(kRecursive755, path);
+  fchmod(descriptor, 0755);
+}
+
+void chmod777(int descriptor, const char* path) {
+  logCommand(kPlain777, path);
+  fchmod(descriptor, 0777);
 }

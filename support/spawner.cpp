@@ -15,6 +15,8 @@
 
 static_assert(sizeof(Spawner) == 4000, "the table is one block of 4000 bytes");
 
+static bool endedBySignal = false;
+
 // The process's working folder, changed for as long as this object lives.
 class FolderChange {
  public:
@@ -99,6 +101,7 @@ static int start(const Spawner* spawner, const char* workingDir, pid_t* child) {
 }
 
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
+  endedBySignal = false;
   pid_t child = 0;
   if (start(spawner, workingDir, &child) != 0) {
     return -1;
@@ -107,7 +110,8 @@ int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
   int status = 0;
   waitpid(child, &status, 0);
   logMessage("Spawn call done %d %d.\n", static_cast<int>(child), status);
-  if (!WIFEXITED(status)) {
+  endedBySignal = !WIFEXITED(status);
+  if (endedBySignal) {
     // A program that a signal ended counts as one that succeeded.
     logMessage("[Spawner] runSpawnerAndWait returned %d\n", 0);
     return 0;
@@ -117,6 +121,10 @@ int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
 
 int runSpawnerAndWait(const Spawner* spawner) {
   return runSpawnerAndWait(spawner, nullptr);
+}
+
+bool wasSpawnEndedBySignal() {
+  return endedBySignal;
 }
 
 int runSpawnerAndContinue(const Spawner* spawner, const char* workingDir) {

@@ -36,6 +36,10 @@ void setSpawnerExe(Spawner* spawner, const char* exe);
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir);
 int runSpawnerAndWait(const Spawner* spawner);
 
+// Returns whether the program that was waited for last was ended by a signal, which its result does
+// not tell from success.
+[[nodiscard]] bool wasSpawnEndedBySignal();
+
 // Starts the program as runSpawnerAndWait() does and returns 0 at once; -1, with the error number
 // logged, when it could not be started.
 int runSpawnerAndContinue(const Spawner* spawner, const char* workingDir);

@@ -1,0 +1,85 @@
+#include "archive/conversions.h"
+
+#include <cstring>
+#include <initializer_list>
+
+#include "archive/archive.h"
+#include "archive/destination.h"
+#include "platform/process_end.h"
+#include "support/file_operations.h"
+#include "support/logging.h"
+#include "support/paths.h"
+#include "support/spawner.h"
+
+bool pack200EntryMet = false;
+
+static const size_t kShortestWithSuffix = 4;
+static const int kNotUnpacked = 101;
+
+static bool endsWith(const char* text, const char* suffix) {
+  const size_t length = strlen(text);
+  const size_t suffixLength = strlen(suffix);
+  return length >= kShortestWithSuffix && strcmp(text + length - suffixLength, suffix) == 0;
+}
+
+static bool runTool(const char* exe, std::initializer_list<const char*> arguments) {
+  Spawner* spawner = createSpawner();
+  setSpawnerExe(spawner, exe == nullptr ? "" : exe);
+  for (const char* argument : arguments) {
+    addSpawnerArg(spawner, argument);
+  }
+  const int status = runSpawnerAndWait(spawner);
+  deleteSpawner(spawner);
+  return status == 0 && !wasSpawnEndedBySignal();
+}
+
+// Runs a tool that makes the file `output` in `folder`; what stands there is its work or nothing.
+static void runToolFor(const char* output, const Entry& entry, const Descriptor& folder,
+                       const char* exe, std::initializer_list<const char*> arguments) {
+  const char* name = pathToFile(output);
+  refuseLink(folder, name, entry.path.get());
+  removeFile(folder, name);
+  if (!runTool(exe, arguments)) {
+    removeFile(folder, name);
+  }
+}
+
+void unpackPack200(const char* unpack200Exe, Entry* entry, const Descriptor& folder) {
+  pack200EntryMet = true;
+  runToolFor(entry->plain, *entry, folder, unpack200Exe, {entry->target, entry->plain});
+  if (!doesFileExist(entry->plain)) {
+    logMessage("\t[ExtractArchiveFile] ERROR: unpack200 (%s) does not exist!\n", entry->plain);
+    endProcess(kNotUnpacked);
+  }
+  removeFile(folder, pathToFile(entry->target));
+  setPath(entry->target, entry->plain);
+}
+
+void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder) {
+  if (strlen(entry->target) < kShortestWithSuffix) {
+    logMessage("\t[ExtractArchiveFile] Path to file too short to check for LZMA\n");
+    return;
+  }
+  if (!endsWith(entry->target, ".l2")) {
+    return;
+  }
+  logMessage("\t[ExtractArchiveFile] Requires un-LZMA\n");
+  char output[PATH_BUFFER_SIZE];
+  setPath(output, entry->target);
+  output[strlen(output) - strlen(".l2")] = 0;
+  logMessage("\t[ExtractArchiveFile] Created outpath %s and spawning\n", output);
+  runToolFor(output, *entry, folder, lzmaExe, {"d", entry->target, output});
+  removeFile(folder, pathToFile(entry->target));
+  setPath(entry->target, output);
+  logMessage("\t[ExtractArchiveFile] Finished decompressing\n");
+}
+
+void extractNestedArchive(const char* unpack200Exe, const Entry& entry, const char* destDir,
+                          Rsa_key* key) {
+  if (!endsWith(entry.target, ".p2")) {
+    return;
+  }
+  logMessage("\t[ExtractArchiveFile] Starting un-p2Archiving\n");
+  extractArchive(unpack200Exe, entry.target, destDir, key);
+  logMessage("\t[ExtractArchiveFile] Finished un-archiving\n");
+}

@@ -1,0 +1,100 @@
+#include "archive/destination.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "archive/entry.h"
+#include "support/file_operations.h"
+#include "support/paths.h"
+
+static const int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+// The type bits of `name` in `parent`, 0 when it is not there.
+static mode_t typeOf(const Descriptor& parent, const char* name) {
+  struct stat status {};
+  if (fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    return 0;
+  }
+  return status.st_mode & S_IFMT;
+}
+
+void refuseLink(const Descriptor& parent, const char* name, const char* path) {
+  if (typeOf(parent, name) == S_IFLNK) {
+    refuseEntry(path, "path passes through a symbolic link");
+  }
+}
+
+// Creates the folder `name`, whose whole path is `target`, and opens up its mode whether or not it
+// could be created, as makeDir() does.
+static void makeFolder(const Descriptor& parent, const char* name, const char* target) {
+  mkdirat(parent.get(), name, 0777);
+  const int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+  const Descriptor made(openat(parent.get(), name, flags));
+  chmod777(made.get(), target);
+}
+
+static Descriptor openFolder(const Descriptor& parent, const char* name) {
+  return Descriptor(openat(parent.get(), name, kFolderFlags));
+}
+
+// Opens the folder `name`, creating it first when it is not there.
+static Descriptor enterFolder(const Descriptor& parent, const char* name, const char* target,
+                              const char* path) {
+  Descriptor folder = openFolder(parent, name);
+  if (folder.isOpen()) {
+    return folder;
+  }
+  refuseLink(parent, name, path);
+  makeFolder(parent, name, target);
+  return openFolder(parent, name);
+}
+
+static bool isSelf(const std::string& name) {
+  return name.empty() || name == ".";
+}
+
+Descriptor openEntryFolder(const char* destDir, const char* path) {
+  Descriptor folder(open(destDir, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const char* component = path;
+  while (const char* separator = strchr(component, '/')) {
+    const std::string name(component, separator);
+    const std::string until(path, separator);
+    component = separator + 1;
+    if (!isSelf(name)) {
+      char target[PATH_BUFFER_SIZE];
+      folder = enterFolder(folder, name.c_str(), setPath(target, destDir, until.c_str()), path);
+    }
+  }
+  return folder;
+}
+
+void createFolder(const Descriptor& parent, const char* path, const char* target) {
+  const char* name = pathToFile(path);
+  if (path[0] == 0) {
+    makeDir(target);
+  } else if (!isSelf(name)) {
+    enterFolder(parent, name, target, path);
+  }
+}
+
+Descriptor createFile(const Descriptor& parent, const char* name, const char* path) {
+  const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  Descriptor file(openat(parent.get(), name, flags, 0755));
+  if (!file.isOpen() && errno == EEXIST) {
+    refuseLink(parent, name, path);
+    removeFile(parent, name);
+    file.reset(openat(parent.get(), name, flags, 0755));
+  }
+  return file;
+}
+
+void removeFile(const Descriptor& parent, const char* name) {
+  const mode_t type = typeOf(parent, name);
+  if (type != 0 && type != S_IFDIR) {
+    unlinkat(parent.get(), name, 0);
+  }
+}

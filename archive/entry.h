@@ -1,0 +1,41 @@
+#ifndef QUORVANE_ARCHIVE_ENTRY_H
+#define QUORVANE_ARCHIVE_ENTRY_H
+
+#include <cstdio>
+
+#include "support/owned.h"
+#include "support/paths.h"
+
+// Reading of an entry record's fields. All fields are in the encoding of launcher/field_reader.h:
+//
+//   archive   = entry* [signature]
+//   entry     = "1" path | type path length data        type: "2" for pack200, else a plain file
+//   signature = type "qvArcSpBlock_DigitalSignature1" length signedLength hex
+
+constexpr long FOLDER_ENTRY = 1;
+constexpr long PACK200_ENTRY = 2;
+
+// The path of the record that signs an archive.
+constexpr char SIGNATURE_RECORD_PATH[] = "qvArcSpBlock_DigitalSignature1";
+
+// An entry and where it goes. Both paths are below the destination folder; `target` is the one that
+// the data are written to and ends in ".p2" for a pack200 entry, `plain` never gets that suffix.
+struct Entry {
+  long type = 0;
+  Block<char> path;
+  char target[PATH_BUFFER_SIZE] = "";
+  char plain[PATH_BUFFER_SIZE] = "";
+};
+
+// Reads the type and the path of the next record, logs them, and forms the entry's two paths below
+// `destDir`. Returns false at the end of the archive. Ends the process with status 1 when the path
+// is not one that may be written.
+[[nodiscard]] bool readEntryHead(FILE* stream, const char* destDir, Entry* entry);
+
+// When `path` names a special block, logs that. Returns whether it is the signature record.
+[[nodiscard]] bool isSignatureRecord(const char* path);
+
+// Logs why the entry `path` is not extracted and ends the process with status 1.
+[[noreturn]] void refuseEntry(const char* path, const char* reason);
+
+#endif

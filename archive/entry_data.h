@@ -1,0 +1,15 @@
+#ifndef QUORVANE_ARCHIVE_ENTRY_DATA_H
+#define QUORVANE_ARCHIVE_ENTRY_DATA_H
+
+#include <cstdio>
+
+#include "archive/entry.h"
+#include "support/owned.h"
+
+// Writes the next `length` bytes of `stream` to the entry's target in the open folder `folder` and
+// sets its mode to 0755. Memory does not grow with the length. Ends the process with status 1,
+// after a logged line, when the length is impossible, the file cannot be created or written, or the
+// stream ends early.
+void writeEntryData(FILE* stream, const Entry& entry, long length, const Descriptor& folder);
+
+#endif

@@ -1,0 +1,28 @@
+#include "archive/entry_path.h"
+
+#include <cstring>
+
+#include "launcher/field_reader.h"
+#include "support/paths.h"
+
+static bool isParent(const char* component) {
+  return component[0] == '.' && component[1] == '.' && (component[2] == '/' || component[2] == 0);
+}
+
+const char* faultOfEntryPath(const char* path) {
+  if (isAbsolutePath(path)) {
+    return "path is absolute";
+  }
+  for (const char* component = path; component != nullptr;) {
+    if (isParent(component)) {
+      return "path leads out of the destination";
+    }
+    const char* separator = strchr(component, '/');
+    component = separator == nullptr ? nullptr : separator + 1;
+  }
+  // A field this long may go on in the stream: the rest of the record would be read out of step.
+  if (strlen(path) > DEFAULT_FIELD_LIMIT - 2) {
+    return "path is too long";
+  }
+  return nullptr;
+}

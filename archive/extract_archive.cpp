@@ -1,0 +1,70 @@
+#include <sys/stat.h>
+
+#include <cstdio>
+
+#include "archive/archive.h"
+#include "archive/remove_destination.h"
+#include "archive/signature_check.h"
+#include "support/logging.h"
+
+bool requireSignature = false;
+
+static const size_t kReadAhead = 64 * 1024;
+
+static void noteFile(FILE* archive, MetSignature* met) {
+  struct stat status {};
+  if (fstat(fileno(archive), &status) == 0) {
+    met->device = status.st_dev;
+    met->file = status.st_ino;
+  }
+}
+
+// Extracts every record, and returns what the signature record said if there was one.
+static MetSignature extractRecords(const char* unpack200Exe, const char* archivePath,
+                                   const char* destDir, Rsa_key* key) {
+  logMessage("[ExtractArchive] Extracting archive %s into %s\n", archivePath, destDir);
+  const Stream archive = openArchive(archivePath);
+  setvbuf(archive.get(), nullptr, _IOFBF, kReadAhead);
+  MetSignature met;
+  noteFile(archive.get(), &met);
+  char* hex = nullptr;
+  do {
+    met.offset = ftello(archive.get());
+  } while (extractArchiveFileCheckSignature(nullptr, unpack200Exe, destDir, archive.get(),
+                                            &met.signedLength, &hex, key) == 0);
+  met.hex.reset(hex);
+  met.isComplete = feof(archive.get()) == 0;
+  logMessage("[ExtractArchive] Done extracting archive.\n");
+  return met;
+}
+
+static void disregardUpdate(const char* destDir) {
+  const char rule[] = "***********************************************************************\n";
+  static_assert(sizeof rule == 71 + sizeof "\n", "the rule has 71 asterisks");
+  logMessage("%s", rule);
+  logMessage("[ExtractArchive] ERROR - unable to verify signature of hash of archive.\n");
+  logMessage("[ExtractArchive] Quorvane will disregard this update.\n");
+  removeDestination(destDir);
+  logMessage("%s", rule);
+}
+
+static bool isAcceptable(const char* archivePath, const MetSignature& met, Rsa_key* key) {
+  if (met.hex == nullptr) {
+    return !requireSignature;
+  }
+  if (!isSignatureRight(archivePath, met, key)) {
+    return false;
+  }
+  logMessage("[ExtractArchive] Archive signature verified.\n");
+  return true;
+}
+
+int extractArchive(const char* unpack200Exe, const char* archivePath, const char* destDir,
+                   Rsa_key* key) {
+  const MetSignature met = extractRecords(unpack200Exe, archivePath, destDir, key);
+  if (!isAcceptable(archivePath, met, key)) {
+    disregardUpdate(destDir);
+  }
+  remove(archivePath);
+  return 0;
+}

@@ -1,0 +1,132 @@
+#include "archive/signature_check.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "archive/archive.h"
+#include "archive/entry.h"
+#include "crypto/mixed_hash.h"
+#include "launcher/field_reader.h"
+#include "platform/process_end.h"
+#include "support/hex.h"
+#include "support/logging.h"
+#include "support/strings.h"
+
+static const size_t kHashChunk = 50000;
+static const int kLoggedDigestBytes = 32;
+static const int kSignatureHexLimit = 4096;
+
+Stream openArchive(const char* archivePath) {
+  Stream archive(fopen(archivePath, "rb"));
+  if (archive == nullptr) {
+    logMessage("[ExtractArchive] Failed to extract archive - couldn't open file %s\n", archivePath);
+    endProcess(1);
+  }
+  return archive;
+}
+
+static void logMismatch(const char* what) {
+  logMessage(
+      "[ExtractArchive] Archive INVALID.  Archive signature did not match place in file (%s "
+      "mismatch)\n",
+      what);
+}
+
+// Reads the record at the offset that it names and logs where it differs from what was met. These
+// lines decide nothing.
+static void compareRecord(FILE* archive, const MetSignature& met) {
+  free(readString(archive, "Signature Check File Type"));
+  const Block<char> name(readString(archive, "Signature Check ASB name"));
+  if (strcmp(name.get(), SIGNATURE_RECORD_PATH) != 0) {
+    logMismatch("asb name");
+  }
+  readInt(archive, "ASB Length");
+  if (readInt(archive, "Signature Length") != met.signedLength) {
+    logMismatch("len");
+  }
+  const Block<char> hex(readString(archive, "Signature Hex", kSignatureHexLimit));
+  if (strcmp(hex.get(), met.hex.get()) != 0) {
+    logMismatch("sig");
+  }
+}
+
+static void rewindToData(FILE* archive) {
+  logMessage("[ExtractArchive] Seeking to start of data...\n");
+  fflush(archive);
+  if (fseek(archive, 0, SEEK_SET) == 0) {
+    logMessage("[ExtractArhive] At start of file.\n");
+  } else {
+    logMessage("[ExtractArchive] fseek() Error?!\n");
+  }
+}
+
+// Hashes bytes 0 to length - 1, or up to the end of a file that is shorter. Returns the digest, or
+// null when it could not be made.
+static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* chunk) {
+  logMessage("[ExtractArchive] Starting hash...\n");
+  const Block<Hash_state> state(allocHashState());
+  initHash(state.get());
+  rewindToData(archive);
+  size_t count = 1;
+  for (long left = length; left > 0 && count > 0; left -= static_cast<long>(count)) {
+    count = fread(chunk, 1, std::min(kHashChunk, static_cast<size_t>(left)), archive);
+    updateHash(state.get(), chunk, static_cast<int>(count));
+  }
+  logMessage("[ExtractArchive] Completed hash\n");
+  return Block<unsigned char>(doFinal(state.get()));
+}
+
+static void logDigest(const unsigned char* digest) {
+  char hex[128] = "";
+  bytesToHex(hex, digest, kLoggedDigestBytes);
+  logMessage("[ExtractArchive] Produced hash: %s\n", hex);
+}
+
+// Whether the stream is the file that the entries were read from: an archive may hold an entry of
+// its own name, and would then be judged by what it carries.
+static bool isSameFile(FILE* archive, const MetSignature& met) {
+  struct stat status {};
+  return fstat(fileno(archive), &status) == 0 && status.st_dev == met.device &&
+         status.st_ino == met.file;
+}
+
+// Whether the record is, byte for byte, the one that the archive writer makes of this signature.
+static bool isWrittenForm(FILE* archive, const MetSignature& met, const unsigned char* signature,
+                          int signatureLength) {
+  std::string hex(2 * static_cast<size_t>(signatureLength) + 1, '\0');
+  bytesToHex(hex.data(), signature, signatureLength);
+  const std::string end(1, '\0');
+  const std::string data = std::to_string(met.signedLength) + end + hex;
+  const std::string wanted =
+      "0" + end + SIGNATURE_RECORD_PATH + end + std::to_string(data.size()) + end + data;
+  std::string found(wanted.size(), '\0');
+  return fseek(archive, met.signedLength, SEEK_SET) == 0 &&
+         fread(found.data(), 1, found.size(), archive) == found.size() && found == wanted;
+}
+
+bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key* key) {
+  logMessage("[ExtractArchive] Pre-Alloc\n");
+  const Block<unsigned char> chunk(static_cast<unsigned char*>(allocZeroed(kHashChunk)));
+  logMessage("[ExtractArchive] Post-Alloc\n");
+  const Stream archive = openArchive(archivePath);
+  fseek(archive.get(), met.signedLength, SEEK_SET);
+  compareRecord(archive.get(), met);
+  const int capacity = static_cast<int>(strlen(met.hex.get()) / 2 + 2);
+  const Block<unsigned char> signature(static_cast<unsigned char*>(allocZeroed(capacity)));
+  const int length = hexToBytes(signature.get(), capacity, met.hex.get());
+  logMessage("[ExtractArchive] Produced a signature of length %d\n", length);
+  const Block<unsigned char> digest = hashData(archive.get(), met.signedLength, chunk.get());
+  if (digest == nullptr) {
+    return false;
+  }
+  logDigest(digest.get());
+  const bool isInPlace = met.isComplete && met.offset == met.signedLength;
+  const bool isAcceptable =
+      isInPlace && isSameFile(archive.get(), met) &&
+      (!requireSignature || isWrittenForm(archive.get(), met, signature.get(), length));
+  return verifySignature(signature.get(), length, digest.get(), key) && isAcceptable;
+}
