@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include "archive/archive.h"
+#include "tests/unit/archive/archive_fixture.h"
+
+using test::ArchiveTest;
+using test::field;
+using test::fileRecord;
+using Lines = std::vector<std::string>;
+
+class WholeArchive : public ArchiveTest {};
+
+TEST_F(WholeArchive, WithoutASignatureRecordIsExtractedFullyAndAccepted) {
+  const Lines lines = extract(fileRecord("a", "1") + fileRecord("b", "2"));
+  EXPECT_EQ((Lines{"a", "b"}), test::namesIn(dest()));
+  EXPECT_FALSE(test::exists(archivePath()));
+  EXPECT_EQ("[ExtractArchive] Extracting archive " + archivePath() + " into " + dest(),
+            lines.front());
+  EXPECT_EQ("[ExtractArchive] Done extracting archive.", lines.back());
+}
+
+TEST_F(WholeArchive, WhoseFirstTypeIsEmptyExtractsNothingAndIsDeleted) {
+  extract(field("") + fileRecord("a", "1"));
+  EXPECT_TRUE(test::namesIn(dest()).empty());
+  EXPECT_FALSE(test::exists(archivePath()));
+}
+
+TEST_F(WholeArchive, ThatIsMissingEndsTheProcess) {
+  const test::Result result = test::runInChild(
+      [&] { extractArchive(nullptr, beside("missing.p2").c_str(), dest().c_str(), nullptr); });
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "[ExtractArchive] Failed to extract archive - couldn't open file " + beside("missing.p2"),
+      test::logLinesOf(result.out).back());
+}
+
+TEST_F(WholeArchive, WithoutASignatureRecordIsTreatedAsWronglySignedWhenASignatureIsRequired) {
+  requireSignature = true;
+  const Lines lines = extract(fileRecord("a", "1"));
+  const std::string rule(71, '*');
+  const Lines wanted = {"[ExtractArchive] Done extracting archive.",
+                        rule,
+                        "[ExtractArchive] ERROR - unable to verify signature of hash of archive.",
+                        "[ExtractArchive] Quorvane will disregard this update.",
+                        "Deleting FILE " + inDest("a"),
+                        rule};
+  EXPECT_TRUE(test::containsInOrder(lines, wanted));
+  EXPECT_FALSE(test::exists(dest()));
+  EXPECT_FALSE(test::exists(archivePath()));
+}
+
+TEST_F(WholeArchive, ThatIsRejectedTakesShortDotNamesAndDeepFoldersWithIt) {
+  requireSignature = true;
+  std::string deep = "d";
+  for (int i = 0; i < 400; ++i) {
+    deep += "/d";
+  }
+  extract(fileRecord(".a", "1") + fileRecord("x/.b", "2") + fileRecord(deep, "3"));
+  EXPECT_FALSE(test::exists(dest()));
+}
+
+TEST(RequireSignature, IsOffUnlessACallerSetsIt) {
+  EXPECT_FALSE(requireSignature);
+}
