@@ -1,0 +1,138 @@
+#include "launcher/version_folders.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/capture.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
+
+// A master folder with the given folders in it.
+class PickLatest : public testing::Test {
+ protected:
+  void make(const Texts& names) {
+    for (const std::string& name : names) {
+      fs::create_directories(master_ / name);
+    }
+  }
+
+  // The choice for the component, or "none".
+  std::string pick(const std::string& component = "Mac64JRE") {
+    std::string chosen = "none";
+    lines_ = test::logLinesOf([&] {
+      char* name = pickAndAllocLatestFromMaster(master_.path().c_str(), component.c_str());
+      if (name != nullptr) {
+        chosen = name;
+        free(name);
+      }
+    });
+    return chosen;
+  }
+
+  test::TempFolder master_;
+  Texts lines_;
+};
+
+TEST_F(PickLatest, AFolderWithoutItsThirdHyphenIsNeverChosen) {
+  make({"Quorvane-Mac64JRE-1407-complete", "Quorvane-Mac64JRE-1500-complete",
+        "Quorvane-Mac64JRE-1600"});
+  EXPECT_EQ("Quorvane-Mac64JRE-1500-complete", pick());
+}
+
+TEST_F(PickLatest, AloneAFolderWithoutItsThirdHyphenGivesNothing) {
+  make({"Quorvane-Mac64JRE-1600"});
+  EXPECT_EQ("none", pick());
+  EXPECT_EQ((Texts{"[PickFolder] Folder Quorvane-Mac64JRE-1600 matches Mac64JRE with version -1"}),
+            lines_);
+}
+
+TEST_F(PickLatest, VersionsAreComparedAsNumbers) {
+  make({"Quorvane-Mac64JRE-0100-complete", "Quorvane-Mac64JRE-99-complete"});
+  EXPECT_EQ("Quorvane-Mac64JRE-0100-complete", pick());
+}
+
+TEST_F(PickLatest, AnotherComponentIsIgnored) {
+  make({"Quorvane-OtherJRE-1407-complete", "Quorvane-mac64jre-1-complete",
+        "Quorvane-Mac64JRE2-1-complete", "Quorvane-Mac64JR-1-complete"});
+  EXPECT_EQ("none", pick());
+  EXPECT_EQ(Texts{}, lines_);
+}
+
+TEST_F(PickLatest, LogsEveryMatchAndEveryBetterOneInTheOrderOfTheNames) {
+  make({"Quorvane-Mac64JRE-9-complete", "Quorvane-Mac64JRE-10-complete",
+        "Quorvane-Mac64JRE-5-complete"});
+  EXPECT_EQ("Quorvane-Mac64JRE-10-complete", pick());
+  EXPECT_EQ(
+      (Texts{"[PickFolder] Folder Quorvane-Mac64JRE-10-complete matches Mac64JRE with version 10",
+             "[PickFolder] Set latest to 10 Quorvane-Mac64JRE-10-complete",
+             "[PickFolder] Folder Quorvane-Mac64JRE-5-complete matches Mac64JRE with version 5",
+             "[PickFolder] Folder Quorvane-Mac64JRE-9-complete matches Mac64JRE with version 9"}),
+      lines_);
+}
+
+TEST_F(PickLatest, AmongEqualVersionsTheFirstByNameWins) {
+  make({"Quorvane-Mac64JRE-1-complete.plugin", "Quorvane-Mac64JRE-1-complete"});
+  EXPECT_EQ("Quorvane-Mac64JRE-1-complete", pick());
+}
+
+TEST_F(PickLatest, AVersionThatIsNoNumberCountsAsZeroAndBeatsNone) {
+  make({"Quorvane-Mac64JRE-x-complete", "Quorvane-Mac64JRE-7"});
+  EXPECT_EQ("Quorvane-Mac64JRE-x-complete", pick());
+}
+
+TEST_F(PickLatest, AVersionBeyondTheNumbersRangeIsTheHighest) {
+  make({"Quorvane-Mac64JRE-99999999999999999999-complete", "Quorvane-Mac64JRE-2-complete"});
+  EXPECT_EQ("Quorvane-Mac64JRE-99999999999999999999-complete", pick());
+}
+
+TEST_F(PickLatest, PrefixAndRestOfTheNameAreNotLookedAt) {
+  make({"-Mac64JRE-3-", "Quorvane-Mac64JRE-2-complete"});
+  EXPECT_EQ("-Mac64JRE-3-", pick());
+}
+
+TEST_F(PickLatest, AnEmptyComponentNameMatchesAnEmptyFieldOnly) {
+  make({"Quorvane--4-complete", "Quorvane-Mac64JRE-5-complete"});
+  EXPECT_EQ("Quorvane--4-complete", pick(""));
+}
+
+TEST_F(PickLatest, NamesShorterThanThreeCharactersAreSkipped) {
+  make({"--"});
+  EXPECT_EQ("none", pick(""));
+  EXPECT_EQ(Texts{}, lines_);
+}
+
+TEST_F(PickLatest, AnEmptyFolderGivesNothing) {
+  EXPECT_EQ("none", pick());
+}
+
+TEST_F(PickLatest, AMissingFolderGivesNothing) {
+  EXPECT_EQ(nullptr, pickAndAllocLatestFromMaster((master_ / "none").c_str(), "Mac64JRE"));
+}
+
+TEST(CheckAppFolderName, IsZeroForTheComponentAndTheComparisonsResultForAnother) {
+  EXPECT_EQ(0, checkAppFolderName("Quorvane-GU-1-complete", "GU"));
+  EXPECT_GT(0, checkAppFolderName("Quorvane-A-1", "B"));
+  EXPECT_LT(0, checkAppFolderName("Quorvane-B-1", "A"));
+}
+
+TEST(CheckAppFolderName, IsMinusOneWithFewerThanTwoHyphens) {
+  EXPECT_EQ(-1, checkAppFolderName("Quorvane-GU", "GU"));
+  EXPECT_EQ(-1, checkAppFolderName("", ""));
+}
+
+TEST(PickVersionFromAppFolderName, IsTheNumberBetweenTheSecondAndThirdHyphen) {
+  EXPECT_EQ(1407, pickVersionFromAppFolderName("Quorvane-Mac64JRE-1407-complete"));
+  EXPECT_EQ(12, pickVersionFromAppFolderName("a-b-12x-"));
+}
+
+TEST(PickVersionFromAppFolderName, IsMinusOneWithFewerThanThreeHyphens) {
+  EXPECT_EQ(-1, pickVersionFromAppFolderName("Quorvane-Mac64JRE-1407"));
+  EXPECT_EQ(-1, pickVersionFromAppFolderName(""));
+}
