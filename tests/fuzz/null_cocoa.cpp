@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "launcher/bundle_loader.h"
+#include "launcher/url_events.h"
 #include "support/move_item.h"
 #include "support/system_log.h"
 
@@ -11,4 +13,10 @@ void writeSystemLog(const char*) {}
 
 bool moveItem(const char* from, const char* to) {
   return rename(from, to) == 0;
+}
+
+void loadOSXBundle(const char*) {}
+
+const char* getRequestedURL() {
+  return nullptr;
 }

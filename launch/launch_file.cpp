@@ -1,0 +1,80 @@
+#include <cstdlib>
+
+#include "launch/launch_app.h"
+#include "launch/launch_file.h"
+#include "launch/launch_steps.h"
+#include "launcher/field_reader.h"
+#include "platform/process_end.h"
+#include "support/logging.h"
+
+std::string readText(FILE* stream, const char* name) {
+  char* text = readString(stream, name);
+  std::string copy = text;
+  free(text);
+  return copy;
+}
+
+void readLaunchFileHead(Launch* launch) {
+  char path[PATH_BUFFER_SIZE];
+  setPath(path, launch->appFolder, "QuorvaneLaunch");
+  launch->launchFile.reset(fopen(path, "rb"));
+  FILE* file = launch->launchFile.get();
+  if (file == nullptr) {
+    logError("Unable to open launch file %s\n", path);
+    endProcess(1);
+  }
+  launch->fileVersion = readInt(file, "LaunchFile VER");
+  launch->mainClass = readText(file, "Class");
+  readText(file, "Class OnUpdate");
+  launch->appName = readText(file, "App Name");
+  readText(file, "OS ICNS");
+  readBoolean(file, "URL Required");
+  launch->memoryMegabytes = readInt(file, "jvmMem (old)");
+  launch->stackMegabytes = readInt(file, "jvmStack (old)");
+}
+
+void addExtraArguments(Launch* launch) {
+  FILE* file = launch->launchFile.get();
+  const long count = readInt(file, "Extra Args Count");
+  logMessage("[Extractor] Reading %ld extra args\n", count);
+  requireRoom(launch->commandLine, count);
+  for (long i = 0; i < count; ++i) {
+    const std::string argument = readText(file, "Extra Args Entry");
+    appendText(&launch->commandLine, argument.c_str());
+    appendText(&launch->appArguments, argument.c_str());
+  }
+}
+
+// Reads past the application's own JVM options. At the end of the file the rest would only read as
+// empty, so that a wrong count does not keep the launch busy.
+static void skipAppJvmOptions(FILE* file) {
+  const long count = readInt(file, "App JVM Option Count");
+  if (count < 0) {
+    logError("Unable to launch: the launch file counts %ld JVM options\n", count);
+    endProcess(1);
+  }
+  for (long i = 0; i < count && feof(file) == 0; ++i) {
+    readText(file, "App JVM Option Entry");
+  }
+}
+
+void readNewerFields(Launch* launch) {
+  FILE* file = launch->launchFile.get();
+  if (launch->fileVersion >= 3) {
+    const std::string name = readText(file, "Main Class JRECompatibility");
+    logMessage("[Extractor] Read JRE compatibility class %s\n", name.c_str());
+    if (launch->request.launchClass == LAUNCH_COMPATIBILITY) {
+      fillSlot(&launch->commandLine, launch->mainClassSlot, name.c_str());
+    }
+  }
+  if (launch->fileVersion >= 4) {
+    readText(file, "Main Class PostInstall");
+    readText(file, "Main Class PreUninstall");
+  }
+  if (launch->fileVersion >= 5) {
+    skipAppJvmOptions(file);
+  }
+  if (launch->fileVersion >= 6) {
+    readBoolean(file, "Must Fork");
+  }
+}

@@ -1,0 +1,10 @@
+#ifndef QUORVANE_LAUNCH_LAUNCH_FILE_H
+#define QUORVANE_LAUNCH_LAUNCH_FILE_H
+
+#include <cstdio>
+#include <string>
+
+// Returns one text field of a launch file or an options file, read with the default limit.
+std::string readText(FILE* stream, const char* name);
+
+#endif

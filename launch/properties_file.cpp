@@ -1,0 +1,49 @@
+#include "launch/launch_app.h"
+#include "launch/launch_properties.h"
+#include "launch/launch_steps.h"
+#include "launch/retry.h"
+#include "platform/process_end.h"
+#include "support/logging.h"
+
+[[noreturn]] static void failToWrite() {
+  logError("Unable to write Launch Properties file! Cannot run!\n");
+  endProcess(UNWRITABLE_PROPERTIES_STATUS);
+}
+
+// A file of that name can only be another launch's: it is left alone, and the retry takes a fresh
+// name.
+static Stream createFile(const char* path) {
+  return Stream(fopen(path, "wbx"));
+}
+
+static Stream createUnderFreshName(Launch* launch) {
+  makeLaunchPropertiesFile(launch->propertiesFile, launch->appFolder);
+  logMessage("[Extractor] Writing launch properties to %s\n", launch->propertiesFile);
+  logMessage("[Extractor] Launch properties length is %d\n", propsLen(launch->properties.data()));
+  Stream file = createFile(launch->propertiesFile);
+  for (int attempt = 0; file == nullptr && attempt < RETRY_COUNT; ++attempt) {
+    makeLaunchPropertiesFile(launch->propertiesFile, launch->appFolder);
+    logMessage("[Retry] Writing launch properties to %s\n", launch->propertiesFile);
+    file = createFile(launch->propertiesFile);
+    if (file == nullptr) {
+      pauseBeforeRetry(RETRY_SECONDS);
+    }
+  }
+  return file;
+}
+
+void writePropertiesFile(Launch* launch) {
+  logMessage("[Extractor] Writing launch properties file\n");
+  Stream file = createUnderFreshName(launch);
+  if (file == nullptr) {
+    failToWrite();
+  }
+  logMessage("[Extractor] Writing to file\n");
+  const size_t length = static_cast<size_t>(propsLen(launch->properties.data()));
+  const bool written =
+      fwrite(launch->properties.data(), 1, length, file.get()) == length && fflush(file.get()) == 0;
+  if (fclose(file.release()) != 0 || !written) {
+    failToWrite();
+  }
+  logMessage("[Extractor] Finished writing launch properties file\n");
+}

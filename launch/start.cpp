@@ -1,0 +1,92 @@
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+
+#include "launch/launch_app.h"
+#include "launch/launch_steps.h"
+#include "launcher/bundle_loader.h"
+#include "launcher/jvm_launch.h"
+#include "platform/environment.h"
+#include "support/logging.h"
+
+static int spawnCommandLine(Launch* launch, pid_t* child) {
+  return posix_spawn(child, launch->executable, nullptr, nullptr,
+                     launch->commandLine.entries.data(), getEnvP());
+}
+
+static void loadRuntimeBundle(const char* jreFolder) {
+  char path[PATH_BUFFER_SIZE];
+  loadOSXBundle(appendToPath(setPath(path, jreFolder), ".plugin"));
+}
+
+static bool startInProcess(Launch* launch, const char* jreFolder) {
+  logMessage("[Extractor] Force spawn is %d so attempting to launch via JNI\n", forceSpawn);
+  logStartSection("JNI Launch\n");
+  const int code =
+      launchJavaJNI(launch->mainClass.c_str(), jreFolder, textCount(launch->jvmOptions),
+                    launch->jvmOptions.entries.data(), textCount(launch->classPath),
+                    launch->classPath.entries.data(), textCount(launch->appArguments),
+                    launch->appArguments.entries.data());
+  logMessage("[Extractor] Return code for JNI launch was %d\n", code);
+  logEndSection("JNI Launch\n");
+  if (code != 0) {
+    logMessage("[Extractor] JNI launch failed. Attempting legacy spawn instead\n");
+  }
+  return code == 0;
+}
+
+static int startAsChild(Launch* launch) {
+  logMessage("[Extractor] Attempting spawn launch\n");
+  logStartSection("Spawn launch\n");
+  closeLoggedFile();
+  pid_t child = 0;
+  const int error = spawnCommandLine(launch, &child);
+  if (error != 0) {
+    logError("Launch Error %d.\n", error);
+  }
+  return error;
+}
+
+static int startApplication(Launch* launch) {
+  char jreFolder[PATH_BUFFER_SIZE];
+  setPath(jreFolder, launch->request.masterFolder, launch->jreFolderName.c_str());
+  logMessage("[Extractor] JRE folder is %s\n", jreFolder);
+  loadRuntimeBundle(jreFolder);
+  if (!forceSpawn && startInProcess(launch, jreFolder)) {
+    return 0;
+  }
+  return startAsChild(launch);
+}
+
+// Waits for the probe and returns its exit status, or -1 when a signal ended it.
+static int statusOf(pid_t child) {
+  int status = 0;
+  pid_t ended = -1;
+  do {
+    ended = waitpid(child, &status, 0);
+  } while (ended == -1 && errno == EINTR);
+  return ended == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+static int runProbe(Launch* launch) {
+  closeLoggedFile();
+  pid_t child = 0;
+  const int error = spawnCommandLine(launch, &child);
+  if (error != 0) {
+    logMessage("Launch Error %d.\n", error);
+    return -1;
+  }
+  return statusOf(child);
+}
+
+int startLaunch(Launch* launch) {
+  switch (launch->request.launchClass) {
+    case LAUNCH_APPLICATION:
+      return startApplication(launch);
+    case LAUNCH_COMPATIBILITY:
+      return runProbe(launch);
+    default:
+      return -1;
+  }
+}

@@ -1,0 +1,32 @@
+#include "launch/text_list.h"
+
+#include "platform/process_end.h"
+#include "support/logging.h"
+
+static char* keepText(TextList* list, const char* text) {
+  list->texts.emplace_back(text);
+  return list->texts.back().data();
+}
+
+int textCount(const TextList& list) {
+  return static_cast<int>(list.entries.size()) - 1;
+}
+
+void requireRoom(const TextList& list, long count) {
+  const int free = list.room - textCount(list);
+  if (count < 0 || count > free) {
+    logError("Unable to launch: %ld more entries do not fit the %s, which has room for %d\n", count,
+             list.name, free);
+    endProcess(1);
+  }
+}
+
+void appendText(TextList* list, const char* text) {
+  requireRoom(*list, 1);
+  list->entries.back() = text == nullptr ? nullptr : keepText(list, text);
+  list->entries.push_back(nullptr);
+}
+
+void fillSlot(TextList* list, int index, const char* text) {
+  list->entries[static_cast<size_t>(index)] = keepText(list, text);
+}
