@@ -24,7 +24,7 @@ if(QUORVANE_SANITIZE)
   target_link_options(quorvane_compiler INTERFACE -fsanitize=${QUORVANE_SANITIZE})
 else()
   target_compile_options(quorvane_compiler INTERFACE
-    $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>
+    "$<$<AND:$<CONFIG:Release,RelWithDebInfo>,$<NOT:$<BOOL:$<TARGET_PROPERTY:QUORVANE_UNOPTIMISED>>>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"
     -fstack-protector-strong)
 endif()
 

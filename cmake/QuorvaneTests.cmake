@@ -11,6 +11,12 @@ set(QUORVANE_TEST_ENVIRONMENT
   "ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0:handle_segv=0:allow_user_segv_handler=1"
   "UBSAN_OPTIONS=print_stacktrace=1")
 
+# What only tests call is compiled without optimisation: it builds in half the time.
+function(quorvane_build_fast name)
+  set_target_properties(${name} PROPERTIES QUORVANE_UNOPTIMISED ON)
+  target_compile_options(${name} PRIVATE -O0 -g1)
+endfunction()
+
 function(quorvane_discover name seconds)
   gtest_discover_tests(${name}
     TEST_PREFIX "${name}."
@@ -21,6 +27,7 @@ endfunction()
 # quorvane_unit_test(NAME SOURCE...): tests that call the library's functions.
 function(quorvane_unit_test name)
   add_executable(${name} ${ARGN} ${CMAKE_SOURCE_DIR}/tests/support/sanitizer_options.cpp)
+  quorvane_build_fast(${name})
   target_link_libraries(${name} PRIVATE
     quorvane_core quorvane_cocoa quorvane_test_support GTest::gtest_main)
   quorvane_discover(${name} 60)
@@ -30,6 +37,7 @@ endfunction()
 # product. A test finds the executables in QUORVANE_BIN and its data in QUORVANE_SOURCE.
 function(quorvane_blackbox_test name)
   add_executable(${name} ${ARGN} ${CMAKE_SOURCE_DIR}/tests/support/sanitizer_options.cpp)
+  quorvane_build_fast(${name})
   target_link_libraries(${name} PRIVATE quorvane_test_support GTest::gtest_main)
   quorvane_discover(${name} 180)
 endfunction()
