@@ -9,7 +9,7 @@
 
 static const int kSha256Size = 32;
 
-const ltc_hash_descriptor mixed_desc = {
+const ltc_hash_descriptor mixedDescriptor = {
     "mixed",       20,         MIXED_DIGEST_SIZE, 64,      {1, 3, 14, 3, 2, 52}, 6, mixed_init,
     mixed_process, mixed_done, nullptr,           nullptr,
 };
@@ -41,13 +41,14 @@ Hash_state* allocHashState() {
 
 // Returns the registered hash's descriptor, or null before its registration.
 static const ltc_hash_descriptor* registeredMixedHash() {
-  const int index = find_hash(mixed_desc.name);
+  const int index = find_hash(mixedDescriptor.name);
   return hash_is_valid(index) == CRYPT_OK ? &hash_descriptor[index] : nullptr;
 }
 
 bool initHash(Hash_state* state) {
-  const bool registered = register_hash(&mixed_desc) != -1 && register_hash(&sha256_desc) != -1 &&
-                          register_hash(&sha3_256_desc) != -1;
+  const bool registered = register_hash(&mixedDescriptor) != -1 &&
+                          register_hash(&sha256_desc) != -1 &&
+                          register_hash(&sha3256Descriptor) != -1;
   if (!registered) {
     printf("WARNING: Error registering mixed hash");
     return false;

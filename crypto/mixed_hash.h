@@ -28,7 +28,7 @@ bool updateHash(Hash_state* state, const unsigned char* data, int length);
 [[nodiscard]] unsigned char* doFinal(Hash_state* state);
 
 // The descriptor that initHash() registers, and its functions, which LibTomCrypt calls.
-extern const ltc_hash_descriptor mixed_desc;
+extern const ltc_hash_descriptor mixedDescriptor;
 
 // Starts both halves in `md`. Returns CRYPT_OK. Without `md` LibTomCrypt's argument check prints a
 // line to standard error and aborts the process.

@@ -14,7 +14,7 @@ static_assert(kKeccakOffset + sizeof(KeccakState) <= sizeof(Hash_state),
               "LibTomCrypt allocates records of its own size: both halves must fit in one");
 static_assert(alignof(Hash_state) >= alignof(KeccakState), "the record aligns the Keccak half");
 
-const ltc_hash_descriptor sha3_256_desc = {
+const ltc_hash_descriptor sha3256Descriptor = {
     "sha3_256",
     21,
     KECCAK_256_BYTES,

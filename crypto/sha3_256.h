@@ -9,7 +9,7 @@ struct ltc_hash_descriptor;
 // that the mixed hash keeps both in one record. Any thread; one thread per record.
 
 // The descriptor that initHash() registers.
-extern const ltc_hash_descriptor sha3_256_desc;
+extern const ltc_hash_descriptor sha3256Descriptor;
 
 // Starts a hash in `md`. Returns CRYPT_OK, or -1. Without `md` LibTomCrypt's argument check prints
 // a line to standard error and aborts the process.

@@ -6,11 +6,9 @@
 // have C++ linkage and the library's own tables keep pointing to the library's own functions.
 #define LTM_DESC  // declares ltm_desc, the big numbers of LibTomMath
 #define sha3_256_init stock_sha3_256_init
-#define sha3_256_desc stock_sha3_256_desc
 #define rsa_verify_hash_ex stock_rsa_verify_hash_ex
 #include <tomcrypt.h>
 #undef sha3_256_init
-#undef sha3_256_desc
 #undef LTM_DESC
 #undef rsa_verify_hash_ex
 

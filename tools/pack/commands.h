@@ -6,6 +6,11 @@
 // The sub-commands of quorvane-pack. Each function adds one to `app`, with its options, its help
 // and the callback that runs it. A callback throws tools::InputError when its input is wrong.
 
-namespace tools {}  // namespace tools
+namespace tools {
+
+// key new, key show: the key pair that signs an application's archives.
+void addKeyCommand(CLI::App* app);
+
+}  // namespace tools
 
 #endif

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
   CLI::App app{"Makes macOS bundles, installers and update sites of Java applications."};
   app.set_version_flag("--version", QUORVANE_VERSION);
   app.require_subcommand(1);
+  tools::addKeyCommand(&app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
