@@ -33,3 +33,6 @@ find_path(QUORVANE_JNI_HEADERS jni.h HINTS "${QUORVANE_JAVA_HOME}/include" REQUI
 target_include_directories(quorvane_dependencies SYSTEM INTERFACE
   "${QUORVANE_JNI_HEADERS}" "${QUORVANE_JNI_HEADERS}/linux")
 target_link_libraries(quorvane_dependencies INTERFACE tomcrypt tommath dl)
+
+# How an executable is linked that is carried to other machines and uses nothing but the C library.
+set(QUORVANE_SELF_CONTAINED_OPTIONS -static)
