@@ -1,5 +1,6 @@
 #include "launcher/field_reader.h"
 
+#include <climits>
 #include <cstdlib>
 
 #include "support/logging.h"
@@ -15,7 +16,7 @@ int scanToMarker(FILE* stream, const char* marker, int markerLength, const char*
       return -1;
     }
     matched = byte == static_cast<unsigned char>(marker[matched]) ? matched + 1 : 0;
-    ++consumed;
+    consumed += consumed < INT_MAX ? 1 : 0;
   }
   return consumed;
 }

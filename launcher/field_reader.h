@@ -12,9 +12,9 @@ constexpr int DEFAULT_FIELD_LIMIT = 1024;
 constexpr int NUMBER_FIELD_LIMIT = 40;
 
 // Reads `stream` byte by byte up to and including the `markerLength` bytes at `marker`. Returns the
-// number of bytes consumed, or -1, with a logged line that names `markerName`, when the stream ends
-// first. A length of 0 returns 0 without reading. A byte that breaks a partial match is not looked
-// at again as the marker's first byte.
+// number of bytes consumed (INT_MAX when there were more), or -1, with a logged line that names
+// `markerName`, when the stream ends first. A length of 0 returns 0 without reading. A byte that
+// breaks a partial match is not looked at again as the marker's first byte.
 int scanToMarker(FILE* stream, const char* marker, int markerLength, const char* markerName);
 
 // Reads one field. Returns a new zero-filled block of `limit` bytes (at least 2), owned by the

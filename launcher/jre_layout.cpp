@@ -14,6 +14,8 @@
 
 static const char kSection[] = "OSX JRE initialisation";
 
+namespace {
+
 // The paths of the layout, each within a path buffer's limit.
 struct Layout {
   std::string bundle;
@@ -24,10 +26,7 @@ struct Layout {
   std::string helper;      // lib/jspawnhelper of the plain folder
 };
 
-static std::string joined(const std::string& folder, const char* name) {
-  char path[PATH_BUFFER_SIZE];
-  return setPath(path, folder.c_str(), name);
-}
+}  // namespace
 
 static Layout layoutOf(const char* bundlePath) {
   constexpr size_t kSuffix = sizeof ".plugin" - 1;
@@ -35,10 +34,10 @@ static Layout layoutOf(const char* bundlePath) {
   layout.bundle = bundlePath;
   const size_t length = layout.bundle.size();
   layout.plain = layout.bundle.substr(0, length > kSuffix ? length - kSuffix : 0);
-  layout.home = joined(layout.bundle, "Contents/Home");
-  layout.executable = joined(layout.bundle, "Contents/MacOS/JavaAppletPlugin");
-  layout.library = joined(layout.plain, "lib/libnpjp2.dylib");
-  layout.helper = joined(layout.plain, "lib/jspawnhelper");
+  layout.home = childPath(layout.bundle, "Contents/Home");
+  layout.executable = childPath(layout.bundle, "Contents/MacOS/JavaAppletPlugin");
+  layout.library = childPath(layout.plain, "lib/libnpjp2.dylib");
+  layout.helper = childPath(layout.plain, "lib/jspawnhelper");
   return layout;
 }
 
@@ -53,14 +52,11 @@ static bool isFolder(const std::string& path) {
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// Returns the names in `path` that a shell's .* (hidden) or * gives, without "." and "..". They are
-// gathered first, so that the entries may be moved or removed one after the other.
-static std::vector<std::string> namesIn(const std::string& path, bool hidden) {
+// Returns the names in `folder` that a shell's .* (hidden) or * gives, without "." and "..".
+static std::vector<std::string> namesIn(const std::string& folder, bool hidden) {
   std::vector<std::string> names;
-  const Folder folder = openFolder(path.c_str());
-  while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get())) {
-    const std::string name = entry->d_name;
-    if ((name[0] == '.') == hidden && name != "." && name != "..") {
+  for (const std::string& name : allNames(openFolder(folder.c_str()))) {
+    if ((name[0] == '.') == hidden) {
       names.push_back(name);
     }
   }
@@ -73,7 +69,7 @@ static void moveVisibleEntries(const std::string& from, const std::string& to) {
     return;
   }
   for (const std::string& name : namesIn(from, false)) {
-    rename(joined(from, name.c_str()).c_str(), joined(to, name.c_str()).c_str());
+    rename(childPath(from, name).c_str(), childPath(to, name).c_str());
   }
 }
 
@@ -88,13 +84,13 @@ static void removeFile(const std::string& path) {
 // rm FOLDER/.*
 static void removeHiddenFiles(const std::string& folder) {
   for (const std::string& name : namesIn(folder, true)) {
-    removeFile(joined(folder, name.c_str()));
+    removeFile(childPath(folder, name));
   }
 }
 
 // ln -s TARGET PLACE: where a folder stands at the place already, the link goes into it.
 static void makeLink(const std::string& target, const std::string& place) {
-  const std::string link = isFolder(place) ? joined(place, pathToFile(target.c_str())) : place;
+  const std::string link = isFolder(place) ? childPath(place, pathToFile(target.c_str())) : place;
   if (symlink(target.c_str(), link.c_str()) != 0) {
     return;  // as every step, without a word
   }
@@ -106,7 +102,7 @@ static void makeLink(const std::string& target, const std::string& place) {
 // such a home becomes the plain folder as it is, in one rename, and the steps link it into a bundle
 // that holds nothing else: the runtime is found where that of every other bundle is.
 static void adoptPlainHome(const Layout& layout) {
-  if (isThere(layout.home) || !isFolder(joined(layout.bundle, "bin"))) {
+  if (isThere(layout.home) || !isFolder(childPath(layout.bundle, "bin"))) {
     return;
   }
   const char* bundle = layout.bundle.c_str();
@@ -116,7 +112,7 @@ static void adoptPlainHome(const Layout& layout) {
   logMessage("[OSX JRE] No Contents/Home in %s, it becomes %s itself\n", bundle,
              layout.plain.c_str());
   mkdir(bundle, 0777);
-  mkdir(joined(layout.bundle, "Contents").c_str(), 0777);
+  mkdir(childPath(layout.bundle, "Contents").c_str(), 0777);
 }
 
 static void moveHome(const Layout& layout) {

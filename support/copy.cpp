@@ -1,29 +1,24 @@
 #include <cstdio>
-#include <memory>
 #include <string>
+#include <utility>
 
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
-#include "support/paths.h"
+#include "support/owned.h"
 
 static char copyBuf[50000];
-
-struct CloseFile {
-  void operator()(FILE* file) const { fclose(file); }
-};
-using File = std::unique_ptr<FILE, CloseFile>;
 
 // Copies bytes from the file `from` to the file `to`; false when either cannot be opened. `tag`
 // names the caller in the two messages.
 static bool copyBytes(const char* tag, const char* from, const char* to) {
-  const File source(fopen(from, "rb"));
+  const Stream source(fopen(from, "rb"));
   if (source == nullptr) {
     logMessage("[%s] *************************** Unable to open source file for copy %s\n", tag,
                from);
     return false;
   }
-  const File target(fopen(to, "wb"));
+  const Stream target(fopen(to, "wb"));
   if (target == nullptr) {
     logMessage("[%s] *************************** Unable to open destination file for copy %s\n",
                tag, to);
@@ -40,11 +35,6 @@ static bool copyBytes(const char* tag, const char* from, const char* to) {
 void copyFile(const char* from, const char* to) {
   logMessage("[Extractor] Copying FILE %s\n", to);
   static_cast<void>(copyBytes("Extractor", from, to));
-}
-
-static std::string childOf(const char* folder, const char* name) {
-  char path[PATH_BUFFER_SIZE];
-  return setPath(path, folder, name);
 }
 
 static int copyChildFolder(const char* from, const char* to) {
@@ -73,14 +63,13 @@ static int copyChild(const char* from, const char* to) {
 }
 
 int copyFolder(const char* from, const char* to) {
-  const Folder folder = openFolder(from);
+  Folder folder = openFolder(from);
   if (folder == nullptr) {
     logMessage("[CopyFolder] SourceDir from '%s' is NULL\n", from);
     return 1;
   }
-  while (const dirent* entry = nextEntry(folder.get())) {
-    const int result =
-        copyChild(childOf(from, entry->d_name).c_str(), childOf(to, entry->d_name).c_str());
+  for (const std::string& name : namesToWalk(std::move(folder))) {
+    const int result = copyChild(childPath(from, name).c_str(), childPath(to, name).c_str());
     if (result != 0) {
       return result;
     }

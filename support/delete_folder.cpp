@@ -2,16 +2,13 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
-#include "support/paths.h"
 
-static std::string childOf(const char* folder, const char* name) {
-  char path[PATH_BUFFER_SIZE];
-  return setPath(path, folder, name);
-}
+static int deleteInside(const std::string& path, Folder folder);
 
 static void deleteChild(const std::string& child) {
   if (openFolderWithoutLink(child.c_str()) == nullptr) {
@@ -22,21 +19,24 @@ static void deleteChild(const std::string& child) {
     return;
   }
   logMessage("Deleting DIR %s\n", child.c_str());
-  if (deleteFolder(child.c_str()) == 0) {
+  if (deleteInside(child, openFolderWithoutLink(child.c_str())) == 0) {
     rmdir(child.c_str());
   } else {
     logMessage("Failed to delete %s\n", child.c_str());
   }
 }
 
-int deleteFolder(const char* path) {
-  const Folder folder = openFolder(path);
+static int deleteInside(const std::string& path, Folder folder) {
   if (folder == nullptr) {
-    logMessage("[DeleteFolder] Deleting from '%s' is NULL\n", path);
+    logMessage("[DeleteFolder] Deleting from '%s' is NULL\n", path.c_str());
     return 1;
   }
-  while (const dirent* entry = nextEntry(folder.get())) {
-    deleteChild(childOf(path, entry->d_name));
+  for (const std::string& name : namesToWalk(std::move(folder))) {
+    deleteChild(childPath(path, name));
   }
   return 0;
+}
+
+int deleteFolder(const char* path) {
+  return deleteInside(path, openFolder(path));
 }

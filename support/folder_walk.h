@@ -4,6 +4,8 @@
 #include <dirent.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 // Shared by the routines that walk a folder tree.
 
@@ -21,9 +23,17 @@ Folder openFolder(const char* path);
 // stays inside the tree that it was given.
 Folder openFolderWithoutLink(const char* path);
 
-// Returns the next entry that a walk handles, or null at the end. Skips names that begin with '.'
-// and are shorter than 3 characters: ".", ".." and two-character dot names.
-const dirent* nextEntry(DIR* folder);
+// Returns the names in `folder`, in the order of the listing and without "." and "..", and closes
+// it: a walk that gathers the names first holds no folder open while it is further down, however
+// deep the tree. A null folder has no names.
+std::vector<std::string> allNames(Folder folder);
+
+// The same, as the walks of an installation want it: names that begin with '.' and are shorter than
+// 3 characters are left out, two-character dot names with them.
+std::vector<std::string> namesToWalk(Folder folder);
+
+// Returns `folder` joined with `name`, or UNUSABLE_PATH when that does not fit a path buffer.
+std::string childPath(const std::string& folder, const std::string& name);
 
 // Returns the number of entries that readdir() lists, "." and ".." included; 0 when `path` cannot
 // be opened.

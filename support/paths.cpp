@@ -70,11 +70,7 @@ bool isAbsolutePath(const char* path) {
 }
 
 static char* allocPathBuffer() {
-  char* buffer = static_cast<char*>(calloc(PATH_BUFFER_SIZE, 1));
-  if (buffer == nullptr) {
-    abort();
-  }
-  return buffer;
+  return static_cast<char*>(allocZeroed(PATH_BUFFER_SIZE));
 }
 
 char* getAbsoluteExePath(char* path) {
@@ -83,13 +79,17 @@ char* getAbsoluteExePath(char* path) {
   }
   char* absolute = allocPathBuffer();
   if (getcwd(absolute, 1024) == nullptr) {
-    absolute[0] = 0;
+    logMessage("[Utils] ERROR - No working folder to make a path absolute: %.200s\n", path);
+    return setPath(absolute, UNUSABLE_PATH);
   }
   return pathcat(absolute, path);
 }
 
 char* getAbsoluteExeDir(const char* path) {
   char* folder = setPath(allocPathBuffer(), path);
+  if (strcmp(folder, UNUSABLE_PATH) == 0) {
+    return folder;
+  }
   const int slash = lastIndexOf(folder, '/');
   folder[slash > 0 ? slash : 0] = 0;
   return folder;

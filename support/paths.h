@@ -34,7 +34,8 @@ char* toNativePath(char* path);
 bool isAbsolutePath(const char* path);
 
 // Returns `path` itself when it is absolute, else a new path buffer, owned by the caller, with the
-// working folder joined with `path`. "." and ".." are not resolved.
+// working folder joined with `path`. "." and ".." are not resolved. UNUSABLE_PATH, which is logged,
+// when the working folder has no path or one above 1023 bytes.
 char* getAbsoluteExePath(char* path);
 
 // Returns a new path buffer, owned by the caller, with `path` cut at its last '/'; empty when there

@@ -3,11 +3,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string>
 
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
-#include "support/paths.h"
 #include "support/strings.h"
 
 static const char kRecursive755[] = "chmod -R 755 ";
@@ -42,19 +42,11 @@ static void setMode(const char* path, mode_t mode) {
   close(handle);
 }
 
-static void setModeRecursively(const char* path, mode_t mode) {
-  setMode(path, mode);
-  const Folder folder = openFolderWithoutLink(path);
-  char* child = static_cast<char*>(allocZeroed(PATH_BUFFER_SIZE));
-  while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get())) {
-    const char* name = entry->d_name;
-    const bool isSelfOrParent =
-        name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
-    if (!isSelfOrParent) {
-      setModeRecursively(setPath(child, path, name), mode);
-    }
+static void setModeRecursively(const std::string& path, mode_t mode) {
+  setMode(path.c_str(), mode);
+  for (const std::string& name : allNames(openFolderWithoutLink(path.c_str()))) {
+    setModeRecursively(childPath(path, name), mode);
   }
-  free(child);
 }
 
 void chmodR755(const char* path) {

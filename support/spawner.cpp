@@ -17,6 +17,8 @@ static_assert(sizeof(Spawner) == 4000, "the table is one block of 4000 bytes");
 
 static bool endedBySignal = false;
 
+namespace {
+
 // The process's working folder, changed for as long as this object lives.
 class FolderChange {
  public:
@@ -45,6 +47,8 @@ class FolderChange {
 
   char* saved_;
 };
+
+}  // namespace
 
 Spawner* createSpawner() {
   logMessage("[Spawner] Creating spawner\n");

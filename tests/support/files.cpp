@@ -1,6 +1,7 @@
 #include "tests/support/files.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -30,6 +31,22 @@ std::string readFile(const std::string& path) {
 
 bool exists(const std::string& path) {
   return fs::symlink_status(path).type() != fs::file_type::not_found;
+}
+
+std::string makeDeepFolder(const std::string& root, int depth, unsigned mode) {
+  std::string path = root;
+  for (int i = 0; i < depth; ++i) {
+    path += "/d";
+    EXPECT_EQ(0, mkdir(path.c_str(), mode)) << path;
+  }
+  return path;
+}
+
+void allowOpenFiles(unsigned count) {
+  rlimit limit{};
+  limit.rlim_cur = count;
+  limit.rlim_max = count;
+  setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 unsigned modeOf(const std::string& path) {

@@ -14,6 +14,13 @@ std::string readFile(const std::string& path);
 
 bool exists(const std::string& path);
 
+// Creates `depth` folders one in the other below `root`, with the given mode; returns the
+// innermost.
+std::string makeDeepFolder(const std::string& root, int depth, unsigned mode = 0755);
+
+// Lets this process open no more than `count` files at a time.
+void allowOpenFiles(unsigned count);
+
 // The permission bits of a file or folder, links not followed.
 unsigned modeOf(const std::string& path);
 

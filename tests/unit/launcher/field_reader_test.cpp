@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,187 +12,236 @@
 #include "tests/support/files.h"
 
 using test::field;
-using Texts = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
-// A stream that holds the given bytes.
+namespace {
+
+// A stream over bytes in memory, as a fuzzer would have it.
 class Stream {
  public:
-  explicit Stream(const std::string& bytes) : file_(tmpfile()) {
-    fwrite(bytes.data(), 1, bytes.size(), file_);
-    rewind(file_);
-  }
+  explicit Stream(std::string bytes)
+      : bytes_(std::move(bytes)), file_(fmemopen(bytes_.data(), bytes_.size(), "rb")) {}
   ~Stream() { fclose(file_); }
   Stream(const Stream&) = delete;
   Stream& operator=(const Stream&) = delete;
-
   operator FILE*() const { return file_; }
 
  private:
+  std::string bytes_;
   FILE* file_;
 };
 
-static std::string readText(FILE* stream, int limit) {
-  char* block = readString(stream, "A Field", limit);
-  const std::string text = block;
-  free(block);
-  return text;
+}  // namespace
+
+static std::string owned(char* text) {
+  const std::string copy = text;
+  free(text);
+  return copy;
 }
 
-static std::string tailMarker() {
-  char* block = allocAndInitMarker();
-  const std::string bytes(block, TAIL_MARKER_SIZE);
-  free(block);
-  return bytes;
+static std::string read(FILE* stream, int limit = DEFAULT_FIELD_LIMIT) {
+  return owned(readString(stream, "Name", limit));
 }
 
-static int scanForTail(FILE* stream) {
-  return scanToMarker(stream, tailMarker().data(), TAIL_MARKER_SIZE, "Tail");
+static std::string markerBytes() {
+  const std::unique_ptr<char, void (*)(void*)> bytes(allocAndInitMarker(), free);
+  return {bytes.get(), 128};
 }
 
-TEST(ReadString, ReturnsAFieldWithoutItsTerminator) {
+static int scan(FILE* stream, const std::string& wanted, Lines* lines = nullptr) {
+  int consumed = 0;
+  const Lines logged = test::logLinesOf([&] {
+    consumed = scanToMarker(stream, wanted.data(), static_cast<int>(wanted.size()), "Tail");
+  });
+  if (lines != nullptr) {
+    *lines = logged;
+  }
+  return consumed;
+}
+
+TEST(ScanToMarker, LeavesTheStreamAtTheFirstByteBehindTheMarker) {
+  const Stream stream("before" + markerBytes() + field("after"));
+  EXPECT_EQ(6 + 128, scan(stream, markerBytes()));
+  EXPECT_EQ("after", read(stream));
+}
+
+TEST(ScanToMarker, FindsAMarkerAtTheVeryStart) {
+  const Stream stream(markerBytes());
+  EXPECT_EQ(128, scan(stream, markerBytes()));
+}
+
+TEST(ScanToMarker, FindsAMarkerBehindAFalseStartThatAnotherByteEnds) {
+  const std::string falseStart("\x1D\x43\x00", 3);
+  const Stream stream(falseStart + markerBytes());
+  EXPECT_EQ(3 + 128, scan(stream, markerBytes()));
+}
+
+TEST(ScanToMarker, MissesAMarkerWhoseFirstByteEndsAFalseStart) {
+  const Stream stream("\x1D\x43" + markerBytes());
+  EXPECT_EQ(-1, scan(stream, markerBytes()));
+}
+
+TEST(ScanToMarker, FindsTheSecondOfTwoMarkersWhenTheFirstIsMissed) {
+  const Stream stream("\x1D" + markerBytes() + markerBytes());
+  EXPECT_EQ(1 + 128 + 128, scan(stream, markerBytes()));
+}
+
+TEST(ScanToMarker, LogsAStreamThatEndsFirstAndLeavesItAtItsEnd) {
+  const Stream stream(markerBytes().substr(0, 127));
+  Lines lines;
+  EXPECT_EQ(-1, scan(stream, markerBytes(), &lines));
+  EXPECT_EQ((Lines{"Could not find marker: Tail"}), lines);
+  EXPECT_NE(0, feof(stream));
+}
+
+TEST(ScanToMarker, SaysNothingWhenItFindsTheMarker) {
+  const Stream stream(markerBytes());
+  Lines lines;
+  scan(stream, markerBytes(), &lines);
+  EXPECT_EQ((Lines{}), lines);
+}
+
+TEST(ScanToMarker, GivesZeroForALengthOfZeroWithoutReading) {
+  const Stream stream("abc");
+  EXPECT_EQ(0, scan(stream, ""));
+  EXPECT_EQ('a', getc(stream));
+}
+
+TEST(ScanToMarker, SearchesForAMarkerOfAnotherLengthAndName) {
+  const std::string wanted(64, '\xFE');
+  const Stream stream(std::string(100, '\xFE'));
+  EXPECT_EQ(64, scanToMarker(stream, wanted.data(), 64, "Params"));
+  EXPECT_EQ((Lines{"Could not find marker: Params"}), test::logLinesOf([&] {
+              EXPECT_EQ(-1, scanToMarker(stream, wanted.data(), 64, "Params"));
+            }));
+}
+
+TEST(ReadString, ReadsAFieldWithItsTerminator) {
   const Stream stream(field("one") + field("two"));
-  EXPECT_EQ("one", readText(stream, 1024));
-  EXPECT_EQ("two", readText(stream, 1024));
+  EXPECT_EQ("one", read(stream));
+  EXPECT_EQ("two", read(stream));
 }
 
-TEST(ReadString, AnEmptyFieldBetweenTwoOthersIsAnEmptyTextAndNotNull) {
-  const Stream stream(field("one") + field("") + field("three"));
-  EXPECT_EQ("one", readText(stream, 1024));
-  char* empty = readString(stream, "Empty");
+TEST(ReadString, GivesAnEmptyTextForAnEmptyFieldBetweenTwoOthers) {
+  const Stream stream(field("one") + field("") + field("two"));
+  EXPECT_EQ("one", read(stream));
+  char* empty = readString(stream, "Name");
   ASSERT_NE(nullptr, empty);
-  EXPECT_STREQ("", empty);
-  free(empty);
-  EXPECT_EQ("three", readText(stream, 1024));
+  EXPECT_EQ("", owned(empty));
+  EXPECT_EQ("two", read(stream));
 }
 
-TEST(ReadString, AFieldCutShortByTheEndIsReturnedAsRead) {
-  const Stream stream("cut");
-  EXPECT_EQ("cut", readText(stream, 1024));
-  EXPECT_EQ("", readText(stream, 1024));
+TEST(ReadString, KeepsEveryByteOtherThanZero) {
+  std::string bytes;
+  for (int byte = 1; byte <= 255; ++byte) {
+    bytes.push_back(static_cast<char>(byte));
+  }
+  const Stream stream(field(bytes));
+  EXPECT_EQ(bytes, read(stream));
 }
 
-TEST(ReadString, ZeroFillsTheWholeBlock) {
+TEST(ReadString, FillsTheRestOfItsBlockWithZeros) {
   const Stream stream(field("ab"));
-  char* block = readString(stream, "A Field", 16);
-  EXPECT_EQ("ab" + std::string(14, '\0'), std::string(block, 16));
+  char* block = readString(stream, "Name", 100);
+  EXPECT_EQ("ab" + std::string(98, '\0'), std::string(block, 100));
   free(block);
 }
 
-TEST(ReadString, TakesBytesAbove127AsTheyAre) {
-  const Stream stream(field("\xFF\xE9\x80"));
-  EXPECT_EQ("\xFF\xE9\x80", readText(stream, 1024));
+TEST(ReadString, GivesAFieldThatTheEndOfTheStreamCutsShortAsRead) {
+  const Stream stream(field("one") + "tw");
+  EXPECT_EQ("one", read(stream));
+  EXPECT_EQ("tw", read(stream));
+  EXPECT_EQ("", read(stream));
+  EXPECT_EQ("", read(stream));
 }
 
-TEST(ReadString, APublicKeyOf8190CharactersIsReadWhole) {
-  const std::string key(8190, 'a');
-  const Stream stream(field(key) + field("1"));
-  const test::Captured captured = test::capture([&] { EXPECT_EQ(key, readText(stream, 8192)); });
-  EXPECT_EQ("", captured.out);
-  EXPECT_EQ("1", readText(stream, 1024));
+TEST(ReadString, ReadsAKeyOf8190CharactersWhole) {
+  const std::string key(8190, 'A');
+  const Stream stream(field(key) + field("next"));
+  const std::string out = test::capture([&] { EXPECT_EQ(key, read(stream, 8192)); }).out;
+  EXPECT_EQ("", out);
+  EXPECT_EQ("next", read(stream));
 }
 
-TEST(ReadString, APublicKeyOf8191CharactersWarnsAndTheNextFieldReadsAsEmpty) {
-  const std::string key(8191, 'a');
-  const Stream stream(field(key) + field("1"));
-  const test::Captured captured = test::capture([&] { EXPECT_EQ(key, readText(stream, 8192)); });
+TEST(ReadString, WarnsOfAKeyOf8191CharactersAndGivesAnEmptyNextField) {
+  const std::string key(8191, 'A');
+  const Stream stream(field(key) + field("next"));
+  const test::Captured captured = test::capture([&] { EXPECT_EQ(key, read(stream, 8192)); });
   EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 8191>8192! (READSTRING) [" + key + "]\n",
             captured.out);
-  EXPECT_EQ("", readText(stream, 1024));
-  EXPECT_EQ("1", readText(stream, 1024));
+  EXPECT_EQ("", captured.err) << "the warning is not for the log";
+  EXPECT_EQ("", read(stream));
+  EXPECT_EQ("next", read(stream));
 }
 
-TEST(ReadString, OfAnOverlongFieldTheNextReadBeginsInsideIt) {
+TEST(ReadString, LeavesTheRestOfATooLongFieldForTheNextRead) {
   const Stream stream(field("abcdefgh") + field("next"));
-  test::capture([&] { EXPECT_EQ("abc", readText(stream, 4)); });
-  test::capture([&] { EXPECT_EQ("def", readText(stream, 4)); });
-  EXPECT_EQ("gh", readText(stream, 4));
-  EXPECT_EQ("next", readText(stream, 1024));
+  test::capture([&] {
+    EXPECT_EQ("abcd", read(stream, 5));
+    EXPECT_EQ("efgh", read(stream, 6)) << "four bytes and their end fit a limit of six";
+  });
+  EXPECT_EQ("next", read(stream));
 }
 
-TEST(ReadString, WithTheSmallestLimitTakesOneByte) {
-  const Stream stream(field("ab"));
-  test::capture([&] { EXPECT_EQ("a", readText(stream, 2)); });
+TEST(ReadString, TakesTheSmallestLimit) {
+  const Stream stream("xyz");
+  EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 1>2! (READSTRING) [x]\n",
+            test::capture([&] { EXPECT_EQ("x", read(stream, 2)); }).out);
 }
 
-TEST(ReadString, WithoutALimitTakes1022Characters) {
-  const std::string text(1022, 'x');
-  const Stream stream(field(text) + field("next"));
-  char* block = readString(stream, "A Field");
-  EXPECT_EQ(text, block);
-  free(block);
-  EXPECT_EQ("next", readText(stream, 1024));
+TEST(ReadString, HasALimitOf1024WithoutOne) {
+  const std::string most(1022, 'x');
+  const Stream stream(field(most) + field(most + "y") + field("next"));
+  EXPECT_EQ(most, owned(readString(stream, "Name")));
+  EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 1023>1024! (READSTRING) [" + most + "y]\n",
+            test::capture([&] { EXPECT_EQ(most + "y", owned(readString(stream, "Name"))); }).out);
 }
 
-static long numberIn(const std::string& text) {
+static long number(const std::string& text) {
   const Stream stream(field(text));
-  return readInt(stream, "A Number");
+  return readInt(stream, "Name");
 }
 
-TEST(ReadInt, ConvertsSignsAndLeadingBlanksAndStopsAtTheFirstOtherCharacter) {
-  EXPECT_EQ(42, numberIn("42"));
-  EXPECT_EQ(-7, numberIn(" \t-7x9"));
-  EXPECT_EQ(0, numberIn("none"));
-  EXPECT_EQ(0, numberIn(""));
+TEST(ReadInt, ConvertsDecimalTextUpToTheFirstOtherCharacter) {
+  EXPECT_EQ(1407, number("1407"));
+  EXPECT_EQ(-5, number("-5"));
+  EXPECT_EQ(7, number(" \t\n+7"));
+  EXPECT_EQ(12, number("12abc"));
+  EXPECT_EQ(100, number("0100"));
 }
 
-TEST(ReadInt, ReadsAtMost39Characters) {
-  const Stream stream(field(std::string(38, '0') + "17"));
-  test::capture([&] { EXPECT_EQ(1, readInt(stream, "A Number")); });
+TEST(ReadInt, GivesZeroForTextWithoutDigits) {
+  EXPECT_EQ(0, number(""));
+  EXPECT_EQ(0, number("abc"));
+  EXPECT_EQ(0, number("-"));
 }
 
-static bool truthOf(const std::string& text) {
+TEST(ReadInt, ReadsWithALimitOf40) {
+  const Stream stream(field("1" + std::string(38, ' ')) + field("next"));
+  EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 39>40! (READSTRING) [1" + std::string(38, ' ') +
+                "]\n",
+            test::capture([&] { EXPECT_EQ(1, readInt(stream, "Name")); }).out);
+  EXPECT_EQ(0, readInt(stream, "Name"));
+  EXPECT_EQ("next", read(stream));
+}
+
+static bool boolean(const std::string& text) {
   const Stream stream(field(text));
-  return readBoolean(stream, "A Flag");
+  return readBoolean(stream, "Name");
 }
 
-TEST(ReadBoolean, IsTrueForEveryTextThatConvertsToOne) {
-  EXPECT_TRUE(truthOf("1"));
-  EXPECT_TRUE(truthOf("01"));
-  EXPECT_TRUE(truthOf("1abc"));
-  EXPECT_TRUE(truthOf("  1"));
+TEST(ReadBoolean, IsTrueExactlyForANumberOfOne) {
+  EXPECT_TRUE(boolean("1"));
+  EXPECT_TRUE(boolean("01"));
+  EXPECT_TRUE(boolean("1abc"));
+  EXPECT_TRUE(boolean("   1"));
 }
 
-TEST(ReadBoolean, IsFalseForEveryOtherText) {
-  EXPECT_FALSE(truthOf("true"));
-  EXPECT_FALSE(truthOf("2"));
-  EXPECT_FALSE(truthOf("0"));
-  EXPECT_FALSE(truthOf(""));
-}
-
-TEST(ScanToMarker, ReturnsTheBytesConsumedAndLeavesTheStreamBehindTheMarker) {
-  const Stream stream("code" + tailMarker() + field("first"));
-  EXPECT_EQ(4 + TAIL_MARKER_SIZE, scanForTail(stream));
-  EXPECT_EQ("first", readText(stream, 1024));
-}
-
-TEST(ScanToMarker, WithoutMarkerLogsItsNameAndReturnsMinusOne) {
-  const Stream stream("no such thing");
-  EXPECT_EQ((Texts{"Could not find marker: Tail"}),
-            test::logLinesOf([&] { EXPECT_EQ(-1, scanForTail(stream)); }));
-}
-
-TEST(ScanToMarker, AMarkerCutShortByTheEndIsNotFound) {
-  const Stream stream(tailMarker().substr(0, TAIL_MARKER_SIZE - 1));
-  test::capture([&] { EXPECT_EQ(-1, scanForTail(stream)); });
-}
-
-TEST(ScanToMarker, AByteThatBreaksAFalseStartIsDropped) {
-  const Stream stream(std::string("\x1D\x43\0", 3) + tailMarker());
-  EXPECT_EQ(3 + TAIL_MARKER_SIZE, scanForTail(stream));
-}
-
-TEST(ScanToMarker, AMarkerWhoseFirstByteBreaksAFalseStartIsNotFound) {
-  const Stream stream("\x1D\x43" + tailMarker());
-  test::capture([&] { EXPECT_EQ(-1, scanForTail(stream)); });
-}
-
-TEST(ScanToMarker, ALengthOfZeroReturnsAtOnceWithoutReading) {
-  const Stream stream("x");
-  EXPECT_EQ(0, scanToMarker(stream, tailMarker().data(), 0, "Tail"));
-  EXPECT_EQ('x', fgetc(stream));
-}
-
-TEST(ScanToMarker, FindsBytesAbove127) {
-  const Stream stream("ab\x80\xFFz");
-  EXPECT_EQ(4, scanToMarker(stream, "\x80\xFF", 2, "Params"));
+TEST(ReadBoolean, IsFalseForWordsAndOtherNumbers) {
+  EXPECT_FALSE(boolean("true"));
+  EXPECT_FALSE(boolean("2"));
+  EXPECT_FALSE(boolean("0"));
+  EXPECT_FALSE(boolean("-1"));
+  EXPECT_FALSE(boolean("11"));
+  EXPECT_FALSE(boolean(""));
 }

@@ -198,12 +198,18 @@ TEST(InitOSXJRE, ChangesNothingMateriallyOnASecondRun) {
   EXPECT_EQ(first, second);
 }
 
+namespace {
+
 struct PathCase {
   const char* label;
   const char* name;
 };
 
+}  // namespace
+
+namespace {
 class InitOSXJREPath : public testing::TestWithParam<PathCase> {};
+}  // namespace
 
 TEST_P(InitOSXJREPath, IsTakenAsItIs) {
   const test::TempFolder folder;
@@ -342,6 +348,8 @@ static void writePlainHome(const std::string& home) {
   test::writeFile(home + "/.hidden", "x");
 }
 
+namespace {
+
 // A master folder in which a plain Java home was adopted: copied into a temporary folder, renamed
 // to the version folder with ".plugin", and prepared.
 class AdoptedHome {
@@ -365,6 +373,8 @@ class AdoptedHome {
   test::TempFolder home_;
   test::TempFolder master_;
 };
+
+}  // namespace
 
 TEST(InitOSXJREOfAPlainHome, LeavesTheRuntimeInThePlainFolderAndALinkToItInTheBundle) {
   const AdoptedHome adopted;

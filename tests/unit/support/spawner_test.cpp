@@ -17,6 +17,8 @@
 
 using Lines = std::vector<std::string>;
 
+namespace {
+
 // A spawner with its own argument texts, which have to live until the program has started.
 class FilledSpawner {
  public:
@@ -43,6 +45,8 @@ struct Outcome {
   int result = 0;
   Lines lines;
 };
+
+}  // namespace
 
 static Outcome runAndWait(const std::vector<std::string>& arguments, const char* folder = nullptr) {
   Outcome outcome;

@@ -2,12 +2,127 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstdlib>
+#include <cstring>
+#include <string>
+
+// Takes a text that the caller owns.
+static std::string owned(char* text) {
+  const std::string copy = text;
+  free(text);
+  return copy;
+}
+
+TEST(AllocCopy, GivesANewBlockWithTheSameText) {
+  char text[] = "abc";
+  char* copy = allocCopy(text);
+  EXPECT_NE(text, copy);
+  EXPECT_EQ("abc", owned(copy));
+  EXPECT_EQ("", owned(allocCopy("")));
+}
+
+TEST(AllocSubstring, CopiesTheGivenBytesAndEndsThem) {
+  EXPECT_EQ("bcd", owned(allocSubstring("abcdef", 1, 3)));
+  EXPECT_EQ("", owned(allocSubstring("abcdef", 2, 0)));
+}
+
+TEST(AllocSubstring, GivesZerosForBytesOutsideTheText) {
+  char* part = allocSubstring("abc", 2, 5);
+  EXPECT_EQ(0, memcmp("c\0\0\0\0", part, 6));
+  free(part);
+  EXPECT_EQ("", owned(allocSubstring("abc", 3, 5)));
+  EXPECT_EQ("", owned(allocSubstring("abc", 4, 5)));
+  EXPECT_EQ("", owned(allocSubstring("abc", -1, 5)));
+  EXPECT_EQ("", owned(allocSubstring("abc", 1, -5)));
+  EXPECT_EQ("", owned(allocSubstring("abc", INT_MAX, 1)));
+}
+
+TEST(AllocTempString, JoinsItsParts) {
+  EXPECT_EQ("abcd", owned(allocTempString("ab", "cd")));
+  EXPECT_EQ("", owned(allocTempString("", "")));
+}
+
+TEST(LastIndexOf, FindsTheLastOccurrence) {
+  EXPECT_EQ(3, lastIndexOf("a:b:c", ':'));
+  EXPECT_EQ(0, lastIndexOf(":", ':'));
+}
+
+TEST(LastIndexOf, IsMinusOneWithoutOneAndForTheEmptyString) {
+  EXPECT_EQ(-1, lastIndexOf("abc", ':'));
+  EXPECT_EQ(-1, lastIndexOf("", ':'));
+}
 
 TEST(IndexOf, FindsTheNthOccurrenceCountingFromOne) {
+  EXPECT_EQ(1, indexOf("a:b:c", ':', 1));
   EXPECT_EQ(3, indexOf("a:b:c", ':', 2));
 }
 
 TEST(IndexOf, IsMinusOneWhenThereAreFewerOccurrences) {
   EXPECT_EQ(-1, indexOf("a:b:c", ':', 3));
+  EXPECT_EQ(-1, indexOf("", ':', 1));
+}
+
+TEST(IndexOf, IsMinusOneWhenNIsZeroOrNegative) {
+  EXPECT_EQ(-1, indexOf("a:b:c", ':', 0));
+  EXPECT_EQ(-1, indexOf("a:b:c", ':', -1));
+}
+
+TEST(IntegerToA, CutsANumberOfMoreThanSevenCharacters) {
+  char text[8];
+  EXPECT_EQ(8, integerToA(-1234567, text));
+  EXPECT_STREQ("-123456", text);
+  EXPECT_EQ(11, integerToA(INT_MIN, text));
+  EXPECT_STREQ("-214748", text);
+}
+
+TEST(IntegerToA, ReturnsTheLengthOfANumberThatFits) {
+  char text[8];
+  EXPECT_EQ(2, integerToA(42, text));
+  EXPECT_STREQ("42", text);
+  EXPECT_EQ(7, integerToA(1234567, text));
+  EXPECT_STREQ("1234567", text);
+}
+
+TEST(EscapeSpaces, WritesABackslashBeforeEveryBlank) {
+  char text[] = "a b";
+  EXPECT_EQ("a\\ b", owned(escapeSpaces(text, true)));
+  char blanks[] = "   ";
+  EXPECT_EQ("\\ \\ \\ ", owned(escapeSpaces(blanks, true)));
+}
+
+TEST(EscapeSpaces, ReturnsTheTextItselfWhenNotEscaping) {
+  char text[] = "a b";
+  EXPECT_EQ(text, escapeSpaces(text, false));
+}
+
+TEST(EscapeSpaces, GivesANewBlockEvenWithoutABlank) {
+  char text[] = "ab";
+  char* escaped = escapeSpaces(text, true);
+  EXPECT_NE(text, escaped);
+  EXPECT_EQ("ab", owned(escaped));
+}
+
+TEST(QuoteSpaciousString, QuotesAlways) {
+  EXPECT_EQ("\"ab\"", owned(quoteSpaciousString("ab")));
+  EXPECT_EQ("\"a b\"", owned(quoteSpaciousString("a b")));
+  EXPECT_EQ("\"\"", owned(quoteSpaciousString("")));
+  EXPECT_EQ("\"\"a\"\"", owned(quoteSpaciousString("\"a\"")));
+}
+
+TEST(QuoteStringIfNecessary, ReturnsATextThatStartsWithAQuoteItselfEvenIfItDoesNotEndWithOne) {
+  char text[] = "\"a b";
+  EXPECT_EQ(text, quoteStringIfNecessary(text));
+}
+
+TEST(QuoteStringIfNecessary, QuotesEveryOtherText) {
+  char text[] = "a\"";
+  EXPECT_EQ("\"a\"\"", owned(quoteStringIfNecessary(text)));
+  char empty[] = "";
+  EXPECT_EQ("\"\"", owned(quoteStringIfNecessary(empty)));
+}
+
+TEST(PlatformStubs, SayThatThereIsNo32BitBuildAndEditNothing) {
+  EXPECT_FALSE(is32Bit());
+  editToWindowsSubsystem("/absent", true);
 }
