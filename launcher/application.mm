@@ -4,22 +4,18 @@
 
 #import <AppKit/AppKit.h>
 
-#include "platform/display.h"
 #include "platform/process_end.h"
 #include "platform/toolkit.h"
+#include "platform/window_system.h"
+#include "support/exit_status.h"
 
 void prepareApplication(char** argv) { prepareToolkit(argv); }
 
 void createApplication() {
-  if (!isDisplayAvailable()) {
+  if (!openWindowSystem()) {
     fputs("No display: DISPLAY names no window system that can be reached.\n", stderr);
-    endProcess(1);
+    endProcess(EXIT_STATUS_FAILURE);
   }
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  beforeApplicationCreation();
-  [NSApplication sharedApplication];
-  afterApplicationCreation();
-  [pool release];
 }
 
 void* createAutoreleasePool() { return [[NSAutoreleasePool alloc] init]; }

@@ -3,23 +3,24 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/display.h"
+#include "platform/gnustep/application_delegate.h"
 #import "platform/gnustep/create_application.h"
+#include "platform/gnustep/quiet_start.h"
 #include "platform/toolkit.h"
 
-bool openWindowSystem() {
-  if (NSApp != nil) {
-    return true;
-  }
-  if (!isDisplayAvailable()) {
-    return false;
-  }
+static bool createApplication() {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  beforeApplicationCreation();
+  beginQuietStart();
   const bool created = createSharedApplication();
-  afterApplicationCreation();
+  endQuietStart();
+  if (created) {
+    [NSApp setDelegate:[[ApplicationDelegate alloc] init]];
+  }
   [pool release];
   return created;
 }
+
+bool openWindowSystem() { return NSApp != nil || (isDisplayAvailable() && createApplication()); }
 
 void answerWindowSystem() {
   NSDate* noWait = [NSDate distantPast];

@@ -1,7 +1,3 @@
 #include "platform/toolkit.h"
 
 void prepareToolkit(char**) {}
-
-void beforeApplicationCreation() {}
-
-void afterApplicationCreation() {}

@@ -13,9 +13,23 @@ namespace fs = std::filesystem;
 
 namespace test {
 
-TestHome::TestHome() : home_(folder_ / "home") {
+// The toolkit's ports are local sockets, whose paths are limited to 107 characters; this is what it
+// adds to the temporary folder.
+static const size_t kLongestPort = sizeof "/GNUstepSecure4294967295/NSMessagePort/ports/4194304.99";
+
+// A temporary folder inside `folder`, or one with a short path where that would be too long.
+static std::string makeTemporaryFolder(const std::string& folder) {
+  std::string path = folder + "/tmp";
+  if (path.size() + kLongestPort > 108) {
+    path = "/tmp/quorvane-XXXXXX";
+    return mkdtemp(path.data());
+  }
+  fs::create_directories(path);
+  return path;
+}
+
+TestHome::TestHome() : home_(folder_ / "home"), tmp_(makeTemporaryFolder(folder_.path())) {
   fs::create_directories(home_);
-  fs::create_directories(folder_ / "tmp");
   const std::string ids = std::to_string(getuid()) + ":" + std::to_string(getgid());
   writeFile(folder_ / "passwd", "tester:x:" + ids + ":Tester:" + home_ + ":/bin/sh\n");
   writeFile(folder_ / "group", "tester:x:" + std::to_string(getgid()) + ":\n");
@@ -45,7 +59,9 @@ static void endDaemonsOf(const std::string& tmp) {
 }
 
 TestHome::~TestHome() {
-  endDaemonsOf(folder_ / "tmp");
+  endDaemonsOf(tmp_);
+  std::error_code ignored;
+  fs::remove_all(tmp_, ignored);
 }
 
 std::map<std::string, std::string> TestHome::environment() const {
@@ -54,7 +70,9 @@ std::map<std::string, std::string> TestHome::environment() const {
     preload = std::string(already) + ":" + preload;
   }
   return {{"HOME", home_},
-          {"TMPDIR", folder_ / "tmp"},
+          {"TMPDIR", tmp_},
+          {"TEMP", tmp_},
+          {"TMP", tmp_},
           {"LD_PRELOAD", preload},
           {"NSS_WRAPPER_PASSWD", folder_ / "passwd"},
           {"NSS_WRAPPER_GROUP", folder_ / "group"}};

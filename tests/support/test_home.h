@@ -28,6 +28,7 @@ class TestHome {
  private:
   TempFolder folder_;
   std::string home_;
+  std::string tmp_;
 };
 
 }  // namespace test

@@ -1,11 +1,12 @@
-#include "platform/gnustep/open_url_forwarder.h"
+#include "platform/gnustep/application_delegate.h"
 
 #include "platform/gnustep/apple_events.h"
+#include "platform/process_end.h"
 
 static const AEEventClass kOpenURL = 0x4755524C;    // 'GURL', the event's class and its id
 static const AEKeyword kDirectObject = 0x2D2D2D2D;  // '----'
 
-@implementation OpenURLForwarder
+@implementation ApplicationDelegate
 
 - (BOOL)application:(NSApplication*)application openURL:(id)url {
   (void)application;
@@ -19,6 +20,16 @@ static const AEKeyword kDirectObject = 0x2D2D2D2D;  // '----'
   [event setParamDescriptor:[NSAppleEventDescriptor descriptorWithString:text]
                  forKeyword:kDirectObject];
   return dispatchAppleEvent(event);
+}
+
+- (void)applicationDidResignActive:(NSNotification*)notification {
+  (void)notification;
+  [[NSApp mainMenu] display];
+}
+
+- (void)applicationWillTerminate:(NSNotification*)notification {
+  (void)notification;
+  endProcess(0);
 }
 
 @end

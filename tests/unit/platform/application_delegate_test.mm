@@ -1,0 +1,62 @@
+#include "platform/gnustep/application_delegate.h"
+
+#include <gtest/gtest.h>
+
+#include "launcher/url_events.h"
+#include "platform/gnustep/apple_events.h"
+
+class OpenURL : public testing::Test {
+ protected:
+  void SetUp() override {
+    pool_ = [[NSAutoreleasePool alloc] init];
+    delegate_ = [[[ApplicationDelegate alloc] init] autorelease];
+  }
+  void TearDown() override { [pool_ release]; }
+
+  ApplicationDelegate* delegate_ = nil;
+
+ private:
+  NSAutoreleasePool* pool_ = nil;
+};
+
+TEST_F(OpenURL, ReachesTheRegisteredHandlerAsAnEvent) {
+  registerOSXEventListener();
+  EXPECT_TRUE([delegate_ application:nil openURL:[NSURL URLWithString:@"quorvane://open/1"]]);
+  EXPECT_STREQ("quorvane://open/1", getRequestedURL());
+}
+
+TEST_F(OpenURL, GivenAsATextReachesTheHandlerToo) {
+  registerOSXEventListener();
+  EXPECT_TRUE([delegate_ application:nil openURL:@"quorvane://open/2"]);
+  EXPECT_STREQ("quorvane://open/2", getRequestedURL());
+}
+
+TEST_F(OpenURL, WithoutARegisteredHandlerIsRefused) {
+  EXPECT_FALSE([delegate_ application:nil openURL:@"quorvane://open"]);
+}
+
+TEST_F(OpenURL, OfNothingLeavesTheUrlBeforeIt) {
+  registerOSXEventListener();
+  [delegate_ application:nil openURL:@"quorvane://first"];
+  [delegate_ application:nil openURL:nil];
+  EXPECT_STREQ("quorvane://first", getRequestedURL());
+}
+
+TEST_F(OpenURL, AfterASecondRegistrationReachesTheNewHandler) {
+  registerOSXEventListener();
+  [delegate_ application:nil openURL:@"quorvane://first"];
+  registerOSXEventListener();
+  EXPECT_EQ(nullptr, getRequestedURL());
+  [delegate_ application:nil openURL:@"quorvane://second"];
+  EXPECT_STREQ("quorvane://second", getRequestedURL());
+}
+
+TEST_F(OpenURL, AnEventOfAnotherClassFindsNoHandler) {
+  registerOSXEventListener();
+  NSAppleEventDescriptor* event = [NSAppleEventDescriptor appleEventWithEventClass:0x61657674
+                                                                           eventID:0x6F617070
+                                                                  targetDescriptor:nil
+                                                                          returnID:0
+                                                                     transactionID:0];
+  EXPECT_FALSE(dispatchAppleEvent(event));
+}
