@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #include "launch/retry.h"
@@ -20,6 +21,18 @@ static void recordPause(unsigned seconds) {
   printf("\npaused for %u seconds\n", seconds);
   fflush(stdout);
   pauseHook(++pauseCount);
+}
+
+// These messages have no line end of their own, so that the next line follows them directly.
+static std::string withEveryLineEnded(std::string out) {
+  for (const char* message :
+       {"[BundleLoader] Bundle is null?", "[BundleLoader] Could not load JRE bundle!"}) {
+    const size_t at = out.find(message);
+    if (at != std::string::npos) {
+      out.insert(at + strlen(message), "\n");
+    }
+  }
+  return out;
 }
 
 static void waitForFile(const std::string& path) {
@@ -66,7 +79,7 @@ Launched Launching::launchAsItIs() {
   Launched launched;
   EXPECT_FALSE(child.timedOut);
   EXPECT_EQ(0, child.signal) << child.err;
-  launched.lines = test::logLinesOf(child.out);
+  launched.lines = test::logLinesOf(withEveryLineEnded(child.out));
   launched.returned = child.status == test::CODE_RETURNED;
   launched.result = launched.returned ? std::stoi(test::readFile(scene / "result")) : child.status;
   launched.pauses = static_cast<int>(

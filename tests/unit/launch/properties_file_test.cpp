@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "launch/launch_properties.h"
+#include "tests/unit/launch/launching.h"
+
+using namespace std::string_literals;
+using Texts = std::vector<std::string>;
+
+// The options file cannot be opened either, so that its last pause is a moment at which the launch
+// file is open and the properties file is not: there a test takes the application folder away.
+class PropertiesFile : public Launching {
+ protected:
+  static constexpr int kOptionsPauses = 5;
+
+  PropertiesFile() {
+    scene.installFakeRuntime(scene.runtime());
+    test::makeUnopenable(scene.optionsFile());
+  }
+
+  void takeFolderAway() const {
+    std::rename(scene.appFolder().c_str(), (scene / "elsewhere").c_str());
+  }
+  void bringFolderBack() const {
+    std::rename((scene / "elsewhere").c_str(), scene.appFolder().c_str());
+  }
+};
+
+static long countOf(const Texts& lines, const std::string& beginning) {
+  return std::count_if(lines.begin(), lines.end(),
+                       [&](const std::string& line) { return line.rfind(beginning, 0) == 0; });
+}
+
+TEST_F(PropertiesFile, IsWrittenWithItsNameAndLengthLogged) {
+  const Launched launched = launch();
+  ASSERT_EQ(1u, scene.propertiesFiles().size());
+  const std::string length = std::to_string(writtenBytes().size());
+  EXPECT_TRUE(test::containsInOrder(
+      launched.lines,
+      {"[Extractor] Writing launch properties file",
+       "[Extractor] Writing launch properties to " + scene.propertiesFiles().front(),
+       "[Extractor] Launch properties length is " + length, "[Extractor] Writing to file",
+       "[Extractor] Finished writing launch properties file"}));
+}
+
+TEST_F(PropertiesFile, ThatCannotBeCreatedEndsTheProcessWithStatus99AfterFivePauses) {
+  onPause = [this](int number) {
+    if (number == kOptionsPauses) {
+      takeFolderAway();
+    }
+  };
+  const Launched launched = launch();
+  EXPECT_FALSE(launched.returned);
+  EXPECT_EQ(UNWRITABLE_PROPERTIES_STATUS, launched.result);
+  EXPECT_EQ(kOptionsPauses + 5, launched.pauses);
+  EXPECT_EQ(5, countOf(launched.lines, "[Retry] Writing launch properties to " + scene.appFolder() +
+                                           "/QVLaunchProperties-"));
+  EXPECT_EQ("Unable to write Launch Properties file! Cannot run!", errorsIn(launched.lines).back());
+  EXPECT_FALSE(wasStarted());
+}
+
+TEST_F(PropertiesFile, ThatCanBeCreatedAtTheThirdRetryIsHandedOnUnderItsFreshName) {
+  onPause = [this](int number) {
+    if (number == kOptionsPauses) {
+      takeFolderAway();
+    } else if (number == kOptionsPauses + 2) {
+      bringFolderBack();
+    }
+  };
+  const Launched launched = launch();
+  EXPECT_EQ(0, launched.result);
+  EXPECT_EQ(kOptionsPauses + 2, launched.pauses);
+  EXPECT_EQ(3, countOf(launched.lines, "[Retry] Writing launch properties to "));
+  ASSERT_EQ(1u, scene.propertiesFiles().size());
+  EXPECT_EQ(scene.propertiesFiles().front(), startedWith().back());
+}
+
+TEST_F(PropertiesFile, ThatCannotBeWrittenWholeEndsTheProcessWithStatus99) {
+  properties = "qvstat_big\0"s + std::string(300000, 'x') + "\0\0"s;
+  beforeLaunch = [] {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{200000, 200000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  };
+  const Launched launched = launch();
+  EXPECT_FALSE(launched.returned);
+  EXPECT_EQ(UNWRITABLE_PROPERTIES_STATUS, launched.result);
+  EXPECT_EQ("Unable to write Launch Properties file! Cannot run!", errorsIn(launched.lines).back());
+  EXPECT_FALSE(wasStarted());
+}
+
+class PropertiesFileOfClass : public Launching, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Classes, PropertiesFileOfClass,
+                         testing::Values(LAUNCH_APPLICATION, LAUNCH_COMPATIBILITY, 2, -1, 1000));
+
+TEST_P(PropertiesFileOfClass, IsWritten) {
+  launchClass = GetParam();
+  scene.installFakeRuntime(scene.runtime());
+  launch();
+  EXPECT_EQ(scene.appFolder(), test::propertyIn(written(), "qvstat_app_dir"));
+}
+
+TEST_F(PropertiesFile, OfASecondLaunchHasAnotherName) {
+  launch();
+  launch();
+  EXPECT_EQ(2u, scene.propertiesFiles().size());
+}
