@@ -1,6 +1,5 @@
 #include <sys/stat.h>
 
-#include <cstdlib>
 #include <cstring>
 
 #include "launch/launch_app.h"
@@ -13,12 +12,12 @@
 static const char kJava[] = "java";
 
 static bool pickRuntime(Launch* launch) {
-  char* name = pickAndAllocLatestFromMaster(launch->request.masterFolder, launch->request.jre);
+  const Block<char> name(
+      pickAndAllocLatestFromMaster(launch->request.masterFolder, launch->request.jre));
   if (name == nullptr) {
     return false;
   }
-  launch->jreFolderName = name;
-  free(name);
+  launch->jreFolderName = name.get();
   return true;
 }
 

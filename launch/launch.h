@@ -1,20 +1,14 @@
 #ifndef QUORVANE_LAUNCH_LAUNCH_H
 #define QUORVANE_LAUNCH_LAUNCH_H
 
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "launch/text_list.h"
+#include "support/owned.h"
 #include "support/paths.h"
 
 // The record that the steps of one launch work on.
-
-struct CloseStream {
-  void operator()(FILE* stream) const { fclose(stream); }
-};
-using Stream = std::unique_ptr<FILE, CloseStream>;
 
 // What the caller asked for; the texts are the caller's.
 struct LaunchRequest {

@@ -1,17 +1,13 @@
-#include <cstdlib>
+#include "launch/launch_file.h"
 
 #include "launch/launch_app.h"
-#include "launch/launch_file.h"
 #include "launch/launch_steps.h"
 #include "launcher/field_reader.h"
 #include "platform/process_end.h"
 #include "support/logging.h"
 
 std::string readText(FILE* stream, const char* name) {
-  char* text = readString(stream, name);
-  std::string copy = text;
-  free(text);
-  return copy;
+  return Block<char>(readString(stream, name)).get();
 }
 
 void readLaunchFileHead(Launch* launch) {

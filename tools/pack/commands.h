@@ -11,6 +11,9 @@ namespace tools {
 // key new, key show: the key pair that signs an application's archives.
 void addKeyCommand(CLI::App* app);
 
+// launchfile write, launchfile read: the launch file of an application's folder.
+void addLaunchfileCommand(CLI::App* app);
+
 }  // namespace tools
 
 #endif

@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", QUORVANE_VERSION);
   app.require_subcommand(1);
   tools::addKeyCommand(&app);
+  tools::addLaunchfileCommand(&app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

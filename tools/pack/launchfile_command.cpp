@@ -1,0 +1,90 @@
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "tools/input_error.h"
+#include "tools/launch_file_text.h"
+#include "tools/launch_file_writer.h"
+#include "tools/pack/commands.h"
+
+namespace tools {
+
+namespace {
+struct LaunchFileOptions {
+  std::string input;
+  std::string output;
+};
+}  // namespace
+
+static std::string contentOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  if (!in.good()) {
+    throw InputError("cannot read " + path);
+  }
+  return content;
+}
+
+static void writeContent(const std::string& path, const std::string& content) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out << content;
+  out.close();
+  if (!out.good()) {
+    throw InputError("cannot write " + path);
+  }
+}
+
+// Puts the file's name in front of what is wrong with its content.
+template <typename Function>
+static auto aboutFile(const std::string& path, Function function) {
+  try {
+    return function();
+  } catch (const InputError& error) {
+    throw InputError(path + ": " + error.what());
+  }
+}
+
+static void writeLaunchFile(const LaunchFileOptions& options) {
+  const std::string text = contentOf(options.input);
+  const std::string bytes =
+      aboutFile(options.input, [&] { return encodeLaunchFile(launchFileFromText(text)); });
+  writeContent(options.output, bytes);
+}
+
+static void readLaunchFile(const LaunchFileOptions& options) {
+  const std::string bytes = contentOf(options.input);
+  const std::string text =
+      aboutFile(options.input, [&] { return textOfLaunchFile(decodeLaunchFile(bytes)); });
+  fwrite(text.data(), 1, text.size(), stdout);
+}
+
+static void addWrite(CLI::App* launchFile) {
+  CLI::App* command = launchFile->add_subcommand("write", "Writes a launch file from TOML text.");
+  auto options = std::make_shared<LaunchFileOptions>();
+  command->add_option("TEXT", options->input, "The TOML text; \"read\" shows its keys")->required();
+  command->add_option("FILE", options->output, "Where the launch file goes")->required();
+  command->footer(
+      "The launch file belongs into the application's folder under the name QuorvaneLaunch.\n"
+      "Example:\n  quorvane-pack launchfile write launch.toml app/QuorvaneLaunch");
+  command->callback([options] { writeLaunchFile(*options); });
+}
+
+static void addRead(CLI::App* launchFile) {
+  CLI::App* command = launchFile->add_subcommand("read", "Prints a launch file as TOML text.");
+  auto options = std::make_shared<LaunchFileOptions>();
+  command->add_option("FILE", options->input, "The launch file")->required();
+  command->footer("Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
+  command->callback([options] { readLaunchFile(*options); });
+}
+
+void addLaunchfileCommand(CLI::App* app) {
+  CLI::App* launchFile = app->add_subcommand(
+      "launchfile", "Writes and shows the file that says how an application is started.");
+  launchFile->require_subcommand(1);
+  addWrite(launchFile);
+  addRead(launchFile);
+}
+
+}  // namespace tools
