@@ -6,11 +6,12 @@
 
 static const int kFinished = -1;
 
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__,
+              "a lane is read as it lies in memory, its lowest byte first");
+
 static uint64_t readLane(const unsigned char* bytes) {
-  uint64_t lane = 0;
-  for (int i = 7; i >= 0; --i) {
-    lane = lane << 8 | bytes[i];
-  }
+  uint64_t lane;
+  memcpy(&lane, bytes, sizeof lane);
   return lane;
 }
 
