@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@ namespace test {
 static void becomeProgram
     [[noreturn]] (const Command& command, const std::string& out, const std::string& err) {
   setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing outlives a test that is itself killed
   const int flags = O_WRONLY | O_CREAT | O_TRUNC;
   dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
   dup2(open(out.c_str(), flags, 0600), STDOUT_FILENO);
@@ -66,15 +68,20 @@ Result waitForChild(pid_t child, double seconds) {
   return result;
 }
 
-Result run(const Command& command) {
-  const TempFolder folder;
-  const std::string out = folder / "out";
-  const std::string err = folder / "err";
+pid_t start(const Command& command, const std::string& out, const std::string& err) {
   const pid_t child = fork();
   if (child == 0) {
     becomeProgram(command, out, err);
   }
   EXPECT_GT(child, 0);
+  return child;
+}
+
+Result run(const Command& command) {
+  const TempFolder folder;
+  const std::string out = folder / "out";
+  const std::string err = folder / "err";
+  const pid_t child = start(command, out, err);
   Result result = waitForChild(child, command.seconds);
   result.out = readFile(out);
   result.err = readFile(err);

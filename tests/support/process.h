@@ -29,6 +29,10 @@ struct Result {
 // still alive of its process group afterwards is killed.
 Result run(const Command& command);
 
+// Starts a program with empty standard input, as the leader of a process group of its own, with its
+// output in the files `out` and `err`, which are emptied first. Returns its process id.
+pid_t start(const Command& command, const std::string& out, const std::string& err);
+
 // Waits for a child that leads a process group of its own, or is about to; after `seconds` it is
 // killed. Returns how it ended, without output. The rest of its group is killed.
 Result waitForChild(pid_t child, double seconds);

@@ -1,0 +1,59 @@
+#include "platform/gnustep/download/partial_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+
+PartialFile::~PartialFile() {
+  discard();
+}
+
+bool PartialFile::create(const std::string& target) {
+  static std::atomic<unsigned> count{0};
+  target_ = target;
+  path_ = target + ".part-" + std::to_string(getpid()) + "-" + std::to_string(count++);
+  // A leftover of an earlier process with this number; anything else makes the open fail.
+  unlink(path_.c_str());
+  handle_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+  return handle_ >= 0;
+}
+
+bool PartialFile::write(const char* bytes, size_t size) {
+  while (size > 0) {
+    const ssize_t written = ::write(handle_, bytes, size);
+    if (written < 0 && errno == EINTR) {
+      continue;
+    }
+    if (written < 0) {
+      return false;
+    }
+    bytes += written;
+    size -= static_cast<size_t>(written);
+  }
+  return true;
+}
+
+bool PartialFile::complete(bool replace) {
+  const int closed = close(handle_);
+  handle_ = -1;
+  const bool moved = closed == 0 && (replace ? rename(path_.c_str(), target_.c_str()) == 0
+                                             : link(path_.c_str(), target_.c_str()) == 0);
+  if (!moved || !replace) {
+    const int reason = errno;
+    unlink(path_.c_str());
+    errno = reason;
+  }
+  return moved;
+}
+
+void PartialFile::discard() {
+  if (handle_ < 0) {
+    return;
+  }
+  close(handle_);
+  handle_ = -1;
+  unlink(path_.c_str());
+}

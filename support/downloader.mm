@@ -1,0 +1,133 @@
+#include "support/downloader.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <climits>
+
+#import "support/downloader_delegate.h"
+
+@implementation Downloader
+
+- (BOOL)isDone {
+  return isDone;
+}
+
+- (NSURLResponse*)downloadResponse {
+  return downloadResponse;
+}
+
+- (int)bytesReceived {
+  return bytesReceived;
+}
+
+- (void)dealloc {
+  [downloadResponse release];
+  [super dealloc];
+}
+
+- (BOOL)startDownloadingURL:(id)downloader fromURL:(NSString*)url toFile:(NSString*)path {
+  (void)downloader;
+  NSLog(@"Starting download from = %@\n", url);
+  isDone = NO;
+  NSURLRequest* request = [NSURLRequest requestWithURL:[NSURL URLWithString:url]
+                                           cachePolicy:NSURLRequestUseProtocolCachePolicy
+                                       timeoutInterval:60.0];
+  NSURLDownload* download = [[NSURLDownload alloc] initWithRequest:request delegate:self];
+  if (download == nil) {
+    NSLog(@"Download failed");
+    return NO;
+  }
+  NSLog(@"Set destination file to %@\n", path);
+  [download setDestination:path allowOverwrite:YES];
+  return YES;
+}
+
+- (void)download:(NSURLDownload*)download didFailWithError:(NSError*)error {
+  [download release];
+  NSLog(@"Download failed! Error - %@ %@", [error localizedDescription],
+        [[error userInfo] objectForKey:NSURLErrorFailingURLStringErrorKey]);
+  isDone = YES;
+}
+
+- (void)downloadDidFinish:(NSURLDownload*)download {
+  [download release];
+  NSLog(@"%@", @"downloadDidFinish");
+  isDone = YES;
+}
+
+- (void)setDownloadResponse:(NSURLResponse*)response {
+  [response retain];
+  [downloadResponse release];
+  downloadResponse = response;
+}
+
+static bool isErrorResponse(NSURLResponse* response) {
+  if (![response isKindOfClass:[NSHTTPURLResponse class]]) {
+    return false;
+  }
+  const NSInteger status = [(NSHTTPURLResponse*)response statusCode];
+  return status < 200 || status > 299;
+}
+
+static NSError* errorForResponse(NSURLResponse* response) {
+  const NSInteger status = [(NSHTTPURLResponse*)response statusCode];
+  NSString* text =
+      [NSString stringWithFormat:@"The server answered with status %d", static_cast<int>(status)];
+  NSDictionary* details = [NSDictionary
+      dictionaryWithObjectsAndKeys:text, NSLocalizedDescriptionKey, [[response URL] absoluteString],
+                                   NSURLErrorFailingURLStringErrorKey, nil];
+  return [NSError errorWithDomain:NSURLErrorDomain
+                             code:NSURLErrorBadServerResponse
+                         userInfo:details];
+}
+
+- (void)download:(NSURLDownload*)download didReceiveResponse:(NSURLResponse*)response {
+  bytesReceived = 0;
+  [self setDownloadResponse:response];
+  if (isErrorResponse(response)) {
+    [download cancel];
+    [self download:download didFailWithError:errorForResponse(response)];
+  }
+}
+
+- (void)download:(NSURLDownload*)download didReceiveDataOfLength:(NSUInteger)length {
+  (void)download;
+  const NSUInteger room = static_cast<NSUInteger>(INT_MAX - bytesReceived);
+  bytesReceived += static_cast<int>(std::min(length, room));
+  const long long expected = [downloadResponse expectedContentLength];
+  if (expected == -1) {
+    NSLog(@"Bytes received - %d", bytesReceived);
+    return;
+  }
+  const float percent = static_cast<float>(bytesReceived) / static_cast<float>(expected) * 100.0F;
+  NSLog(@"Percent complete - %f", std::min(percent, 100.0F));
+}
+
+@end
+
+// Runs the run loop until the download has ended.
+static void waitForEnd(Downloader* downloader) {
+  while (![downloader isDone]) {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:0.2]];
+    [pool release];
+  }
+}
+
+int downloadFile(const char* url, const char* targetPath) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  unlink(targetPath);
+  Downloader* downloader = [[Downloader alloc] init];
+  const BOOL started =
+      [downloader startDownloadingURL:downloader
+                              fromURL:[NSString stringWithFormat:@"%s", url]
+                               toFile:[NSString stringWithFormat:@"%s", targetPath]];
+  // A transfer that was never born would never end.
+  if (started) {
+    waitForEnd(downloader);
+  }
+  [downloader release];
+  [pool release];
+  return 1;
+}

@@ -1,0 +1,198 @@
+// The Downloader's own part of a download: its counting, its log lines and its end.
+#import "support/downloader_delegate.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "support/downloader.h"
+#include "tests/support/capture.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
+// A response of a given length, which GNUstep's own cannot hold beyond 32 bits.
+@interface SizedResponse : NSURLResponse {
+ @public
+  long long length;
+}
+@end
+
+@implementation SizedResponse
+- (long long)expectedContentLength {
+  return length;
+}
+@end
+
+static NSURLResponse* responseOfLength(long long length) {
+  SizedResponse* response =
+      [[SizedResponse alloc] initWithURL:[NSURL URLWithString:@"http://127.0.0.1/file"]
+                                MIMEType:nil
+                   expectedContentLength:-1
+                        textEncodingName:nil];
+  response->length = length;
+  return [response autorelease];
+}
+
+static NSURLResponse* responseWithStatus(int status) {
+  return [[[NSHTTPURLResponse alloc] initWithURL:[NSURL URLWithString:@"http://127.0.0.1/file"]
+                                      statusCode:status
+                                     HTTPVersion:@"HTTP/1.1"
+                                    headerFields:[NSDictionary dictionary]] autorelease];
+}
+
+// The lines that the system log received, without the time and the process in front.
+static std::vector<std::string> systemLogOf(const std::function<void()>& code) {
+  std::vector<std::string> texts;
+  for (const std::string& line : test::linesOf(test::capture(code).err)) {
+    const size_t end = line.find("] ");
+    texts.push_back(end == std::string::npos ? line : line.substr(end + 2));
+  }
+  return texts;
+}
+
+using Lines = std::vector<std::string>;
+
+class DownloaderTest : public testing::Test {
+ protected:
+  DownloaderTest()
+      : pool_([[NSAutoreleasePool alloc] init]), downloader_([[Downloader alloc] init]) {}
+  ~DownloaderTest() override {
+    [downloader_ release];
+    [pool_ release];
+  }
+
+  Lines logOfData(NSUInteger length) {
+    return systemLogOf([&] { [downloader_ download:nil didReceiveDataOfLength:length]; });
+  }
+
+  NSAutoreleasePool* pool_;
+  Downloader* downloader_;
+};
+
+TEST_F(DownloaderTest, WithoutALengthTheBytesReceivedAreLogged) {
+  [downloader_ download:nil didReceiveResponse:responseOfLength(-1)];
+  EXPECT_EQ(logOfData(1000), Lines{"Bytes received - 1000"});
+  EXPECT_EQ(logOfData(24), Lines{"Bytes received - 1024"});
+}
+
+TEST_F(DownloaderTest, WithALengthThePercentageIsLogged) {
+  [downloader_ download:nil didReceiveResponse:responseOfLength(3000)];
+  EXPECT_EQ(logOfData(1000), Lines{"Percent complete - 33.333336"});
+  EXPECT_EQ(logOfData(2000), Lines{"Percent complete - 100.000000"});
+}
+
+TEST_F(DownloaderTest, MoreBytesThanExpectedAreLoggedAsOneHundredPercent) {
+  [downloader_ download:nil didReceiveResponse:responseOfLength(10)];
+  EXPECT_EQ(logOfData(11), Lines{"Percent complete - 100.000000"});
+  EXPECT_EQ(logOfData(5000), Lines{"Percent complete - 100.000000"});
+}
+
+TEST_F(DownloaderTest, BytesForAnEmptyFileAreLoggedAsOneHundredPercent) {
+  [downloader_ download:nil didReceiveResponse:responseOfLength(0)];
+  EXPECT_EQ(logOfData(1), Lines{"Percent complete - 100.000000"});
+}
+
+TEST_F(DownloaderTest, ALengthBeyond32BitsIsUsedWhole) {
+  [downloader_ download:nil didReceiveResponse:responseOfLength(4000000000LL)];
+  EXPECT_EQ(logOfData(1000000000), Lines{"Percent complete - 25.000000"});
+}
+
+TEST_F(DownloaderTest, TheCountStopsAtItsLargestValueInsteadOfTurningNegative) {
+  [downloader_ download:nil didReceiveResponse:responseOfLength(-1)];
+  logOfData(INT_MAX);
+  EXPECT_EQ(logOfData(1), Lines{"Bytes received - 2147483647"});
+  EXPECT_EQ([downloader_ bytesReceived], INT_MAX);
+}
+
+TEST_F(DownloaderTest, ASecondResponseResetsTheCountAndIsKept) {
+  NSURLResponse* second = responseOfLength(50);
+  [downloader_ download:nil didReceiveResponse:responseOfLength(100)];
+  logOfData(60);
+  [downloader_ download:nil didReceiveResponse:second];
+  EXPECT_EQ([downloader_ bytesReceived], 0);
+  EXPECT_EQ([downloader_ downloadResponse], second);
+  EXPECT_EQ(logOfData(10), Lines{"Percent complete - 20.000000"});
+}
+
+TEST_F(DownloaderTest, AFailureIsLoggedWithItsReasonAndItsUrlAndEndsTheWait) {
+  NSDictionary* details = [NSDictionary
+      dictionaryWithObjectsAndKeys:@"no such host", NSLocalizedDescriptionKey, @"http://nowhere/",
+                                   NSURLErrorFailingURLStringErrorKey, nil];
+  NSError* error = [NSError errorWithDomain:NSURLErrorDomain code:-1003 userInfo:details];
+  EXPECT_FALSE([downloader_ isDone]);
+  EXPECT_EQ(systemLogOf([&] { [downloader_ download:nil didFailWithError:error]; }),
+            Lines{"Download failed! Error - no such host http://nowhere/"});
+  EXPECT_TRUE([downloader_ isDone]);
+}
+
+TEST_F(DownloaderTest, TheFinishIsLoggedAndEndsTheWait) {
+  EXPECT_EQ(systemLogOf([&] { [downloader_ downloadDidFinish:nil]; }), Lines{"downloadDidFinish"});
+  EXPECT_TRUE([downloader_ isDone]);
+}
+
+TEST_F(DownloaderTest, AnAnswerWithASuccessStatusGoesOn) {
+  [downloader_ download:nil didReceiveResponse:responseWithStatus(200)];
+  EXPECT_FALSE([downloader_ isDone]);
+}
+
+TEST_F(DownloaderTest, AnAnswerWithAnErrorStatusEndsTheDownloadAsAFailure) {
+  NSURLResponse* response = responseWithStatus(503);
+  EXPECT_EQ(systemLogOf([&] { [downloader_ download:nil didReceiveResponse:response]; }),
+            Lines{"Download failed! Error - The server answered with status 503 "
+                  "http://127.0.0.1/file"});
+  EXPECT_TRUE([downloader_ isDone]);
+}
+
+// Keeps what its download asked for.
+@interface RequestKeeper : Downloader {
+ @public
+  NSURLRequest* request;
+}
+@end
+
+@implementation RequestKeeper
+- (void)download:(NSURLDownload*)download didFailWithError:(NSError*)error {
+  request = [[download request] retain];
+  [super download:download didFailWithError:error];
+}
+@end
+
+static void runUntilDone(Downloader* downloader) {
+  for (int turn = 0; turn < 100 && ![downloader isDone]; ++turn) {
+    [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:0.1]];
+  }
+}
+
+TEST_F(DownloaderTest, TheRequestUsesTheDefaultCachePolicyAndWaitsSixtySeconds) {
+  test::TempFolder folder;
+  NSString* target = [NSString stringWithUTF8String:(folder / "file").c_str()];
+  RequestKeeper* keeper = [[RequestKeeper alloc] init];
+  test::capture([&] {
+    [keeper startDownloadingURL:keeper fromURL:@"http://127.0.0.1:1/" toFile:target];
+    runUntilDone(keeper);
+  });
+  ASSERT_TRUE([keeper isDone]);
+  EXPECT_EQ([keeper->request timeoutInterval], 60.0);
+  EXPECT_EQ([keeper->request cachePolicy], NSURLRequestUseProtocolCachePolicy);
+}
+
+TEST_F(DownloaderTest, AnUnbornDownloadIsLoggedAndIsNeverDone) {
+  BOOL started = YES;
+  EXPECT_EQ(systemLogOf([&] {
+              started = [downloader_ startDownloadingURL:downloader_
+                                                 fromURL:@"http://127.0.0.1/a b"
+                                                  toFile:@"/nonexistent/file"];
+            }),
+            (Lines{"Starting download from = http://127.0.0.1/a b", "Download failed"}));
+  EXPECT_FALSE(started);
+  EXPECT_FALSE([downloader_ isDone]);
+}
+
+TEST_F(DownloaderTest, TheWaitForAnUnbornDownloadEnds) {
+  test::TempFolder folder;
+  test::writeFile(folder / "file", "from before");
+  int result = 0;
+  test::capture([&] { result = downloadFile("http://127.0.0.1/a b", (folder / "file").c_str()); });
+  EXPECT_EQ(result, 1);
+  EXPECT_EQ(test::namesIn(folder.path()), Lines{});
+}
