@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/main_thread.h"
+#include "platform/process_end.h"
 #include "support/logging.h"
 #include "support/strings.h"
 
@@ -79,6 +80,7 @@ static bool createVm(CreateJavaVm create, std::vector<JavaVMOption> options, Run
   arguments.options = options.data();
   arguments.ignoreUnrecognized = JNI_TRUE;
   void* env = nullptr;
+  skipExitHandlersSoFar();
   if (create == nullptr || create(&running->vm, &env, &arguments) != JNI_OK) {
     logMessage("[JNILauncher] Create Java VM Failed!\n");
     return false;

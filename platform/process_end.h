@@ -6,4 +6,9 @@
 // tear-down cannot run beside a live main thread, exit handlers are skipped. Any thread.
 [[noreturn]] void endProcess(int status);
 
+// Makes a C exit() by code that is not ours (the JVM ends the process with it) skip, on the same
+// platforms, the exit handlers that were registered before this call. Called right before a JVM is
+// created. Any thread.
+void skipExitHandlersSoFar();
+
 #endif

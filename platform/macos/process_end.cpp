@@ -5,3 +5,5 @@
 void endProcess(int status) {
   exit(status);
 }
+
+void skipExitHandlersSoFar() {}

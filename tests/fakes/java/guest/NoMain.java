@@ -1,0 +1,7 @@
+package guest;
+
+// A class without a main method.
+public final class NoMain {
+    private NoMain() {
+    }
+}
