@@ -1,0 +1,9 @@
+#ifndef APPKIT_NSRESPONDER_H
+#define APPKIT_NSRESPONDER_H
+
+#import <Foundation/Foundation.h>
+
+@interface NSResponder : NSObject
+@end
+
+#endif

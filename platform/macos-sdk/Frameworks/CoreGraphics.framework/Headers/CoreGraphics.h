@@ -1,0 +1,7 @@
+#ifndef COREGRAPHICS_COREGRAPHICS_H
+#define COREGRAPHICS_COREGRAPHICS_H
+
+#include <CoreGraphics/CGGeometry.h>
+#include <CoreGraphics/CGWindowLevel.h>
+
+#endif

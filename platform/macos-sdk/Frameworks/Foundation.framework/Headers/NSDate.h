@@ -1,0 +1,14 @@
+#ifndef FOUNDATION_NSDATE_H
+#define FOUNDATION_NSDATE_H
+
+#import <objc/NSObject.h>
+
+#include <sdk_api.h>
+
+typedef double NSTimeInterval;
+
+SDK_API @interface NSDate : NSObject
++ (NSDate*)distantPast SDK_API;
+@end
+
+#endif
