@@ -20,6 +20,10 @@ void* createAutoreleasePool();
 // Releases what the pool holds, and the pool itself.
 void drainAutoreleasePool(void* pool);
 
+// Lets the application finish its launch and handles the events that arrive within `seconds`, for a
+// process that does not run the event loop.
+void letEventsArrive(double seconds);
+
 // Brings the application in front of all others.
 void activateApplication();
 

@@ -22,6 +22,21 @@ void* createAutoreleasePool() { return [[NSAutoreleasePool alloc] init]; }
 
 void drainAutoreleasePool(void* pool) { [static_cast<NSAutoreleasePool*>(pool) drain]; }
 
+void letEventsArrive(double seconds) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  [NSApp finishLaunching];
+  const NSUInteger kAnyEvent = NSUIntegerMax;
+  NSDate* end = [NSDate dateWithTimeIntervalSinceNow:seconds];
+  NSEvent* event = nil;
+  while ((event = [NSApp nextEventMatchingMask:kAnyEvent
+                                     untilDate:end
+                                        inMode:NSDefaultRunLoopMode
+                                       dequeue:YES]) != nil) {
+    [NSApp sendEvent:event];
+  }
+  [pool release];
+}
+
 void activateApplication() { [NSApp activateIgnoringOtherApps:YES]; }
 
 void runApplication() { [NSApp run]; }

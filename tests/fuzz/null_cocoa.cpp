@@ -6,7 +6,9 @@
 
 #include "launcher/bundle_loader.h"
 #include "launcher/url_events.h"
+#include "support/downloader.h"
 #include "support/move_item.h"
+#include "support/splash.h"
 #include "support/system_log.h"
 
 void writeSystemLog(const char*) {}
@@ -20,3 +22,21 @@ void loadOSXBundle(const char*) {}
 const char* getRequestedURL() {
   return nullptr;
 }
+
+int downloadFile(const char*, const char*) {
+  return 1;
+}
+
+void init() {}
+
+void configureSplash(const char*) {}
+
+void showSplash() {}
+
+void hideSplash() {}
+
+void setProgress(int) {}
+
+void setSplashBuffer(int) {}
+
+void cleanup() {}

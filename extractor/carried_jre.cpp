@@ -1,0 +1,32 @@
+#include <cstdlib>
+
+#include "extractor/folders.h"
+#include "extractor/provision_jre.h"
+#include "extractor/run.h"
+#include "extractor/tail_stream.h"
+#include "extractor/version_file.h"
+#include "launcher/jre_layout.h"
+#include "support/file_operations.h"
+#include "support/logging.h"
+
+static const char kSection[] = "Extracting Offline JRE";
+
+void extractCarriedJre(ExtractorRun& run) {
+  logStartSection(kSection);
+  logMessage("[Extractor] We want to query the JRE version to enable proxy detection.\n");
+  downloadVersionFile(run.guFolder, run.updateURL, run.jreName);
+  nameTempFolder(run, run.jreTemp);
+  makeDir(run.jreTemp);
+  makeAppFolder(run.jreFolder, run.masterFolder, run.jreName, run.tail.jreVersion);
+  logMessage("[Extractor] Offline installer - no need to download JRE, will extract\n");
+  char* unpack200 = getUnpack200Executable(run.jreTemp);
+  logMessage("[Extractor] UP200 path is %s\n", unpack200);
+  logMessage("[Extractor] Extracting JRE archive...\n");
+  requireNextArchive(run, "JRE", unpack200, run.jreTemp);
+  free(unpack200);
+  logMessage("[Extractor] Extracted JRE %s\n", run.jreName);
+  requireJavaInTemp(run);
+  logMessage("[Extractor] Regenerating jsa...\n");
+  regenerateClassData(run);
+  logEndSection(kSection);
+}

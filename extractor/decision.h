@@ -1,0 +1,16 @@
+#ifndef QUORVANE_EXTRACTOR_DECISION_H
+#define QUORVANE_EXTRACTOR_DECISION_H
+
+struct ExtractorRun;
+
+enum class Decision {
+  Launch,   // what is installed is at least as new as what the installer carries
+  Install,  // something has to be extracted
+};
+
+// Compares what the installer carries with what is installed, and logs what it finds. Fills in
+// run.latestGU and run.latestJRE. When something has to be extracted and the installer carries no
+// updater, the process ends with status 1 after a logged line. Main thread.
+Decision decide(ExtractorRun& run);
+
+#endif

@@ -1,0 +1,75 @@
+#include "extractor/extract_wrapper_tail.h"
+
+#include <string>
+
+#include "extractor/decision.h"
+#include "extractor/hand_over.h"
+#include "extractor/install_app.h"
+#include "extractor/install_lock.h"
+#include "extractor/install_updater.h"
+#include "extractor/interrupted_runs.h"
+#include "extractor/params_file.h"
+#include "extractor/provision_jre.h"
+#include "extractor/run.h"
+#include "extractor/start_up.h"
+#include "extractor/tail_stream.h"
+
+static ExtractorRun extractorRun;
+
+// From the invocation to a known master folder with a log file in it.
+static void startUp(ExtractorRun& run) {
+  prepareSplash();
+  resolveWrapperPaths(run);
+  readDynamicProperties(run);
+  announceTail(run);
+  openTailStream(run);
+  readTailFields(run);
+  chooseUpdateUrl(run);
+  decideSilence(run);
+  addStaticProperties(run);
+  loadPublicKey(run);
+  enforceSignatures(run);
+  findSharedFolder(run);
+  endUpdateUrlInSlash(run);
+  openMasterFolder(run);
+  overrideJreName(run);
+  makeSharedConfigFolder(run);
+}
+
+// Brings what the installer carries into version folders: the updater, a runtime, the application.
+static void install(ExtractorRun& run) {
+  nameInstallFolders(run);
+  extractUpdater(run);
+  installUpdater(run);
+  openSplash(run);
+  provisionJre(run);
+  extractApp(run);
+  installApp(run);
+}
+
+void extractWrapperTail(char* executablePath, int argc, char** argv, int, char**, bool elevated) {
+  ExtractorRun& run = extractorRun;
+  run.executablePath = executablePath;
+  run.argumentCount = argc;
+  run.arguments = argv;
+  run.elevated = elevated;
+
+  startUp(run);
+  finishInterruptedRuntimes(run);
+  const std::string installed = versionFoldersIn(run.masterFolder);
+  if (decide(run) == Decision::Launch) {
+    launchWithoutExtraction(run);
+  }
+  InstallLock lock(run.masterFolder);
+  // Another installer may have finished since the decision: what it installed counts.
+  if (versionFoldersIn(run.masterFolder) != installed && decide(run) == Decision::Launch) {
+    lock.release();
+    launchWithoutExtraction(run);
+  }
+  if (lock.isHeld()) {
+    removeOldTempFolders(run);
+  }
+  install(run);
+  lock.release();
+  launchInstalled(run);
+}

@@ -1,0 +1,51 @@
+#include "extractor/hand_over.h"
+
+#include <cstdlib>
+
+#include "extractor/run.h"
+#include "extractor/tail_stream.h"
+#include "launch/launch_app.h"
+#include "launcher/version_folders.h"
+#include "platform/process_end.h"
+#include "support/exit_status.h"
+#include "support/logging.h"
+#include "support/splash.h"
+
+static int launchUpdater(const ExtractorRun& run, const char* guFolderName, const char* jre,
+                         int launchClass) {
+  return launchFromLaunchFile(run.masterFolder, run.launchProperties, run.argumentCount,
+                              run.arguments, guFolderName, run.storedUpdateUrl,
+                              run.dynamicUpdateUrl, jre, launchClass, nullptr, false, nullptr,
+                              run.absoluteWrapperPath, false, nullptr);
+}
+
+[[noreturn]] static void closeAndLaunch(ExtractorRun& run, const char* guFolderName) {
+  closeTailStream(run);
+  if (!run.elevated) {
+    launchUpdater(run, guFolderName, run.jreName, LAUNCH_APPLICATION);
+  }
+  endProcess(EXIT_SUCCESS);
+}
+
+void launchWithoutExtraction(ExtractorRun& run) {
+  logMessage("[Extractor] Running without extraction now\n");
+  closeAndLaunch(run, run.latestGU);
+}
+
+void launchInstalled(ExtractorRun& run) {
+  const char* latestGU = pickAndAllocLatestFromMaster(run.masterFolder, "Quorvane");
+  if (latestGU == nullptr) {
+    failRun("No latest App version even after download!\n");
+  }
+  cleanup();
+  logMessage("[Extractor] Will now run latest GU %s\n", latestGU);
+  closeAndLaunch(run, latestGU);
+}
+
+int probeSystemJava(const ExtractorRun& run, const char* guFolderName, const char* java) {
+  return launchUpdater(run, guFolderName, java, LAUNCH_COMPATIBILITY);
+}
+
+void doElevatedSetupAndLaunch(const char*, int, char**, bool, const char*, const char*) {
+  endProcess(EXIT_STATUS_FAILURE);
+}

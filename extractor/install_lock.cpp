@@ -1,0 +1,66 @@
+#include "extractor/install_lock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+#include "support/folder_walk.h"
+#include "support/logging.h"
+#include "support/paths.h"
+
+static int openLockFile(const char* masterFolder) {
+  char path[PATH_BUFFER_SIZE];
+  setPath(path, masterFolder, "QVAppsSharedConfig", "InstallLock");
+  const int handle = open(path, O_RDONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
+  if (handle >= 0) {
+    // Every user of the shared folder may be the next installer.
+    fchmod(handle, 0666);
+  }
+  return handle;
+}
+
+InstallLock::InstallLock(const char* masterFolder) : handle_(openLockFile(masterFolder)) {
+  constexpr int kTries = 6000;
+  constexpr useconds_t kPauseMicroseconds = 100000;
+  for (int i = 0; handle_ >= 0 && flock(handle_, LOCK_EX | LOCK_NB) != 0; ++i) {
+    if (errno != EWOULDBLOCK && errno != EINTR) {
+      release();
+    } else if (i == kTries) {
+      logMessage("[Extractor] The other installer does not end, will not wait any longer\n");
+      release();
+    } else {
+      if (i == 0) {
+        logMessage("[Extractor] Another installer is at work, waiting for it\n");
+      }
+      usleep(kPauseMicroseconds);
+    }
+  }
+}
+
+InstallLock::~InstallLock() {
+  release();
+}
+
+void InstallLock::release() {
+  if (handle_ >= 0) {
+    close(handle_);
+    handle_ = -1;
+  }
+}
+
+std::string versionFoldersIn(const char* masterFolder) {
+  std::vector<std::string> names = namesToWalk(openFolder(masterFolder));
+  std::sort(names.begin(), names.end());
+  std::string all;
+  for (const std::string& name : names) {
+    if (name.find("-complete") != std::string::npos) {
+      all += name + '/';
+    }
+  }
+  return all;
+}

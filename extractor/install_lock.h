@@ -1,0 +1,30 @@
+#ifndef QUORVANE_EXTRACTOR_INSTALL_LOCK_H
+#define QUORVANE_EXTRACTOR_INSTALL_LOCK_H
+
+#include <string>
+
+// Keeps installers of one application apart: whoever changes version folders holds the lock of the
+// master folder. The system releases it when its process dies, however that happens. Main thread.
+class InstallLock {
+ public:
+  // Waits until no other installer holds the lock, for ten minutes at most; says so in the log when
+  // it has to wait. Without the right to create the lock's file there is no lock.
+  explicit InstallLock(const char* masterFolder);
+  ~InstallLock();
+  InstallLock(const InstallLock&) = delete;
+  InstallLock& operator=(const InstallLock&) = delete;
+
+  // Whether this process holds the lock.
+  [[nodiscard]] bool isHeld() const { return handle_ >= 0; }
+
+  void release();
+
+ private:
+  int handle_ = -1;
+};
+
+// Returns the names of the master folder's version folders in one text, to be compared with a later
+// one. Logs nothing.
+std::string versionFoldersIn(const char* masterFolder);
+
+#endif

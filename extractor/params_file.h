@@ -1,0 +1,28 @@
+#ifndef QUORVANE_EXTRACTOR_PARAMS_FILE_H
+#define QUORVANE_EXTRACTOR_PARAMS_FILE_H
+
+#include <cstdio>
+
+struct ExtractorRun;
+
+// The params file beside the executable: properties that may be changed without signing the
+// installer again.
+//
+//   file  = *byte marker count *( name value )
+//   count = field of decimal text      (number of pairs)
+//   name  = field                      (limit 1024)
+//   value = field                      (limit 200000)
+
+// Length of the marker in bytes, and the marker.
+constexpr int PARAMS_MARKER_SIZE = 64;
+extern const unsigned char paramsMarker[PARAMS_MARKER_SIZE];
+
+// Finds, opens and reads the params file; its pairs go into the launch properties, and those that
+// the Extractor understands also into run.dynamic. A missing file or marker ends the process with
+// status 1 after a logged line. Main thread.
+void readDynamicProperties(ExtractorRun& run);
+
+// Reads the pairs from `params`, which stands behind the marker.
+void readParams(ExtractorRun& run, FILE* params);
+
+#endif

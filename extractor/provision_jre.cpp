@@ -1,0 +1,90 @@
+#include "extractor/provision_jre.h"
+
+#include <cstdlib>
+
+#include "extractor/folders.h"
+#include "extractor/run.h"
+#include "launcher/jre_layout.h"
+#include "support/file_operations.h"
+#include "support/logging.h"
+#include "support/paths.h"
+#include "support/spawner.h"
+
+static const char kOnlineSection[] = "Setting up online JRE";
+
+void regenerateClassData(const ExtractorRun& run) {
+  char* java = getJavaExecutable(run.jreTemp);
+  char option[] = "-Xshare:dump";
+  Spawner* spawner = createSpawner();
+  setSpawnerExe(spawner, java);
+  addSpawnerArg(spawner, option);
+  runSpawnerAndWait(spawner);
+  deleteSpawner(spawner);
+  free(java);
+}
+
+void requireJavaInTemp(ExtractorRun& run) {
+  char inBundle[PATH_BUFFER_SIZE];
+  setPath(inBundle, run.jreTemp, "Contents", "Home", "bin", "java");
+  if (isExecutable(inBundle)) {
+    return;
+  }
+  removeFolder(run.jreTemp);
+  failRun("[Extractor] The JRE archive was rejected or holds no bin/java, it is not installed\n");
+}
+
+static void setUpOnlineJre(ExtractorRun& run) {
+  logStartSection(kOnlineSection);
+  logMessage(
+      "[Extractor] Online installer - no stored JRE, will check for compatible system JRE\n");
+  run.jreVersion[0] = 0;
+  if (!adoptSystemJre(run)) {
+    downloadJre(run);
+  }
+  logMessage("[JREDownload] Finalising setup of new JRE %s\n", run.jreVersion);
+  makeAppFolder(run.jreFolder, run.masterFolder, run.jreName, run.jreVersion);
+  logEndSection(kOnlineSection);
+}
+
+// Takes an earlier runtime of the same version out of the way of the one just put into place: its
+// entries and the new ones must not mix. It is removed once the new one stands.
+static void setEarlierHomeAside(const ExtractorRun& run, const char* home, char* aside) {
+  aside[0] = 0;
+  if (!isFolder(home)) {
+    return;
+  }
+  nameTempFolder(run, aside);
+  if (rename(home, aside) != 0) {
+    aside[0] = 0;
+  }
+}
+
+static void finishJre(ExtractorRun& run) {
+  char home[PATH_BUFFER_SIZE];
+  char aside[PATH_BUFFER_SIZE];
+  setPath(home, run.jreFolder);
+  appendToPath(run.jreFolder, ".plugin");
+  moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder);
+  logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
+  setEarlierHomeAside(run, home, aside);
+  initOSXJRE(run.jreFolder);
+  if (aside[0] != 0) {
+    removeFolder(aside);
+  }
+  chmod777(run.jreFolder);
+  logMessage("[Extractor] Ensuring JRE bin is writable.\n");
+  char bin[PATH_BUFFER_SIZE];
+  chmod777(setPath(bin, run.jreFolder, "bin"));
+  run.unpack200Path = getUnpack200Executable(run.jreFolder);
+  logMessage("[Extractor] UP200 path is %s\n", run.unpack200Path);
+}
+
+void provisionJre(ExtractorRun& run) {
+  logMessage("[Extractor] Setting up a JRE\n");
+  if (run.tail.jreVersion[0] != 0) {
+    extractCarriedJre(run);
+  } else {
+    setUpOnlineJre(run);
+  }
+  finishJre(run);
+}

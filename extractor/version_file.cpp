@@ -1,0 +1,42 @@
+#include "extractor/version_file.h"
+
+#include <cstring>
+#include <string>
+
+#include "support/downloader.h"
+#include "support/logging.h"
+#include "support/paths.h"
+
+bool isInvalidUpdateURL(const char* url) {
+  return url != nullptr && strncmp(url, INVALID_UPDATE_URL, strlen(INVALID_UPDATE_URL)) == 0;
+}
+
+void downloadVersionFile(const char* folder, const char* url, const char* name) {
+  if (isInvalidUpdateURL(url)) {
+    logMessage("[Extractor] Invalid Update URL. Skipping...\n");
+    return;
+  }
+  const std::string fileName = "Quorvane-" + std::string(name) + "-version.txt";
+  char path[PATH_BUFFER_SIZE];
+  downloadFile((url + fileName).c_str(), setPath(path, folder, fileName.c_str()));
+}
+
+bool readVersionText(FILE* file, char* version) {
+  int length = 0;
+  version[0] = 0;
+  for (int c = getc(file); c != EOF; c = getc(file)) {
+    logMessage("%c", c);
+    if (c == ' ' || c == '\r' || c == '\n') {
+      logMessage("\n[JREDownload] Spaces in version file, assuming EOF\n");
+      return true;
+    }
+    if (length == VERSION_TEXT_SIZE - 1) {
+      logMessage("\n[JREDownload] Version invalid (too long)\n");
+      return false;
+    }
+    // A zero byte must not hide what follows it: it becomes a character that no version may have.
+    version[length++] = c == 0 ? '?' : static_cast<char>(c);
+    version[length] = 0;
+  }
+  return true;
+}

@@ -1,0 +1,162 @@
+#include "extractor/decision.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "extractor/run.h"
+#include "support/strings.h"
+#include "tests/support/capture.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char kNothingInstalled[] =
+    "[Extractor] No latest GU or JRE version exists, will check tail for online/offline info";
+const char kNewerGu[] =
+    "[Extractor] Our GU version is newer than existing latest version so will extract and run";
+const char kNoApp[] = "[Extractor] No app version found and we are offline so will extract";
+const char kNewerApp[] =
+    "[Extractor] Our App version is newer than existing latest version so will extract and run";
+const char kGuIsEnough[] =
+    "[Extractor] Latest GUversion is newer or same as our version so will just run";
+const char kAppIsEnough[] =
+    "[Extractor] Latest App version is newer or same as our version so will just run";
+
+struct Case {
+  const char* name;
+  std::vector<const char*> installed;  // version folders in the master folder
+  const char* guVersion;
+  const char* appVersion;
+  Decision expected;
+  std::vector<std::string> lines;
+};
+
+std::ostream& operator<<(std::ostream& out, const Case& c) {
+  return out << c.name;
+}
+
+const char kGu4[] = "Quorvane-Quorvane-4-complete";
+const char kGu5[] = "Quorvane-Quorvane-5-complete";
+const char kGu6[] = "Quorvane-Quorvane-6-complete";
+const char kJre[] = "Quorvane-Mac64JRE-1407-complete";
+const char kOtherJre[] = "Quorvane-OtherJRE-1407-complete";
+const char kApp2[] = "Quorvane-MyApp-2-complete";
+const char kApp3[] = "Quorvane-MyApp-3-complete";
+const char kApp4[] = "Quorvane-MyApp-4-complete";
+
+const Case kCases[] = {
+    {"NothingInstalledInstalls", {}, "5", "3", Decision::Install, {kNothingInstalled}},
+    {"EqualGuOnlineLaunches", {kGu5, kJre}, "5", "", Decision::Launch, {kGuIsEnough}},
+    {"OlderGuOnlineInstalls", {kGu4, kJre}, "5", "", Decision::Install, {kNewerGu}},
+    {"NewerGuOnlineLaunches", {kGu6, kJre}, "5", "", Decision::Launch, {kGuIsEnough}},
+    {"EqualAppOfflineLaunches",
+     {kGu5, kJre, kApp3},
+     "5",
+     "3",
+     Decision::Launch,
+     {kGuIsEnough, kAppIsEnough}},
+    {"OlderAppOfflineInstalls",
+     {kGu5, kJre, kApp2},
+     "5",
+     "3",
+     Decision::Install,
+     {kGuIsEnough, kNewerApp}},
+    {"NewerAppOfflineLaunches",
+     {kGu5, kJre, kApp4},
+     "5",
+     "3",
+     Decision::Launch,
+     {kGuIsEnough, kAppIsEnough}},
+    {"NoAppOfflineInstalls", {kGu5, kJre}, "5", "3", Decision::Install, {kGuIsEnough, kNoApp}},
+    {"OlderGuIsLookedAtBeforeTheApp", {kGu4, kJre, kApp3}, "5", "3", Decision::Install, {kNewerGu}},
+    {"NoJreInstallsEvenWithANewerGu",
+     {kGu6, kApp4},
+     "5",
+     "3",
+     Decision::Install,
+     {kNothingInstalled}},
+    {"JreOfAnotherNameCountsAsNone",
+     {kGu5, kOtherJre, kApp3},
+     "5",
+     "3",
+     Decision::Install,
+     {kNothingInstalled}},
+    {"LauncherOnlyLaunchesWhatIsThere", {kGu5, kJre}, "", "", Decision::Launch, {kGuIsEnough}},
+    {"GuVersionWithLettersCountsAsItsLeadingDigits",
+     {kGu5, kJre},
+     "5beta",
+     "",
+     Decision::Launch,
+     {kGuIsEnough}},
+    {"GuVersionWithoutDigitsCountsAsZero",
+     {kGu5, kJre},
+     "next",
+     "",
+     Decision::Launch,
+     {kGuIsEnough}},
+};
+
+ExtractorRun extractorRun{};
+
+Decision decideIn(const test::TempFolder& folder, const Case& c) {
+  for (const char* name : c.installed) {
+    fs::create_directories(folder / name);
+  }
+  setPath(extractorRun.masterFolder, folder.path().c_str());
+  setPath(extractorRun.jreName, "Mac64JRE");
+  extractorRun.tail.appName = allocCopy("MyApp");
+  extractorRun.tail.appVersion = allocCopy(c.appVersion);
+  extractorRun.tail.guVersion = allocCopy(c.guVersion);
+  return decide(extractorRun);
+}
+
+class Deciding : public testing::TestWithParam<Case> {};
+
+}  // namespace
+
+TEST_P(Deciding, ComesToItsResultWithItsLines) {
+  const test::TempFolder folder;
+  Decision decision{};
+  const auto lines = test::logLinesOf([&] { decision = decideIn(folder, GetParam()); });
+  EXPECT_EQ(GetParam().expected, decision);
+  EXPECT_TRUE(test::containsInOrder(lines, GetParam().lines));
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, Deciding, testing::ValuesIn(kCases),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Deciding, WithoutAnUpdaterAndNothingInstalledEndsAfterTheTwoNotes) {
+  const test::Result result = test::runInChild([] {
+    const test::TempFolder folder;
+    decideIn(folder, {"", {}, "", "", Decision::Install, {}});
+  });
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(test::containsInOrder(
+      test::logLinesOf(result.out),
+      {"[Extractor] No GenericUpdater embedded, we are just a launcher",
+       "[Extractor] ONLINE wrapper: No App embedded, GU will download and run",
+       "[Extractor] Checking for a latest valid GU", kNothingInstalled,
+       "[Extractor] Note: No latest JRE version exists",
+       "[Extractor] Note: No latest GU version exists",
+       "[Extractor] Unable to run (we are just a launcher)"}));
+}
+
+TEST(Deciding, NotesSayWhatDoesExist) {
+  const test::TempFolder folder;
+  const auto lines = test::logLinesOf([&] {
+    decideIn(folder, {"", {kGu4, kJre}, "5", "3", Decision::Install, {}});
+  });
+  EXPECT_TRUE(test::containsInOrder(
+      lines,
+      {"[Extractor] GenericUpdater version is 5", "[Extractor] OFFLINE wrapper: App version is 3",
+       "[Extractor] Latest GU version exists: Quorvane-Quorvane-4-complete",
+       "[Extractor] Existing JRE exists: Quorvane-Mac64JRE-1407-complete", kNewerGu,
+       "[Extractor] Note: Latest JRE version does exist",
+       "[Extractor] Note: Latest GU version does exist"}));
+}

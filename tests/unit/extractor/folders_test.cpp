@@ -1,0 +1,199 @@
+#include "extractor/folders.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "extractor/copied_folder.h"
+#include "extractor/install_lock.h"
+#include "extractor/interrupted_runs.h"
+#include "extractor/run.h"
+#include "platform/exchange_folders.h"
+#include "tests/support/capture.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
+namespace fs = std::filesystem;
+using test::writeFile;
+
+namespace {
+
+ExtractorRun extractorRun{};
+
+class MasterFolder : public testing::Test {
+ protected:
+  MasterFolder() { setPath(extractorRun.masterFolder, folder_.path().c_str()); }
+
+  std::string operator/(const std::string& name) const { return folder_ / name; }
+
+  void moveInto(const std::string& from, const std::string& to) {
+    char temp[PATH_BUFFER_SIZE];
+    setPath(temp, from.c_str());
+    test::capture([&] { moveIntoPlace(extractorRun, "application", temp, to.c_str()); });
+  }
+
+  void makeOld(const std::string& path) {
+    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(25));
+  }
+
+  test::TempFolder folder_;
+};
+
+using MoveIntoPlace = MasterFolder;
+using TempFolders = MasterFolder;
+using InterruptedRuns = MasterFolder;
+
+}  // namespace
+
+TEST_F(MoveIntoPlace, RenamesWhenNothingStandsThere) {
+  writeFile(*this / "temp/a", "new");
+  moveInto(*this / "temp", *this / "target");
+  EXPECT_EQ("new", test::readFile(*this / "target/a"));
+  EXPECT_FALSE(test::exists(*this / "temp"));
+}
+
+TEST_F(MoveIntoPlace, ReplacesAnExistingFolderWithoutMixingTheTwo) {
+  writeFile(*this / "temp/a", "new");
+  writeFile(*this / "target/a", "old");
+  writeFile(*this / "target/.x", "old");
+  moveInto(*this / "temp", *this / "target");
+  EXPECT_EQ("new", test::readFile(*this / "target/a"));
+  EXPECT_FALSE(test::exists(*this / "target/.x"));
+  EXPECT_FALSE(test::exists(*this / "temp"));
+}
+
+TEST_F(MoveIntoPlace, EndsTheProcessWhenTheTemporaryFolderIsGone) {
+  const test::Result result =
+      test::runInChild([this] { moveInto(*this / "temp", *this / "target"); });
+  EXPECT_EQ(1, result.status);
+  EXPECT_FALSE(test::exists(*this / "target"));
+}
+
+TEST_F(MoveIntoPlace, ExchangeIsOneStep) {
+  writeFile(*this / "a/file", "a");
+  writeFile(*this / "b/file", "b");
+  ASSERT_TRUE(exchangeFolders((*this / "a").c_str(), (*this / "b").c_str()));
+  EXPECT_EQ("b", test::readFile(*this / "a/file"));
+  EXPECT_EQ("a", test::readFile(*this / "b/file"));
+}
+
+TEST_F(MoveIntoPlace, CopyGetsTheModesOfItsSource) {
+  writeFile(*this / "temp/bin/java", "java", 0755);
+  writeFile(*this / "target/bin/java", "java", 0644);
+  EXPECT_TRUE(completeCopy((*this / "temp").c_str(), (*this / "target").c_str()));
+  EXPECT_EQ(0755u, test::modeOf(*this / "target/bin/java"));
+}
+
+TEST_F(MoveIntoPlace, CopyThatIsCutShortOrMissesAFileIsIncomplete) {
+  writeFile(*this / "temp/a", "12345");
+  writeFile(*this / "target/a", "123");
+  EXPECT_FALSE(completeCopy((*this / "temp").c_str(), (*this / "target").c_str()));
+  writeFile(*this / "target/a", "12345");
+  EXPECT_TRUE(completeCopy((*this / "temp").c_str(), (*this / "target").c_str()));
+  writeFile(*this / "temp/b", "");
+  EXPECT_FALSE(completeCopy((*this / "temp").c_str(), (*this / "target").c_str()));
+}
+
+TEST_F(TempFolders, GetANewNameWhenTheirsIsTaken) {
+  char name[PATH_BUFFER_SIZE];
+  nameTempFolder(extractorRun, name);
+  const std::string first = name;
+  fs::create_directories(first);
+  writeFile(first + "/someone", "else");
+  test::capture([&] { EXPECT_EQ(0, createTempFolder(extractorRun, name)); });
+  EXPECT_NE(first, name);
+  EXPECT_TRUE(fs::is_empty(name));
+}
+
+TEST_F(TempFolders, OlderThanADayAreRemovedWithALogLine) {
+  writeFile(*this / "QuorvaneTemp-1-2-app/.a", "x");
+  makeOld(*this / "QuorvaneTemp-1-2-app");
+  const auto lines = test::logLinesOf([] { removeOldTempFolders(extractorRun); });
+  EXPECT_FALSE(test::exists(*this / "QuorvaneTemp-1-2-app"));
+  EXPECT_TRUE(test::containsInOrder(
+      lines, {"[Extractor] Removing old temporary folder " + (*this / "QuorvaneTemp-1-2-app")}));
+}
+
+TEST_F(TempFolders, OfTodayAndEverythingElseAreLeftAlone) {
+  writeFile(*this / "QuorvaneTemp-1-2-app/a", "x");
+  writeFile(*this / "Quorvane-MyApp-1-complete/a", "x");
+  makeOld(*this / "Quorvane-MyApp-1-complete");
+  test::capture([] { removeOldTempFolders(extractorRun); });
+  EXPECT_TRUE(test::exists(*this / "QuorvaneTemp-1-2-app/a"));
+  EXPECT_TRUE(test::exists(*this / "Quorvane-MyApp-1-complete/a"));
+}
+
+TEST_F(TempFolders, LinkIsNotFollowedWhenRemoved) {
+  writeFile(*this / "precious/file", "x");
+  fs::create_directory_symlink(*this / "precious", *this / "QuorvaneTemp-1-2-app");
+  test::capture([this] { removeFolder((*this / "QuorvaneTemp-1-2-app").c_str()); });
+  EXPECT_TRUE(test::exists(*this / "precious/file"));
+}
+
+TEST_F(InterruptedRuns, BundleWhoseHomeWasNotMovedIsFinished) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
+  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
+  EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
+}
+
+TEST_F(InterruptedRuns, MoveThatWasCutShortGoesOnWhereItStopped) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + "/bin/java", "java", 0755);
+  writeFile(plain + ".plugin/Contents/Home/lib/modules", "modules");
+  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
+  EXPECT_EQ("modules", test::readFile(plain + "/lib/modules"));
+  EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
+}
+
+TEST_F(InterruptedRuns, AdoptedHomeThatWasNotLinkedYetIsFinished) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-00000000000-complete";
+  writeFile(plain + "/bin/java", "java", 0755);
+  fs::create_directories(plain + ".plugin");
+  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  EXPECT_EQ("java", test::readFile(plain + ".plugin/Contents/Home/bin/java"));
+}
+
+TEST_F(InterruptedRuns, FinishedBundleIsLeftAloneWithoutAWord) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + "/bin/java", "java", 0755);
+  fs::create_directories(plain + ".plugin/Contents");
+  fs::create_directory_symlink(plain, plain + ".plugin/Contents/Home");
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+}
+
+TEST_F(MasterFolder, LockKeepsASecondInstallerWaitingUntilItIsReleased) {
+  fs::create_directories(*this / "QVAppsSharedConfig");
+  InstallLock first(extractorRun.masterFolder);
+  ASSERT_TRUE(first.isHeld());
+  const std::string path = folder_.path();
+  const test::Result waiting =
+      test::runInChild([&path] { const InstallLock second(path.c_str()); }, 1.0);
+  EXPECT_TRUE(waiting.timedOut);
+  EXPECT_TRUE(test::containsInOrder(test::logLinesOf(waiting.out),
+                                    {"[Extractor] Another installer is at work, waiting for it"}));
+  first.release();
+  const test::Result free =
+      test::runInChild([&path] { const InstallLock second(path.c_str()); }, 10.0);
+  EXPECT_EQ(test::CODE_RETURNED, free.status);
+  EXPECT_EQ("", free.out);
+}
+
+TEST_F(MasterFolder, LockThatCannotBeCreatedIsNoLock) {
+  const InstallLock lock((*this / "missing").c_str());
+  EXPECT_FALSE(lock.isHeld());
+}
+
+TEST_F(MasterFolder, VersionFoldersAreComparedByTheirNames) {
+  fs::create_directories(*this / "Quorvane-A-1-complete");
+  const std::string before = versionFoldersIn(extractorRun.masterFolder);
+  fs::create_directories(*this / "QuorvaneTemp-1-1-app");
+  EXPECT_EQ(before, versionFoldersIn(extractorRun.masterFolder));
+  fs::create_directories(*this / "Quorvane-A-2-complete");
+  EXPECT_NE(before, versionFoldersIn(extractorRun.masterFolder));
+}
