@@ -1,0 +1,315 @@
+// Whole offline installations and updates, through the real executable.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/installer/installer.h"
+#include "tests/support/capture.h"
+#include "tests/support/files.h"
+
+namespace fs = std::filesystem;
+using test::fileRecord;
+using test::Installer;
+using test::nestedRecord;
+using test::signedBy;
+
+namespace {
+
+const char kUpdaterFolder[] = "Quorvane-Quorvane-5-complete";
+const char kRuntimeFolder[] = "Quorvane-Mac64JRE-1407-complete";
+const char kRuntimeBundle[] = "Quorvane-Mac64JRE-1407-complete.plugin";
+const char kAppFolder[] = "Quorvane-Demo-3-complete";
+
+const tools::SigningKey& key() {
+  static const tools::SigningKey kKey = tools::SigningKey::generate(2048);
+  return kKey;
+}
+
+bool logs(const test::Result& result, const std::string& line) {
+  return test::containsInOrder(test::logLinesOf(result.out), {line});
+}
+
+class Installation : public testing::Test {
+ protected:
+  test::Result install(const std::vector<std::string>& words = {}) {
+    installer_.write();
+    return installer_.run(words);
+  }
+
+  // Nothing of this run counts as installed.
+  void expectNothingInstalled() {
+    EXPECT_TRUE(installer_.versionFolders().empty());
+    EXPECT_FALSE(installer_.launched());
+  }
+
+  Installer installer_;
+};
+
+}  // namespace
+
+TEST_F(Installation, OnAFreshAccountMakesAllVersionFoldersAndLaunches) {
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_EQ((std::vector<std::string>{kAppFolder, kRuntimeFolder, kRuntimeBundle, kUpdaterFolder}),
+            installer_.versionFolders());
+  EXPECT_TRUE(installer_.launched());
+  EXPECT_TRUE(installer_.tempFolders().empty());
+  EXPECT_EQ("the updater", test::readFile(installer_.master(kUpdaterFolder) + "/updater.jar"));
+  EXPECT_EQ("application 3", test::readFile(installer_.master(kAppFolder) + "/demo.jar"));
+  EXPECT_TRUE(fs::exists(installer_.runtimeFolder() + "/bin/java"));
+  EXPECT_TRUE(fs::is_symlink(installer_.runtimeFolder() + ".plugin/Contents/Home"));
+}
+
+TEST_F(Installation, LogsItsStepsInTheirOrder) {
+  const test::Result result = install();
+  EXPECT_TRUE(test::containsInOrder(
+      test::logLinesOf(result.out),
+      {"[Extractor] GU folder is " + installer_.master(kUpdaterFolder),
+       "[Extractor] Ensuring LZMA is executable.",
+       "[Extractor] Extracted GU and GU Version",
+       "[Extractor] Renaming GU folder to " + installer_.master(kUpdaterFolder),
+       "[Extractor] Recreating GU location",
+       "[Extractor] LZMA path is " + installer_.master(kUpdaterFolder) + "/lzma64",
+       "[Extractor] Native Splash PNG path is " + installer_.master(kUpdaterFolder) +
+           "/nativesplash.png",
+       "[Extractor] Configuring splash",
+       "[Extractor] Showing splash",
+       "[Extractor] Setting up a JRE",
+       "+++ Start: Extracting Offline JRE",
+       "[Extractor] We want to query the JRE version to enable proxy detection.",
+       "[Extractor] Invalid Update URL. Skipping...",
+       "[Extractor] Offline installer - no need to download JRE, will extract",
+       "[Extractor] Extracting JRE archive...",
+       "[Extractor] Extracted JRE Mac64JRE",
+       "[Extractor] Regenerating jsa...",
+       "--- End: Extracting Offline JRE",
+       "[Extractor] Renamed JRE folder to " + installer_.master(kRuntimeBundle),
+       "+++ Start: OSX JRE initialisation",
+       "[Extractor] Ensuring JRE bin is writable.",
+       "[Extractor] Extracting App...",
+       "[Extractor] Renaming App folder to " + installer_.master(kAppFolder),
+       "[Extractor] Will now run latest GU Quorvane-Quorvane-5-complete"}));
+}
+
+TEST_F(Installation, TheSecondTimeLaunchesAtOnce) {
+  install();
+  fs::remove(installer_.jvmReport());
+  const test::Result result = installer_.run();
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(logs(result, "[Extractor] Running without extraction now"));
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(Installation, OfANewApplicationKeepsTheOldVersion) {
+  install();
+  installer_.tail.appVersion = "4";
+  installer_.application[0] = nestedRecord("application", Installer::applicationRecords("4"));
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_EQ("application 4",
+            test::readFile(installer_.master("Quorvane-Demo-4-complete/demo.jar")));
+  EXPECT_EQ("application 3", test::readFile(installer_.master(kAppFolder) + "/demo.jar"));
+  EXPECT_TRUE(fs::exists(installer_.runtimeFolder() + "/bin/java"));
+  EXPECT_TRUE(installer_.tempFolders().empty());
+}
+
+TEST_F(Installation, OfTheSameRuntimeAgainReplacesItWhole) {
+  install();
+  test::writeFile(installer_.runtimeFolder() + "/lib/stale", "of the first time");
+  installer_.tail.appVersion = "4";
+  installer_.application[0] = nestedRecord("application", Installer::applicationRecords("4"));
+  EXPECT_EQ(0, install().status);
+  EXPECT_FALSE(fs::exists(installer_.runtimeFolder() + "/lib/stale"));
+  EXPECT_TRUE(fs::exists(installer_.runtimeFolder() + "/bin/java"));
+  EXPECT_TRUE(fs::exists(installer_.runtimeFolder() + ".plugin/Contents/Home/bin/java"));
+}
+
+TEST_F(Installation, RunsTheExtractedJavaToWriteItsClassData) {
+  install();
+  const std::string words = test::readFile(installer_.javaReport());
+  EXPECT_NE(std::string::npos, words.find("-Xshare:dump"));
+}
+
+TEST_F(Installation, ThatIsElevatedInstallsAndLaunchesNothing) {
+  const test::Result result = install({"--elevated"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(4u, installer_.versionFolders().size());
+  EXPECT_FALSE(installer_.launched());
+}
+
+TEST_F(Installation, ThatIsSilentStillConfiguresTheSplashButNeverShowsIt) {
+  const test::Result result = install({"-silent"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(test::containsInOrder(
+      test::logLinesOf(result.out),
+      {"[Extractor] Is silent install is 1", "[Extractor] Configuring splash"}));
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(Installation, InAWindowSystemShowsItsSplashAndLaunches) {
+  installer_.write();
+  const test::Result result = installer_.run({}, {}, true);
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(Installation, WithoutAnUpdaterAndNothingInstalledEndsWithStatus1) {
+  installer_.tail.guVersion.clear();
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(test::containsInOrder(test::logLinesOf(result.out),
+                                    {"[Extractor] Note: No latest JRE version exists",
+                                     "[Extractor] Note: No latest GU version exists",
+                                     "[Extractor] Unable to run (we are just a launcher)"}));
+}
+
+TEST_F(Installation, SplashOverrideReplacesTheCarriedImage) {
+  installer_.tail.canOverrideSplash = "1";
+  installer_.updater[2] = fileRecord("other.txt", "");
+  installer_.properties = {{"splash_image", "TWE="}};
+  EXPECT_EQ(0, install().status);
+  EXPECT_EQ("Ma", test::readFile(installer_.master(kUpdaterFolder) + "/nativesplash.png"));
+}
+
+TEST_F(Installation, SplashOverrideWithoutAnImageWritesNothing) {
+  installer_.tail.canOverrideSplash = "1";
+  installer_.updater[2] = fileRecord("other.txt", "");
+  const test::Result result = install();
+  EXPECT_TRUE(logs(result, "[Extractor] Authorised to override the splash image."));
+  EXPECT_FALSE(fs::exists(installer_.master(kUpdaterFolder) + "/nativesplash.png"));
+}
+
+TEST_F(Installation, SplashImageIsIgnoredWhenTheOverrideIsNotAllowed) {
+  installer_.properties = {{"splash_image", "TWE="}};
+  install();
+  EXPECT_EQ("no image", test::readFile(installer_.master(kUpdaterFolder) + "/nativesplash.png"));
+}
+
+TEST_F(Installation, OfSignedArchivesIsVerified) {
+  installer_.sign(key());
+  installer_.properties = {{"require_signature", "true"}};
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(logs(result, "[ExtractArchive] Archive signature verified."));
+  EXPECT_EQ(4u, installer_.versionFolders().size());
+}
+
+TEST_F(Installation, OfAnUpdaterSignedWithAnotherKeyInstallsNothing) {
+  installer_.sign(tools::SigningKey::generate(2048));
+  installer_.tail.publicKey = key().publicKeyHex();
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(logs(
+      result, "[Extractor] The GenericUpdater archive was rejected, nothing of it is installed"));
+  expectNothingInstalled();
+  EXPECT_TRUE(installer_.tempFolders().empty());
+}
+
+TEST_F(Installation, OfARuntimeWithAWrongSignatureInstallsNoRuntime) {
+  installer_.sign(key());
+  installer_.runtime = nestedRecord(
+      "runtime", signedBy(tools::SigningKey::generate(2048), Installer::runtimeRecords()));
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(std::vector<std::string>{kUpdaterFolder}, installer_.versionFolders());
+  EXPECT_TRUE(logs(result, "[Extractor] The JRE archive was rejected, nothing of it is installed"));
+}
+
+TEST_F(Installation, OfAnApplicationWithAWrongSignatureKeepsTheOldOneRunning) {
+  install();
+  installer_.sign(key());
+  installer_.tail.appVersion = "4";
+  installer_.application[0] =
+      nestedRecord("application",
+                   signedBy(tools::SigningKey::generate(2048), Installer::applicationRecords("4")));
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(
+      logs(result, "[Extractor] The application archive was rejected, nothing of it is installed"));
+  EXPECT_FALSE(fs::exists(installer_.master("Quorvane-Demo-4-complete")));
+  EXPECT_EQ("application 3", test::readFile(installer_.master(kAppFolder) + "/demo.jar"));
+}
+
+TEST_F(Installation, OfAnUnsignedArchiveIsRefusedWhereSignaturesAreRequired) {
+  installer_.tail.publicKey = key().publicKeyHex();
+  installer_.properties = {{"require_signature", "true"}};
+  EXPECT_EQ(1, install().status);
+  expectNothingInstalled();
+}
+
+TEST_F(Installation, OfAnUnsignedArchiveIsAcceptedByDefault) {
+  installer_.tail.publicKey = key().publicKeyHex();
+  EXPECT_EQ(0, install().status);
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(Installation, ThatLostItsEndInstallsNoApplication) {
+  installer_.application.pop_back();
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(logs(result, "[Extractor] The installer ends before the application archive"));
+  EXPECT_FALSE(fs::exists(installer_.master(kAppFolder)));
+}
+
+TEST_F(Installation, OfARuntimeWithoutJavaInstallsNoRuntime) {
+  installer_.runtime = nestedRecord("runtime", fileRecord("Contents/Home/release", "none"));
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(std::vector<std::string>{kUpdaterFolder}, installer_.versionFolders());
+}
+
+TEST_F(Installation, OfAnUpdaterWithoutALaunchFileInstallsNothing) {
+  installer_.updater[1] = nestedRecord("updater", fileRecord("updater.jar", "x"));
+  EXPECT_EQ(1, install().status);
+  expectNothingInstalled();
+}
+
+TEST_F(Installation, EmptyPlaceholderArchiveIsAccepted) {
+  installer_.updater[3] = test::field("");
+  EXPECT_EQ(0, install().status);
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(Installation, RemovesOldTemporaryFoldersAndLeavesTodaysAlone) {
+  test::writeFile(installer_.master("QuorvaneTemp-1-1-app/x"), "x");
+  test::writeFile(installer_.master("QuorvaneTemp-2-2-app/x"), "x");
+  fs::last_write_time(installer_.master("QuorvaneTemp-1-1-app"),
+                      fs::file_time_type::clock::now() - std::chrono::hours(25));
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(std::vector<std::string>{"QuorvaneTemp-2-2-app"}, installer_.tempFolders());
+  EXPECT_TRUE(logs(result, "[Extractor] Removing old temporary folder " +
+                               installer_.master("QuorvaneTemp-1-1-app")));
+}
+
+TEST_F(Installation, WhereTheMasterFolderIsAFileAssumesThatElevationIsNeeded) {
+  test::writeFile(installer_.master(), "a file");
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(
+      logs(result, "[Extractor] Unable to create GU Temp folder - assuming elevation required"));
+}
+
+TEST_F(Installation, TwoAtTheSameTimeBothEndWithAWorkingInstallation) {
+  installer_.write();
+  std::vector<test::Result> results(4);
+  std::vector<std::thread> threads;
+  for (test::Result& result : results) {
+    threads.emplace_back([this, &result] { result = installer_.run(); });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  for (const test::Result& result : results) {
+    EXPECT_EQ(0, result.status) << result.out;
+    EXPECT_NE(std::string::npos, result.out.find("[JNILauncher] Done!")) << result.out;
+  }
+  EXPECT_EQ(4u, installer_.versionFolders().size());
+  EXPECT_TRUE(installer_.tempFolders().empty());
+}
