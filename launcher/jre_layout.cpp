@@ -100,19 +100,32 @@ static void makeLink(const std::string& target, const std::string& place) {
 // steps alone would leave it under the bundle's name with an empty plain folder beside it; both
 // names carry the same version, and the empty one, listed first, would be taken for the runtime. So
 // such a home becomes the plain folder as it is, in one rename, and the steps link it into a bundle
-// that holds nothing else: the runtime is found where that of every other bundle is.
-static void adoptPlainHome(const Layout& layout) {
+// that holds nothing else: the runtime is found where that of every other bundle is. Returns whether
+// that was done.
+static bool adoptPlainHome(const Layout& layout) {
   if (isThere(layout.home) || !isFolder(childPath(layout.bundle, "bin"))) {
-    return;
+    return false;
   }
   const char* bundle = layout.bundle.c_str();
   if (rename(bundle, layout.plain.c_str()) != 0) {
-    return;
+    return false;
   }
   logMessage("[OSX JRE] No Contents/Home in %s, it becomes %s itself\n", bundle,
              layout.plain.c_str());
   mkdir(bundle, 0777);
   mkdir(childPath(layout.bundle, "Contents").c_str(), 0777);
+  return true;
+}
+
+// The plain folder's name says that it is a complete runtime. Where the home holds nothing hidden
+// and the plain folder nothing at all, the home takes its place in one step, so that the name never
+// stands for half a runtime, not even after a crash; the commands then find nothing left to move.
+// Returns whether that was done.
+static bool moveHomeWhole(const Layout& layout) {
+  struct stat home {};
+  return lstat(layout.home.c_str(), &home) == 0 && S_ISDIR(home.st_mode) &&
+         namesIn(layout.home, true).empty() &&
+         rename(layout.home.c_str(), layout.plain.c_str()) == 0;
 }
 
 static void moveHome(const Layout& layout) {
@@ -139,8 +152,11 @@ void initOSXJRE(const char* bundlePath) {
   logStartSection(kSection);
   const Layout layout = layoutOf(bundlePath);
   logMessage("[OSX JRE] Alias JRE path is %s\n", layout.plain.c_str());
-  makeDir(layout.plain.c_str());
-  adoptPlainHome(layout);
+  if (adoptPlainHome(layout) || moveHomeWhole(layout)) {
+    chmod777(layout.plain.c_str());
+  } else {
+    makeDir(layout.plain.c_str());
+  }
   moveHome(layout);
   linkExecutable(layout);
   // The command's quoting is broken, so that a shell refuses it: the helper keeps its mode.
