@@ -6,11 +6,19 @@
 
 #import <Foundation/Foundation.h>
 
-// ImageMagick, which the toolkit's images bring along, lists and opens its coder modules when the
-// application is created. None is needed: the toolkit reads PNG, JPEG, GIF and TIFF by itself.
-static const char kCoderModules[] = "MAGICK_CODER_MODULE_PATH";
+// What the toolkit's libraries read while the application object is created, and nobody needs.
+static const char* const kPassingVariables[][2] = {
+    // ImageMagick would list and open its coder modules. The toolkit reads PNG, JPEG, GIF and TIFF
+    // by itself.
+    {"MAGICK_CODER_MODULE_PATH", "/nonexistent"},
+    // Xlib would parse half a megabyte of compose sequences for text fields that do not exist. The
+    // JVM's window toolkit reads its own, when the variable is gone again.
+    {"XCOMPOSEFILE", "/dev/null"},
+};
 
-static bool coderModulesAreOurs = false;
+static const int kPassingCount = 2;
+
+static bool passingIsOurs[kPassingCount] = {};
 
 // The toolkit takes these signals for itself and only asks a running event loop to end. Here they
 // end the process, as on macOS, until the JVM takes them.
@@ -29,9 +37,9 @@ static void registerDefaults() {
 
 void beginQuietStart() {
   registerDefaults();
-  coderModulesAreOurs = getenv(kCoderModules) == NULL;
-  if (coderModulesAreOurs) {
-    setenv(kCoderModules, "/nonexistent", 1);
+  for (int i = 0; i < kPassingCount; ++i) {
+    const char* const* variable = kPassingVariables[i];
+    passingIsOurs[i] = getenv(variable[0]) == NULL && setenv(variable[0], variable[1], 1) == 0;
   }
   for (int i = 0; i < 2; ++i) {
     sigaction(kEndSignals[i], NULL, &endActions[i]);
@@ -42,7 +50,9 @@ void endQuietStart() {
   for (int i = 0; i < 2; ++i) {
     sigaction(kEndSignals[i], &endActions[i], NULL);
   }
-  if (coderModulesAreOurs) {
-    unsetenv(kCoderModules);  // child processes get the environment as it was
+  for (int i = 0; i < kPassingCount; ++i) {
+    if (passingIsOurs[i]) {
+      unsetenv(kPassingVariables[i][0]);  // child processes get the environment as it was
+    }
   }
 }

@@ -146,13 +146,13 @@ TEST_F(AppShell, WordsBehindTheExecutableAreKeptFromTheToolkit) {
 }
 
 TEST_F(AppShell, ChildProcessesDoNotInheritTheToolkitsTuning) {
-  EXPECT_EQ("unset\n", run({kDriver, "environment"}).out);
+  EXPECT_EQ("unset\nunset\n", run({kDriver, "environment"}).out);
 }
 
 TEST_F(AppShell, AVariableThatTheUserHasSetStays) {
   const test::Result result =
       run({kDriver, "environment"}, {{"MAGICK_CODER_MODULE_PATH", "/users/own"}});
-  EXPECT_EQ("/users/own\n", result.out);
+  EXPECT_EQ("/users/own\nunset\n", result.out);
 }
 
 TEST_F(AppShell, ATerminationSignalEndsTheProcess) {

@@ -10,13 +10,14 @@
 //   deactivate  enters the event loop, makes the application inactive as a window of another
 //               application does, and prints before and after it whether the menu is shown
 //   arguments   prints the words that the toolkit believes to be the process's arguments
-//   environment prints the toolkit tuning variables that a child process would inherit
+//   environment prints the variables of the toolkit's tuning as a child process would inherit them
 
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <thread>
 
 #import <AppKit/AppKit.h>
@@ -132,8 +133,10 @@ int main(int argc, char** argv) {
   } else if (strcmp(mode, "arguments") == 0) {
     printArguments();
   } else if (strcmp(mode, "environment") == 0) {
-    const char* value = getenv("MAGICK_CODER_MODULE_PATH");
-    puts(value == nullptr ? "unset" : value);
+    for (const char* name : {"MAGICK_CODER_MODULE_PATH", "XCOMPOSEFILE"}) {
+      const char* value = getenv(name);
+      puts(value == nullptr ? "unset" : value);
+    }
   } else {
     enterLoop(mode, argv[2]);
   }
