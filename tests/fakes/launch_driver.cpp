@@ -9,9 +9,12 @@
 //   --from TEXT            what the launch is said to come from
 //   --static KEY VALUE     adds a static property to those handed on
 //   --dynamic KEY VALUE    adds a dynamic one
+//   --wait-for FILE        waits for that file, for 60 seconds at most, before the driver ends
 //
 // What follows "--" is passed on. A pause before a retry prints a line instead of sleeping. At the
 // end the driver prints what the launch returned and ends with status 0.
+
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -28,11 +31,13 @@ struct Options {
   const char* updateUrl = "";
   const char* dynamicUrl = nullptr;
   const char* from = "";
+  const char* awaited = nullptr;
   std::vector<char> properties = std::vector<char>(200000);
 };
 
+// The message before it may have no line end.
 static void pauseNoTime(unsigned seconds) {
-  printf("[Driver] Pause of %u seconds\n", seconds);
+  printf("\n[Driver] Pause of %u seconds\n", seconds);
 }
 
 [[noreturn]] static void refuse(const char* argument) {
@@ -58,6 +63,8 @@ static int takeOption(Options* options, char** argv) {
     options->dynamicUrl = argv[1];
   } else if (strcmp(name, "--from") == 0) {
     options->from = argv[1];
+  } else if (strcmp(name, "--wait-for") == 0) {
+    options->awaited = argv[1];
   } else if (strcmp(name, "--static") == 0 && argv[2] != nullptr) {
     addStaticProperty(options->properties.data(), argv[1], argv[2]);
     return 3;
@@ -68,6 +75,13 @@ static int takeOption(Options* options, char** argv) {
     refuse(name);
   }
   return 2;
+}
+
+// The test ends what its driver leaves behind, so that the driver has to outlive what it started.
+static void waitFor(const char* path) {
+  for (int i = 0; i < 6000 && access(path, F_OK) != 0; ++i) {
+    usleep(10000);
+  }
 }
 
 int main(int argc, char** argv) {
@@ -87,5 +101,8 @@ int main(int argc, char** argv) {
                                           options.dynamicUrl, argv[3], options.launchClass, nullptr,
                                           false, nullptr, options.from, false, nullptr);
   printf("[Driver] Result %d\n", result);
+  if (options.awaited != nullptr) {
+    waitFor(options.awaited);
+  }
   endProcess(0);
 }
