@@ -23,6 +23,7 @@ import argparse
 import http.server
 import select
 import socket
+import socketserver
 import ssl
 import struct
 import sys
@@ -174,6 +175,9 @@ def relay(one, other):
 
 class Server(http.server.ThreadingHTTPServer):
     daemon_threads = True
+
+    def server_bind(self):
+        socketserver.TCPServer.server_bind(self)  # the nearer one asks the network for its name
 
     def handle_error(self, *_):
         pass  # a client that does not trust the certificate, or goes away, is part of the tests

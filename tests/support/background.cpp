@@ -11,7 +11,7 @@
 
 namespace test {
 
-static const std::chrono::seconds kLongestWait(10);
+static const std::chrono::seconds kLongestWait(30);
 
 Background::Background(const Command& command)
     : child_(start(command, folder_ / "out", folder_ / "err")) {}

@@ -24,7 +24,7 @@ class Background {
   std::string err() const;
 
   // Waits for a line on its standard output that begins with `start` and returns what follows; the
-  // test fails when there is none after 10 seconds.
+  // test fails when there is none after 30 seconds.
   std::string waitForLine(const std::string& start) const;
 
  private:

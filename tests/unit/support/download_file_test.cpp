@@ -182,6 +182,7 @@ TEST_F(DownloadFileTest, ARefusedConnectionLeavesNoFile) {
 }
 
 TEST_F(DownloadFileTest, AnUnknownHostLeavesNoFile) {
+  setenv("RES_OPTIONS", "timeout:1 attempts:1", 1);  // where no name server answers
   const std::string log = downloadUrl("http://no-such-host.invalid/file");
   expectNothingLeft();
   EXPECT_THAT(log, HasSubstr("Download failed! Error - "));
