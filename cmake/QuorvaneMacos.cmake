@@ -12,6 +12,9 @@ set(QUORVANE_MACOS_SDK "${CMAKE_SOURCE_DIR}/platform/macos-sdk")
 # names of the borderless window mask and of the source-over operation.
 target_compile_options(quorvane_objcxx INTERFACE -Wno-deprecated-declarations)
 
+# The paths of the object files stay out of what is shipped.
+target_link_options(quorvane_compiler INTERFACE $<$<CONFIG:Release>:-Wl,-S>)
+
 set(QUORVANE_FRAMEWORKS AppKit Foundation CoreFoundation CoreGraphics)
 foreach(framework IN LISTS QUORVANE_FRAMEWORKS)
   target_link_libraries(quorvane_cocoa_libraries INTERFACE "-framework ${framework}")

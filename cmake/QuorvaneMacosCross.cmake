@@ -9,6 +9,10 @@ target_compile_options(quorvane_objcxx INTERFACE -Wno-unused-command-line-argume
 target_link_options(quorvane_cocoa_libraries INTERFACE
   -F "${QUORVANE_MACOS_SDK}/Frameworks" -L "${QUORVANE_MACOS_SDK}/lib")
 
+# zig drops what nothing calls from an optimised program; Apple's linker does not unless asked, and
+# every exported name is to stay.
+target_link_options(quorvane_compiler INTERFACE -Wl,--no-gc-sections)
+
 # jni.h is the same for every system; what differs is jni_md.h.
 file(READ "${QUORVANE_MACOS_TOOLS}/jni_headers" QUORVANE_JNI_HEADERS)
 string(STRIP "${QUORVANE_JNI_HEADERS}" QUORVANE_JNI_HEADERS)
@@ -25,7 +29,7 @@ function(quorvane_c_library name folder makefile)
   list(TRANSFORM objects REPLACE "\\.o$" ".c")
   list(TRANSFORM objects PREPEND "${folder}/")
   add_library(${name} STATIC EXCLUDE_FROM_ALL ${objects})
-  target_compile_options(${name} PRIVATE -w -fvisibility=hidden)
+  target_compile_options(${name} PRIVATE -w -fvisibility=hidden "-ffile-prefix-map=${folder}/=")
 endfunction()
 
 set(sources "${QUORVANE_MACOS_TOOLS}/sources")

@@ -1,5 +1,9 @@
 #include "crypto/keccak_permutation.h"
 
+#if defined(__x86_64__)
+#include <cpuid.h>
+#endif
+
 static const int kRounds = 24;
 
 static const uint64_t kRoundConstants[kRounds] = {
@@ -75,8 +79,21 @@ __attribute__((target("bmi,bmi2"))) static void permuteWithBmi(uint64_t* lanes) 
   permute(lanes);
 }
 
+// Asks the processor itself: the compiler's own query needs a runtime library that not every
+// toolchain brings. These instructions need no support from the system.
+static bool processorHasBmi() {
+  unsigned int eax = 0;
+  unsigned int ebx = 0;
+  unsigned int ecx = 0;
+  unsigned int edx = 0;
+  const unsigned int bmi = 1u << 3;
+  const unsigned int bmi2 = 1u << 8;
+  return __get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx) != 0 && (ebx & bmi) != 0 &&
+         (ebx & bmi2) != 0;
+}
+
 void permuteKeccak(uint64_t* lanes) {
-  static const bool hasBmi = __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2");
+  static const bool hasBmi = processorHasBmi();
   if (hasBmi) {
     permuteWithBmi(lanes);
   } else {

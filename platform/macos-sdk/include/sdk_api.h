@@ -16,6 +16,9 @@
 #define SDK_EXTERN extern
 #endif
 
+// Marks a method that the framework calls and a class of the sources implements.
+#define SDK_IMPLEMENTED
+
 // The number of the argument that is a format, and of the first that the format takes.
 #define SDK_FORMAT(format_index, first) __attribute__((format(__NSString__, format_index, first)))
 

@@ -15,7 +15,7 @@ SDK_API @interface NSView : NSResponder
 - (NSRect)bounds SDK_API;
 - (void)setAutoresizingMask:(NSAutoresizingMaskOptions)mask SDK_API;
 - (void)setNeedsDisplay:(BOOL)needed SDK_API;
-- (void)drawRect:(NSRect)rect SDK_API;
+- (void)drawRect:(NSRect)rect SDK_IMPLEMENTED;
 @end
 
 #endif
