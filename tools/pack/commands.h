@@ -14,6 +14,9 @@ void addKeyCommand(CLI::App* app);
 // launchfile write, launchfile read: the launch file of an application's folder.
 void addLaunchfileCommand(CLI::App* app);
 
+// tail write, tail read: the Tail record of a bundle or behind an executable.
+void addTailCommand(CLI::App* app);
+
 }  // namespace tools
 
 #endif

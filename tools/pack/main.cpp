@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   tools::addKeyCommand(&app);
   tools::addLaunchfileCommand(&app);
+  tools::addTailCommand(&app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/files.h"
+#include "tests/support/format_examples.h"
+#include "tests/support/launcher_bundle.h"
+#include "tests/support/process.h"
+#include "tests/support/tail.h"
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
+
+namespace {
+
+test::Result pack(const Texts& words) {
+  test::Command command;
+  command.arguments = {QUORVANE_BIN "/quorvane-pack", "tail"};
+  command.arguments.insert(command.arguments.end(), words.begin(), words.end());
+  return test::run(command);
+}
+
+Texts everyValue() {
+  return {"--app-name",
+          "Demo",
+          "--app-version",
+          "12",
+          "--jre-version",
+          "1407",
+          "--gu-version",
+          "3",
+          "--min-splash-ms",
+          "500",
+          "--public-key",
+          "3082",
+          "--can-override-splash",
+          "--install-type",
+          "perm_user",
+          "--silent-parameter=-quiet",
+          "--required-java-version",
+          "17",
+          "--update-url",
+          "http://127.0.0.1/"};
+}
+
+Texts with(Texts words, const Texts& more) {
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+const Texts kPrinted = {"app-name: Demo",
+                        "app-version: 12",
+                        "jre-version: 1407",
+                        "gu-version: 3",
+                        "min-splash-ms: 500",
+                        "public-key: 3082",
+                        "can-override-splash: 1",
+                        "install-type: perm_user",
+                        "silent-parameter: -quiet",
+                        "required-java-version: 17",
+                        "update-url: http://127.0.0.1/"};
+
+TEST(PackTail, WritesTheResourcesTailOfABundleAndReadsEveryValueBack) {
+  const test::TempFolder folder;
+  const std::string bundle = folder / "Demo.app";
+  fs::create_directories(bundle + "/Contents/MacOS");
+  const test::Result written = pack(with({"write", bundle}, everyValue()));
+  EXPECT_EQ(0, written.status) << written.err;
+  EXPECT_EQ("", written.out);
+  EXPECT_EQ(0644u, test::modeOf(bundle + "/Contents/Resources/Tail"));
+  const test::Result read = pack({"read", bundle});
+  EXPECT_EQ(0, read.status) << read.err;
+  EXPECT_EQ(with(kPrinted, {"place: file", "bytes-behind: 0"}), test::linesOf(read.out));
+}
+
+TEST(PackTail, PutsARecordBehindAnExecutableAndReadsEveryValueBack) {
+  const test::LauncherBundle bundle;
+  const auto size = fs::file_size(bundle.executable());
+  const test::Result written = pack(with({"write", "--append", bundle.executable()}, everyValue()));
+  EXPECT_EQ(0, written.status) << written.err;
+  const test::Result read = pack({"read", bundle.executable()});
+  EXPECT_EQ(
+      with(kPrinted, {"place: appended, at byte " + std::to_string(size + 128), "bytes-behind: 0"}),
+      test::linesOf(read.out));
+}
+
+TEST(PackTail, IsWhatTheLauncherReadsBehindItsExecutable) {
+  const test::LauncherBundle bundle;
+  ASSERT_EQ(0, pack(with({"write", "--append", bundle.executable()}, everyValue())).status);
+  const test::Result result = bundle.runWithoutDisplay({});
+  EXPECT_TRUE(test::containsInOrder(
+      test::messagesOf(result.out),
+      {"[Launcher] Found tail marker", "[Launcher] App Name = Demo", "[Launcher] App Version = 12",
+       "[Launcher] JRE Version = 1407", "[Launcher] GU Version = 3",
+       "[Launcher] Min Splash MS = 500", "[Launcher] Signature Public Key = 3082",
+       "[Launcher] Can Override Splash = 1", "[Launcher] Install Type = perm_user",
+       "[Launcher] Silent Parameter = -quiet", "[Launcher] Update URL = 17"}));
+}
+
+TEST(PackTail, MakesTheFormatsExampleWithTheCommandThatTheDocumentShows) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "Hello", "");
+  test::Command command;
+  command.arguments = {"/bin/sh", "-c", test::formatBlock("sh", "tail-record")};
+  command.environment = {{"PATH", std::string(QUORVANE_BIN ":") + getenv("PATH")}};
+  command.folder = folder.path();
+  const test::Result result = test::run(command);
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ(test::formatBlock("hex", "tail-record"),
+            test::hexDump(test::readFile(folder / "Hello")));
+}
+
+TEST(PackTail, PrintsOneValueAlone) {
+  const test::TempFolder folder;
+  ASSERT_EQ(0, pack({"write", folder / "Tail", "--app-name", "Demo"}).status);
+  EXPECT_EQ("Demo\n", pack({"read", folder / "Tail", "--value", "app-name"}).out);
+}
+
+TEST(PackTail, OfWrongInputSaysWhatAndEndsWithStatusOne) {
+  const test::TempFolder folder;
+  const test::Result result = pack({"write", folder / "Tail", "--app-name", "a-b"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: the application's name \"a-b\" cannot name its folders; it must not be "
+      "empty or hold a '/' or a '-'\n",
+      result.err);
+  EXPECT_EQ(Texts{}, test::namesIn(folder.path()));
+}
+
+TEST(PackTail, OfWrongUsageEndsWithStatusTwo) {
+  const test::TempFolder folder;
+  EXPECT_EQ(2, pack({"write", "--app-name", "Demo"}).status);
+  EXPECT_EQ(2, pack({"write", folder / "Tail"}).status);
+  EXPECT_EQ(2,
+            pack({"write", folder / "Tail", "--append", folder / "x", "--app-name", "D"}).status);
+  EXPECT_EQ(2, pack({"read"}).status);
+  EXPECT_EQ(2, pack({"read", folder / "Tail", "--value", "none"}).status);
+}
+
+TEST(PackTail, ShowsAnExampleInItsHelp) {
+  EXPECT_NE(std::string::npos, pack({"write", "--help"}).out.find("Example:"));
+  EXPECT_NE(std::string::npos, pack({"read", "--help"}).out.find("Example:"));
+}
+
+}  // namespace
