@@ -100,8 +100,8 @@ static void makeLink(const std::string& target, const std::string& place) {
 // steps alone would leave it under the bundle's name with an empty plain folder beside it; both
 // names carry the same version, and the empty one, listed first, would be taken for the runtime. So
 // such a home becomes the plain folder as it is, in one rename, and the steps link it into a bundle
-// that holds nothing else: the runtime is found where that of every other bundle is. Returns whether
-// that was done.
+// that holds nothing else: the runtime is found where that of every other bundle is. Returns
+// whether that was done.
 static bool adoptPlainHome(const Layout& layout) {
   if (isThere(layout.home) || !isFolder(childPath(layout.bundle, "bin"))) {
     return false;
