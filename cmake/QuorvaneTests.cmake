@@ -24,13 +24,16 @@ function(quorvane_discover name seconds)
     PROPERTIES TIMEOUT ${seconds} ENVIRONMENT "${QUORVANE_TEST_ENVIRONMENT}")
 endfunction()
 
+# Seconds that a unit test may take; a list file may set more before it declares its tests.
+set(QUORVANE_UNIT_SECONDS 60)
+
 # quorvane_unit_test(NAME SOURCE...): tests that call the library's functions.
 function(quorvane_unit_test name)
   add_executable(${name} ${ARGN} ${CMAKE_SOURCE_DIR}/tests/support/sanitizer_options.cpp)
   quorvane_build_fast(${name})
   target_link_libraries(${name} PRIVATE
     quorvane_core quorvane_cocoa quorvane_test_support GTest::gtest_main)
-  quorvane_discover(${name} 60)
+  quorvane_discover(${name} ${QUORVANE_UNIT_SECONDS})
 endfunction()
 
 # quorvane_blackbox_test(NAME SOURCE...): tests that run built executables; they link none of the

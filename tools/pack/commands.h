@@ -17,6 +17,9 @@ void addLaunchfileCommand(CLI::App* app);
 // tail write, tail read: the Tail record of a bundle or behind an executable.
 void addTailCommand(CLI::App* app);
 
+// archive create, list, verify, extract.
+void addArchiveCommand(CLI::App* app);
+
 }  // namespace tools
 
 #endif

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
   CLI::App app{"Makes macOS bundles, installers and update sites of Java applications."};
   app.set_version_flag("--version", QUORVANE_VERSION);
   app.require_subcommand(1);
+  tools::addArchiveCommand(&app);
   tools::addKeyCommand(&app);
   tools::addLaunchfileCommand(&app);
   tools::addTailCommand(&app);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "crypto/signature.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -55,7 +56,8 @@ class ArchiveTest : public testing::Test {
   std::string inDest(const std::string& name) const { return dest() + "/" + name; }
   std::string beside(const std::string& name) const { return folder_ / name; }
 
-  std::string unpack200_;  // path of the unpack200 tool; empty for none
+  std::string unpack200_;   // path of the unpack200 tool; empty for none
+  Rsa_key* key_ = nullptr;  // what signatures are checked with
 
  private:
   const char* unpack200() const { return unpack200_.empty() ? nullptr : unpack200_.c_str(); }

@@ -9,7 +9,7 @@
 class LzmaFile : public testing::Test {
  protected:
   LzmaFile() {
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 80; ++i) {
       data_.push_back(static_cast<char>(i * i * 31 >> 3));
     }
     test::writeFile(folder_ / "in", data_);

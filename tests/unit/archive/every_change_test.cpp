@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include "archive/archive.h"
+#include "support/hex.h"
+#include "tests/unit/archive/archive_fixture.h"
+#include "tests/unit/archive/signed_archive.h"
+#include "tests/unit/archive/trials.h"
+
+using test::Outcome;
+
+// Every truncation and every change of one bit of a small signed archive; the parameter is the bit
+// that is changed in each byte.
+class EveryChange : public testing::TestWithParam<int> {
+ protected:
+  ~EveryChange() override { requireSignature = false; }
+
+  std::vector<std::string> truncations() const {
+    std::vector<std::string> changed;
+    for (size_t length = 0; length < whole_.size(); ++length) {
+      changed.push_back(whole_.substr(0, length));
+    }
+    return changed;
+  }
+
+  std::vector<std::string> flips() const {
+    std::vector<std::string> changed(whole_.size(), whole_);
+    for (size_t i = 0; i < whole_.size(); ++i) {
+      changed[i][i] = static_cast<char>(whole_[i] ^ 1 << GetParam());
+    }
+    return changed;
+  }
+
+  static void expectNoneAccepted(const std::vector<std::string>& archives) {
+    requireSignature = true;
+    const std::vector<Outcome> outcomes = test::tryArchives(archives);
+    ASSERT_EQ(archives.size(), outcomes.size());
+    for (size_t i = 0; i < outcomes.size(); ++i) {
+      EXPECT_TRUE(outcomes[i] == Outcome::rejected || outcomes[i] == Outcome::ended)
+          << static_cast<char>(outcomes[i]) << " for byte " << i;
+    }
+  }
+
+  // The signature's bytes as the product reads them from an archive of the length of `whole_`.
+  std::string signatureIn(const std::string& archive) const {
+    std::string bytes(300, '\0');
+    bytes.resize(static_cast<size_t>(
+        hexToBytes(reinterpret_cast<unsigned char*>(bytes.data()), 300, archive.c_str() + hex_)));
+    return bytes;
+  }
+
+  // Whether the change at byte `i` of the record leaves what it says as it was: the type is any but
+  // that of a folder, the length is not used, and digits have more than one spelling.
+  bool meansTheSame(const std::string& archive, size_t i) const {
+    const size_t length = record_ + sizeof "0" + sizeof "qvArcSpBlock_DigitalSignature1";
+    const bool isLength = i >= length && i < length + sizeof "517" - 1;
+    return (i == record_ && archive[i] != '1') || isLength ||
+           (i >= hex_ && i < whole_.size() - 1 && signatureIn(archive) == signatureIn(whole_));
+  }
+
+  const std::string entries_ =
+      test::folderRecord("d") + test::fileRecord("d/f", "0123456789") + test::fileRecord("g", "");
+  const std::string whole_ = test::signedArchive(entries_);
+  const size_t record_ = entries_.size();
+  const size_t hex_ = whole_.size() - 513;
+};
+
+INSTANTIATE_TEST_SUITE_P(Bit, EveryChange, testing::Range(0, 8));
+
+TEST_P(EveryChange, OfABitIsNeverAcceptedWhenASignatureIsRequired) {
+  expectNoneAccepted(flips());
+}
+
+// The record itself is not covered by the signature, and an archive without one is accepted.
+TEST_P(EveryChange, OfABitIsAcceptedOtherwiseWhereNoRecordIsMetOrItMeansTheSame) {
+  const std::vector<std::string> archives = flips();
+  const std::vector<Outcome> outcomes = test::tryArchives(archives);
+  ASSERT_EQ(archives.size(), outcomes.size());
+  int accepted = 0;
+  int verified = 0;
+  for (size_t i = 0; i < outcomes.size(); ++i) {
+    EXPECT_NE(Outcome::crashed, outcomes[i]) << i;
+    accepted += outcomes[i] == Outcome::accepted ? 1 : 0;
+    verified += outcomes[i] == Outcome::verified ? 1 : 0;
+    EXPECT_EQ(i >= record_ && meansTheSame(archives[i], i), outcomes[i] == Outcome::verified) << i;
+  }
+  // docs/formats.md gives the sums.
+  const int wantedAccepted[] = {32, 30, 30, 30, 30, 30, 30, 30};
+  const int wantedVerified[] = {3, 4, 4, 4, 23, 194, 5, 5};
+  EXPECT_EQ(wantedAccepted[GetParam()], accepted);
+  EXPECT_EQ(wantedVerified[GetParam()], verified);
+}
+
+class EveryTruncation : public EveryChange {};
+
+INSTANTIATE_TEST_SUITE_P(All, EveryTruncation, testing::Values(0));
+
+TEST_P(EveryTruncation, IsNeverAcceptedWhenASignatureIsRequired) {
+  expectNoneAccepted(truncations());
+}
+
+TEST_P(EveryTruncation, IsAcceptedOtherwiseOnlyWhereTheRecordsPathIsNotWhole) {
+  const std::vector<Outcome> outcomes = test::tryArchives(truncations());
+  ASSERT_EQ(whole_.size(), outcomes.size());
+  int accepted = 0;
+  for (size_t length = 0; length < outcomes.size(); ++length) {
+    EXPECT_NE(Outcome::crashed, outcomes[length]) << length;
+    EXPECT_NE(Outcome::verified, outcomes[length]) << length;
+    accepted += outcomes[length] == Outcome::accepted ? 1 : 0;
+    if (outcomes[length] == Outcome::accepted) {
+      EXPECT_LT(length, whole_.find("DigitalSignature1") + 17) << length;
+    }
+  }
+  EXPECT_EQ(41, accepted);
+}
+
+TEST_P(EveryTruncation, OfNothingLeavesAnArchiveThatIsVerified) {
+  EXPECT_EQ(std::vector<Outcome>{Outcome::verified}, test::tryArchives({whole_}));
+  requireSignature = true;
+  EXPECT_EQ(std::vector<Outcome>{Outcome::verified}, test::tryArchives({whole_}));
+}

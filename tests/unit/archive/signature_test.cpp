@@ -1,0 +1,314 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "archive/archive.h"
+#include "crypto/tomcrypt.h"
+#include "tests/support/hex_text.h"
+#include "tests/unit/archive/archive_fixture.h"
+#include "tests/unit/archive/signed_archive.h"
+#include "tools/archive_records.h"
+
+namespace fs = std::filesystem;
+using test::ArchiveTest;
+using test::field;
+using test::fileRecord;
+using test::signatureOver;
+using test::signedArchive;
+using Lines = std::vector<std::string>;
+
+static const char kVerified[] = "[ExtractArchive] Archive signature verified.";
+static const char kMismatch[] =
+    "[ExtractArchive] Archive INVALID.  Archive signature did not match place in file (";
+
+class SignedArchive : public ArchiveTest {
+ protected:
+  SignedArchive() { key_ = test::publicKey(); }
+
+  static bool has(const Lines& lines, const std::string& line) {
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+  }
+
+  void expectRejected(const std::string& bytes) {
+    fs::create_directories(dest());
+    const Lines lines = extract(bytes);
+    const std::string rule(71, '*');
+    EXPECT_TRUE(test::containsInOrder(
+        lines, {rule, "[ExtractArchive] ERROR - unable to verify signature of hash of archive.",
+                "[ExtractArchive] Quorvane will disregard this update.", rule}));
+    EXPECT_FALSE(has(lines, kVerified));
+    EXPECT_FALSE(test::exists(dest()));
+    EXPECT_FALSE(test::exists(archivePath()));
+  }
+
+  void expectAccepted(const std::string& bytes) {
+    fs::create_directories(dest());
+    EXPECT_TRUE(has(extract(bytes), kVerified));
+    EXPECT_TRUE(test::exists(dest()));
+    EXPECT_FALSE(test::exists(archivePath()));
+  }
+
+  const std::string entries_ = fileRecord("f", "content") + test::folderRecord("d");
+};
+
+TEST_F(SignedArchive, IsVerifiedInTheseStepsAndThenDeleted) {
+  const std::string bytes = signedArchive(entries_);
+  unsigned char sha256[32];
+  hash_state state;
+  sha256_init(&state);
+  sha256_process(&state, reinterpret_cast<const unsigned char*>(entries_.data()), entries_.size());
+  sha256_done(&state, sha256);
+  const Lines lines = extract(bytes);
+  const Lines wanted = {"[ExtractArchive] Extracting archive " + archivePath() + " into " + dest(),
+                        "[ExtractArchiveFile] Extracting f (::0)",
+                        "\t[ExtractArchiveFile] Extracting to " + inDest("f"),
+                        "[ChMod] Executing chmod -R 755 \"" + inDest("f") + "\"",
+                        "[ExtractArchiveFile] Extracting d (::1)",
+                        "[ChMod] Executing chmod 777 \"" + inDest("d") + "\"",
+                        "\t[ExtractArchiveFile] Created folder " + inDest("d"),
+                        "[ExtractArchiveFile] Extracting qvArcSpBlock_DigitalSignature1 (::0)",
+                        "[ExtractArchiveFile] Found special block qvArcSpBlock_DigitalSignature1",
+                        "[ExtractArchiveFile] Found signature block DigitalSignature1",
+                        "[ExtractArchive] Done extracting archive.",
+                        "[ExtractArchive] Pre-Alloc",
+                        "[ExtractArchive] Post-Alloc",
+                        "[ExtractArchive] Produced a signature of length 256",
+                        "[ExtractArchive] Starting hash...",
+                        "[ExtractArchive] Seeking to start of data...",
+                        "[ExtractArhive] At start of file.",
+                        "[ExtractArchive] Completed hash",
+                        "[ExtractArchive] Produced hash: " + test::hexOf(sha256, sizeof sha256),
+                        "Doing PSS decode",
+                        kVerified};
+  EXPECT_EQ(wanted, lines);
+  EXPECT_EQ("content", test::readFile(inDest("f")));
+  EXPECT_FALSE(test::exists(archivePath()));
+}
+
+TEST_F(SignedArchive, LongerThanAHashChunkIsVerified) {
+  for (const size_t size : {49000, 50000, 99990, 100001, 1000000}) {
+    expectAccepted(signedArchive(fileRecord("f", std::string(size, 'x'))));
+  }
+}
+
+TEST_F(SignedArchive, WithoutEntriesIsVerified) {
+  expectAccepted(signedArchive(""));
+}
+
+TEST_F(SignedArchive, WithAnyByteBeforeTheRecordChangedIsRejectedWithItsDestination) {
+  std::string bytes = signedArchive(entries_);
+  bytes[entries_.find("content")] ^= 1;
+  expectRejected(bytes);
+}
+
+TEST_F(SignedArchive, OfAnotherKeyIsRejected) {
+  expectRejected(signedArchive(entries_, "second"));
+}
+
+TEST_F(SignedArchive, WithASignatureOverOtherBytesIsRejected) {
+  expectRejected(entries_ + tools::signatureRecord(static_cast<long>(entries_.size()),
+                                                   signatureOver(entries_ + "x")));
+}
+
+TEST_F(SignedArchive, WithoutAKeyAbortsAfterItsEntriesHaveBeenExtracted) {
+  key_ = nullptr;
+  const test::Result result = extractInChild(signedArchive(entries_));
+  EXPECT_EQ(SIGABRT, result.signal);
+  EXPECT_NE(std::string::npos, result.err.find("LTC_ARGCHK 'key != NULL' failure on line"));
+  EXPECT_EQ("content", test::readFile(inDest("f")));
+}
+
+TEST_F(SignedArchive, WithBytesBehindItsRecordIsVerifiedAndTheyAreNotRead) {
+  expectAccepted(signedArchive(entries_) + fileRecord("more", "x"));
+  EXPECT_FALSE(test::exists(inDest("more")));
+}
+
+TEST_F(SignedArchive, WithAnotherTypeAndLengthInItsRecordIsVerified) {
+  const std::string record = test::recordHead("3", "qvArcSpBlock_DigitalSignature1", "-17") +
+                             field(std::to_string(entries_.size())) +
+                             field(signatureOver(entries_));
+  expectAccepted(entries_ + record);
+}
+
+TEST_F(SignedArchive, WithAnotherTypeOrLengthInItsRecordIsRejectedWhenASignatureIsRequired) {
+  requireSignature = true;
+  const std::string data = field(std::to_string(entries_.size())) + field(signatureOver(entries_));
+  const std::string length = std::to_string(data.size());
+  const char path[] = "qvArcSpBlock_DigitalSignature1";
+  expectAccepted(entries_ + test::recordHead("0", path, length) + data);
+  expectRejected(entries_ + test::recordHead("3", path, length) + data);
+  expectRejected(entries_ + test::recordHead("0", path, "0") + data);
+  expectRejected(entries_ + test::recordHead("0", path, "0" + length) + data);
+}
+
+TEST_F(SignedArchive, WithUpperCaseDigitsIsRejectedOnlyWhenASignatureIsRequired) {
+  std::string hex = signatureOver(entries_);
+  for (char& digit : hex) {
+    digit = static_cast<char>(toupper(digit));
+  }
+  const std::string bytes =
+      entries_ + tools::signatureRecord(static_cast<long>(entries_.size()), hex);
+  expectAccepted(bytes);
+  requireSignature = true;
+  expectRejected(bytes);
+}
+
+// What follows was not signed; nothing that stands between the signed bytes and the record may be
+// accepted with them.
+TEST_F(SignedArchive, WithAnEntrySlippedInBeforeItsRecordIsRejected) {
+  const std::string whole = signedArchive(entries_);
+  const std::string record = whole.substr(entries_.size());
+  expectRejected(entries_ + fileRecord("evil", "x") + record);
+}
+
+TEST_F(SignedArchive, WhoseSlippedInEntryLooksLikeTheRecordAtItsPlaceIsRejected) {
+  const std::string length = std::to_string(entries_.size());
+  const std::string hex = signatureOver(entries_);
+  // Read as entries: two folders, then a file whose type is the signature. Read as the record: all
+  // of its fields are as they should be.
+  const std::string twoFaced = test::folderRecord("qvArcSpBlock_DigitalSignature1") + field("1") +
+                               field(length) + fileRecord("evil", "x", hex);
+  const std::string bytes =
+      entries_ + twoFaced + tools::signatureRecord(static_cast<long>(entries_.size()), hex);
+  fs::create_directories(dest());
+  const Lines lines = extract(bytes);
+  for (const std::string& line : lines) {
+    EXPECT_EQ(std::string::npos, line.find("INVALID")) << line;
+  }
+  EXPECT_TRUE(has(
+      lines, "[ExtractArchiveFile] Extracting evil (::" + std::to_string(atol(hex.c_str())) + ")"));
+  EXPECT_FALSE(has(lines, kVerified));
+  EXPECT_FALSE(test::exists(dest()));
+}
+
+TEST_F(SignedArchive, ThatHoldsAGenuineArchiveUnderItsOwnNameIsNotJudgedByThat) {
+  fs::remove(dest());
+  const std::string genuine = signedArchive(entries_);
+  const long length = static_cast<long>(entries_.size());
+  std::string evil = fileRecord("archive.p2", genuine);
+  evil += fileRecord("evil", "x");
+  evil += tools::signatureRecord(length, signatureOver(entries_));
+  const std::string folder = beside("together");
+  test::writeFile(folder + "/archive.p2", evil);
+  const Lines lines = test::logLinesOf(
+      [&] { extractArchive(nullptr, (folder + "/archive.p2").c_str(), folder.c_str(), key_); });
+  EXPECT_FALSE(has(lines, kVerified));
+  EXPECT_FALSE(test::exists(folder));
+}
+
+// As above, where the genuine one is unpacked to the archive's own path and is just as long.
+TEST_F(SignedArchive, ThatIsReplacedByAGenuineOneWhileItIsReadIsRejected) {
+  const std::string genuineEntries = fileRecord("f", std::string(2000, 'x'));
+  const std::string genuine = signedArchive(genuineEntries);
+  test::writeFile(beside("genuine"), genuine);
+  unpack200_ = makeTool("unpack200", "cp '" + beside("genuine") + "' \"$out\"");
+  std::string evil = fileRecord("together/archive.p2", "x", "2");
+  evil += fileRecord("together/evil", "");
+  // "0", "p" and the length of four digits, each with its zero byte, stand before the padding.
+  evil += fileRecord("p", std::string(genuineEntries.size() - evil.size() - 9, 'p'));
+  ASSERT_EQ(genuineEntries.size(), evil.size());
+  evil += genuine.substr(genuineEntries.size());
+  const std::string archive = beside("together/archive.p2");
+  test::writeFile(archive, evil);
+  const std::string into = beside("together") + "/..";
+  const Lines lines = test::logLinesOf([&] {
+    extractArchive(unpack200_.c_str(), archive.c_str(), beside("together/..").c_str(), key_);
+  });
+  EXPECT_TRUE(has(lines, "File exists: " + into + "/together/archive.p2"));
+  EXPECT_TRUE(has(lines, "Doing PSS decode"));
+  EXPECT_FALSE(has(lines, kVerified));
+}
+
+class MisplacedRecord : public SignedArchive {};
+
+TEST_F(MisplacedRecord, LogsEveryMismatchAndIsRejected) {
+  const std::string hex = signatureOver(entries_);
+  const std::string bytes = entries_ + tools::signatureRecord(3, hex);
+  fs::create_directories(dest());
+  const Lines lines = extract(bytes);
+  EXPECT_TRUE(test::containsInOrder(
+      lines, {std::string(kMismatch) + "asb name mismatch)",
+              std::string(kMismatch) + "len mismatch)", std::string(kMismatch) + "sig mismatch)",
+              "[ExtractArchive] Produced a signature of length 256"}));
+  EXPECT_FALSE(test::exists(dest()));
+}
+
+TEST_F(MisplacedRecord, BeyondTheEndOfTheFileIsRejected) {
+  expectRejected(entries_ + tools::signatureRecord(1000000000000, signatureOver(entries_)));
+  expectRejected(entries_ + tools::signatureRecord(9223372036854775807, signatureOver(entries_)));
+}
+
+TEST_F(MisplacedRecord, AtANegativeOffsetIsRejected) {
+  expectRejected(entries_ + test::signatureRecord("-2", signatureOver(entries_)));
+  expectRejected(entries_ + test::signatureRecord("-9999999999999999999", "ab"));
+}
+
+TEST_F(MisplacedRecord, WithTheLengthThatMeansNoneIsRejectedAndNotTakenForUnsigned) {
+  expectRejected(entries_ + test::signatureRecord("-1", signatureOver(entries_)));
+}
+
+TEST_F(MisplacedRecord, WithALengthThatIsNoNumberIsRejected) {
+  expectRejected(entries_ + test::signatureRecord("", signatureOver(entries_)));
+  expectRejected(entries_ + test::signatureRecord("x", signatureOver(entries_)));
+}
+
+class SignatureText : public SignedArchive {
+ protected:
+  std::string withHex(const std::string& hex) const {
+    return entries_ + test::signatureRecord(std::to_string(entries_.size()), hex);
+  }
+};
+
+TEST_F(SignatureText, ThatIsEmptyIsRejected) {
+  expectRejected(withHex(""));
+}
+
+TEST_F(SignatureText, OfAnOddNumberOfDigitsIsRejected) {
+  const std::string hex = signatureOver(entries_);
+  expectRejected(withHex(hex.substr(0, hex.size() - 1)));
+  expectRejected(withHex(hex + "0"));
+}
+
+TEST_F(SignatureText, ThatIsNoHexadecimalTextIsRejected) {
+  expectRejected(withHex("zz"));
+  expectRejected(withHex(std::string(512, ' ')));
+}
+
+TEST_F(SignatureText, ShorterOrLongerThanTheModulusIsRejected) {
+  const std::string hex = signatureOver(entries_);
+  expectRejected(withHex(hex.substr(2)));
+  expectRejected(withHex("00" + hex));
+  expectRejected(withHex(hex + "00"));
+}
+
+TEST_F(SignatureText, LongerThanItsFieldIsRejected) {
+  for (const size_t digits : {4094, 4095, 4096, 8190, 8191, 8192, 20000}) {
+    expectRejected(withHex(std::string(digits, 'a')));
+  }
+}
+
+TEST_F(SignatureText, ThatLacksOnlyItsEndIsRejected) {
+  const std::string whole = signedArchive(entries_);
+  expectRejected(whole.substr(0, whole.size() - 1));
+  requireSignature = true;
+  expectRejected(whole.substr(0, whole.size() - 1));
+}
+
+class SignedNestedArchive : public SignedArchive {};
+
+TEST_F(SignedNestedArchive, IsVerifiedByItsOwnSignature) {
+  const std::string lzma = makeTool("lzma64", "cp \"$in\" \"$out\"");
+  const test::RecordResult result =
+      readRecord(fileRecord("app.p2.l2", signedArchive(entries_)), lzma.c_str());
+  EXPECT_TRUE(has(result.lines, kVerified));
+  EXPECT_EQ((Lines{"d", "f"}), test::namesIn(dest()));
+}
+
+TEST_F(SignedNestedArchive, WithAWrongSignatureRemovesTheDestination) {
+  const std::string lzma = makeTool("lzma64", "cp \"$in\" \"$out\"");
+  const test::RecordResult result =
+      readRecord(fileRecord("app.p2.l2", signedArchive(entries_, "second")), lzma.c_str());
+  EXPECT_EQ(0, result.value);
+  EXPECT_FALSE(test::exists(dest()));
+}

@@ -1,0 +1,33 @@
+#include "tests/unit/archive/signed_archive.h"
+
+#include "crypto/mixed_hash.h"
+#include "support/owned.h"
+#include "tests/support/test_keys.h"
+#include "tools/archive_records.h"
+#include "tools/signing.h"
+
+namespace test {
+
+static const unsigned char* bytesOf(const std::string& text) {
+  return reinterpret_cast<const unsigned char*>(text.data());
+}
+
+std::string signatureOver(const std::string& bytes, const std::string& key) {
+  const Block<Hash_state> state(allocHashState());
+  initHash(state.get());
+  updateHash(state.get(), bytesOf(bytes), static_cast<int>(bytes.size()));
+  const Block<unsigned char> digest(doFinal(state.get()));
+  return tools::SigningKey::read(keyFile(key)).signatureHex(digest.get());
+}
+
+std::string signedArchive(const std::string& entries, const std::string& key) {
+  return entries +
+         tools::signatureRecord(static_cast<long>(entries.size()), signatureOver(entries, key));
+}
+
+Rsa_key* publicKey(const std::string& key) {
+  const std::string der = tools::SigningKey::read(keyFile(key)).publicKeyDer();
+  return loadDEREncodedPublicKey(bytesOf(der), static_cast<int>(der.size()));
+}
+
+}  // namespace test

@@ -1,0 +1,24 @@
+#ifndef QUORVANE_TESTS_UNIT_ARCHIVE_TRIALS_H
+#define QUORVANE_TESTS_UNIT_ARCHIVE_TRIALS_H
+
+#include <string>
+#include <vector>
+
+namespace test {
+
+// How the extraction of an archive, signed with the test key "first", came out.
+enum class Outcome : char {
+  verified = 'V',  // accepted because of its signature
+  accepted = 'A',  // accepted without one
+  rejected = 'R',  // the destination was removed
+  ended = 'E',     // the process ended with status 1, or 101 for pack200
+  crashed = 'C'    // anything else
+};
+
+// Extracts each of the archives into an empty folder, in child processes, and returns how each came
+// out, in order.
+std::vector<Outcome> tryArchives(const std::vector<std::string>& archives);
+
+}  // namespace test
+
+#endif

@@ -1,0 +1,249 @@
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "support/hex.h"
+#include "tools/archive_reader.h"
+#include "tools/archive_writer.h"
+#include "tools/input_error.h"
+#include "tools/key_file.h"
+#include "tools/lzma.h"
+#include "tools/pack/commands.h"
+#include "tools/product_extraction.h"
+#include "tools/quiet_output.h"
+#include "tools/signing.h"
+#include "tools/temporary_folder.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+namespace {
+
+struct FreeKey {
+  void operator()(Rsa_key* key) const { freePublicKey(key); }
+};
+using PublicKey = std::unique_ptr<Rsa_key, FreeKey>;
+
+struct CreateOptions {
+  ArchiveContent content;
+  std::string path;
+  std::string keyPath;
+  std::vector<std::string> added;
+  std::vector<std::string> special;
+};
+
+struct ReadOptions {
+  std::string path;
+  std::string publicKeyPath;
+  Extraction extraction;
+};
+
+// An archive as a plain file: itself, or its decompressed content in a temporary folder.
+class PlainArchive {
+ public:
+  explicit PlainArchive(const std::string& path) : path_(path) {
+    if (fs::path(path).extension() == ".l2") {
+      path_ = work_ / "archive.p2";
+      lzmaDecompress(path, path_);
+    }
+  }
+  const std::string& path() const { return path_; }
+
+ private:
+  TemporaryFolder work_;
+  std::string path_;
+};
+
+}  // namespace
+
+// Reads a public key in the form that 'key show' prints; none when there is no path.
+static PublicKey readPublicKey(const std::string& path) {
+  if (path.empty()) {
+    return nullptr;
+  }
+  const std::string text = readKeyText(path);
+  std::string der(text.size() / 2 + 2, '\0');
+  auto* bytes = reinterpret_cast<unsigned char*>(der.data());
+  const int length = hexToBytes(bytes, static_cast<int>(der.size()), text.c_str());
+  const QuietOutput quiet;
+  PublicKey key(loadDEREncodedPublicKey(bytes, length));
+  if (key == nullptr) {
+    throw InputError(path +
+                     " holds no public key; expected the text that 'quorvane-pack key show' "
+                     "prints");
+  }
+  return key;
+}
+
+static void addFile(const std::string& option, const std::string& prefix, const std::string& text,
+                    ArchiveContent* content) {
+  const size_t split = text.find('=');
+  if (split == std::string::npos || split == 0) {
+    throw InputError(option + " " + text + " cannot be read; expected NAME=FILE");
+  }
+  content->files.emplace_back(prefix + text.substr(0, split), text.substr(split + 1));
+}
+
+static void create(CreateOptions options) {
+  for (const std::string& text : options.added) {
+    addFile("--add", "", text, &options.content);
+  }
+  for (const std::string& text : options.special) {
+    addFile("--special", SPECIAL_BLOCK_PREFIX, text, &options.content);
+  }
+  if (!options.content.pack200.empty() && options.content.pack200Tool.empty()) {
+    throw InputError("--pack200 needs a packing program; name one with --pack200-tool");
+  }
+  std::unique_ptr<SigningKey> key;
+  if (!options.keyPath.empty()) {
+    key = std::make_unique<SigningKey>(SigningKey::read(options.keyPath));
+  }
+  writeArchive(options.content, options.path, key.get());
+}
+
+static const char* nameOf(const ArchiveEntry& entry) {
+  if (entry.kind == EntryKind::folder) {
+    return "folder";
+  }
+  if (entry.path.rfind(SPECIAL_BLOCK_PREFIX, 0) == 0) {
+    return "special";
+  }
+  return entry.kind == EntryKind::pack200 ? "pack200" : "file";
+}
+
+// The path with what is no printable character written as \xNN, so that it shows as one line.
+static std::string printable(const std::string& path) {
+  std::string text;
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F) {
+      char escaped[5];
+      snprintf(escaped, sizeof escaped, "\\x%02x", byte);
+      text += escaped;
+    } else {
+      text.push_back(c);
+    }
+  }
+  return text;
+}
+
+static void list(const ReadOptions& options) {
+  const PlainArchive archive(options.path);
+  const ArchiveListing listing = readArchive(archive.path(), options.path);
+  for (const ArchiveEntry& entry : listing.entries) {
+    printf("%-8s%12ld  %s\n", nameOf(entry), entry.length, printable(entry.path).c_str());
+  }
+  if (listing.isSigned) {
+    printf("signed with %zu bits over %ld bytes\n", 4 * listing.signatureHex.size(),
+           listing.signedLength);
+  } else {
+    printf("not signed\n");
+  }
+}
+
+static void verify(const ReadOptions& options) {
+  const PublicKey key = readPublicKey(options.publicKeyPath);
+  const PlainArchive archive(options.path);
+  const ArchiveListing listing = readArchive(archive.path(), options.path);
+  checkSignature(archive.path(), options.path, listing, key.get());
+  printf("%s: %zu entries, the signature is right\n", options.path.c_str(), listing.entries.size());
+}
+
+static void extract(ReadOptions options) {
+  const PublicKey key = readPublicKey(options.publicKeyPath);
+  const PlainArchive archive(options.path);
+  const ArchiveListing listing = readArchive(archive.path(), options.path);
+  if (listing.isSigned && key == nullptr) {
+    throw InputError(options.path + " is signed; name its key with --public-key");
+  }
+  options.extraction.archive = archive.path();
+  options.extraction.name = options.path;
+  options.extraction.key = key.get();
+  options.extraction.requireSignature = key != nullptr;
+  extractAsProduct(options.extraction);
+}
+
+static void addCreate(CLI::App* archive) {
+  CLI::App* command = archive->add_subcommand("create", "Makes an archive of a folder's content.");
+  auto options = std::make_shared<CreateOptions>();
+  command->add_option("FOLDER", options->content.folder, "The folder")->required();
+  command
+      ->add_option("ARCHIVE", options->path,
+                   "The archive, NAME.p2, or NAME.p2.l2 for one compressed with LZMA")
+      ->required();
+  command->add_option("--key", options->keyPath, "Sign with this private key; - is standard input");
+  command->add_option("--add", options->added, "Add FILE under PATH, for instance another archive")
+      ->type_name("PATH=FILE")
+      ->allow_extra_args(false);
+  command->add_option("--special", options->special, "Add FILE as the special block NAME")
+      ->type_name("NAME=FILE")
+      ->allow_extra_args(false);
+  command
+      ->add_option("--pack200", options->content.pack200,
+                   "Pack the jars that PATTERN matches with pack200")
+      ->type_name("PATTERN")
+      ->allow_extra_args(false);
+  command->add_option("--pack200-tool", options->content.pack200Tool,
+                      "The packing program, called with input and output");
+  command->footer(
+      "Symbolic links are stored as copies of what they point to.\n"
+      "Example:\n  quorvane-pack archive create --key release.key runtime JREArchive.p2.l2");
+  command->callback([options] { create(*options); });
+}
+
+static CLI::App* addReading(CLI::App* archive, const char* name, const char* help,
+                            const std::shared_ptr<ReadOptions>& options) {
+  CLI::App* command = archive->add_subcommand(name, help);
+  command->add_option("ARCHIVE", options->path, "The archive, NAME.p2 or NAME.p2.l2")->required();
+  return command;
+}
+
+static CLI::Option* addPublicKey(CLI::App* command, const std::shared_ptr<ReadOptions>& options) {
+  return command->add_option("--public-key", options->publicKeyPath,
+                             "The file with the public key, as 'key show' prints it");
+}
+
+static void addList(CLI::App* archive) {
+  auto options = std::make_shared<ReadOptions>();
+  CLI::App* command = addReading(archive, "list", "Shows what is in an archive.", options);
+  command->footer("Example:\n  quorvane-pack archive list JREArchive.p2.l2");
+  command->callback([options] { list(*options); });
+}
+
+static void addVerify(CLI::App* archive) {
+  auto options = std::make_shared<ReadOptions>();
+  CLI::App* command =
+      addReading(archive, "verify", "Checks an archive's records and its signature.", options);
+  addPublicKey(command, options)->required();
+  command->footer(
+      "Example:\n  quorvane-pack key show release.key > release.pub\n"
+      "  quorvane-pack archive verify --public-key release.pub JREArchive.p2.l2");
+  command->callback([options] { verify(*options); });
+}
+
+static void addExtract(CLI::App* archive) {
+  auto options = std::make_shared<ReadOptions>();
+  CLI::App* command = addReading(
+      archive, "extract", "Extracts an archive as an installer does, into a new folder.", options);
+  command->add_option("FOLDER", options->extraction.folder, "The folder, new or empty")->required();
+  addPublicKey(command, options);
+  command->add_option("--unpack200", options->extraction.unpack200,
+                      "The program for pack200 entries");
+  command->footer(
+      "With --public-key an archive that is not signed with it is refused.\n"
+      "Example:\n  quorvane-pack archive extract --public-key release.pub app.p2 app");
+  command->callback([options] { extract(*options); });
+}
+
+void addArchiveCommand(CLI::App* app) {
+  CLI::App* archive = app->add_subcommand("archive", "Makes, shows and checks archives.");
+  archive->require_subcommand(1);
+  addCreate(archive);
+  addList(archive);
+  addVerify(archive);
+  addExtract(archive);
+}
+
+}  // namespace tools

@@ -1,0 +1,29 @@
+#include "tools/temporary_folder.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "tools/input_error.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+TemporaryFolder::TemporaryFolder() {
+  std::error_code ignored;
+  path_ = (fs::temp_directory_path(ignored) / "quorvane-XXXXXX").string();
+  if (mkdtemp(path_.data()) == nullptr) {
+    throw InputError("no temporary folder can be made as " + path_ + ": " + strerror(errno));
+  }
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+}  // namespace tools
