@@ -19,6 +19,8 @@ void addTailCommand(CLI::App* app);
 
 // archive create, list, verify, extract.
 void addArchiveCommand(CLI::App* app);
+// tail write, tail read: the Tail record of a bundle or behind an executable.
+void addTailCommand(CLI::App* app);
 
 }  // namespace tools
 
