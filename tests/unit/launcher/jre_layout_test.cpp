@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -204,6 +205,11 @@ struct PathCase {
   const char* label;
   const char* name;
 };
+
+// What a failure, and the test's name, show of it.
+void PrintTo(const PathCase& value, std::ostream* out) {
+  *out << value.label;
+}
 
 }  // namespace
 

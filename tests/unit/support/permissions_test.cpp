@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -127,6 +128,11 @@ struct NameCase {
   const char* label;
   const char* name;
 };
+
+// What a failure, and the test's name, show of it.
+void PrintTo(const NameCase& value, std::ostream* out) {
+  *out << value.label;
+}
 
 class OddName : public testing::TestWithParam<NameCase> {
  protected:

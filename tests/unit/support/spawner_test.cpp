@@ -130,6 +130,19 @@ TEST(RunSpawnerAndWait, TakesAChildThatASignalKilledForSuccess) {
   EXPECT_EQ(" 9.", done.substr(done.rfind(' ')));
 }
 
+TEST(WasSpawnEndedBySignal, TellsAKilledChildFromOneThatSucceeded) {
+  runAndWait({"/bin/sh", "-c", "kill -KILL $$"});
+  EXPECT_TRUE(wasSpawnEndedBySignal());
+  runAndWait({"/bin/true"});
+  EXPECT_FALSE(wasSpawnEndedBySignal());
+}
+
+TEST(WasSpawnEndedBySignal, IsFalseAfterAStartThatFailed) {
+  runAndWait({"/bin/sh", "-c", "kill -KILL $$"});
+  runAndWait({"/absent"});
+  EXPECT_FALSE(wasSpawnEndedBySignal());
+}
+
 TEST(RunSpawnerAndWait, SaysNothingMoreOfAChildThatEndedNormally) {
   const Outcome outcome = runAndWait({"/bin/true"});
   EXPECT_EQ(0, outcome.result);
