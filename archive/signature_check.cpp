@@ -115,9 +115,9 @@ bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key*
   const Stream archive = openArchive(archivePath);
   fseek(archive.get(), met.signedLength, SEEK_SET);
   compareRecord(archive.get(), met);
-  const int capacity = static_cast<int>(strlen(met.hex.get()) / 2 + 2);
+  const size_t capacity = strlen(met.hex.get()) / 2 + 2;
   const Block<unsigned char> signature(static_cast<unsigned char*>(allocZeroed(capacity)));
-  const int length = hexToBytes(signature.get(), capacity, met.hex.get());
+  const int length = hexToBytes(signature.get(), static_cast<int>(capacity), met.hex.get());
   logMessage("[ExtractArchive] Produced a signature of length %d\n", length);
   const Block<unsigned char> digest = hashData(archive.get(), met.signedLength, chunk.get());
   if (digest == nullptr) {

@@ -18,7 +18,7 @@ from check_signature import check_signature
 from check_warnings import check_warnings
 from report import Report
 
-PROGRAMS = ["launcher"]
+PROGRAMS = ["launcher", "extractor"]
 BUILDS = {"x86_64": "build-macos", "arm64": "build-macos-arm64"}
 
 

@@ -7,6 +7,7 @@ FOLDER = Path(__file__).resolve().parent
 CPU_TYPES = {"x86_64": "X86-64", "arm64": "Arm64"}
 MINIMUM_VERSIONS = {"x86_64": "10.13", "arm64": "11.0"}
 FRAMEWORKS = {"AppKit": "C", "CoreFoundation": "A", "CoreGraphics": "A", "Foundation": "C"}
+OWN_EXPORTS = {"launcher": ["main", "run"], "extractor": ["main"]}
 LIBRARIES = ["/usr/lib/libSystem.B.dylib", "/usr/lib/libobjc.A.dylib"] + [
     f"/System/Library/Frameworks/{name}.framework/Versions/{version}/{name}"
     for name, version in FRAMEWORKS.items()]

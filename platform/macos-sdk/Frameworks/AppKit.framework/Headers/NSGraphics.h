@@ -3,16 +3,13 @@
 
 #import <Foundation/Foundation.h>
 
-typedef NSUInteger NSCompositingOperation;
-typedef NSUInteger NSBackingStoreType;
-
-enum : NSCompositingOperation {
+typedef enum NSCompositingOperation : NSUInteger {
   NSCompositeSourceOver SDK_API = 2,
-};
+} NSCompositingOperation;
 
-enum : NSBackingStoreType {
+typedef enum NSBackingStoreType : NSUInteger {
   NSBackingStoreBuffered SDK_API = 2,
-};
+} NSBackingStoreType;
 
 SDK_EXTERN NSString* const NSCalibratedRGBColorSpace SDK_API;
 

@@ -2,6 +2,7 @@
 #define FOUNDATION_FOUNDATION_H
 
 // Apple's own header brings these along; sources rely on it.
+#include <limits.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -20,6 +21,10 @@
 #import <Foundation/NSString.h>
 #import <Foundation/NSThread.h>
 #import <Foundation/NSURL.h>
+#import <Foundation/NSURLDownload.h>
+#import <Foundation/NSURLError.h>
+#import <Foundation/NSURLRequest.h>
+#import <Foundation/NSURLResponse.h>
 #import <Foundation/NSValue.h>
 
 #endif

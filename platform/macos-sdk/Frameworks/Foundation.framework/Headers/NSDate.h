@@ -9,6 +9,7 @@ typedef double NSTimeInterval;
 
 SDK_API @interface NSDate : NSObject
 + (NSDate*)distantPast SDK_API;
++ (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)seconds SDK_API;
 @end
 
 #endif

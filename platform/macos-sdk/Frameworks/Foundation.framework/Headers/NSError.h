@@ -5,9 +5,16 @@
 
 #include <sdk_api.h>
 
+@class NSDictionary;
 @class NSString;
 
+SDK_EXTERN NSString* const NSLocalizedDescriptionKey SDK_API;
+
 SDK_API @interface NSError : NSObject
++ (instancetype)errorWithDomain:(NSString*)domain
+                           code:(NSInteger)code
+                       userInfo:(NSDictionary*)details SDK_API;
+- (NSDictionary*)userInfo SDK_API;
 - (NSString*)localizedDescription SDK_API;
 @end
 

@@ -9,6 +9,8 @@
 
 SDK_API @interface NSURL : NSObject
 + (NSURL*)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDirectory SDK_API;
++ (instancetype)URLWithString:(NSString*)text SDK_API;
+- (NSString*)absoluteString SDK_API;
 @end
 
 #endif
