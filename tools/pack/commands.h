@@ -2,11 +2,19 @@
 #define QUORVANE_TOOLS_PACK_COMMANDS_H
 
 #include <CLI/CLI.hpp>
+#include <string>
 
 // The sub-commands of quorvane-pack. Each function adds one to `app`, with its options, its help
 // and the callback that runs it. A callback throws tools::InputError when its input is wrong.
 
 namespace tools {
+
+// archive create, list, verify, extract.
+void addArchiveCommand(CLI::App* app);
+
+// build: bundles, installers and the update site of a project. `executables` is the folder where
+// the product's executables are looked for when the command line names none.
+void addBuildCommand(CLI::App* app, const std::string& executables);
 
 // key new, key show: the key pair that signs an application's archives.
 void addKeyCommand(CLI::App* app);
@@ -14,11 +22,6 @@ void addKeyCommand(CLI::App* app);
 // launchfile write, launchfile read: the launch file of an application's folder.
 void addLaunchfileCommand(CLI::App* app);
 
-// tail write, tail read: the Tail record of a bundle or behind an executable.
-void addTailCommand(CLI::App* app);
-
-// archive create, list, verify, extract.
-void addArchiveCommand(CLI::App* app);
 // tail write, tail read: the Tail record of a bundle or behind an executable.
 void addTailCommand(CLI::App* app);
 

@@ -1,0 +1,40 @@
+#ifndef QUORVANE_TOOLS_INSTALLER_WRITER_H
+#define QUORVANE_TOOLS_INSTALLER_WRITER_H
+
+#include <string>
+
+#include "tools/bundle_writer.h"
+#include "tools/params_writer.h"
+#include "tools/signing.h"
+#include "tools/tail_writer.h"
+
+// Self-contained installers, and the update site that an online installer downloads from.
+
+namespace tools {
+
+struct Installer {
+  Bundle bundle;  // its executable is the extractor
+  Tail tail;      // a version that is empty leaves its component out
+  Properties properties;
+  std::string lzmaTool;       // the lzma64 program for the target system
+  std::string updaterFolder;  // what the components' version folders will hold
+  std::string appFolder;
+  std::string runtimeArchive;  // as writeUpdateSite() writes it
+  std::string splash;          // a PNG file; empty for none
+};
+
+// Writes an installer bundle: the Tail record and the archives behind it as
+// Contents/Resources/Tail, the params file beside it. Components are signed when there is a key,
+// whose public half then has to be the Tail's. Throws InputError.
+void writeInstaller(const Installer& installer, const SigningKey* key);
+
+// Writes the version file and the archive of the runtime `name` in `version`, made of the Java home
+// `runtimeHome`, into the folder `site`, which is created. Returns the archive's path; an offline
+// installer carries the same one. Throws InputError.
+std::string writeUpdateSite(const std::string& site, const std::string& name,
+                            const std::string& version, const std::string& runtimeHome,
+                            const SigningKey* key);
+
+}  // namespace tools
+
+#endif
