@@ -1,0 +1,41 @@
+# What every piece of the demo uses. Sourced by scripts/demo.
+
+demo=$PWD/build/demo
+app=$demo/Hello.app
+app_name=Hello
+master=$demo/home/Library/Application\ Support/Quorvane-$app_name
+
+say() { printf 'demo: %s\n' "$*"; }
+
+fail() {
+  printf 'demo: %s\n' "$*" >&2
+  exit 1
+}
+
+# Runs a command and shows its output only when it fails.
+quietly() {
+  local log
+  log=$(mktemp)
+  if ! "$@" > "$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    fail "this failed: $*"
+  fi
+  rm -f "$log"
+}
+
+install_what_is_missing() {
+  say "installing what is missing"
+  scripts/setup
+}
+
+build_the_tools() {
+  say "building the product and the packager"
+  quietly cmake --preset dev
+  quietly cmake --build --preset dev --target launcher extractor lzma64 quorvane-pack sample_app sample_updater
+}
+
+start_afresh() {
+  rm -rf "$demo"
+  mkdir -p "$demo"
+}

@@ -1,0 +1,49 @@
+# A throw-away account with a home of its own, in which the runtime is installed: the launcher asks
+# the password database for the home folder, so the demo answers with one of its own. Sourced by
+# scripts/demo.
+
+make_account() {
+  say "making a throw-away account with the home $demo/home"
+  mkdir -p "$demo/home"
+  printf 'demo:x:%s:%s:Demo:%s:/bin/sh\n' "$(id -u)" "$(id -g)" "$demo/home" > "$demo/passwd"
+  printf 'demo:x:%s:\n' "$(id -g)" > "$demo/group"
+  # The toolkit keeps sockets there, whose paths have to be short.
+  account_tmp=$(mktemp -d /tmp/demo-XXXXXX)
+  trap end_account EXIT
+}
+
+# Runs a command in the account.
+as_account() {
+  env HOME="$demo/home" TMPDIR="$account_tmp" TEMP="$account_tmp" TMP="$account_tmp" \
+    LD_PRELOAD=libnss_wrapper.so NSS_WRAPPER_PASSWD="$demo/passwd" \
+    NSS_WRAPPER_GROUP="$demo/group" "$@"
+}
+
+# Ends the toolkit's notification server that applications of the account have left behind; it is
+# known by its temporary folder.
+end_account() {
+  local file
+  for file in $(grep -slz "^TMPDIR=$account_tmp\$" /proc/[0-9]*/environ); do
+    kill "$(basename "$(dirname "$file")")" 2> /dev/null || true
+  done
+  rm -rf "$account_tmp"
+}
+
+# The runtime as a version folder, and beside it the bundle through which macOS sees it.
+install_runtime() {
+  local folder="$master/Quorvane-Mac64JRE-1-complete"
+  say "installing the runtime as $folder"
+  mkdir -p "$master" "$folder.plugin/Contents/MacOS"
+  mv "$demo/runtime" "$folder"
+  ln -s "$folder" "$folder.plugin/Contents/Home"
+  ln -s "$folder/lib/libjli.so" "$folder.plugin/Contents/MacOS/libjli.so"
+  cat > "$folder.plugin/Contents/Info.plist" <<PLIST
+<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0">
+<dict>
+  <key>CFBundleName</key><string>Java runtime</string>
+  <key>CFBundleExecutable</key><string>libjli.so</string>
+</dict>
+</plist>
+PLIST
+}

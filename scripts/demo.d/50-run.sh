@@ -1,0 +1,69 @@
+# Starting the application. Sourced by scripts/demo.
+
+# The words with which the bundle is started: JVM options, class path, main class, arguments.
+console_words=(-Xmx64m "-Dhello.greeting=Good morning" -cp "$app/Contents/Resources/hello.jar"
+  org.example.hello.Hello first "second argument" -third)
+window_words=(-Xmx64m "-Dhello.greeting=Good morning" -Dawt.useSystemAAFontSettings=on
+  -cp "$app/Contents/Resources/hello.jar"
+  org.example.hello.HelloWindow first "second argument" -third)
+
+run_in_console() {
+  local status=0
+  say "starting it: $app_name ${console_words[*]}"
+  as_account scripts/with-display "$app/Contents/MacOS/$app_name" "${console_words[@]}" \
+    > "$demo/console.log" 2> "$demo/console.err" || status=$?
+  [ "$status" -eq 0 ] || fail "the launcher ended with status $status; see $demo/console.log"
+  say "the launcher's log is in $demo/console.log; this is what the program saw:"
+  sed -n '/Hello from Java/,/^  home /p' "$demo/console.log"
+}
+
+run_with_window() {
+  say "starting it with a window: $app_name ${window_words[*]}"
+  QUORVANE_OWN_DISPLAY=1 QUORVANE_SCREEN=960x440x24 scripts/with-display \
+    bash -c 'for piece in scripts/demo.d/*.sh; do source "$piece"; done
+             account_tmp=$1; take_picture' demo "$account_tmp"
+  say "the picture of window and menu is $demo/window.png"
+}
+
+# Starts the window variant on the display that stands, opens the application's menu, takes a
+# picture and quits through the menu.
+take_picture() {
+  display -window root xc:'#9fb3c8'
+  as_account "$app/Contents/MacOS/$app_name" "${window_words[@]}" \
+    > "$demo/window.log" 2> "$demo/window.err" &
+  local launcher=$!
+  wait_for "$launcher" grep -q "The window is up" "$demo/window.log"
+  wait_for "$launcher" is_shown "$app_name"
+  xdotool mousemove 40 30 click 1
+  wait_for "$launcher" is_shown Window
+  xdotool mousemove 640 420
+  sleep 1
+  import -silent -window root "$demo/window.png"
+  quit_through_menu "$launcher"
+}
+
+# Whether a window of the application's toolkit with this title is on the display.
+is_shown() {
+  xwininfo -root -tree | grep "\"$1\": (\"$app_name\" \"GNUstep\")" | grep -qv ' 7x7+'
+}
+
+quit_through_menu() {
+  local status=0
+  xdotool mousemove 140 152 click 1
+  timeout 30 tail --pid="$1" -f /dev/null || { kill -9 "$1"; fail "the application did not quit"; }
+  wait "$1" || status=$?
+  [ "$status" -eq 0 ] || fail "the application quit with status $status; see $demo/window.log"
+}
+
+# Waits until a command succeeds, for at most 30 seconds, while the process still runs.
+wait_for() {
+  local process=$1
+  shift
+  for _ in $(seq 300); do
+    "$@" > /dev/null 2>&1 && return
+    kill -0 "$process" 2> /dev/null || fail "the launcher ended early; see $demo/window.log"
+    sleep 0.1
+  done
+  kill -9 "$process"
+  fail "waited 30 seconds in vain for: $*"
+}

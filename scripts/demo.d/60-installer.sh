@@ -1,0 +1,158 @@
+# The main job: installers that install, update and start a real Java application. Sourced by
+# scripts/demo.
+
+project=$demo/project
+dist=$demo/dist
+sample_master=$demo/home/Library/Application\ Support/Quorvane-Sample
+
+# The sample application and its updater, a runtime, a splash image, a key and the project file.
+make_project() {
+  say "making a project in $project: application, updater, runtime, splash, signing key"
+  mkdir -p "$project/updater"
+  cp build/examples/updater/updater.jar build/examples/updater/QuorvaneLaunch "$project/updater/"
+  quietly "$jdk/bin/jlink" --add-modules java.base,java.desktop --strip-debug --no-header-files \
+    --no-man-pages --compress=2 --output "$project/runtime"
+  cp build/pack200-tools/unpack200 "$project/runtime/bin/" 2> /dev/null || true
+  cp examples/splash/nativesplash.png "$project/splash.png"
+  quietly build/bin/quorvane-pack key new "$project/release.key"
+  write_project 1
+}
+
+# Writes the project for version $1 of the application.
+write_project() {
+  mkdir -p "$project/app"
+  cp build/examples/app/app.jar "$project/app/"
+  cat > "$project/launch.toml" <<TOML
+version = 6
+class = "org.example.app.SampleApp"
+app_name = "Sample"
+class_path = ["app.jar"]
+arguments = ["--close-after", "3000"]
+TOML
+  quietly build/bin/quorvane-pack launchfile write "$project/launch.toml" \
+    "$project/app/QuorvaneLaunch"
+  cat > "$project/quorvane.toml" <<TOML
+[application]
+name = "Sample"
+version = "$1"
+identifier = "org.example.sample"
+folder = "app"
+
+[updater]
+folder = "updater"
+version = "1"
+
+[runtime]
+folder = "runtime"
+version = "17"
+
+[installer]
+minimum_splash_ms = 500
+splash = "splash.png"
+
+[signing]
+key = "release.key"
+TOML
+}
+
+# Packs what the project file says; more words go to the packager.
+pack() {
+  quietly build/bin/quorvane-pack build "$project/quorvane.toml" --output "$dist" "$@"
+}
+
+# Runs the bundle $1 in the account, on a display of its own, with its log in $2 and pictures of its
+# windows beside it.
+run_bundle() {
+  QUORVANE_OWN_DISPLAY=1 QUORVANE_SCREEN=900x480x24 scripts/with-display \
+    bash -c 'for piece in scripts/demo.d/*.sh; do source "$piece"; done
+             account_tmp=$1; photograph "$2" "$3"' demo "$account_tmp" "$1" "$2"
+}
+
+# Starts the executable of the bundle $1 and keeps the latest picture of the splash, and of the
+# application's window once its window is up.
+photograph() {
+  local status=0
+  display -window root xc:'#9fb3c8'
+  as_account timeout -k 5 120 "$1"/Contents/MacOS/* > "$2.log" 2> "$2.err" &
+  local process=$!
+  while kill -0 "$process" 2> /dev/null; do
+    sleep 0.3
+    import -silent -window root "$2.now.png" 2> /dev/null || continue
+    if xwininfo -root -tree | grep -q '"Sample version'; then
+      mv "$2.now.png" "$2-application.png"
+    elif [ ! -e "$2-application.png" ] && [ "$(identify -format %k "$2.now.png")" -gt 16 ]; then
+      mv "$2.now.png" "$2-splash.png"  # a screen of fewer colours shows the background alone
+    fi
+  done
+  rm -f "$2.now.png"
+  wait "$process" || status=$?
+  [ "$status" -eq 0 ] || fail "it ended with status $status; see $2.log"
+}
+
+# Shows what the application printed in the log $1.
+show_application() {
+  grep -a '^Sample version' "$1.log" || fail "the application did not start; see $1.log"
+}
+
+must_log() {
+  grep -aqF "$2" "$1.log" || fail "the log $1.log misses the line: $2"
+}
+
+install_offline() {
+  say "packing a signed offline installer"
+  pack
+  say "running it on the fresh account: it installs and starts the application"
+  run_bundle "$dist/Sample Installer.app" "$demo/install"
+  must_log "$demo/install" "[ExtractArchive] Archive signature verified."
+  show_application "$demo/install"
+  [ -s "$demo/install-splash.png" ] || fail "no picture of the splash was taken"
+  [ -s "$demo/install-application.png" ] || fail "no picture of the application was taken"
+  say "pictures: $demo/install-splash.png and $demo/install-application.png"
+}
+
+start_again() {
+  say "running it again: nothing is extracted, the application starts at once"
+  run_bundle "$dist/Sample Installer.app" "$demo/again"
+  must_log "$demo/again" "[Extractor] Running without extraction now"
+  show_application "$demo/again"
+}
+
+update_offline() {
+  say "packing version 2 and running its installer: an update"
+  write_project 2
+  pack
+  run_bundle "$dist/Sample Installer.app" "$demo/update"
+  must_log "$demo/update" "[Extractor] Our App version is newer than existing latest version"
+  show_application "$demo/update"
+  say "what is installed: $(cd "$sample_master" && echo Quorvane-*-complete)"
+  say "the installers' own logs are in $sample_master/logs"
+}
+
+# Serves the folder $1 on a port that the kernel chooses and sets `port` and `server`.
+serve() {
+  python3 -u -m http.server --bind 127.0.0.1 --directory "$1" 0 > "$demo/server.log" 2>&1 &
+  server=$!
+  for _ in $(seq 100); do
+    port=$(sed -n 's/^Serving HTTP on 127.0.0.1 port \([0-9]*\) .*/\1/p' "$demo/server.log")
+    [ -n "$port" ] && return
+    sleep 0.1
+  done
+  fail "the web server did not start; see $demo/server.log"
+}
+
+# The online installer carries the updater alone: the runtime comes from the update site, the
+# application from nobody, which the sample updater says.
+install_online() {
+  say "running an online installer on an account without the application: the runtime is downloaded"
+  serve "$dist/site"
+  pack --update-url "http://127.0.0.1:$port/"
+  rm -rf "$sample_master"
+  as_account timeout -k 5 120 scripts/with-display \
+    "$dist/Sample Online Installer.app/Contents/MacOS/Sample" \
+    > "$demo/online.log" 2> "$demo/online.err" || true
+  kill "$server" 2> /dev/null || true
+  must_log "$demo/online" "[JREDownload] Downloaded JRE is now ready."
+  must_log "$demo/online" "[Extractor] Will now run latest GU Quorvane-Quorvane-1-complete"
+  say "the sample updater, started with the downloaded runtime, says:"
+  grep -a 'pdater' "$demo/online.err" "$demo/online.log" -h | grep -av '^+' | head -3
+}
