@@ -154,5 +154,5 @@ install_online() {
   must_log "$demo/online" "[JREDownload] Downloaded JRE is now ready."
   must_log "$demo/online" "[Extractor] Will now run latest GU Quorvane-Quorvane-1-complete"
   say "the sample updater, started with the downloaded runtime, says:"
-  grep -a 'pdater' "$demo/online.err" "$demo/online.log" -h | grep -av '^+' | head -3
+  grep -ah '^\[Updater\]' "$demo/online.err" "$demo/online.log" || fail "it says nothing; see $demo/online.log"
 }

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -165,6 +165,7 @@ TEST_P(Update, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
     }
   }
   RecordProperty("points", static_cast<int>(points.size()));
+  printf("tried %zu points\n", points.size());
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Update, testing::ValuesIn(kFaults),
