@@ -290,6 +290,11 @@ struct ProbeEnd {
   int result;
 };
 
+// How the test's name shows it.
+static void PrintTo(const ProbeEnd& value, std::ostream* out) {
+  *out << value.name;
+}
+
 class ProbeLaunch : public ApplicationLaunch, public testing::WithParamInterface<ProbeEnd> {};
 
 INSTANTIATE_TEST_SUITE_P(Ends, ProbeLaunch,

@@ -312,6 +312,11 @@ struct Requirement {
   int status;
 };
 
+// How the test's name shows it.
+static void PrintTo(const Requirement& value, std::ostream* out) {
+  *out << value.name;
+}
+
 class UpdaterProbe : public Updater, public testing::WithParamInterface<Requirement> {};
 
 INSTANTIATE_TEST_SUITE_P(Versions, UpdaterProbe,

@@ -154,6 +154,11 @@ struct WrongCount {
   std::string error;
 };
 
+// How the test's name shows it.
+static void PrintTo(const WrongCount& value, std::ostream* out) {
+  *out << value.name;
+}
+
 class LaunchFileCount : public Launching, public testing::WithParamInterface<WrongCount> {};
 
 static const WrongCount kWrongCounts[] = {

@@ -120,6 +120,11 @@ struct ProbeEnd {
   bool compatible;
 };
 
+// How the test's name shows it.
+static void PrintTo(const ProbeEnd& value, std::ostream* out) {
+  *out << value.status;
+}
+
 class CompatibilityProbe : public Launching, public testing::WithParamInterface<ProbeEnd> {
  protected:
   CompatibilityProbe() { useProbe(); }
