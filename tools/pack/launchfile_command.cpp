@@ -1,6 +1,4 @@
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -8,6 +6,7 @@
 #include "tools/launch_file_text.h"
 #include "tools/launch_file_writer.h"
 #include "tools/pack/commands.h"
+#include "tools/whole_file.h"
 
 namespace tools {
 
@@ -19,21 +18,20 @@ struct LaunchFileOptions {
 }  // namespace
 
 static std::string contentOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (!in.good()) {
-    throw InputError("cannot read " + path);
+  const Stream stream = openInput(path);
+  std::string content;
+  char piece[4096];
+  while (const size_t count = fread(piece, 1, sizeof piece, stream.get())) {
+    content.append(piece, count);
   }
   return content;
 }
 
 static void writeContent(const std::string& path, const std::string& content) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out << content;
-  out.close();
-  if (!out.good()) {
-    throw InputError("cannot write " + path);
-  }
+  constexpr unsigned kMode = 0644;
+  WholeFile file(path, kMode);
+  file.write(content.data(), content.size());
+  file.finish();
 }
 
 // Puts the file's name in front of what is wrong with its content.
