@@ -8,6 +8,7 @@
 #include "archive/destination.h"
 #include "platform/process_end.h"
 #include "support/file_operations.h"
+#include "support/keep_alive.h"
 #include "support/logging.h"
 #include "support/paths.h"
 
@@ -58,6 +59,7 @@ static void copyData(FILE* stream, const Entry& entry, long length, int file) {
     if (count < wanted) {
       failToRead(entry, done, length);
     }
+    keepAlive();
   }
 }
 

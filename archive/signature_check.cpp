@@ -13,6 +13,7 @@
 #include "launcher/field_reader.h"
 #include "platform/process_end.h"
 #include "support/hex.h"
+#include "support/keep_alive.h"
 #include "support/logging.h"
 #include "support/strings.h"
 
@@ -75,6 +76,7 @@ static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* 
   for (long left = length; left > 0 && count > 0; left -= static_cast<long>(count)) {
     count = fread(chunk, 1, std::min(kHashChunk, static_cast<size_t>(left)), archive);
     updateHash(state.get(), chunk, static_cast<int>(count));
+    keepAlive();
   }
   logMessage("[ExtractArchive] Completed hash\n");
   return Block<unsigned char>(doFinal(state.get()));

@@ -27,8 +27,8 @@
 
 - (void)runThread:(id)argument {
   (void)argument;
-  NSLog(@"AppRunner running!\n");
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  NSLog(@"AppRunner running!\n");
   [self setPercent:-100 thenSleep:1];
   [self setPercent:-1 thenSleep:1];
   for (int percent = 0; percent <= 100; ++percent) {

@@ -4,18 +4,23 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "platform/environment.h"
+#include "support/keep_alive.h"
 #include "support/logging.h"
 #include "support/strings.h"
 
 static_assert(sizeof(Spawner) == 4000, "the table is one block of 4000 bytes");
 
 static bool endedBySignal = false;
+
+// Microseconds between two looks at a child while something is kept alive.
+static const useconds_t kLongestPause = 10000;
 
 namespace {
 
@@ -104,6 +109,23 @@ static int start(const Spawner* spawner, const char* workingDir, pid_t* child) {
   return 0;
 }
 
+// Waits for the end of `child` and returns its wait status. What is on screen is kept alive
+// meanwhile.
+static int waitForEnd(pid_t child) {
+  int status = 0;
+  useconds_t pause = 500;  // short at first: most programs end soon
+  while (hasKeepAlive()) {
+    if (waitpid(child, &status, WNOHANG) != 0) {
+      return status;
+    }
+    keepAlive();
+    usleep(pause);
+    pause = std::min(pause * 2, kLongestPause);
+  }
+  waitpid(child, &status, 0);
+  return status;
+}
+
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
   endedBySignal = false;
   pid_t child = 0;
@@ -111,8 +133,7 @@ int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
     return -1;
   }
   logMessage("Spawn call returned %d.\n", 0);
-  int status = 0;
-  waitpid(child, &status, 0);
+  const int status = waitForEnd(child);
   logMessage("Spawn call done %d %d.\n", static_cast<int>(child), status);
   endedBySignal = !WIFEXITED(status);
   if (endedBySignal) {

@@ -45,13 +45,11 @@ void setProgress(int percent);
 // redraw thread alone.
 void hideProgress();
 
-// Draws what has changed and lets the window answer the window system, without waiting. Long work
-// on the main thread calls this now and then so that the stripe moves; calls that follow the last
-// drawing by less than 0.03 s cost no more than reading a clock.
+// Draws what has changed and lets the window answer the window system, without waiting. While the
+// window is on screen keepAlive() does this, so that the stripe moves during long work; a call that
+// follows another by less than 0.03 s costs no more than reading a clock. Does nothing on other
+// threads.
 void refreshSplash();
-
-// Returns whether the bar is on screen and indeterminate, so that refreshSplash() has work.
-[[nodiscard]] bool isSplashMoving();
 
 // Gives the window a size in points; its centre stays. Logs the size.
 void setFrameSize(int width, int height);

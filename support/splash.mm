@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "platform/window_system.h"
+#include "support/keep_alive.h"
 
 NSWindow* win = nil;
 SplashView* splashView = nil;
@@ -90,6 +91,8 @@ void showSplash() {
   [win setLevel:CGWindowLevelForKey(kCGFloatingWindowLevelKey)];
   [win center];
   [win makeKeyAndOrderFront:nil];
+  setKeepAlive(win == nil ? nullptr : refreshSplash);
+  [splashView setNeedsDisplay:YES];  // what a window off the screen held may be lost
   drawSplashNow();
   [pool release];
 }
@@ -99,6 +102,7 @@ void hideSplash() {
     return;
   }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  setKeepAlive(nullptr);
   [win orderOut:nil];
   drawSplashNow();
   [pool release];
@@ -109,6 +113,7 @@ void cleanup() {
     return;
   }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  setKeepAlive(nullptr);
   cancelRedrawThread();
   NSWindow* closing = win;
   win = nil;

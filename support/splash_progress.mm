@@ -76,5 +76,3 @@ void hideProgress() {
   storeProgress(kHidden);
   [pool release];
 }
-
-bool isSplashMoving() { return progressPercent == kIndefinite && win != nil && [win isVisible]; }

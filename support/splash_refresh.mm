@@ -22,15 +22,16 @@ void drawSplashNow() {
   if (win == nil) {
     return;
   }
-  answerWindowSystem();
   [win displayIfNeeded];
+  answerWindowSystem();
+  [win displayIfNeeded];  // what the answer has brought
 }
 
 void refreshSplash() {
   static uint64_t last = 0;
   const uint64_t now = systemTimeMillis();
   // The clock may be set back.
-  if (win == nil || (now >= last && now - last < kRefreshMillis)) {
+  if (win == nil || (now >= last && now - last < kRefreshMillis) || ![NSThread isMainThread]) {
     return;
   }
   last = now;
