@@ -5,10 +5,12 @@
 //   configure FILE     buffer POINTS   progress PERCENT   size WIDTH HEIGHT
 //   run SECONDS        runs the run loop, as a download does
 //   sleep SECONDS      blocks, as a child process that is waited for does
-//   work SECONDS       is busy and calls refreshSplash() every few milliseconds
+//   work SECONDS       is busy and calls keepAlive() every few milliseconds
 //   mark TEXT          prints a line on standard output
+//   spawn SECONDS      waits for a child process of that length
+//   draw               draws the view once
 //   screenshot FILE    what the X server shows
-//   bitmap FILE        what the view draws, as TIFF
+//   shoot FILE         the same, then prints one line: "shot" and NAME=VALUE pairs
 //   state              prints one line: "state" and NAME=VALUE pairs
 #import "support/splash_state.h"
 #import "support/splash_view.h"
@@ -19,6 +21,8 @@
 #include <filesystem>
 
 #include "support/clock.h"
+#include "support/keep_alive.h"
+#include "support/spawner.h"
 
 static const char* next(char**& word) {
   if (*word == nullptr) {
@@ -29,19 +33,11 @@ static const char* next(char**& word) {
 }
 
 static void takeScreenshot(const char* file) {
-  const std::string command = std::string("import -silent -window root '") + file + "'";
+  const std::string command = std::string("import -silent -window root -depth 8 '") + file + "'";
   if (system(command.c_str()) != 0) {
     fputs("splash_driver: no screenshot\n", stderr);
     exit(2);
   }
-}
-
-static void writeBitmap(const char* file) {
-  [splashView lockFocus];
-  NSBitmapImageRep* bitmap = [[NSBitmapImageRep alloc] initWithFocusedViewRect:[splashView bounds]];
-  [splashView unlockFocus];
-  [[bitmap TIFFRepresentation] writeToFile:[NSString stringWithUTF8String:file] atomically:NO];
-  [bitmap release];
 }
 
 static int threadCount() {
@@ -53,10 +49,10 @@ static int threadCount() {
   return count;
 }
 
-static void printState() {
+static void printState(const char* word) {
   const NSRect frame = win == nil ? NSZeroRect : [win frame];
   const NSRect bounds = splashView == nil ? NSZeroRect : [splashView bounds];
-  printf("state percent=%d frame=%d max=%d image=%dx%d buffer=%d window=%g,%g,%g,%g view=%gx%g ",
+  printf("%s percent=%d frame=%d max=%d image=%dx%d buffer=%d window=%g,%g,%g,%g view=%gx%g ", word,
          progressPercent, currentFrame, maxFrames, image_width, image_height, getSplashBuffer(),
          frame.origin.x, frame.origin.y, frame.size.width, frame.size.height, bounds.size.width,
          bounds.size.height);
@@ -71,8 +67,16 @@ static void work(double seconds) {
   const uint64_t end = systemTimeMillis() + static_cast<uint64_t>(seconds * 1000);
   while (systemTimeMillis() < end) {
     [NSThread sleepForTimeInterval:0.003];
-    refreshSplash();
+    keepAlive();
   }
+}
+
+static void spawnSleep(const char* seconds) {
+  Spawner* spawner = createSpawner();
+  setSpawnerExe(spawner, "/bin/sleep");
+  addSpawnerArg(spawner, seconds);
+  runSpawnerAndWait(spawner);
+  deleteSpawner(spawner);
 }
 
 static bool runPlainStep(const char* step) {
@@ -89,7 +93,9 @@ static bool runPlainStep(const char* step) {
   } else if (strcmp(step, "refresh") == 0) {
     refreshSplash();
   } else if (strcmp(step, "state") == 0) {
-    printState();
+    printState("state");
+  } else if (strcmp(step, "draw") == 0) {
+    [splashView display];
   } else {
     return false;
   }
@@ -118,8 +124,11 @@ static bool runStepWithArgument(const char* step, char**& word) {
     fflush(stdout);
   } else if (strcmp(step, "screenshot") == 0) {
     takeScreenshot(next(word));
-  } else if (strcmp(step, "bitmap") == 0) {
-    writeBitmap(next(word));
+  } else if (strcmp(step, "shoot") == 0) {
+    takeScreenshot(next(word));
+    printState("shot");
+  } else if (strcmp(step, "spawn") == 0) {
+    spawnSleep(next(word));
   } else {
     return false;
   }

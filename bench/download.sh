@@ -1,0 +1,6 @@
+# Downloads 300 MB from a server on this machine, with the downloader and with curl in turn, and
+# compares wall time and peak memory. Ends with status 1 when a limit is missed.
+# Usage: scripts/bench download [ROUNDS]
+set -euo pipefail
+cmake --build build-release --target download_bench >/dev/null
+exec python3 bench/download.py build-release/bin/download_bench "${1:-9}"
