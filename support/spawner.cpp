@@ -133,7 +133,7 @@ int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
     return -1;
   }
   logMessage("Spawn call returned %d.\n", 0);
-  const int status = waitForEnd(child);
+  int status = waitForEnd(child);
   logMessage("Spawn call done %d %d.\n", static_cast<int>(child), status);
   endedBySignal = !WIFEXITED(status);
   if (endedBySignal) {

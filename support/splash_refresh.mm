@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "platform/main_thread.h"
 #include "platform/window_system.h"
 #include "support/clock.h"
 
@@ -31,7 +32,7 @@ void refreshSplash() {
   static uint64_t last = 0;
   const uint64_t now = systemTimeMillis();
   // The clock may be set back.
-  if (win == nil || (now >= last && now - last < kRefreshMillis) || ![NSThread isMainThread]) {
+  if (win == nil || (now >= last && now - last < kRefreshMillis) || !isMainThread()) {
     return;
   }
   last = now;

@@ -16,7 +16,6 @@ SDK_API @interface NSWindow : NSResponder
                             backing:(NSBackingStoreType)backing
                               defer:(BOOL)defer SDK_API;
 - (NSRect)frame SDK_API;
-- (BOOL)isVisible SDK_API;
 - (void)center SDK_API;
 - (void)close SDK_API;
 - (void)displayIfNeeded SDK_API;
