@@ -1,10 +1,10 @@
 #include "crypto/mixed_hash.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "crypto/sha3_256.h"
 #include "crypto/tomcrypt.h"
+#include "support/owned.h"
 #include "support/strings.h"
 
 static const int kSha256Size = 32;
@@ -68,10 +68,6 @@ unsigned char* doFinal(Hash_state* state) {
   if (mixed == nullptr) {
     return nullptr;
   }
-  unsigned char* digest = static_cast<unsigned char*>(allocZeroed(MIXED_DIGEST_SIZE));
-  if (mixed->done(state, digest) != CRYPT_OK) {
-    free(digest);
-    return nullptr;
-  }
-  return digest;
+  Block<unsigned char> digest(static_cast<unsigned char*>(allocZeroed(MIXED_DIGEST_SIZE)));
+  return mixed->done(state, digest.get()) == CRYPT_OK ? digest.release() : nullptr;
 }

@@ -225,6 +225,15 @@ TEST(DoFinal, BeforeAnyRegistrationGivesNoDigest) {
   EXPECT_EQ(nullptr, doFinal(&state));
 }
 
+TEST(DoFinal, WhenTheHashCannotBeFinishedGivesNoDigest) {
+  ltc_hash_descriptor failing = mixedDescriptor;
+  failing.done = [](Hash_state*, unsigned char*) { return static_cast<int>(CRYPT_ERROR); };
+  ASSERT_NE(-1, register_hash(&failing));
+  Hash_state state = {};
+  EXPECT_EQ(nullptr, doFinal(&state));
+  unregister_hash(&failing);
+}
+
 TEST(DoFinal, OfARecordFromTheHeapWorks) {
   const std::unique_ptr<Hash_state, decltype(&free)> state(allocHashState(), free);
   ASSERT_TRUE(initHash(state.get()));

@@ -354,9 +354,9 @@ TEST(LoadDerEncodedPublicKey, InstallsLibTomMath) {
 
 TEST(LoadDerEncodedPublicKey, OfWhatIsNoKeyGivesNoneAndSaysSo) {
   const std::string der = tools::SigningKey::read(test::keyFile("first")).publicKeyDer();
-  for (const std::string& bad :
-       {std::string(), std::string("no key"), std::string(300, '\0'), der.substr(1),
-        der.substr(0, der.size() - 1), der.substr(0, 20), test::bytesOfHex("3000")}) {
+  for (const std::string& bad : {std::string(), std::string("no key"), std::string(300, '\0'),
+                                 der.substr(1), der.substr(0, der.size() - 1), der.substr(0, 20),
+                                 test::bytesOfHex("3000"), test::bytesOfHex("30003000")}) {
     const std::string out = test::capture([&] { EXPECT_EQ(nullptr, import(bad)); }).out;
     EXPECT_EQ("ERROR - unable to import public key.\n", out) << test::hexOf(bad).substr(0, 40);
   }
