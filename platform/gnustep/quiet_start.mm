@@ -26,12 +26,17 @@ static const int kEndSignals[] = {SIGINT, SIGTERM};
 
 static struct sigaction endActions[2];
 
-// Costly questions to the window manager are not asked, and no application icon is put on the
-// screen. Whoever sets these defaults for themselves keeps their choice.
+// Whoever sets these defaults for themselves keeps their choice.
 static void registerDefaults() {
-  NSDictionary* defaults =
-      [NSDictionary dictionaryWithObjectsAndKeys:@"NO", @"GSX11HandlesWindowDecorations", @"YES",
-                                                 @"GSSuppressAppIcon", nil];
+  NSDictionary* defaults = [NSDictionary
+      dictionaryWithObjectsAndKeys:
+          // Costly questions to the window manager are not asked.
+          @"NO", @"GSX11HandlesWindowDecorations",
+          // No application icon is put on the screen.
+          @"YES", @"GSSuppressAppIcon",
+          // The notification server of a fresh account sometimes refuses its first client. That is
+          // logged and does not become an exception out of activateIgnoringOtherApps:.
+          @"YES", @"GSLogWorkspaceTimeout", nil];
   [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
 }
 

@@ -48,7 +48,7 @@ std::string Background::waitForLine(const std::string& start) const {
 
 OwnDisplay::OwnDisplay()
     : server_({{"/usr/bin/Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten",
-                "tcp"}}),
+                "tcp", "-noreset"}}),
       name_(":" + server_.waitForLine("")) {}
 
 }  // namespace test

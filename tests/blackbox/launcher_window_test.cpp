@@ -1,0 +1,90 @@
+// The launcher with a real Java runtime in a window system of its own: URLs from other processes,
+// and the menu.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "tests/support/background.h"
+#include "tests/support/files.h"
+#include "tests/support/launcher_bundle.h"
+
+class LauncherWindow : public testing::Test {
+ protected:
+  LauncherWindow() {
+    bundle_.appendTail(test::Tail());
+    bundle_.installRuntime();
+  }
+
+  test::Command command(const std::vector<std::string>& arguments) const {
+    test::Command command;
+    command.arguments = arguments;
+    command.environment = bundle_.home.environment();
+    command.environment["DISPLAY"] = display_.name();
+    return command;
+  }
+
+  // The launcher with a Java program that stays until its process ends.
+  test::Command stayingProgram() const {
+    return command({bundle_.executable(), "-cp", QUORVANE_TEST_CLASSES, "guest.Program", "stay"});
+  }
+
+  test::Command sender(const std::string& url) const {
+    return command({QUORVANE_BIN "/url_sender", "Demo", url});
+  }
+
+  static bool comesTrue(const std::function<bool()>& condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (std::chrono::steady_clock::now() < end) {
+      if (condition()) {
+        return true;
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+  }
+
+  static bool hasReceived(const test::Background& launcher, const std::string& url) {
+    return comesTrue([&] {
+      return launcher.err().find("[Quorvane] [URL] Converted URL to '" + url + "'") !=
+             std::string::npos;
+    });
+  }
+
+  test::LauncherBundle bundle_;
+  test::OwnDisplay display_;
+};
+
+TEST_F(LauncherWindow, TheUrlThatStartedTheApplicationIsNotLost) {
+  const test::Background sending(sender("demo://open/at-start"));
+  const test::Background launcher(stayingProgram());
+  EXPECT_TRUE(hasReceived(launcher, "demo://open/at-start")) << launcher.err();
+}
+
+TEST_F(LauncherWindow, AUrlSentWhileTheProgramRunsIsReceived) {
+  const test::Background launcher(stayingProgram());
+  launcher.waitForLine("[Guest] class path");
+  const test::Result sending = test::run(sender("demo://open/later"));
+  EXPECT_EQ("1\n", sending.out) << sending.err;
+  EXPECT_TRUE(hasReceived(launcher, "demo://open/later")) << launcher.err();
+}
+
+// The menu stands in the corner of the display; Quit is the last item of its only submenu.
+static const char kQuitThroughMenu[] = R"sh(
+  "$@" > /dev/null 2>&1 & launcher=$!
+  submenu() { xwininfo -root -tree | grep '"Window": ("Demo" "GNUstep")' | grep -qv ' 7x7+'; }
+  until xdotool search --onlyvisible --name '^Demo$' > /dev/null 2>&1; do sleep 0.05; done
+  until submenu; do xdotool mousemove 45 30 click 1; sleep 0.5; done
+  xdotool mousemove 140 152 click 1
+  wait "$launcher"; echo "status $?"
+)sh";
+
+TEST_F(LauncherWindow, QuittingThroughTheMenuEndsTheProcessWithZero) {
+  test::Command script = stayingProgram();
+  script.arguments.insert(script.arguments.begin(),
+                          {"/bin/bash", "-c", kQuitThroughMenu, "script"});
+  const test::Result result = test::run(script);
+  EXPECT_EQ("status 0\n", result.out) << result.err;
+}
