@@ -1,5 +1,4 @@
-// The launcher with a real Java runtime in a window system of its own: URLs from other processes,
-// and the menu.
+// The launcher with a real Java runtime in a window system of its own: URLs from other processes.
 
 #include <gtest/gtest.h>
 
@@ -69,22 +68,4 @@ TEST_F(LauncherWindow, AUrlSentWhileTheProgramRunsIsReceived) {
   const test::Result sending = test::run(sender("demo://open/later"));
   EXPECT_EQ("1\n", sending.out) << sending.err;
   EXPECT_TRUE(hasReceived(launcher, "demo://open/later")) << launcher.err();
-}
-
-// The menu stands in the corner of the display; Quit is the last item of its only submenu.
-static const char kQuitThroughMenu[] = R"sh(
-  "$@" > /dev/null 2>&1 & launcher=$!
-  submenu() { xwininfo -root -tree | grep '"Window": ("Demo" "GNUstep")' | grep -qv ' 7x7+'; }
-  until xdotool search --onlyvisible --name '^Demo$' > /dev/null 2>&1; do sleep 0.05; done
-  until submenu; do xdotool mousemove 45 30 click 1; sleep 0.5; done
-  xdotool mousemove 140 152 click 1
-  wait "$launcher"; echo "status $?"
-)sh";
-
-TEST_F(LauncherWindow, QuittingThroughTheMenuEndsTheProcessWithZero) {
-  test::Command script = stayingProgram();
-  script.arguments.insert(script.arguments.begin(),
-                          {"/bin/bash", "-c", kQuitThroughMenu, "script"});
-  const test::Result result = test::run(script);
-  EXPECT_EQ("status 0\n", result.out) << result.err;
 }

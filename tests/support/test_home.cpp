@@ -74,6 +74,8 @@ std::map<std::string, std::string> TestHome::environment() const {
           {"TEMP", tmp_},
           {"TMP", tmp_},
           {"LD_PRELOAD", preload},
+          // The sanitizers refuse the way in which the wrapper would open the C library.
+          {"NSS_WRAPPER_DISABLE_DEEPBIND", "1"},
           {"NSS_WRAPPER_PASSWD", folder_ / "passwd"},
           {"NSS_WRAPPER_GROUP", folder_ / "group"}};
 }
