@@ -20,7 +20,7 @@ endfunction()
 function(quorvane_discover name seconds)
   gtest_discover_tests(${name}
     TEST_PREFIX "${name}."
-    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${seconds} ENVIRONMENT "${QUORVANE_TEST_ENVIRONMENT}")
 endfunction()
 
