@@ -1,7 +1,7 @@
 // The indeterminate bar: its stripe on the screen, and the thread behind it.
 #include <set>
 
-#include "tests/blackbox/splash_checks.h"
+#include "tests/blackbox/support/splash_checks.h"
 
 class SplashMovingTest : public SplashTest {
  protected:

@@ -1,4 +1,4 @@
-#include "tests/blackbox/splash_checks.h"
+#include "tests/blackbox/support/splash_checks.h"
 
 #include "support/splash_pixels.h"
 

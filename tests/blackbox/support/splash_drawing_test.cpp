@@ -1,5 +1,5 @@
 // What the splash draws, point by point on a real screen.
-#include "tests/blackbox/splash_checks.h"
+#include "tests/blackbox/support/splash_checks.h"
 
 TEST_F(SplashTest, WithoutAMarginTheImageFillsTheWindow) {
   playShown(0, {"state", "shoot"});

@@ -1,7 +1,7 @@
 // The splash where no window system can be reached.
 #include <gmock/gmock.h>
 
-#include "tests/blackbox/splash_checks.h"
+#include "tests/blackbox/support/splash_checks.h"
 
 using testing::ElementsAre;
 using testing::HasSubstr;

@@ -1,7 +1,7 @@
 // The splash's window: where it is, how large, and what unusual calls do to it.
 #include <gmock/gmock.h>
 
-#include "tests/blackbox/splash_checks.h"
+#include "tests/blackbox/support/splash_checks.h"
 #include "tests/support/files.h"
 
 using testing::ElementsAre;
