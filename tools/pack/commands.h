@@ -12,6 +12,9 @@ namespace tools {
 // archive create, list, verify, extract.
 void addArchiveCommand(CLI::App* app);
 
+// params write, params read: the properties that an installer is given at run time.
+void addParamsCommand(CLI::App* app);
+
 // build: bundles, installers and the update site of a project. `executables` is the folder where
 // the product's executables are looked for when the command line names none.
 void addBuildCommand(CLI::App* app, const std::string& executables);

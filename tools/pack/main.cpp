@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
   tools::addBuildCommand(&app, folderOf(argv[0]));
   tools::addKeyCommand(&app);
   tools::addLaunchfileCommand(&app);
+  tools::addParamsCommand(&app);
   tools::addTailCommand(&app);
   try {
     app.parse(argc, argv);

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# The extraction of archives beside tar, and its peak memory. ROUNDS sets how often each is run (15),
+# TMPDIR where; two gigabytes are needed there.
+set -euo pipefail
+
+cmake --build build-release --target archive_extract archive_extract_quiet quorvane-pack |
+  { grep -E 'error|FAILED' || true; }
+jdk=$(dirname "$(dirname "$(readlink -f "$(command -v javac)")")")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+key=$work/release.key
+install -m 600 tests/data/keys/first.pem "$key"
+mkdir "$work/measured"
+python3 bench/archive/measure.py build-release/bin "$work/measured" "$jdk" "$key"
