@@ -6,6 +6,7 @@
 #include "archive/archive.h"
 #include "archive/destination.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -14,7 +15,6 @@
 bool pack200EntryMet = false;
 
 static const size_t kShortestWithSuffix = 4;
-static const int kNotUnpacked = 101;
 
 static bool endsWith(const char* text, const char* suffix) {
   const size_t length = strlen(text);
@@ -49,7 +49,7 @@ void unpackPack200(const char* unpack200Exe, Entry* entry, const Descriptor& fol
   runToolFor(entry->plain, *entry, folder, unpack200Exe, {entry->target, entry->plain});
   if (!doesFileExist(entry->plain)) {
     logMessage("\t[ExtractArchiveFile] ERROR: unpack200 (%s) does not exist!\n", entry->plain);
-    endProcess(kNotUnpacked);
+    endProcess(EXIT_STATUS_UNPACK200_FAILED);
   }
   removeFile(folder, pathToFile(entry->target));
   setPath(entry->target, entry->plain);

@@ -7,6 +7,7 @@
 #include "archive/entry_path.h"
 #include "launcher/field_reader.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 
 static const char kSpecialBlockPrefix[] = "qvArcSpBlock_";
@@ -15,7 +16,7 @@ static const char kSignatureBlock[] = "DigitalSignature1";
 void refuseEntry(const char* path, const char* reason) {
   logMessage("\t[ExtractArchiveFile] *************************** Refused archive file %s (%s)\n",
              path, reason);
-  endProcess(1);
+  endProcess(EXIT_STATUS_FAILURE);
 }
 
 static void formTargets(const char* destDir, Entry* entry) {

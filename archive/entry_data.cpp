@@ -7,6 +7,7 @@
 
 #include "archive/destination.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/file_operations.h"
 #include "support/keep_alive.h"
 #include "support/logging.h"
@@ -20,7 +21,7 @@ static const size_t kChunk = 256 * 1024;
       "\t[ExtractArchiveFile] *************************** Unable to extract archive file %s (%ld), "
       "unable to open file for writing\n",
       entry.path.get(), length);
-  endProcess(1);
+  endProcess(EXIT_STATUS_FAILURE);
 }
 
 [[noreturn]] static void failToRead(const Entry& entry, long done, long length) {
@@ -28,12 +29,12 @@ static const size_t kChunk = 256 * 1024;
       "\t[ExtractArchiveFile] *************************** Unable to read til end of archive file "
       "%s (%ld of %ld)\n",
       entry.path.get(), done, length);
-  endProcess(1);
+  endProcess(EXIT_STATUS_FAILURE);
 }
 
 [[noreturn]] static void failToWrite() {
   logMessage("\t[ExtractArchiveFile] *************************** Unable to write to target file\n");
-  endProcess(1);
+  endProcess(EXIT_STATUS_FAILURE);
 }
 
 static void writeAll(int file, const char* data, size_t size) {

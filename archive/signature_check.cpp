@@ -12,6 +12,7 @@
 #include "crypto/mixed_hash.h"
 #include "launcher/field_reader.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/hex.h"
 #include "support/keep_alive.h"
 #include "support/logging.h"
@@ -25,7 +26,7 @@ Stream openArchive(const char* archivePath) {
   Stream archive(fopen(archivePath, "rb"));
   if (archive == nullptr) {
     logMessage("[ExtractArchive] Failed to extract archive - couldn't open file %s\n", archivePath);
-    endProcess(1);
+    endProcess(EXIT_STATUS_FAILURE);
   }
   return archive;
 }

@@ -12,6 +12,7 @@
 #include "platform/process_end.h"
 #include "support/downloader.h"
 #include "support/exit_status.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -30,11 +31,11 @@ static void fetchVersionFile(const ExtractorRun& run, char* path) {
   if (!isQuiet(run)) {
     showSplash();
   }
-  const std::string name = "Quorvane-" + std::string(run.jreName) + "-version.txt";
+  const std::string name = versionFileName(run.jreName);
   logMessage("[JREDownload] Fetching JRE Version from %s%s\n", run.updateURL, name.c_str());
   setPath(path, run.guFolder, name.c_str());
   downloadVersionFile(run.guFolder, run.updateURL, run.jreName);
-  if (!doesFileExist(path)) {
+  if (!isPlainFile(path)) {
     failDownload(run, "[JREDownload] Failed to download JRE version file\n");
   }
   setProgress(-1);
@@ -58,7 +59,8 @@ static void readJreVersion(ExtractorRun& run, const char* path) {
   logMessage("[JREDownload] JRE Version is %s\n", run.jreVersion);
 }
 
-// The version becomes part of a URL and of a folder's name.
+// The version becomes part of a URL and of a folder's name. Without one there is no archive to ask
+// for: the run ends before it asks.
 static void requireUsableVersion(const ExtractorRun& run) {
   if (run.jreVersion[0] == 0) {
     failRun("[JREDownload] Failed to detect or download a JRE (no jre version)\n");
@@ -79,8 +81,8 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
   const std::string url = std::string(run.updateURL) + "Quorvane-" + run.jreName + "-" +
                           run.jreVersion + "-archive.p2.l2";
   downloadFile(url.c_str(), compressed);
-  if (!doesFileExist(compressed)) {
-    removeFolder(run.jreTemp);
+  if (!isPlainFile(compressed)) {
+    removeTree(run.jreTemp);
     failDownload(run, "[JREDownload] Failed to download JRE\n");
   }
   setProgress(-1);
@@ -100,7 +102,7 @@ static void decompressArchive(const ExtractorRun& run, char* compressed, char* a
   const int result = runSpawnerAndWait(spawner);
   deleteSpawner(spawner);
   if (result != 0) {
-    removeFolder(run.jreTemp);
+    removeTree(run.jreTemp);
     failRun("[JREDownload] Failed to decompress JRE archive\n");
   }
 }

@@ -27,7 +27,6 @@ void installApp(ExtractorRun& run) {
   if (!isOffline(run)) {
     return;
   }
-  requireLaunchFile(kApplication, run.appTemp);
   moveIntoPlace(run, kApplication, run.appTemp, run.appFolder);
   logMessage("[Extractor] Renaming App folder to %s\n", run.appFolder);
 }

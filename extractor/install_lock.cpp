@@ -32,6 +32,7 @@ InstallLock::InstallLock(const char* masterFolder) : handle_(openLockFile(master
       release();
     } else if (i == kTries) {
       logMessage("[Extractor] The other installer does not end, will not wait any longer\n");
+      anothers_ = true;
       release();
     } else {
       if (i == 0) {

@@ -17,10 +17,14 @@ class InstallLock {
   // Whether this process holds the lock.
   [[nodiscard]] bool isHeld() const { return handle_ >= 0; }
 
+  // Whether the wait ended with another installer still at work.
+  [[nodiscard]] bool isAnothers() const { return anothers_; }
+
   void release();
 
  private:
   int handle_ = -1;
+  bool anothers_ = false;
 };
 
 // Returns the names of the master folder's version folders in one text, to be compared with a later

@@ -9,6 +9,7 @@
 #include "extractor/hand_over.h"
 #include "extractor/run.h"
 #include "extractor/tail_stream.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -75,9 +76,20 @@ void extractUpdater(ExtractorRun& run) {
   logMessage("[Extractor] Extracted GU and GU Version\n");
 }
 
+// The launch at the end starts from this file: without it the version folder would count as
+// complete and never start, whatever became of the file on its way.
+static void requireLaunchFile(const ExtractorRun& run) {
+  char path[PATH_BUFFER_SIZE];
+  if (!isPlainFile(setPath(path, run.guTemp, "QuorvaneLaunch"))) {
+    removeTree(run.guTemp);
+    failRun("[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",
+            kUpdater);
+  }
+}
+
 void installUpdater(ExtractorRun& run) {
   logMessage("[Extractor] Renaming GU folder to %s\n", run.guFolder);
-  requireLaunchFile(kUpdater, run.guTemp);
+  requireLaunchFile(run);
   moveIntoPlace(run, kUpdater, run.guTemp, run.guFolder);
   chmod777(run.guFolder);
   logMessage("[Extractor] Recreating GU location\n");

@@ -9,12 +9,15 @@
 
 #include "extractor/folders.h"
 #include "extractor/install_lock.h"
+#include "extractor/provision_jre.h"
 #include "extractor/run.h"
-#include "launcher/jre_layout.h"
+#include "support/file_kind.h"
+#include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
 #include "support/paths.h"
 
+static const char kTempPrefix[] = "QuorvaneTemp-";
 static const time_t kOneDay = 24 * 60 * 60;
 
 static bool endsIn(const std::string& name, const std::string& end) {
@@ -33,16 +36,40 @@ static bool hasFolder(const std::string& path, const char* name) {
   return isFolder(childPath(path, name).c_str());
 }
 
-// A prepared bundle's Java home is a link. One that still holds a home of its own, as a bundle or
-// as a plain Java home does, was not finished; nor was one that is not linked to its plain folder
-// yet.
+static std::string plainFolderOf(const std::string& bundle) {
+  return bundle.substr(0, bundle.size() - strlen(".plugin"));
+}
+
+// Whether the bundle still holds a Java home of its own, as a bundle or as a plain Java home does.
+static bool holdsHome(const std::string& bundle) {
+  const bool isHomeReal = hasFolder(bundle, "Contents/Home");
+  return (isHomeReal && hasFolder(bundle, "Contents/Home/bin")) || hasFolder(bundle, "bin");
+}
+
+// The plain folder beside a bundle that holds a home is an earlier runtime of the same version. A
+// move that was cut short has "bin" in one of the two only.
+static bool hasEarlierHome(const std::string& bundle) {
+  return holdsHome(bundle) && hasFolder(plainFolderOf(bundle), "bin");
+}
+
+// Whether files or folders that the move to the plain folder takes along still lie in
+// Contents/Home. Hidden folders stay there for good, and then the link does too.
+static bool isMoveCutShort(const std::string& bundle) {
+  const std::string home = bundle + "/Contents/Home";
+  for (const std::string& name : allNames(openFolderWithoutLink(home.c_str()))) {
+    const std::string path = childPath(home, name);
+    if (name[0] != '.' && (isFolder(path.c_str()) || isPlainFile(path.c_str()))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// A prepared bundle's Java home is a link to the plain folder.
 static bool isUnfinished(const std::string& bundle) {
-  const std::string plain = bundle.substr(0, bundle.size() - strlen(".plugin"));
-  struct stat home {};
-  const bool isLinked =
-      lstat((bundle + "/Contents/Home").c_str(), &home) == 0 && S_ISLNK(home.st_mode);
-  return !isLinked && (hasFolder(bundle, "Contents/Home") || hasFolder(bundle, "bin") ||
-                       hasFolder(plain, "bin"));
+  const bool isLinkMissing = !isThere((bundle + "/Contents/Home").c_str());
+  return holdsHome(bundle) || isMoveCutShort(bundle) ||
+         (isLinkMissing && hasFolder(plainFolderOf(bundle), "bin"));
 }
 
 static std::vector<std::string> unfinishedRuntimesIn(const char* masterFolder) {
@@ -60,12 +87,16 @@ void finishInterruptedRuntimes(const ExtractorRun& run) {
     return;
   }
   const InstallLock lock(run.masterFolder);
+  if (lock.isAnothers()) {
+    return;
+  }
   for (const std::string& path : unfinishedRuntimesIn(run.masterFolder)) {
     logMessage("[Extractor] Finishing the interrupted setup of %s\n", path.c_str());
     if (!hasFolder(path, "bin")) {
+      // It may have been created, and died, before that.
       mkdir((path + "/Contents").c_str(), 0777);
     }
-    initOSXJRE(path.c_str());
+    layOutRuntime(run, path.c_str(), hasEarlierHome(path) ? plainFolderOf(path).c_str() : nullptr);
   }
 }
 
@@ -76,10 +107,10 @@ static bool isOld(const std::string& path) {
 
 void removeOldTempFolders(const ExtractorRun& run) {
   for (const std::string& path : pathsIn(run.masterFolder)) {
-    const bool isTemp = strncmp(pathToFile(path.c_str()), "QuorvaneTemp-", 13) == 0;
+    const bool isTemp = strncmp(pathToFile(path.c_str()), kTempPrefix, strlen(kTempPrefix)) == 0;
     if (isTemp && isFolder(path.c_str()) && isOld(path)) {
       logMessage("[Extractor] Removing old temporary folder %s\n", path.c_str());
-      removeFolder(path.c_str());
+      removeTree(path.c_str());
     }
   }
 }

@@ -4,6 +4,7 @@
 #include "launcher/application.h"
 #include "launcher/url_events.h"
 #include "platform/display.h"
+#include "support/exit_status.h"
 
 // How long a URL that opened the application may take to arrive.
 static const double kUrlSeconds = 0.1;
@@ -21,6 +22,9 @@ static bool takeElevatedFlag(int* argc, char** argv) {
 }
 
 int main(int argc, char** argv) {
+  if (argc < 1) {
+    return EXIT_STATUS_FAILURE;
+  }
   const bool elevated = takeElevatedFlag(&argc, argv);
   prepareApplication(argv);
   createAutoreleasePool();

@@ -5,6 +5,7 @@
 #include "extractor/folders.h"
 #include "extractor/run.h"
 #include "launcher/jre_layout.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -29,7 +30,7 @@ void requireJavaInTemp(ExtractorRun& run) {
   if (isExecutable(inBundle)) {
     return;
   }
-  removeFolder(run.jreTemp);
+  removeTree(run.jreTemp);
   failRun("[Extractor] The JRE archive was rejected or holds no bin/java, it is not installed\n");
 }
 
@@ -46,31 +47,23 @@ static void setUpOnlineJre(ExtractorRun& run) {
   logEndSection(kOnlineSection);
 }
 
-// Takes an earlier runtime of the same version out of the way of the one just put into place: its
-// entries and the new ones must not mix. It is removed once the new one stands.
-static void setEarlierHomeAside(const ExtractorRun& run, const char* home, char* aside) {
-  aside[0] = 0;
-  if (!isFolder(home)) {
-    return;
-  }
+void layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
+  char aside[PATH_BUFFER_SIZE];
   nameTempFolder(run, aside);
-  if (rename(home, aside) != 0) {
-    aside[0] = 0;
+  const bool isAside = earlierHome != nullptr && rename(earlierHome, aside) == 0;
+  initOSXJRE(bundle);
+  if (isAside) {
+    removeTree(aside);
   }
 }
 
 static void finishJre(ExtractorRun& run) {
   char home[PATH_BUFFER_SIZE];
-  char aside[PATH_BUFFER_SIZE];
   setPath(home, run.jreFolder);
   appendToPath(run.jreFolder, ".plugin");
   moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder);
   logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
-  setEarlierHomeAside(run, home, aside);
-  initOSXJRE(run.jreFolder);
-  if (aside[0] != 0) {
-    removeFolder(aside);
-  }
+  layOutRuntime(run, run.jreFolder, isFolder(home) ? home : nullptr);
   chmod777(run.jreFolder);
   logMessage("[Extractor] Ensuring JRE bin is writable.\n");
   char bin[PATH_BUFFER_SIZE];

@@ -5,21 +5,23 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 #include "platform/environment.h"
+#include "support/spawner.h"
 #include "support/strings.h"
 
 static const size_t kOutputSize = 10000;
 
 static void collect(FILE* pipe, char* output) {
   size_t length = 0;
+  bool isFull = false;
   char piece[7];
   while (fgets(piece, sizeof piece, pipe) != nullptr) {
     const size_t more = strlen(piece);
-    if (more < kOutputSize - length) {
+    isFull = isFull || more >= kOutputSize - length;
+    if (!isFull) {
       memcpy(output + length, piece, more + 1);
       length += more;
     }
@@ -60,11 +62,6 @@ int runQuietly(const char* const* words) {
   if (error != 0) {
     return -1;
   }
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0) {
-    if (errno != EINTR) {
-      return -1;
-    }
-  }
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  const int status = waitForChild(child);
+  return status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

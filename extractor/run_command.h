@@ -6,9 +6,9 @@
 // Commands of the system that the runtime search runs. Main thread.
 
 // Runs `command` through the shell and returns what it printed, without trailing blanks, carriage
-// returns and line feeds, in a new block of 10000 bytes that the caller owns; what does not fit is
-// dropped. Returns null when the shell cannot be started. Logs nothing. No text from outside may
-// stand in `command` unless it went through shellQuoted().
+// returns and line feeds, in a new block of 10000 bytes that the caller owns; the output is cut
+// where it no longer fits. Returns null when the shell cannot be started. Logs nothing. No text
+// from outside may stand in `command` unless it went through shellQuoted().
 char* runCommandGetOutput(const char* command);
 
 // Returns `text` as one word for the shell in which no character has a meaning.

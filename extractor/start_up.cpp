@@ -183,6 +183,9 @@ void makeSharedConfigFolder(const ExtractorRun& run) {
 }
 
 int getPathToExe(char* buffer, int size) {
+  if (size < 1) {
+    return -1;
+  }
   memset(buffer, 0, static_cast<size_t>(size));
   if (readlink("/proc/self/exe", buffer, static_cast<size_t>(size) - 1) < 0) {
     return -1;

@@ -14,6 +14,7 @@
 #include "launcher/version_folders.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -61,6 +62,7 @@ static void followLinks(char* candidate) {
     logMessage("[JRESearch] Followed link %s -> %s\n", candidate, target);
     setPath(candidate, target);
   }
+  logMessage("[JRESearch] Followed %d links, will not follow any more\n", kMostLinks);
 }
 
 // Cuts `candidate` at its last "bin", and the slash before it.
@@ -85,6 +87,7 @@ static void trimToHome(char* candidate) {
 
 static bool isAcceptable(const ExtractorRun& run, const SystemJre& jre) {
   logMessage("[JRESearch] Looking at JRE %s\n", jre.java);
+  // Java in /bin has no home that could be copied: it would be the whole system.
   return jre.home[0] != 0 && doesFileExist(jre.java) && doesFileExist(jre.unpack200) &&
          jreMatchesVersionRequirement(jre.java, run.tail.requiredJavaVersion);
 }
@@ -158,8 +161,7 @@ static void copyJre(const SystemJre& jre, const char* to) {
 static bool copyWorks(const char* copy) {
   char java[PATH_BUFFER_SIZE];
   if (!isExecutable(setPath(java, copy, "bin", "java"))) {
-    setPath(java, copy, "Contents", "Home", "bin");
-    pathcat(java, "java");
+    setPath(java, copy, "Contents", "Home", "bin", "java");
   }
   const char* const words[] = {java, "-version", nullptr};
   return isExecutable(java) && runQuietly(words) == 0;
@@ -178,7 +180,7 @@ bool adoptSystemJre(ExtractorRun& run) {
   copyJre(jre, run.jreTemp);
   if (!copyWorks(run.jreTemp)) {
     logMessage("[JRESearch] The copied JRE does not run\n");
-    removeFolder(run.jreTemp);
+    removeTree(run.jreTemp);
     run.jreVersion[0] = 0;
     return false;
   }

@@ -8,6 +8,8 @@
 #include "launcher/tail_marker.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/file_kind.h"
+#include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
 
@@ -66,12 +68,22 @@ void readTailFields(ExtractorRun& run) {
   requireFolderNamePart("GU Version", tail.guVersion);
 }
 
-Extraction extractNextArchive(ExtractorRun& run, const char* unpack200, const char* destination) {
+namespace {
+
+// What became of an archive of the stream.
+enum class Extraction {
+  Done,      // extracted, or an empty placeholder
+  Missing,   // the stream ended before it
+  Rejected,  // its signature is wrong: the destination is gone
+};
+
+}  // namespace
+
+static Extraction extractNextArchive(ExtractorRun& run, const char* unpack200,
+                                     const char* destination) {
   long signedLength = -1;
-  char* signatureHex = nullptr;
-  const int result =
-      extractArchiveFileCheckSignature(run.lzmaPath, unpack200, destination, run.tailStream,
-                                       &signedLength, &signatureHex, run.publicKey);
+  const int result = extractArchiveFileCheckSignature(
+      run.lzmaPath, unpack200, destination, run.tailStream, &signedLength, nullptr, run.publicKey);
   if (!isFolder(destination)) {
     return Extraction::Rejected;
   }
@@ -86,7 +98,7 @@ void requireNextArchive(ExtractorRun& run, const char* component, const char* un
   if (extraction == Extraction::Done) {
     return;
   }
-  removeFolder(destination);
+  removeTree(destination);
   if (extraction == Extraction::Rejected) {
     failRun("[Extractor] The %s archive was rejected, nothing of it is installed\n", component);
   }

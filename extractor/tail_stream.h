@@ -15,20 +15,10 @@ void openTailStream(ExtractorRun& run);
 // status 1 after a logged line.
 void readTailFields(ExtractorRun& run);
 
-// What became of the next archive of the stream.
-enum class Extraction {
-  Done,      // extracted, or an empty placeholder
-  Missing,   // the stream ended before it
-  Rejected,  // its signature is wrong: the destination is gone
-};
-
 // Extracts the next archive of the Tail stream into the folder `destination`. `unpack200` is the
-// path of that tool, or null. Damaged data ends the process (archive/archive.h).
-[[nodiscard]] Extraction extractNextArchive(ExtractorRun& run, const char* unpack200,
-                                            const char* destination);
-
-// Does the same, and ends the process with status 1 and a logged error line that names `component`
-// unless the archive was extracted. What stands of `destination` is removed first.
+// path of that tool, or null. Damaged data ends the process (archive/archive.h). An archive that is
+// rejected, or missing because the stream ends, ends it with status 1 and a logged error line that
+// names `component`; what stands of `destination` is removed first.
 void requireNextArchive(ExtractorRun& run, const char* component, const char* unpack200,
                         const char* destination);
 

@@ -11,12 +11,16 @@ bool isInvalidUpdateURL(const char* url) {
   return url != nullptr && strncmp(url, INVALID_UPDATE_URL, strlen(INVALID_UPDATE_URL)) == 0;
 }
 
+std::string versionFileName(const char* jreName) {
+  return "Quorvane-" + std::string(jreName) + "-version.txt";
+}
+
 void downloadVersionFile(const char* folder, const char* url, const char* name) {
   if (isInvalidUpdateURL(url)) {
     logMessage("[Extractor] Invalid Update URL. Skipping...\n");
     return;
   }
-  const std::string fileName = "Quorvane-" + std::string(name) + "-version.txt";
+  const std::string fileName = versionFileName(name);
   char path[PATH_BUFFER_SIZE];
   downloadFile((url + fileName).c_str(), setPath(path, folder, fileName.c_str()));
 }

@@ -2,6 +2,7 @@
 #define QUORVANE_EXTRACTOR_VERSION_FILE_H
 
 #include <cstdio>
+#include <string>
 
 // The version file of an update site: one line of text that names the version of the site's runtime
 // archive. Main thread.
@@ -16,9 +17,12 @@ constexpr int VERSION_TEXT_SIZE = 51;
 // Returns whether `url` is present and begins with INVALID_UPDATE_URL.
 [[nodiscard]] bool isInvalidUpdateURL(const char* url);
 
+// Returns the name of the version file of the runtime `jreName`.
+std::string versionFileName(const char* jreName);
+
 // Downloads the version file of the runtime `name` from the update site `url`, which ends in '/',
 // into the folder `folder`, unless the URL is the placeholder. Logs only that it is skipped; the
-// caller looks for the file, named "Quorvane-" + name + "-version.txt".
+// caller looks for the file, named as versionFileName() says.
 void downloadVersionFile(const char* folder, const char* url, const char* name);
 
 // Reads the version text from `file` into the VERSION_TEXT_SIZE bytes at `version`: up to a blank,

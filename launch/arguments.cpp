@@ -2,19 +2,20 @@
 #include "launch/launch_steps.h"
 #include "support/logging.h"
 
+static void addMemoryOption(Launch* launch, const char* name, long megabytes) {
+  if (megabytes < 1) {
+    return;
+  }
+  const std::string option = name + std::to_string(megabytes) + "m";
+  appendText(&launch->commandLine, option.c_str());
+  appendText(&launch->jvmOptions, option.c_str());
+}
+
 void beginCommandLine(Launch* launch) {
   appendText(&launch->commandLine, launch->hasExecutable ? launch->executable : nullptr);
-  if (launch->memoryMegabytes >= 1) {
-    const std::string option = "-Xmx" + std::to_string(launch->memoryMegabytes) + "m";
-    appendText(&launch->commandLine, option.c_str());
-    appendText(&launch->jvmOptions, option.c_str());
-  }
+  addMemoryOption(launch, "-Xmx", launch->memoryMegabytes);
   // The stack field gives the initial heap size: launch files have been written that way.
-  if (launch->stackMegabytes >= 1) {
-    const std::string option = "-Xms" + std::to_string(launch->stackMegabytes) + "m";
-    appendText(&launch->commandLine, option.c_str());
-    appendText(&launch->jvmOptions, option.c_str());
-  }
+  addMemoryOption(launch, "-Xms", launch->stackMegabytes);
 }
 
 void addMainClass(Launch* launch) {

@@ -2,6 +2,7 @@
 #include "launch/launch_steps.h"
 #include "launcher/field_reader.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 
 // `folder` joined with `name` as pathcat() does; class paths have a limit of their own.
@@ -17,7 +18,7 @@ static void requireLength(size_t length, int size, const char* what) {
   if (length >= static_cast<size_t>(size)) {
     logError("Unable to launch: %s of %zu bytes does not fit its %d bytes\n", what, length,
              size - 1);
-    endProcess(1);
+    endProcess(EXIT_STATUS_FAILURE);
   }
 }
 

@@ -6,6 +6,7 @@
 #include "launch/launch_steps.h"
 #include "launcher/version_folders.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 
@@ -59,7 +60,7 @@ static void chooseOptionsFile(Launch* launch) {
 static void choosePrivateRuntime(Launch* launch, bool found) {
   if (!found) {
     logError("No private JRE available!\n");
-    endProcess(1);
+    endProcess(EXIT_STATUS_FAILURE);
   }
   logMessage("[Extractor] Using private JRE %s\n", launch->jreFolderName.c_str());
   choosePrivateExecutable(launch);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "launch/text_list.h"
+#include "launcher/jvm_launch.h"
 #include "support/owned.h"
 #include "support/paths.h"
 
@@ -29,7 +30,6 @@ struct LaunchRequest {
 constexpr int COMMAND_LINE_ROOM = 499;
 constexpr int JVM_OPTIONS_ROOM = 1000;
 constexpr int APP_ARGUMENTS_ROOM = 1000;
-constexpr int CLASS_PATH_SIZE = 50000;
 constexpr int CLASS_PATH_ENTRY_SIZE = 1000;
 constexpr size_t ADDED_PROPERTIES_SIZE = 200000;
 

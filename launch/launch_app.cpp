@@ -1,6 +1,7 @@
 #include "launch/launch_app.h"
 
 #include "launch/launch_steps.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 #include "support/spawner.h"
 
@@ -54,7 +55,7 @@ bool checkAppJreCompatibility(const char* masterFolder, const char* properties, 
                               const char* launchedFromDynprops) {
   return runLaunch({masterFolder, properties, argc, argv, appFolderName, updateUrl,
                     dynamicUpdateUrl, jre, LAUNCH_COMPATIBILITY, launchedFromDynprops}) ==
-         COMPATIBLE_JRE_STATUS;
+         EXIT_STATUS_COMPATIBLE;
 }
 
 void callVerPatchOn(const char* verpatchExe, const char* targetExe, const char* name) {

@@ -12,12 +12,6 @@ extern bool forceSpawn;
 constexpr int LAUNCH_APPLICATION = 0;    // start the application on the private runtime
 constexpr int LAUNCH_COMPATIBILITY = 1;  // run the compatibility class on a system runtime
 
-// Exit status with which a compatibility class says that the runtime will do.
-constexpr int COMPATIBLE_JRE_STATUS = 72;
-
-// Exit status of this process when the properties file cannot be written.
-constexpr int UNWRITABLE_PROPERTIES_STATUS = 99;
-
 // Launches `appFolderName`, a folder of `masterFolder`, as its launch file says.
 //
 //   properties             the properties buffer to hand on (launch/launch_properties.h)
@@ -37,7 +31,7 @@ constexpr int UNWRITABLE_PROPERTIES_STATUS = 99;
 //
 // Ends the process, after one logged error line, with status 1 when the launch file cannot be
 // opened, no private runtime exists or the launch does not fit its lists and buffers, and with
-// UNWRITABLE_PROPERTIES_STATUS when the properties file cannot be written.
+// EXIT_STATUS_PROPERTIES_NOT_WRITTEN when the properties file cannot be written.
 int launchFromLaunchFile(const char* masterFolder, const char* properties, int argc, char** argv,
                          const char* appFolderName, const char* updateUrl,
                          const char* dynamicUpdateUrl, const char* jre, int launchClass,
@@ -51,7 +45,7 @@ int launchApp(const char* masterFolder, const char* properties, int argc, char**
               bool, const char*);
 
 // launchFromLaunchFile() for LAUNCH_COMPATIBILITY; returns whether the probe ended with
-// COMPATIBLE_JRE_STATUS.
+// EXIT_STATUS_COMPATIBLE.
 [[nodiscard]] bool checkAppJreCompatibility(const char* masterFolder, const char* properties,
                                             int argc, char** argv, const char* appFolderName,
                                             const char* updateUrl, const char* dynamicUpdateUrl,

@@ -4,6 +4,7 @@
 #include "launch/launch_steps.h"
 #include "launcher/field_reader.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 
 std::string readText(FILE* stream, const char* name) {
@@ -17,7 +18,7 @@ void readLaunchFileHead(Launch* launch) {
   FILE* file = launch->launchFile.get();
   if (file == nullptr) {
     logError("Unable to open launch file %s\n", path);
-    endProcess(1);
+    endProcess(EXIT_STATUS_FAILURE);
   }
   launch->fileVersion = readInt(file, "LaunchFile VER");
   launch->mainClass = readText(file, "Class");
@@ -47,7 +48,7 @@ static void skipAppJvmOptions(FILE* file) {
   const long count = readInt(file, "App JVM Option Count");
   if (count < 0) {
     logError("Unable to launch: the launch file counts %ld JVM options\n", count);
-    endProcess(1);
+    endProcess(EXIT_STATUS_FAILURE);
   }
   for (long i = 0; i < count && feof(file) == 0; ++i) {
     readText(file, "App JVM Option Entry");

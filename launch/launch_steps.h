@@ -29,7 +29,7 @@ void createProperties(Launch* launch);
 void addRememberedOptions(Launch* launch);
 
 // Writes the properties into a new file in the application's folder. Ends the process with
-// UNWRITABLE_PROPERTIES_STATUS when that fails for good.
+// EXIT_STATUS_PROPERTIES_NOT_WRITTEN when that fails for good.
 void writePropertiesFile(Launch* launch);
 
 // Adds the main class's slot and the properties file's path.

@@ -4,12 +4,13 @@
 #include "launch/launch_steps.h"
 #include "launcher/url_events.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 
 static void requireProperty(const Launch& launch, const char* key, const char* value) {
   if (!propertyFits(launch.properties.data(), launch.properties.size(), key, value)) {
     logError("Unable to launch: the property %s does not fit the launch properties\n", key);
-    endProcess(1);
+    endProcess(EXIT_STATUS_FAILURE);
   }
 }
 

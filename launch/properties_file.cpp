@@ -3,11 +3,12 @@
 #include "launch/launch_steps.h"
 #include "launch/retry.h"
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 
 [[noreturn]] static void failToWrite() {
   logError("Unable to write Launch Properties file! Cannot run!\n");
-  endProcess(UNWRITABLE_PROPERTIES_STATUS);
+  endProcess(EXIT_STATUS_PROPERTIES_NOT_WRITTEN);
 }
 
 // A file of that name can only be another launch's: it is left alone, and the retry takes a fresh
@@ -43,6 +44,7 @@ void writePropertiesFile(Launch* launch) {
   const bool written =
       fwrite(launch->properties.data(), 1, length, file.get()) == length && fflush(file.get()) == 0;
   if (fclose(file.release()) != 0 || !written) {
+    remove(launch->propertiesFile);
     failToWrite();
   }
   logMessage("[Extractor] Finished writing launch properties file\n");

@@ -1,14 +1,13 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-#include <cerrno>
-
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
 #include "launcher/bundle_loader.h"
 #include "launcher/jvm_launch.h"
 #include "platform/environment.h"
 #include "support/logging.h"
+#include "support/spawner.h"
 
 static int spawnCommandLine(Launch* launch, pid_t* child) {
   return posix_spawn(child, launch->executable, nullptr, nullptr,
@@ -61,12 +60,8 @@ static int startApplication(Launch* launch) {
 
 // Waits for the probe and returns its exit status, or -1 when a signal ended it.
 static int statusOf(pid_t child) {
-  int status = 0;
-  pid_t ended = -1;
-  do {
-    ended = waitpid(child, &status, 0);
-  } while (ended == -1 && errno == EINTR);
-  return ended == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  const int status = waitForChild(child);
+  return status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 static int runProbe(Launch* launch) {

@@ -1,6 +1,7 @@
 #include "launch/text_list.h"
 
 #include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 
 static char* keepText(TextList* list, const char* text) {
@@ -13,11 +14,11 @@ int textCount(const TextList& list) {
 }
 
 void requireRoom(const TextList& list, long count) {
-  const int free = list.room - textCount(list);
-  if (count < 0 || count > free) {
+  const int left = list.room - textCount(list);
+  if (count < 0 || count > left) {
     logError("Unable to launch: %ld more entries do not fit the %s, which has room for %d\n", count,
-             list.name, free);
-    endProcess(1);
+             list.name, left);
+    endProcess(EXIT_STATUS_FAILURE);
   }
 }
 

@@ -1,8 +1,8 @@
 #ifndef QUORVANE_LAUNCHER_APPLICATION_H
 #define QUORVANE_LAUNCHER_APPLICATION_H
 
-// The process's Cocoa application object behind a plain C++ interface. Main thread only. The
-// functions are called in this order, each once; none of them logs.
+// The process's Cocoa application object behind a plain C++ interface. Main thread only. A
+// program calls those that it needs in this order, each once; none of them logs.
 
 // Tells the toolkit about the process before anything else uses it: call it first in main(), with
 // main()'s argument vector. The words behind argv[0] belong to Java and are kept from the toolkit

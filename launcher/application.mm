@@ -8,6 +8,7 @@
 #include "platform/toolkit.h"
 #include "platform/window_system.h"
 #include "support/exit_status.h"
+#include "support/window_events.h"
 
 void prepareApplication(char** argv) { prepareToolkit(argv); }
 
@@ -25,15 +26,7 @@ void drainAutoreleasePool(void* pool) { [static_cast<NSAutoreleasePool*>(pool) d
 void letEventsArrive(double seconds) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   [NSApp finishLaunching];
-  const NSUInteger kAnyEvent = NSUIntegerMax;
-  NSDate* end = [NSDate dateWithTimeIntervalSinceNow:seconds];
-  NSEvent* event = nil;
-  while ((event = [NSApp nextEventMatchingMask:kAnyEvent
-                                     untilDate:end
-                                        inMode:NSDefaultRunLoopMode
-                                       dequeue:YES]) != nil) {
-    [NSApp sendEvent:event];
-  }
+  handleEvents(seconds);
   [pool release];
 }
 

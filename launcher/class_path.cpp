@@ -8,11 +8,11 @@ static const char kClassPathOption[] = "-Djava.class.path=";
 
 // Appends `lead` and `entry` to the option; returns false, logged, when they do not fit.
 static bool appendEntry(char* option, const char* lead, const char* entry) {
-  const size_t room = CLASS_PATH_BUFFER_SIZE - strlen(option);
+  const size_t room = CLASS_PATH_OPTION_SIZE - strlen(option);
   const size_t leadLength = strlen(lead);
   if (leadLength >= room || strlen(entry) >= room - leadLength) {
     logMessage("[JNILaunch] ERROR - Class path does not fit its %d bytes, leaving out %.200s\n",
-               CLASS_PATH_BUFFER_SIZE, entry);
+               CLASS_PATH_SIZE, entry);
     return false;
   }
   strcat(strcat(option, lead), entry);
@@ -20,7 +20,7 @@ static bool appendEntry(char* option, const char* lead, const char* entry) {
 }
 
 char* getClassPathFor(int count, char** entries) {
-  char* option = static_cast<char*>(allocZeroed(CLASS_PATH_BUFFER_SIZE));
+  char* option = static_cast<char*>(allocZeroed(CLASS_PATH_OPTION_SIZE));
   if (count < 1) {
     return option;
   }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
@@ -41,17 +42,6 @@ static Layout layoutOf(const char* bundlePath) {
   return layout;
 }
 
-// Returns whether something stands at `path`; a link counts whatever it leads to.
-static bool isThere(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0;
-}
-
-static bool isFolder(const std::string& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 // Returns the names in `folder` that a shell's .* (hidden) or * gives, without "." and "..".
 static std::vector<std::string> namesIn(const std::string& folder, bool hidden) {
   std::vector<std::string> names;
@@ -65,7 +55,7 @@ static std::vector<std::string> namesIn(const std::string& folder, bool hidden) 
 
 // mv FROM/* TO
 static void moveVisibleEntries(const std::string& from, const std::string& to) {
-  if (!isFolder(to)) {
+  if (!leadsToFolder(to.c_str())) {
     return;
   }
   for (const std::string& name : namesIn(from, false)) {
@@ -90,7 +80,8 @@ static void removeHiddenFiles(const std::string& folder) {
 
 // ln -s TARGET PLACE: where a folder stands at the place already, the link goes into it.
 static void makeLink(const std::string& target, const std::string& place) {
-  const std::string link = isFolder(place) ? childPath(place, pathToFile(target.c_str())) : place;
+  const std::string link =
+      leadsToFolder(place.c_str()) ? childPath(place, pathToFile(target.c_str())) : place;
   if (symlink(target.c_str(), link.c_str()) != 0) {
     return;  // as every step, without a word
   }
@@ -103,7 +94,7 @@ static void makeLink(const std::string& target, const std::string& place) {
 // that holds nothing else: the runtime is found where that of every other bundle is. Returns
 // whether that was done.
 static bool adoptPlainHome(const Layout& layout) {
-  if (isThere(layout.home) || !isFolder(childPath(layout.bundle, "bin"))) {
+  if (isThere(layout.home.c_str()) || !leadsToFolder(childPath(layout.bundle, "bin").c_str())) {
     return false;
   }
   const char* bundle = layout.bundle.c_str();
@@ -118,12 +109,11 @@ static bool adoptPlainHome(const Layout& layout) {
 }
 
 // The plain folder's name says that it is a complete runtime. Where the home holds nothing hidden
-// and the plain folder nothing at all, the home takes its place in one step, so that the name never
-// stands for half a runtime, not even after a crash; the commands then find nothing left to move.
-// Returns whether that was done.
+// and the plain folder does not stand yet, the home takes its place in one step, so that the name
+// never stands for half a runtime, not even after a crash; the commands that are logged after that
+// find nothing left to move. Returns whether that was done.
 static bool moveHomeWhole(const Layout& layout) {
-  struct stat home {};
-  return lstat(layout.home.c_str(), &home) == 0 && S_ISDIR(home.st_mode) &&
+  return !isThere(layout.plain.c_str()) && isFolder(layout.home.c_str()) &&
          namesIn(layout.home, true).empty() &&
          rename(layout.home.c_str(), layout.plain.c_str()) == 0;
 }
@@ -152,10 +142,11 @@ void initOSXJRE(const char* bundlePath) {
   logStartSection(kSection);
   const Layout layout = layoutOf(bundlePath);
   logMessage("[OSX JRE] Alias JRE path is %s\n", layout.plain.c_str());
-  if (adoptPlainHome(layout) || moveHomeWhole(layout)) {
-    chmod777(layout.plain.c_str());
-  } else {
+  const bool stood = isThere(layout.plain.c_str());
+  if (!adoptPlainHome(layout) && !moveHomeWhole(layout)) {
     makeDir(layout.plain.c_str());
+  } else if (!stood) {
+    chmod777(layout.plain.c_str());
   }
   moveHome(layout);
   linkExecutable(layout);

@@ -3,15 +3,17 @@
 
 // The Java program, run inside this process through the JNI invocation interface.
 
-// Size of the block in which the class-path option is built, the terminator included.
-constexpr int CLASS_PATH_BUFFER_SIZE = 50000;
+// Size of the longest class path, the terminator included, and of the block that holds it behind
+// the JVM option's name.
+constexpr int CLASS_PATH_SIZE = 50000;
+constexpr int CLASS_PATH_OPTION_SIZE = CLASS_PATH_SIZE + sizeof "-Djava.class.path=" - 1;
 
 // Opens the JVM library of the JRE folder `jreFolder` (full path) at the first of its three places
 // that opens: lib/server, Contents/Home/lib/server, Contents/Home/jre/lib/server. Returns its
 // dlopen() handle, which is never closed, or null when none opens. Logs which, or the failure.
 [[nodiscard]] void* loadJVMLibrary(const char* jreFolder);
 
-// Returns a new block of CLASS_PATH_BUFFER_SIZE bytes, owned by the caller, with the JVM option
+// Returns a new block of CLASS_PATH_OPTION_SIZE bytes, owned by the caller, with the JVM option
 // that sets the class path to the `count` texts at `entries`; empty when `count` is below 1. An
 // entry may be null, which adds nothing. Entries that do not fit are left out and logged.
 char* getClassPathFor(int count, char** entries);

@@ -3,9 +3,8 @@
 // - The main thread reads the command line and the Tail record, picks the JRE folder, loads the
 //   JRE's bundle and creates the application object. Then it starts the launch thread, sets up the
 //   menu and runs the Cocoa event loop, which the JVM's window toolkit needs.
-// - The launch thread creates the JVM and runs the Java program. When that is over it ends the
-// whole
-//   process with the result; the event loop is not asked to stop.
+// - The launch thread creates the JVM and runs the Java program. When that is over it ends
+//   the whole process with the result; the event loop is not asked to stop.
 //
 // The globals that the launch thread reads are written before it starts and never changed after.
 

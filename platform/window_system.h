@@ -6,9 +6,4 @@
 // nothing is logged. Main thread.
 [[nodiscard]] bool openWindowSystem();
 
-// Lets the windows of this process react to what the window system and other threads have sent, and
-// sends what has been drawn, without waiting. For a main thread that is busy and does not run its
-// event loop. Main thread, after openWindowSystem().
-void answerWindowSystem();
-
 #endif

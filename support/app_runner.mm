@@ -10,21 +10,6 @@
 
 @implementation AppRunner
 
-- (void)showPercent:(NSNumber*)percent {
-  setProgress([percent intValue]);
-}
-
-- (void)hideWindow {
-  hideSplash();
-}
-
-- (void)setPercent:(int)percent thenSleep:(NSTimeInterval)seconds {
-  [self performSelectorOnMainThread:@selector(showPercent:)
-                         withObject:[NSNumber numberWithInt:percent]
-                      waitUntilDone:YES];
-  [NSThread sleepForTimeInterval:seconds];
-}
-
 - (void)runThread:(id)argument {
   (void)argument;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
@@ -39,6 +24,21 @@
   [self performSelectorOnMainThread:@selector(hideWindow) withObject:nil waitUntilDone:YES];
   [NSThread sleepForTimeInterval:1];
   [pool release];
+}
+
+- (void)showPercent:(NSNumber*)percent {
+  setProgress([percent intValue]);
+}
+
+- (void)hideWindow {
+  hideSplash();
+}
+
+- (void)setPercent:(int)percent thenSleep:(NSTimeInterval)seconds {
+  [self performSelectorOnMainThread:@selector(showPercent:)
+                         withObject:[NSNumber numberWithInt:percent]
+                      waitUntilDone:YES];
+  [NSThread sleepForTimeInterval:seconds];
 }
 
 @end

@@ -5,9 +5,10 @@
 // until the transfer has ended. Progress and failures are written to the system log only.
 //
 // Always returns 1; the caller judges by the file. A file that stands at `targetPath` is removed
-// first, and the new one appears there only when it is complete, in one step: afterwards a file
-// stands there if and only if the transfer succeeded. An answer with an error status is a failure.
-// Where the folder cannot be written to, an old file stays and the transfer fails. Any thread.
+// first: afterwards one stands there if and only if the transfer succeeded, except that an old one
+// stays, and the transfer fails, where the folder cannot be written to. An answer with an error
+// status is a failure. Whether the file grows at its place or appears there complete is the
+// platform's; a failed transfer leaves none on any. Any thread.
 int downloadFile(const char* url, const char* targetPath);
 
 #endif

@@ -21,11 +21,6 @@
   return bytesReceived;
 }
 
-- (void)dealloc {
-  [downloadResponse release];
-  [super dealloc];
-}
-
 - (BOOL)startDownloadingURL:(id)downloader fromURL:(NSString*)url toFile:(NSString*)path {
   (void)downloader;
   NSLog(@"Starting download from = %@\n", url);
@@ -102,6 +97,11 @@ static NSError* errorForResponse(NSURLResponse* response) {
   }
   const float percent = static_cast<float>(bytesReceived) / static_cast<float>(expected) * 100.0F;
   NSLog(@"Percent complete - %f", std::min(percent, 100.0F));
+}
+
+- (void)dealloc {
+  [downloadResponse release];
+  [super dealloc];
 }
 
 @end

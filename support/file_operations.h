@@ -32,6 +32,10 @@ void chmod777(int descriptor, const char* path);
 // Returns 1 when the folder cannot be opened, else 0. Not atomic.
 int deleteFolder(const char* path);
 
+// Deletes the folder `path` with everything in it, as deleteFolder() does and then the rest; what
+// is no folder is left alone. Returns whether nothing stands at `path` afterwards.
+bool removeTree(const char* path);
+
 // Copies one file's bytes, creating or truncating `to`; modes and times are not copied.
 void copyFile(const char* from, const char* to);
 
@@ -43,6 +47,9 @@ int copyFolder(const char* from, const char* to);
 // seconds in two ways, else a copy into `to` that leaves `from` in place. The caller cannot tell
 // which; it has to look at the folders.
 void doRename(const char* from, const char* to);
+
+// Logs that `from` was renamed to `to`, as doRename() does.
+void logRenamed(const char* from, const char* to);
 
 // Writes into the path buffer `dst` the folder of an installed version: base, '/', "Quorvane-",
 // name, '-', version and "-complete". Returns `dst`.

@@ -13,6 +13,18 @@
 static const char kRecursive755[] = "chmod -R 755 ";
 static const char kPlain777[] = "chmod 777 ";
 
+static bool isLink(const char* path) {
+  struct stat status {};
+  return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+// Says where the result differs from the command's, which follows a link that it is given.
+static void warnOfLink(const char* path) {
+  if (isLink(path)) {
+    logMessage("[ChMod] Not following link %s\n", path);
+  }
+}
+
 // The log shows the command that would do the same; the modes are set in-process, so that no
 // character of a path can become code in a shell.
 static void logCommand(const char* command, const char* path) {
@@ -25,12 +37,7 @@ static void logCommand(const char* command, const char* path) {
 
 // Sets the mode of `path` unless it is a symbolic link, whose target may lie anywhere.
 static void setMode(const char* path, mode_t mode) {
-  struct stat status {};
-  if (lstat(path, &status) != 0) {
-    return;
-  }
-  if (S_ISLNK(status.st_mode)) {
-    logMessage("[ChMod] Not following link %s\n", path);
+  if (isLink(path)) {
     return;
   }
   const int handle = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
@@ -51,11 +58,13 @@ static void setModeRecursively(const std::string& path, mode_t mode) {
 
 void chmodR755(const char* path) {
   logCommand(kRecursive755, path);
+  warnOfLink(path);
   setModeRecursively(path, 0755);
 }
 
 void chmod777(const char* path) {
   logCommand(kPlain777, path);
+  warnOfLink(path);
   setMode(path, 0777);
 }
 

@@ -10,7 +10,7 @@
 static const int kRounds = 10;
 static const useconds_t kPauseMicroseconds = 300000;
 
-static void logRenamed(const char* from, const char* to) {
+void logRenamed(const char* from, const char* to) {
   logMessage("[Rename] File '%s' renamed to '%s'\n", from, to);
 }
 

@@ -109,21 +109,31 @@ static int start(const Spawner* spawner, const char* workingDir, pid_t* child) {
   return 0;
 }
 
-// Waits for the end of `child` and returns its wait status. What is on screen is kept alive
-// meanwhile.
-static int waitForEnd(pid_t child) {
+// waitpid() that a signal to this process does not end.
+static pid_t waitUninterrupted(pid_t child, int* status, int options) {
+  pid_t result = -1;
+  do {
+    result = waitpid(child, status, options);
+  } while (result < 0 && errno == EINTR);
+  return result;
+}
+
+int waitForChild(pid_t child) {
   int status = 0;
+  pid_t result = 0;
   useconds_t pause = 500;  // short at first: most programs end soon
-  while (hasKeepAlive()) {
-    if (waitpid(child, &status, WNOHANG) != 0) {
-      return status;
+  while (result == 0 && hasKeepAlive()) {
+    result = waitUninterrupted(child, &status, WNOHANG);
+    if (result == 0) {
+      keepAlive();
+      usleep(pause);
+      pause = std::min(pause * 2, kLongestPause);
     }
-    keepAlive();
-    usleep(pause);
-    pause = std::min(pause * 2, kLongestPause);
   }
-  waitpid(child, &status, 0);
-  return status;
+  if (result == 0) {
+    result = waitUninterrupted(child, &status, 0);
+  }
+  return result == child ? status : -1;
 }
 
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
@@ -133,7 +143,7 @@ int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
     return -1;
   }
   logMessage("Spawn call returned %d.\n", 0);
-  int status = waitForEnd(child);
+  int status = waitForChild(child);
   logMessage("Spawn call done %d %d.\n", static_cast<int>(child), status);
   endedBySignal = !WIFEXITED(status);
   if (endedBySignal) {

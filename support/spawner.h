@@ -1,6 +1,8 @@
 #ifndef QUORVANE_SUPPORT_SPAWNER_H
 #define QUORVANE_SUPPORT_SPAWNER_H
 
+#include <sys/types.h>
+
 // Starting of other programs: collect the argument vector in a fixed table, then start the program
 // in this process's environment, and wait for its end or not. Starting with a working folder
 // changes the folder of the whole process for a moment, so that no other thread may rely on it
@@ -35,6 +37,10 @@ void setSpawnerExe(Spawner* spawner, const char* exe);
 // can be run again.
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir);
 int runSpawnerAndWait(const Spawner* spawner);
+
+// Waits for the end of the child process `child`, started by whatever means, and returns its wait
+// status, or -1 when it cannot be waited for. What is on screen is kept alive meanwhile.
+int waitForChild(pid_t child);
 
 // Returns whether the program that was waited for last was ended by a signal, which its result does
 // not tell from success.

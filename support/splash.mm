@@ -7,8 +7,8 @@
 
 #include <cstdio>
 
-#include "platform/window_system.h"
 #include "support/keep_alive.h"
+#include "support/window_events.h"
 
 NSWindow* win = nil;
 SplashView* splashView = nil;
@@ -120,6 +120,6 @@ void cleanup() {
   [closing close];
   [splashView release];
   splashView = nil;
-  answerWindowSystem();
+  handleEvents(0);
   [pool release];
 }

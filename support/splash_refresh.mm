@@ -5,6 +5,7 @@
 #include "platform/main_thread.h"
 #include "platform/window_system.h"
 #include "support/clock.h"
+#include "support/window_events.h"
 
 static const uint64_t kRefreshMillis = 30;
 
@@ -24,7 +25,7 @@ void drawSplashNow() {
     return;
   }
   [win displayIfNeeded];
-  answerWindowSystem();
+  handleEvents(0);
   [win displayIfNeeded];  // what the answer has brought
 }
 

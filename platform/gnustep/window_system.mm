@@ -21,17 +21,3 @@ static bool createApplication() {
 }
 
 bool openWindowSystem() { return NSApp != nil || (isDisplayAvailable() && createApplication()); }
-
-void answerWindowSystem() {
-  NSDate* noWait = [NSDate distantPast];
-  NSEvent* event = nil;
-  do {
-    event = [NSApp nextEventMatchingMask:NSAnyEventMask
-                               untilDate:noWait
-                                  inMode:NSDefaultRunLoopMode
-                                 dequeue:YES];
-    if (event != nil) {
-      [NSApp sendEvent:event];
-    }
-  } while (event != nil);
-}

@@ -21,7 +21,6 @@
   PartialFile* file;
   std::string* destination;  // null until it is set
   BOOL overwrites;
-  BOOL begun;
   int redirects;
   NSTimer* idleTimer;
   unsigned long idleActivity;  // the transfer's activity when it was last looked at

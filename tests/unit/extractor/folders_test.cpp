@@ -12,6 +12,7 @@
 #include "extractor/interrupted_runs.h"
 #include "extractor/run.h"
 #include "platform/exchange_folders.h"
+#include "support/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -72,6 +73,18 @@ TEST_F(MoveIntoPlace, EndsTheProcessWhenTheTemporaryFolderIsGone) {
   EXPECT_FALSE(test::exists(*this / "target"));
 }
 
+TEST_F(MoveIntoPlace, LogsAReplacementAsTheRenameThatItIs) {
+  writeFile(*this / "temp/a", "new");
+  writeFile(*this / "target/a", "old");
+  const std::string temp = *this / "temp";
+  const std::string target = *this / "target";
+  const auto lines = test::logLinesOf(
+      [&] { moveIntoPlace(extractorRun, "application", temp.c_str(), target.c_str()); });
+  EXPECT_TRUE(test::containsInOrder(
+      lines, {"[Extractor] Replacing existing folder " + (*this / "target"),
+              "[Rename] File '" + (*this / "temp") + "' renamed to '" + (*this / "target") + "'"}));
+}
+
 TEST_F(MoveIntoPlace, ExchangeIsOneStep) {
   writeFile(*this / "a/file", "a");
   writeFile(*this / "b/file", "b");
@@ -129,7 +142,7 @@ TEST_F(TempFolders, OfTodayAndEverythingElseAreLeftAlone) {
 TEST_F(TempFolders, LinkIsNotFollowedWhenRemoved) {
   writeFile(*this / "precious/file", "x");
   fs::create_directory_symlink(*this / "precious", *this / "QuorvaneTemp-1-2-app");
-  test::capture([this] { removeFolder((*this / "QuorvaneTemp-1-2-app").c_str()); });
+  test::capture([this] { removeTree((*this / "QuorvaneTemp-1-2-app").c_str()); });
   EXPECT_TRUE(test::exists(*this / "precious/file"));
 }
 
@@ -149,6 +162,27 @@ TEST_F(InterruptedRuns, MoveThatWasCutShortGoesOnWhereItStopped) {
   EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
   EXPECT_EQ("modules", test::readFile(plain + "/lib/modules"));
   EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
+}
+
+TEST_F(InterruptedRuns, EarlierRuntimeOfTheSameVersionDoesNotMixWithTheNewOne) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + "/bin/java", "old", 0755);
+  writeFile(plain + "/lib/old", "old");
+  writeFile(plain + ".plugin/Contents/Home/bin/java", "new", 0755);
+  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  EXPECT_EQ("new", test::readFile(plain + "/bin/java"));
+  EXPECT_FALSE(test::exists(plain + "/lib/old"));
+  EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+}
+
+TEST_F(InterruptedRuns, HomeWithAHiddenFolderIsFinishedOnlyOnce) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
+  writeFile(plain + ".plugin/Contents/Home/.hidden/file", "x");
+  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
 }
 
 TEST_F(InterruptedRuns, AdoptedHomeThatWasNotLinkedYetIsFinished) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "launch/launch_properties.h"
+#include "support/exit_status.h"
 #include "tests/unit/launch/launching.h"
 
 using namespace std::string_literals;
@@ -57,7 +58,7 @@ TEST_F(PropertiesFile, ThatCannotBeCreatedEndsTheProcessWithStatus99AfterFivePau
   };
   const Launched launched = launch();
   EXPECT_FALSE(launched.returned);
-  EXPECT_EQ(UNWRITABLE_PROPERTIES_STATUS, launched.result);
+  EXPECT_EQ(EXIT_STATUS_PROPERTIES_NOT_WRITTEN, launched.result);
   EXPECT_EQ(kOptionsPauses + 5, launched.pauses);
   EXPECT_EQ(5, countOf(launched.lines, "[Retry] Writing launch properties to " + scene.appFolder() +
                                            "/QVLaunchProperties-"));
@@ -90,8 +91,9 @@ TEST_F(PropertiesFile, ThatCannotBeWrittenWholeEndsTheProcessWithStatus99) {
   };
   const Launched launched = launch();
   EXPECT_FALSE(launched.returned);
-  EXPECT_EQ(UNWRITABLE_PROPERTIES_STATUS, launched.result);
+  EXPECT_EQ(EXIT_STATUS_PROPERTIES_NOT_WRITTEN, launched.result);
   EXPECT_EQ("Unable to write Launch Properties file! Cannot run!", errorsIn(launched.lines).back());
+  EXPECT_TRUE(scene.propertiesFiles().empty()) << "half a file is left";
   EXPECT_FALSE(wasStarted());
 }
 

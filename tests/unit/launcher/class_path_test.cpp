@@ -45,12 +45,12 @@ TEST(ClassPathOption, CountedSlotsWithoutAPartAddNothing) {
 }
 
 TEST(ClassPathOption, ThatJustFitsIsWhole) {
-  const std::string entry(CLASS_PATH_BUFFER_SIZE - kOption.size() - 1, 'p');
+  const std::string entry(CLASS_PATH_SIZE - 1, 'p');
   EXPECT_EQ(kOption + entry, optionFor({entry.c_str()}));
 }
 
 TEST(ClassPathOption, EntriesThatDoNotFitAreLoggedAndLeftOut) {
-  const std::string tooLong(CLASS_PATH_BUFFER_SIZE - kOption.size(), 'p');
+  const std::string tooLong(CLASS_PATH_SIZE, 'p');
   const Texts lines = test::logLinesOf([&] {
     EXPECT_EQ(kOption + "b:c", optionFor({tooLong.c_str(), "b", tooLong.c_str(), "c"}));
   });

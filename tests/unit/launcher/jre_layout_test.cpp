@@ -152,6 +152,22 @@ TEST(InitOSXJRE, MergesIntoAPlainFolderThatStandsAsTheCommandsDo) {
   });
 }
 
+TEST(InitOSXJRE, KeepsTheModeOfAnEmptyPlainFolderThatStandsAndLogsNoChmod) {
+  const auto write = [](const std::string& bundle) {
+    writeBundle(bundle);
+    const std::string plain = bundle.substr(0, bundle.size() - 7);
+    fs::create_directory(plain);
+    chmod(plain.c_str(), 0711);
+  };
+  expectSameAsShell(write);
+  const test::TempFolder folder;
+  const std::string bundle = folder / std::string(kName) + ".plugin";
+  write(bundle);
+  for (const std::string& line : test::logLinesOf([&] { initOSXJRE(bundle.c_str()); })) {
+    EXPECT_EQ(std::string::npos, line.find("[ChMod]")) << line;
+  }
+}
+
 TEST(InitOSXJRE, LogsItsSectionThePlainPathAndEveryCommandToTheCharacter) {
   const test::TempFolder folder;
   const std::string bundle = folder / std::string(kName) + ".plugin";

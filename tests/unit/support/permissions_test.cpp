@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -94,8 +95,7 @@ TEST(ChmodR755, DoesNotFollowALinkInTheTree) {
   const Lines lines = test::logLinesOf([&] { chmodR755((folder / "tree").c_str()); });
   EXPECT_EQ(0700u, test::modeOf(folder / "outside"));
   EXPECT_EQ(0600u, test::modeOf(folder / "outside/file"));
-  EXPECT_TRUE(
-      test::containsInOrder(lines, {"[ChMod] Not following link " + (folder / "tree/file link")}));
+  EXPECT_EQ(1u, lines.size()) << "the command alone, which says nothing of links in a tree";
 }
 
 TEST(Chmod, DoesNotFollowALinkThatItIsGiven) {
@@ -103,10 +103,12 @@ TEST(Chmod, DoesNotFollowALinkThatItIsGiven) {
   test::writeFile(folder / "outside/file", "", 0600);
   fs::permissions(folder / "outside", fs::perms(0700));
   fs::create_symlink("outside", folder / "link");
-  test::capture([&] {
+  const Lines lines = test::logLinesOf([&] {
     chmod777((folder / "link").c_str());
     chmodR755((folder / "link").c_str());
   });
+  const std::string warning = "[ChMod] Not following link " + (folder / "link");
+  EXPECT_EQ(2, std::count(lines.begin(), lines.end(), warning));
   EXPECT_EQ(0700u, test::modeOf(folder / "outside"));
   EXPECT_EQ(0600u, test::modeOf(folder / "outside/file"));
 }

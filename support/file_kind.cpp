@@ -1,0 +1,35 @@
+#include "support/file_kind.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+// The kind of what stands at `path`, 0 for nothing.
+static mode_t kindOf(const char* path) {
+  struct stat status {};
+  return lstat(path, &status) == 0 ? status.st_mode & S_IFMT : 0;
+}
+
+static mode_t kindBehindLinks(const char* path) {
+  struct stat status {};
+  return stat(path, &status) == 0 ? status.st_mode & S_IFMT : 0;
+}
+
+bool isThere(const char* path) {
+  return kindOf(path) != 0;
+}
+
+bool isFolder(const char* path) {
+  return kindOf(path) == S_IFDIR;
+}
+
+bool leadsToFolder(const char* path) {
+  return kindBehindLinks(path) == S_IFDIR;
+}
+
+bool isPlainFile(const char* path) {
+  return kindOf(path) == S_IFREG;
+}
+
+bool isExecutable(const char* path) {
+  return kindBehindLinks(path) == S_IFREG && access(path, X_OK) == 0;
+}

@@ -1,0 +1,22 @@
+#ifndef QUORVANE_SUPPORT_FILE_KIND_H
+#define QUORVANE_SUPPORT_FILE_KIND_H
+
+// What stands at a path, asked without a log line. A link is looked at itself, never followed,
+// except where a function says so. Any thread.
+
+// Returns whether anything stands at `path`; a link counts whatever it leads to.
+[[nodiscard]] bool isThere(const char* path);
+
+// Returns whether `path` is a folder.
+[[nodiscard]] bool isFolder(const char* path);
+
+// Returns whether `path` is a folder or a link to one.
+[[nodiscard]] bool leadsToFolder(const char* path);
+
+// Returns whether `path` is a plain file.
+[[nodiscard]] bool isPlainFile(const char* path);
+
+// Returns whether `path` is a plain file, or a link to one, that may be executed.
+[[nodiscard]] bool isExecutable(const char* path);
+
+#endif
