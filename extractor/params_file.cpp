@@ -13,6 +13,7 @@
 #include "support/exit_status.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/paths.h"
 #include "support/splash.h"
 #include "support/strings.h"
@@ -101,13 +102,11 @@ static void applyProperty(ExtractorRun& run, const char* name, const char* value
 }
 
 static void readPair(ExtractorRun& run, FILE* params, int index) {
-  char* name = readString(params, "Param Name");
-  char* value = readString(params, "Param Value", kValueLimit);
-  logPair(index, name, value);
-  addDynamicLaunchProperty(run, name, value);
-  applyProperty(run, name, value);
-  free(value);
-  free(name);
+  const Block<char> name(readString(params, "Param Name"));
+  const Block<char> value(readString(params, "Param Value", kValueLimit));
+  logPair(index, name.get(), value.get());
+  addDynamicLaunchProperty(run, name.get(), value.get());
+  applyProperty(run, name.get(), value.get());
 }
 
 void readParams(ExtractorRun& run, FILE* params) {
@@ -129,12 +128,11 @@ void readParams(ExtractorRun& run, FILE* params) {
 }
 
 void readDynamicProperties(ExtractorRun& run) {
-  FILE* params = openParamsFile(run);
+  const Stream params(openParamsFile(run));
   const char* marker = reinterpret_cast<const char*>(paramsMarker);
-  if (scanToMarker(params, marker, PARAMS_MARKER_SIZE, "Params") < 0) {
+  if (scanToMarker(params.get(), marker, PARAMS_MARKER_SIZE, "Params") < 0) {
     endProcess(EXIT_STATUS_FAILURE);
   }
   logMessage("[Extractor] Found Params marker. Extracting now...\n");
-  readParams(run, params);
-  fclose(params);
+  readParams(run, params.get());
 }

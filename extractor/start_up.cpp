@@ -16,6 +16,7 @@
 #include "support/file_operations.h"
 #include "support/hex.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/paths.h"
 #include "support/splash.h"
 #include "support/strings.h"
@@ -108,10 +109,11 @@ void loadPublicKey(ExtractorRun& run) {
     return;
   }
   const int capacity = length / 2 + 2;
-  auto* der = static_cast<unsigned char*>(allocZeroed(static_cast<size_t>(capacity)));
-  const int count = hexToBytes(der, capacity, hex);
+  const Block<unsigned char> der(
+      static_cast<unsigned char*>(allocZeroed(static_cast<size_t>(capacity))));
+  const int count = hexToBytes(der.get(), capacity, hex);
   logMessage("[Extractor] Processed public key of length %d\n", count);
-  run.publicKey = loadDEREncodedPublicKey(der, count);
+  run.publicKey = loadDEREncodedPublicKey(der.get(), count);
   logMessage("[Extractor] Public Key: %08" PRIX32 "\n",
              static_cast<uint32_t>(reinterpret_cast<uintptr_t>(run.publicKey)));
 }
@@ -165,13 +167,13 @@ void overrideJreName(ExtractorRun& run) {
   }
   logMessage("[JREOverride] Processing JRE Override file (JreNameOverride)\n");
   constexpr int kOverrideLimit = 500;
-  const char* name = readString(file, "JRE Override App Name", kOverrideLimit);
-  if (strcmp(name, "-") == 0) {
+  const Block<char> name(readString(file, "JRE Override App Name", kOverrideLimit));
+  if (strcmp(name.get(), "-") == 0) {
     // The file stays open on this path.
     logMessage("[JREOverride] Ignoring JRE name -, keeping %s\n", run.jreName);
     return;
   }
-  setPath(run.jreName, name);
+  setPath(run.jreName, name.get());
   fclose(file);
   logMessage("[JREOverride] JRE name overriden to %s\n", run.jreName);
   requireFolderNamePart("JRE name", run.jreName);

@@ -15,11 +15,11 @@ static_assert(sizeof kStaticPrefix == sizeof kDynamicPrefix, "one size stands fo
 
 // Offset of the second of the two closing zero bytes.
 static size_t closingOffset(const char* buffer) {
-  size_t offset = 0;
-  for (int zeros = 0; zeros < 2; ++offset) {
-    zeros = buffer[offset] == '\0' ? zeros + 1 : 0;
+  size_t offset = strlen(buffer) + 1;
+  while (buffer[offset] != '\0') {
+    offset += strlen(buffer + offset) + 1;
   }
-  return offset - 1;
+  return offset;
 }
 
 // Where the next text goes.

@@ -6,6 +6,7 @@
 #include "platform/process_end.h"
 #include "support/exit_status.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/paths.h"
 
 char* app_name = nullptr;
@@ -33,16 +34,16 @@ static FILE* openTailFile(const char* executablePath) {
   const char* absolutePath = getAbsoluteExePath(const_cast<char*>(executablePath));
   logMessage("[Extractor] The absolute wrapper path is %s\n", absolutePath);
   logMessage("[Extractor] The executable name is %s\n", executablePath);
-  char* path = getAbsoluteExeDir(absolutePath);
-  logMessage("[Launcher] The executable dir is %s\n", path);
-  pathcat(pathcat(pathcat(path, ".."), "Resources"), "Tail");
-  logMessage("[Launcher] No tail found. Trying %s\n", path);
-  FILE* stream = fopen(path, "rb");
+  const Block<char> path(getAbsoluteExeDir(absolutePath));
+  logMessage("[Launcher] The executable dir is %s\n", path.get());
+  pathcat(pathcat(pathcat(path.get(), ".."), "Resources"), "Tail");
+  logMessage("[Launcher] No tail found. Trying %s\n", path.get());
+  FILE* stream = fopen(path.get(), "rb");
   if (stream == nullptr) {
     logMessage(
         "[Launcher] ************************* Failed to extract wrapper tail - couldn't open file "
         "%s\n",
-        path);
+        path.get());
     endProcess(EXIT_STATUS_FAILURE);
   }
   return stream;

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 namespace fuzz {
@@ -76,6 +77,15 @@ bool endsProcess(const std::function<void()>& body, int* status) {
 std::string emptyFolder() {
   static Folder folder;
   return folder.emptied();
+}
+
+void writeFile(const std::string& path, const std::string& bytes) {
+  std::ofstream file(path, std::ios::binary);
+  if (!file) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    file.open(path, std::ios::binary);
+  }
+  require(static_cast<bool>(file << bytes), "no file can be written");
 }
 
 }  // namespace fuzz

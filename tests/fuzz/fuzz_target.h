@@ -24,6 +24,9 @@ bool endsProcess(const std::function<void()>& body, int* status = nullptr);
 // is the same folder on each call, emptied again, and is removed when the process ends.
 std::string emptyFolder();
 
+// Makes `bytes` the content of the file `path`, whose folder is created when it is missing.
+void writeFile(const std::string& path, const std::string& bytes);
+
 }  // namespace fuzz
 
 #endif

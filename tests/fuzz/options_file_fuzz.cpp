@@ -2,29 +2,22 @@
 // process with status 1. The executable may not be executed, so that nothing is started.
 
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "launch/launch_app.h"
 #include "launch/retry.h"
 #include "tests/fuzz/fuzz_target.h"
 
-namespace fs = std::filesystem;
 using namespace std::string_literals;
 
 static const size_t kLongest = 20000;
 
-static void write(const fs::path& path, const std::string& bytes) {
-  fs::create_directories(path.parent_path());
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
-static void layOut(const fs::path& master, const std::string& options) {
-  write(master / "Quorvane-Sample-1-complete/QuorvaneLaunch",
-        "1\0Main\0\0Sample\0\0"s + "0\0"s + "0\0"s + "0\0"s + "0\0"s + "0\0"s);
-  write(master / "Quorvane-Mac64JRE-1-complete/bin/Sample", "");
-  write(master / "QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1-complete", options);
+static void layOut(const std::string& master, const std::string& options) {
+  fuzz::writeFile(master + "/Quorvane-Sample-1-complete/QuorvaneLaunch",
+                  "1\0Main\0\0Sample\0\0"s + "0\0"s + "0\0"s + "0\0"s + "0\0"s + "0\0"s);
+  fuzz::writeFile(master + "/Quorvane-Mac64JRE-1-complete/bin/Sample", "");
+  fuzz::writeFile(master + "/QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1-complete",
+                  options);
 }
 
 static int launch(const std::string& master) {
