@@ -123,7 +123,7 @@ static void compareOption(size_t times) {
   const char* lead = "";
   for (const char* entry : entries) {
     if (entry != nullptr &&
-        wanted.size() + strlen(lead) + strlen(entry) < size_t{CLASS_PATH_BUFFER_SIZE}) {
+        wanted.size() + strlen(lead) + strlen(entry) < size_t{CLASS_PATH_OPTION_SIZE}) {
       wanted += std::string(lead) + entry;
       lead = ":";
     }
