@@ -62,6 +62,6 @@ int runQuietly(const char* const* words) {
   if (error != 0) {
     return -1;
   }
-  const int status = waitForChild(child);
+  int status = waitForChild(child);
   return status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

@@ -60,7 +60,7 @@ static int startApplication(Launch* launch) {
 
 // Waits for the probe and returns its exit status, or -1 when a signal ended it.
 static int statusOf(pid_t child) {
-  const int status = waitForChild(child);
+  int status = waitForChild(child);
   return status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 

@@ -106,11 +106,15 @@ static NSError* errorForResponse(NSURLResponse* response) {
 
 @end
 
-// Runs the run loop until the download has ended.
+// Runs the run loop until the download has ended, looking for that at least every 0.2 seconds and
+// whenever the run loop has handled something: a finished download is not kept waiting.
 static void waitForEnd(Downloader* downloader) {
   while (![downloader isDone]) {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:0.2]];
+    NSDate* limit = [NSDate dateWithTimeIntervalSinceNow:0.2];
+    if (![[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:limit]) {
+      [NSThread sleepForTimeInterval:0.2];
+    }
     [pool release];
   }
 }

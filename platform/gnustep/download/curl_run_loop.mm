@@ -4,6 +4,7 @@
 - (void)watch:(curl_socket_t)socket for:(int)wanted;
 - (void)setTimerMillis:(long)millis;
 - (void)timerFired:(NSTimer*)fired;
+- (void)endRunLoopsWait;
 - (void)actOn:(curl_socket_t)socket events:(int)events;
 @end
 
@@ -113,6 +114,18 @@ static void* descriptor(curl_socket_t socket) {
     timer = nil;  // the run loop is done with it
   }
   [self actOn:CURL_SOCKET_TIMEOUT events:0];
+  [self endRunLoopsWait];
+}
+
+// The run loop goes on waiting when a timer has fired, so that whoever waits for the transfer would
+// learn of its end late. It does not wait when another timer is due.
+- (void)endRunLoopsWait {
+  NSTimer* due = [NSTimer timerWithTimeInterval:0
+                                         target:[NSNull null]
+                                       selector:@selector(self)
+                                       userInfo:nil
+                                        repeats:NO];
+  [runLoop addTimer:due forMode:NSDefaultRunLoopMode];
 }
 
 - (void)receivedEvent:(void*)data

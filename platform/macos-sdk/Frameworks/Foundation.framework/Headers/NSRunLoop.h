@@ -13,7 +13,6 @@ SDK_EXTERN NSString* const NSDefaultRunLoopMode SDK_API;
 SDK_API @interface NSRunLoop : NSObject
 + (NSRunLoop*)currentRunLoop SDK_API;
 - (BOOL)runMode:(NSString*)mode beforeDate:(NSDate*)limit SDK_API;
-- (void)runUntilDate:(NSDate*)limit SDK_API;
 @end
 
 #endif
