@@ -157,8 +157,9 @@ static void readFolderName(const std::string& name, const std::string& component
                                 ? -1
                                 : atol(name.substr(second + 1, third - second - 1).c_str())),
                 "the version stands between the next two");
-  fuzz::require(isFolderNamePart(name.c_str()) == (name.find('/') == std::string::npos),
-                "a name holds no slash");
+  const bool isRefused =
+      fuzz::endsProcess([&name] { requireFolderNamePart("name", name.c_str()); });
+  fuzz::require(isRefused == (name.find('/') != std::string::npos), "a name holds no slash");
 }
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
