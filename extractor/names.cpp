@@ -4,12 +4,8 @@
 
 #include "extractor/run.h"
 
-bool isFolderNamePart(const char* text) {
-  return strchr(text, '/') == nullptr;
-}
-
 void requireFolderNamePart(const char* what, const char* text) {
-  if (!isFolderNamePart(text)) {
+  if (strchr(text, '/') != nullptr) {
     failRun("[Extractor] The %s cannot be part of a folder name: %.200s\n", what, text);
   }
 }
