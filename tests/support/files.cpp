@@ -42,6 +42,10 @@ std::string makeDeepFolder(const std::string& root, int depth, unsigned mode) {
   return path;
 }
 
+size_t openFiles() {
+  return static_cast<size_t>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+}
+
 void allowOpenFiles(unsigned count) {
   rlimit limit{};
   limit.rlim_cur = count;

@@ -21,6 +21,9 @@ std::string makeDeepFolder(const std::string& root, int depth, unsigned mode = 0
 // Lets this process open no more than `count` files at a time.
 void allowOpenFiles(unsigned count);
 
+// The number of descriptors that this process has open.
+size_t openFiles();
+
 // The permission bits of a file or folder, links not followed.
 unsigned modeOf(const std::string& path);
 

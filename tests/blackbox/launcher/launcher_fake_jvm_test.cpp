@@ -108,6 +108,11 @@ TEST_F(FakeJvm, TheApplicationIsCreatedBeforeTheLaunchThreadRuns) {
        "[Launcher] Created NSApplication", "[JNILaunch] ------- JNI Launch call -------"}));
 }
 
+TEST_F(FakeJvm, AMainClassInAPackageIsLookedUpWithSlashes) {
+  run({"com.x.Main"});
+  EXPECT_TRUE(containsInOrder(report, {"FindClass com/x/Main"}));
+}
+
 TEST_F(FakeJvm, TheLaunchRunsOnAThreadThatIsNotTheMainOne) {
   run({"com.x.Main"});
   const auto line = std::find_if(messages.begin(), messages.end(), [](const std::string& message) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/paths.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
@@ -115,13 +116,21 @@ TEST(MakeLaunchPropertiesFile, NamesTimeAndEntryCountAndCreatesNothing) {
   EXPECT_TRUE(test::namesIn(folder.path()).empty());
 }
 
-TEST(MakeLaunchPropertiesFile, GivesAnotherNameOnceTheFirstFileStands) {
+TEST(MakeLaunchPropertiesFile, OfTwoLaunchesInOneMillisecondDifferByTheCountOfEntriesAlone) {
   const test::TempFolder folder;
+  const test::FakeClock clock(1457000000123);
   const std::string first = nameIn(folder.path());
   test::writeFile(first, "");
   const std::string second = nameIn(folder.path());
-  EXPECT_EQ("-2", first.substr(first.size() - 2));
-  EXPECT_EQ("-3", second.substr(second.size() - 2));
+  ASSERT_EQ("-2", first.substr(first.size() - 2));
+  EXPECT_EQ(first.substr(0, first.size() - 2) + "-3", second);
+}
+
+TEST(MakeLaunchPropertiesFile, ClosesTheFolderThatItCounts) {
+  const test::TempFolder folder;
+  const size_t before = test::openFiles();
+  nameIn(folder.path());
+  EXPECT_EQ(before, test::openFiles());
 }
 
 TEST(MakeLaunchPropertiesFile, CountsNothingInAFolderThatCannotBeOpened) {

@@ -53,6 +53,15 @@ TEST_F(PickLatest, AloneAFolderWithoutItsThirdHyphenGivesNothing) {
             lines_);
 }
 
+TEST_F(PickLatest, ClosesTheFolderWhetherItFindsOneOrNot) {
+  const size_t before = test::openFiles();
+  EXPECT_EQ("none", pick());
+  make({"Quorvane-Mac64JRE-1-complete"});
+  EXPECT_EQ("Quorvane-Mac64JRE-1-complete", pick());
+  EXPECT_EQ("none", pick("Other"));
+  EXPECT_EQ(before, test::openFiles());
+}
+
 TEST_F(PickLatest, VersionsAreComparedAsNumbers) {
   make({"Quorvane-Mac64JRE-0100-complete", "Quorvane-Mac64JRE-99-complete"});
   EXPECT_EQ("Quorvane-Mac64JRE-0100-complete", pick());

@@ -26,6 +26,17 @@ static std::string bytes(size_t count) {
   return text;
 }
 
+// The sizes of the pieces written since the start, while they are gathered.
+static std::vector<size_t>* written = nullptr;
+
+// Takes the place of the C library's function in this executable.
+extern "C" size_t fwrite(const void* bytes, size_t size, size_t count, FILE* file) {
+  if (written != nullptr) {
+    written->push_back(size * count);
+  }
+  return fwrite_unlocked(bytes, size, count, file);
+}
+
 namespace {
 class CopyFileOfSize : public testing::TestWithParam<size_t> {};
 }  // namespace
@@ -39,7 +50,26 @@ TEST_P(CopyFileOfSize, GivesTheSameBytes) {
   EXPECT_EQ(bytes(GetParam()), test::readFile(folder / "to"));
 }
 
-// The copy works in chunks of 50000 bytes.
+static std::vector<size_t> piecesOf(size_t size) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "from", bytes(size));
+  std::vector<size_t> pieces;
+  test::capture([&] {
+    written = &pieces;
+    copyFile((folder / "from").c_str(), (folder / "to").c_str());
+    written = nullptr;
+  });
+  return pieces;
+}
+
+TEST(CopyFile, OfExactlyOneBufferWritesItAndThenNothing) {
+  EXPECT_EQ((std::vector<size_t>{50000, 0}), piecesOf(50000));
+}
+
+TEST(CopyFile, OfOneByteMoreThanABufferWritesThatByteByItself) {
+  EXPECT_EQ((std::vector<size_t>{50000, 1}), piecesOf(50001));
+}
+
 INSTANTIATE_TEST_SUITE_P(Bytes, CopyFileOfSize,
                          testing::Values(0, 1, 49999, 50000, 50001, 100000, 250003),
                          [](const auto& info) { return std::to_string(info.param); });
@@ -70,19 +100,15 @@ TEST(CopyFile, LogsASourceThatCannotBeOpenedAndLeavesTheTarget) {
   EXPECT_EQ("kept", test::readFile(folder / "to"));
 }
 
-static size_t openFiles() {
-  return static_cast<size_t>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
-}
-
 TEST(CopyFile, LogsATargetThatCannotBeOpenedAndClosesTheSource) {
   const test::TempFolder folder;
   test::writeFile(folder / "from", "x");
-  const size_t before = openFiles();
+  const size_t before = test::openFiles();
   EXPECT_EQ(
       (Lines{"[Extractor] Copying FILE /absent/to",
              "[Extractor] " + kStars + "Unable to open destination file for copy /absent/to"}),
       test::logLinesOf([&] { copyFile((folder / "from").c_str(), "/absent/to"); }));
-  EXPECT_EQ(before, openFiles());
+  EXPECT_EQ(before, test::openFiles());
 }
 
 namespace {
@@ -147,14 +173,14 @@ TEST_F(CopyFolder, GivesOneAndLogsANullForAMissingSource) {
 
 TEST_F(CopyFolder, GivesOneAtOnceForASourceFileThatCannotBeOpened) {
   fs::create_symlink("nowhere", from() + "/dangling");
-  const size_t before = openFiles();
+  const size_t before = test::openFiles();
   Lines lines;
   EXPECT_EQ(1, copy(&lines));
   EXPECT_EQ((Lines{"[CopyFolder] Copying FILE " + to() + "/dangling",
                    "[CopyFolder] " + kStars + "Unable to open source file for copy " + from() +
                        "/dangling"}),
             lines);
-  EXPECT_EQ(before, openFiles());
+  EXPECT_EQ(before, test::openFiles());
 }
 
 TEST_F(CopyFolder, GivesOneAtOnceForATargetFileThatCannotBeOpened) {
