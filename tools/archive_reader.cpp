@@ -100,11 +100,12 @@ class RecordReader {
     if (entry.kind != EntryKind::folder) {
       entry.length = readNumber("an entry's length");
     }
+    entry.offset = position();
     return entry;
   }
 
   void skipData(const ArchiveEntry& entry) {
-    const long offset = position();
+    const long offset = entry.offset;
     if (entry.length == 0) {
       return;
     }

@@ -15,6 +15,7 @@ struct ArchiveEntry {
   EntryKind kind = EntryKind::file;
   std::string path;
   long length = 0;  // 0 for a folder
+  long offset = 0;  // where its data begin, in bytes
 };
 
 struct ArchiveListing {

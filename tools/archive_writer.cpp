@@ -18,13 +18,6 @@ namespace tools {
 
 static const char kCompressedSuffix[] = ".l2";
 
-static bool isInside(const fs::path& path, const std::string& folder) {
-  const fs::path real = fs::weakly_canonical(path);
-  const fs::path realFolder = fs::weakly_canonical(folder);
-  const auto end = std::mismatch(realFolder.begin(), realFolder.end(), real.begin(), real.end());
-  return end.first == realFolder.end();
-}
-
 static FolderTree listContent(const ArchiveContent& content) {
   FolderTree tree;
   if (!content.folder.empty()) {

@@ -1,7 +1,6 @@
 #include "tools/bundle_writer.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include "tools/input_error.h"
 #include "tools/whole_file.h"
@@ -55,8 +54,24 @@ static std::string infoPlist(const Bundle& bundle) {
   text += entry("CFBundleShortVersionString", bundle.version);
   text += entry("CFBundleVersion", bundle.version);
   text += entry("LSMinimumSystemVersion", "10.13");
+  text += "\t<key>NSHighResolutionCapable</key>\n\t<true/>\n";
   text += entry("NSPrincipalClass", "NSApplication");
   return text + "</dict>\n</plist>\n";
+}
+
+// The modes are the same whatever the umask is.
+static const fs::perms kFileMode{0644};
+static const fs::perms kExecutableMode{0755};
+
+static void makeFolder(const std::string& path) {
+  std::error_code error;
+  fs::create_directories(path, error);
+  if (!error) {
+    fs::permissions(path, kExecutableMode, error);
+  }
+  if (error) {
+    throw InputError("cannot create " + path + ": " + error.message());
+  }
 }
 
 static void copyInto(const std::string& from, const std::string& to, fs::perms mode) {
@@ -74,26 +89,15 @@ void writeBundle(const Bundle& bundle) {
   if (fs::exists(fs::symlink_status(bundle.path))) {
     throw InputError(bundle.path + " exists already; remove it or choose another output folder");
   }
-  std::error_code error;
-  fs::create_directories(bundle.path + "/Contents/MacOS", error);
-  fs::create_directories(bundle.path + "/Contents/Resources", error);
-  if (error) {
-    throw InputError("cannot create " + bundle.path + ": " + error.message());
+  for (const char* folder : {"", "/Contents", "/Contents/MacOS", "/Contents/Resources"}) {
+    makeFolder(bundle.path + folder);
   }
-  const fs::perms executable = fs::perms::owner_all | fs::perms::group_read |
-                               fs::perms::group_exec | fs::perms::others_read |
-                               fs::perms::others_exec;
-  copyInto(bundle.executable, executableIn(bundle), executable);
+  copyInto(bundle.executable, executableIn(bundle), kExecutableMode);
   if (!bundle.icon.empty()) {
     const std::string name = fs::path(bundle.icon).filename();
-    copyInto(bundle.icon, bundle.path + "/Contents/Resources/" + name,
-             fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read |
-                 fs::perms::others_read);
+    copyInto(bundle.icon, bundle.path + "/Contents/Resources/" + name, kFileMode);
   }
-  const std::string text = infoPlist(bundle);
-  WholeFile file(bundle.path + "/Contents/Info.plist", 0644);
-  file.write(text.data(), text.size());
-  file.finish();
+  writeWhole(bundle.path + "/Contents/Info.plist", infoPlist(bundle));
 }
 
 }  // namespace tools

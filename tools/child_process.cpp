@@ -1,33 +1,88 @@
 #include "tools/child_process.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 
 #include "platform/environment.h"
 #include "tools/input_error.h"
+#include "tools/temporary_folder.h"
+#include "tools/whole_file.h"
 
 namespace tools {
 
-void runProgram(const std::vector<std::string>& arguments) {
+static const int kNotStarted = 127;
+
+static std::vector<char*> vectorOf(const std::vector<std::string>& arguments) {
   std::vector<char*> vector;
   for (const std::string& argument : arguments) {
     vector.push_back(const_cast<char*>(argument.c_str()));
   }
   vector.push_back(nullptr);
+  return vector;
+}
+
+// Waits for the child and returns whether it ended with status 0.
+static bool endsWell(pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+void runProgram(const std::vector<std::string>& arguments) {
+  const std::vector<char*> vector = vectorOf(arguments);
   pid_t child = 0;
   const int error = posix_spawn(&child, vector[0], nullptr, nullptr, vector.data(), getEnvP());
   if (error != 0) {
     throw InputError(arguments[0] + " cannot be started: " + strerror(error));
   }
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+  if (!endsWell(child)) {
     throw InputError(arguments[0] + " failed; its own message says why");
   }
+}
+
+static void redirect(int descriptor, const char* path, int flags) {
+  const int file = open(path, flags, 0600);
+  if (file < 0 || dup2(file, descriptor) < 0) {
+    _exit(kNotStarted);
+  }
+}
+
+static void becomeProgram [[noreturn]] (const std::vector<char*>& vector, const char* folder,
+                                        const char* out, const char* err) {
+  redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
+  redirect(STDOUT_FILENO, out, O_WRONLY | O_CREAT | O_TRUNC);
+  redirect(STDERR_FILENO, err, O_WRONLY | O_CREAT | O_TRUNC);
+  if (chdir(folder) == 0) {
+    execve(vector[0], vector.data(), getEnvP());
+  }
+  _exit(kNotStarted);
+}
+
+std::string runForOutput(const std::vector<std::string>& arguments, const std::string& folder) {
+  if (access(arguments[0].c_str(), X_OK) != 0) {
+    throw InputError(arguments[0] + " cannot be started: " + strerror(errno));
+  }
+  const TemporaryFolder work;
+  const std::string out = work / "out";
+  const std::string err = work / "err";
+  const std::vector<char*> vector = vectorOf(arguments);
+  const pid_t child = fork();
+  if (child == 0) {
+    becomeProgram(vector, folder.c_str(), out.c_str(), err.c_str());
+  }
+  if (child < 0) {
+    throw InputError(arguments[0] + " cannot be started: " + strerror(errno));
+  }
+  if (!endsWell(child)) {
+    throw InputError(arguments[0] + " failed:\n" + readWhole(out) + readWhole(err));
+  }
+  return readWhole(out);
 }
 
 }  // namespace tools

@@ -48,6 +48,13 @@ class Walk {
   std::vector<fs::path> ancestors_;
 };
 
+bool isInside(const fs::path& path, const std::string& folder) {
+  const fs::path real = fs::weakly_canonical(path);
+  const fs::path realFolder = fs::weakly_canonical(folder);
+  const auto end = std::mismatch(realFolder.begin(), realFolder.end(), real.begin(), real.end());
+  return end.first == realFolder.end();
+}
+
 FolderTree listFolder(const std::string& folder) {
   FolderTree tree;
   try {

@@ -1,6 +1,7 @@
 #ifndef QUORVANE_TOOLS_FOLDER_TREE_H
 #define QUORVANE_TOOLS_FOLDER_TREE_H
 
+#include <filesystem>
 #include <map>
 #include <string>
 
@@ -19,6 +20,9 @@ using FolderTree = std::map<std::string, TreeItem>;
 // something cannot be read, is neither a file nor a folder, or a link points to nothing or to a
 // folder that holds it.
 FolderTree listFolder(const std::string& folder);
+
+// Returns whether `path` is the folder `folder` or lies in it, through links or not.
+bool isInside(const std::filesystem::path& path, const std::string& folder);
 
 }  // namespace tools
 

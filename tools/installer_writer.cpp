@@ -1,11 +1,8 @@
 #include "tools/installer_writer.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "tools/archive_records.h"
-#include "tools/archive_writer.h"
 #include "tools/input_error.h"
 #include "tools/temporary_folder.h"
 #include "tools/whole_file.h"
@@ -14,42 +11,24 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-static std::string contentOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (!in.good()) {
-    throw InputError("cannot read " + path);
-  }
-  return content;
-}
-
 // One record of the stream of archives: the file `bytes` under `name`.
 static std::string record(const std::string& name, const std::string& bytes) {
   return fileRecordHead(name, static_cast<long>(bytes.size()), EntryKind::file) + bytes;
 }
 
-// A component as one record: its folder as a nested archive, compressed and signed.
-static std::string component(const std::string& name, const std::string& folder,
+// A component as one record: its content as a nested archive, compressed and signed.
+static std::string component(const std::string& name, const ArchiveContent& content,
                              const SigningKey* key) {
   const TemporaryFolder work;
   const std::string file = name + ".p2.l2";
-  ArchiveContent content;
-  content.folder = folder;
   writeArchive(content, work / file, key);
-  return record(file, contentOf(work / file));
-}
-
-static void requireIn(const std::string& folder, const std::string& name, const char* what) {
-  if (!fs::is_regular_file(folder + "/" + name)) {
-    throw InputError(std::string(what) + " " + folder + " holds no " + name);
-  }
+  return record(file, readWhole(work / file));
 }
 
 // A folder in which the Java home stands where a runtime bundle has it.
 class RuntimeBundle {
  public:
   explicit RuntimeBundle(const std::string& home) {
-    requireIn(home, "bin/java", "the runtime");
     fs::create_directories(work_ / "Contents/MacOS");
     fs::create_directory_symlink(fs::absolute(home), work_ / "Contents/Home");
   }
@@ -60,37 +39,29 @@ class RuntimeBundle {
 };
 
 static std::string updaterRecords(const Installer& installer, const SigningKey* key) {
-  requireIn(installer.updaterFolder, "QuorvaneLaunch", "the updater");
   // An empty record keeps the place of a splash that is not there.
   const std::string splash = installer.splash.empty()
                                  ? std::string(1, '\0')
-                                 : record("nativesplash.png", contentOf(installer.splash));
-  return record("lzma64", contentOf(installer.lzmaTool)) +
-         component("updater", installer.updaterFolder, key) + splash +
+                                 : record("nativesplash.png", readWhole(installer.splash));
+  return record("lzma64", readWhole(installer.lzmaTool)) +
+         component("updater", installer.updater, key) + splash +
          record("version.txt", installer.tail.guVersion);
 }
 
 static std::string appRecords(const Installer& installer, const SigningKey* key) {
-  requireIn(installer.appFolder, "QuorvaneLaunch", "the application");
-  return component("application", installer.appFolder, key) +
+  return component("application", installer.application, key) +
          record("version.txt", installer.tail.appVersion);
 }
 
 static std::string archivesOf(const Installer& installer, const SigningKey* key) {
   std::string archives = updaterRecords(installer, key);
   if (!installer.tail.jreVersion.empty()) {
-    archives += record("runtime.p2.l2", contentOf(installer.runtimeArchive));
+    archives += record("runtime.p2.l2", readWhole(installer.runtimeArchive));
   }
   if (!installer.tail.appVersion.empty()) {
     archives += appRecords(installer, key);
   }
   return archives;
-}
-
-static void writeWhole(const std::string& path, const std::string& bytes) {
-  WholeFile file(path, 0644);
-  file.write(bytes.data(), bytes.size());
-  file.finish();
 }
 
 void writeInstaller(const Installer& installer, const SigningKey* key) {
@@ -109,6 +80,7 @@ std::string writeUpdateSite(const std::string& site, const std::string& name,
   const RuntimeBundle runtime(runtimeHome);
   std::error_code error;
   fs::create_directories(site, error);
+  fs::permissions(site, fs::perms{0755}, error);
   if (error) {
     throw InputError("cannot create " + site + ": " + error.message());
   }

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tools/archive_writer.h"
 #include "tools/bundle_writer.h"
 #include "tools/params_writer.h"
 #include "tools/signing.h"
@@ -16,9 +17,9 @@ struct Installer {
   Bundle bundle;  // its executable is the extractor
   Tail tail;      // a version that is empty leaves its component out
   Properties properties;
-  std::string lzmaTool;       // the lzma64 program for the target system
-  std::string updaterFolder;  // what the components' version folders will hold
-  std::string appFolder;
+  std::string lzmaTool;    // the lzma64 program for the target system
+  ArchiveContent updater;  // what the components' version folders will hold
+  ArchiveContent application;
   std::string runtimeArchive;  // as writeUpdateSite() writes it
   std::string splash;          // a PNG file; empty for none
 };

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "tools/input_error.h"
+#include "tools/whole_file.h"
 
 namespace fs = std::filesystem;
 
@@ -15,149 +16,205 @@ namespace tools {
 
 namespace {
 
-// How the value of one key gets into the project. Returns false when it has another type.
-using Setter = std::function<bool(const toml::node&)>;
-using Setters = std::map<std::string, Setter>;
+// What a key takes, and how its value gets into the project: false when it has another type.
+struct Key {
+  const char* expected;
+  std::function<bool(const toml::node&)> set;
+};
+using Keys = std::map<std::string, Key>;
 
-Setter text(std::string* field) {
-  return [field](const toml::node& value) {
-    const auto* string = value.as_string();
-    *field = string == nullptr ? *field : string->get();
-    return string != nullptr;
-  };
+Key text(std::string* field) {
+  return {"a text", [field](const toml::node& value) {
+            const auto found = value.value_exact<std::string>();
+            *field = found.value_or(*field);
+            return found.has_value();
+          }};
+}
+
+// A version, which may stand without quotes.
+Key version(std::string* field) {
+  return {"a whole number", [field](const toml::node& value) {
+            const auto digits = value.value_exact<int64_t>();
+            const auto found = value.value_exact<std::string>();
+            *field = digits ? std::to_string(*digits) : found.value_or(*field);
+            return digits || found;
+          }};
 }
 
 // A path in the file, relative to the folder `base`.
-Setter path(std::string* field, const fs::path& base) {
-  return [field, base](const toml::node& value) {
-    const auto* string = value.as_string();
-    if (string != nullptr && !string->get().empty()) {
-      *field = (base / string->get()).lexically_normal();
-    }
-    return string != nullptr;
-  };
+Key path(std::string* field, const fs::path& base) {
+  return {"a path as text", [field, base](const toml::node& value) {
+            const auto found = value.value_exact<std::string>();
+            if (found && !found->empty()) {
+              *field = (base / *found).lexically_normal();
+            }
+            return found.has_value();
+          }};
 }
 
-Setter flag(bool* field) {
-  return [field](const toml::node& value) {
-    const auto* boolean = value.as_boolean();
-    *field = boolean == nullptr ? *field : boolean->get();
-    return boolean != nullptr;
-  };
+Key flag(bool* field) {
+  return {"true or false", [field](const toml::node& value) {
+            const auto found = value.value_exact<bool>();
+            *field = found.value_or(*field);
+            return found.has_value();
+          }};
 }
 
-Setter number(long* field) {
-  return [field](const toml::node& value) {
-    const auto* integer = value.as_integer();
-    *field = integer == nullptr ? *field : static_cast<long>(integer->get());
-    return integer != nullptr;
-  };
+Key number(long* field) {
+  return {"a whole number", [field](const toml::node& value) {
+            const auto found = value.value_exact<int64_t>();
+            *field = found ? static_cast<long>(*found) : *field;
+            return found.has_value();
+          }};
 }
 
-Setter pairs(Properties* field) {
-  return [field](const toml::node& value) {
-    const toml::table* table = value.as_table();
-    bool areTexts = table != nullptr;
-    for (auto it = areTexts ? table->begin() : toml::table::const_iterator{};
-         areTexts && it != table->end(); ++it) {
-      const auto* string = it->second.as_string();
-      areTexts = string != nullptr;
-      if (areTexts) {
-        field->emplace_back(std::string(it->first.str()), string->get());
-      }
-    }
-    return areTexts;
-  };
+Key texts(std::vector<std::string>* field) {
+  return {"a list of texts", [field](const toml::node& value) {
+            if (!value.is_array()) {
+              return false;
+            }
+            for (const toml::node& element : *value.as_array()) {
+              const auto found = element.value_exact<std::string>();
+              if (!found) {
+                return false;
+              }
+              field->push_back(*found);
+            }
+            return true;
+          }};
 }
 
-std::map<std::string, Setters> settersFor(Project* project, const fs::path& base) {
+Key pairs(Properties* field) {
+  return {"a table of texts", [field](const toml::node& value) {
+            if (!value.is_table()) {
+              return false;
+            }
+            for (const auto& [name, element] : *value.as_table()) {
+              const auto found = element.value_exact<std::string>();
+              if (!found) {
+                return false;
+              }
+              field->emplace_back(std::string(name.str()), *found);
+            }
+            return true;
+          }};
+}
+
+Keys applicationKeys(Project* project, const fs::path& base) {
+  return {{"name", text(&project->name)},
+          {"version", version(&project->version)},
+          {"identifier", text(&project->identifier)},
+          {"jar", path(&project->jar, base)},
+          {"folder", path(&project->appFolder, base)},
+          {"main_class", text(&project->mainClass)},
+          {"class_path", texts(&project->classPath)},
+          {"arguments", texts(&project->arguments)},
+          {"jvm_options", texts(&project->jvmOptions)},
+          {"maximum_heap_mb", number(&project->maximumHeapMegabytes)},
+          {"icon", path(&project->icon, base)}};
+}
+
+Keys runtimeKeys(Project* project, const fs::path& base) {
+  return {{"folder", path(&project->runtimeHome, base)},
+          {"modules", texts(&project->runtimeModules)},
+          {"jdk", path(&project->jdk, base)},
+          {"jmods", path(&project->jmods, base)},
+          {"version", version(&project->runtimeVersion)},
+          {"name", text(&project->runtimeName)}};
+}
+
+Keys installerKeys(Project* project, const fs::path& base) {
+  return {{"install_type", text(&project->installType)},
+          {"update_url", text(&project->updateUrl)},
+          {"silent_parameter", text(&project->silentParameter)},
+          {"minimum_splash_ms", number(&project->minimumSplashMs)},
+          {"splash", path(&project->splash, base)},
+          {"can_override_splash", flag(&project->canOverrideSplash)},
+          {"required_java", text(&project->requiredJava)},
+          {"require_signature", flag(&project->requireSignature)},
+          {"properties", pairs(&project->properties)}};
+}
+
+std::map<std::string, Keys> sectionsOf(Project* project, const fs::path& base) {
   return {
-      {"application",
-       {{"name", text(&project->name)},
-        {"version", text(&project->version)},
-        {"identifier", text(&project->identifier)},
-        {"folder", path(&project->appFolder, base)},
-        {"icon", path(&project->icon, base)}}},
+      {"application", applicationKeys(project, base)},
       {"updater",
        {{"folder", path(&project->updaterFolder, base)},
-        {"version", text(&project->updaterVersion)}}},
-      {"runtime",
-       {{"folder", path(&project->runtimeHome, base)},
-        {"version", text(&project->runtimeVersion)},
-        {"name", text(&project->runtimeName)}}},
-      {"installer",
-       {{"install_type", text(&project->installType)},
-        {"update_url", text(&project->updateUrl)},
-        {"silent_parameter", text(&project->silentParameter)},
-        {"minimum_splash_ms", number(&project->minimumSplashMs)},
-        {"splash", path(&project->splash, base)},
-        {"can_override_splash", flag(&project->canOverrideSplash)},
-        {"required_java", text(&project->requiredJava)},
-        {"require_signature", flag(&project->requireSignature)},
-        {"properties", pairs(&project->properties)}}},
+        {"version", version(&project->updaterVersion)}}},
+      {"runtime", runtimeKeys(project, base)},
+      {"installer", installerKeys(project, base)},
       {"signing", {{"key", path(&project->key, base)}}},
   };
 }
 
-toml::table parse(const std::string& path) {
+template <typename Map>
+std::string namesOf(const Map& map) {
+  std::string names;
+  for (const auto& entry : map) {
+    names += (names.empty() ? "" : ", ") + entry.first;
+  }
+  return names;
+}
+
+std::string placeOf(const std::string& file, const toml::node& node) {
+  return file + ":" + std::to_string(node.source().begin.line) + ": ";
+}
+
+std::string typeOf(const toml::node& node) {
+  std::ostringstream name;
+  name << node.type();
+  return name.str();
+}
+
+toml::table parse(const std::string& file) {
   try {
-    return toml::parse_file(path);
+    return toml::parse(readWhole(file), file);
   } catch (const toml::parse_error& error) {
     std::ostringstream where;
-    where << path << ":" << error.source().begin.line << ": " << error.description();
+    where << file << ":" << error.source().begin.line << ": " << error.description();
     throw InputError(where.str());
   }
 }
 
 void applySection(const std::string& file, const std::string& section, const toml::node& node,
-                  const Setters& setters) {
+                  const Keys& keys) {
   const toml::table* table = node.as_table();
   if (table == nullptr) {
-    throw InputError(file + ": " + section + " is no table; write it as [" + section + "]");
+    throw InputError(placeOf(file, node) + section + " is no section; write it as [" + section +
+                     "] with its keys below");
   }
-  for (const auto& [key, value] : *table) {
-    const std::string name(key.str());
-    const auto setter = setters.find(name);
-    if (setter == setters.end()) {
-      throw InputError(file + ": [" + section + "] knows no key '" + name + "'");
+  for (const auto& [name, value] : *table) {
+    const auto key = keys.find(std::string(name.str()));
+    if (key == keys.end()) {
+      throw InputError(placeOf(file, value) + "[" + section + "] has no key '" +
+                       std::string(name.str()) + "'; known are " + namesOf(keys));
     }
-    if (!setter->second(value)) {
-      throw InputError(file + ": '" + name + "' in [" + section + "] has a value of another type");
+    if (!key->second.set(value)) {
+      throw InputError(placeOf(file, value) + "'" + key->first + "' in [" + section + "] must be " +
+                       key->second.expected + "; this is " +
+                       (value.is_array() || value.is_table() ? "something else" : typeOf(value)));
     }
-  }
-}
-
-void require(const std::string& file, const char* section, const char* key,
-             const std::string& value) {
-  if (value.empty()) {
-    throw InputError(file + ": [" + section + "] needs the key '" + key + "'");
   }
 }
 
 }  // namespace
 
 Project readProject(const std::string& file) {
+  if (!fs::exists(file)) {
+    throw InputError(file +
+                     " does not exist; name a project file, or make one with 'quorvane-pack init'");
+  }
   const toml::table table = parse(file);
   Project project;
-  const auto sections = settersFor(&project, fs::path(file).parent_path());
-  for (const auto& [key, node] : table) {
-    const std::string name(key.str());
-    const auto section = sections.find(name);
+  project.file = file;
+  const auto sections = sectionsOf(&project, fs::path(file).parent_path());
+  for (const auto& [name, node] : table) {
+    const auto section = sections.find(std::string(name.str()));
     if (section == sections.end()) {
-      throw InputError(file + ": there is no section [" + name + "]");
+      throw InputError(placeOf(file, node) + "there is no section [" + std::string(name.str()) +
+                       "]; known are " + namesOf(sections));
     }
-    applySection(file, name, node, section->second);
-  }
-  require(file, "application", "name", project.name);
-  require(file, "application", "version", project.version);
-  require(file, "application", "identifier", project.identifier);
-  require(file, "application", "folder", project.appFolder);
-  require(file, "updater", "folder", project.updaterFolder);
-  require(file, "updater", "version", project.updaterVersion);
-  require(file, "runtime", "folder", project.runtimeHome);
-  require(file, "runtime", "version", project.runtimeVersion);
-  if (project.requireSignature) {
-    require(file, "signing", "key", project.key);
+    applySection(file, section->first, node, section->second);
   }
   return project;
 }

@@ -2,6 +2,7 @@
 #define QUORVANE_TOOLS_PROJECT_FILE_H
 
 #include <string>
+#include <vector>
 
 #include "tools/params_writer.h"
 
@@ -10,23 +11,37 @@
 
 namespace tools {
 
+// What an installer says instead of an update URL when there is none: an address that is never
+// asked.
+constexpr char NO_UPDATE_URL[] = "http://192.0.2.10/";
+
 struct Project {
+  std::string file;  // where it was read from, for messages
   // [application]
   std::string name;
   std::string version;
   std::string identifier;
-  std::string appFolder;
+  std::string jar;                     // either the one jar that the application is,
+  std::string appFolder;               // or the folder with its files
+  std::string mainClass;               // empty when the folder holds a launch file
+  std::vector<std::string> classPath;  // relative to the folder; empty for all jars in it
+  std::vector<std::string> arguments;
+  std::vector<std::string> jvmOptions;
+  long maximumHeapMegabytes = 0;  // 0 leaves it to the runtime
   std::string icon;
   // [updater]
-  std::string updaterFolder;
+  std::string updaterFolder;  // empty for the packager's own
   std::string updaterVersion;
   // [runtime]
-  std::string runtimeHome;
-  std::string runtimeVersion;
+  std::string runtimeHome;                  // either a runtime that stands,
+  std::vector<std::string> runtimeModules;  // or what jlink makes one of; empty: as jdeps finds
+  std::string jdk;                          // empty for the one that is found
+  std::string jmods;                        // empty for the JDK's own
+  std::string runtimeVersion;               // empty for the number that the runtime states
   std::string runtimeName = "Mac64JRE";
   // [installer]
   std::string installType = "perm_user";
-  std::string updateUrl = "http://192.0.2.10/";  // the placeholder: no update site
+  std::string updateUrl = NO_UPDATE_URL;
   std::string silentParameter = "-silent";
   long minimumSplashMs = 0;
   std::string splash;
@@ -38,9 +53,14 @@ struct Project {
   std::string key;
 };
 
-// Reads the project file `path`. Throws InputError, naming the file and the key, when it is no
-// TOML, a key is unknown or of another type, or a required one is missing.
+// Reads the project file `path`. Throws InputError, naming the file, the line and the key, when it
+// is no TOML, a key is unknown or of another type.
 Project readProject(const std::string& path);
+
+// Throws InputError, naming the file, the key and what to do, when a key that is needed is missing,
+// keys exclude each other, a value cannot do its work in the places where it goes, or a file or
+// folder that is named is not there or not of its kind.
+void checkProject(const Project& project);
 
 }  // namespace tools
 

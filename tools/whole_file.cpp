@@ -31,6 +31,25 @@ unsigned permissionsOf(FILE* file) {
   return fstat(fileno(file), &status) == 0 ? status.st_mode & 0777u : 0644u;
 }
 
+std::string readWhole(const std::string& path) {
+  const Stream stream = openInput(path);
+  std::string bytes;
+  char piece[65536];
+  while (const size_t count = fread(piece, 1, sizeof piece, stream.get())) {
+    bytes.append(piece, count);
+  }
+  if (ferror(stream.get()) != 0) {
+    throw InputError(path + " cannot be read to its end: " + reason());
+  }
+  return bytes;
+}
+
+void writeWhole(const std::string& path, const std::string& bytes, unsigned mode) {
+  WholeFile file(path, mode);
+  file.write(bytes.data(), bytes.size());
+  file.finish();
+}
+
 WholeFile::WholeFile(const std::string& path, unsigned mode)
     : path_(path), temporary_(path + ".part-XXXXXX") {
   const int file = mkstemp(temporary_.data());

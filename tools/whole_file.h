@@ -12,6 +12,12 @@ namespace tools {
 // Opens `path` for reading. Throws InputError when it is no readable plain file.
 Stream openInput(const std::string& path);
 
+// Returns the bytes of the plain file `path`. Throws InputError when it cannot be read.
+std::string readWhole(const std::string& path);
+
+// Writes a file whole, with the permission bits `mode`. Throws InputError.
+void writeWhole(const std::string& path, const std::string& bytes, unsigned mode = 0644);
+
 // A new file that gets its name when it is finished. Throws InputError, with the system's reason,
 // when it cannot be made, written or named; what was written goes away with an unfinished object.
 class WholeFile {

@@ -1,13 +1,17 @@
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "tools/components.h"
+#include "tools/folder_tree.h"
 #include "tools/input_error.h"
 #include "tools/installer_writer.h"
+#include "tools/java_runtime.h"
+#include "tools/key_file.h"
+#include "tools/output_folder.h"
 #include "tools/pack/commands.h"
+#include "tools/pack/progress.h"
 #include "tools/project_file.h"
 
 namespace fs = std::filesystem;
@@ -18,57 +22,129 @@ namespace {
 
 struct BuildOptions {
   std::string project = "quorvane.toml";
-  std::string output;
-  std::string executables;  // the folder of launcher, extractor and lzma64
-  std::string updateUrl;    // instead of the project's
+  std::string output = "dist";
+  ProgramFiles files;
+  // Instead of the project's values, unless empty.
+  std::string appVersion;
+  std::string updateUrl;
+  std::string key;
+  std::string runtime;
+  std::string jdk;
   bool isQuiet = false;
+  bool isVerbose = false;
+
+  Verbosity verbosity() const {
+    return isQuiet ? Verbosity::quiet : isVerbose ? Verbosity::verbose : Verbosity::normal;
+  }
 };
 
 // What one build works with.
 struct Build {
-  BuildOptions options;
-  Project project;
-  std::optional<SigningKey> key;
+  const BuildOptions& options;
+  const Project& project;
+  const Components& components;
+  const SigningKey* key;
+  OutputFolder& output;
+  Progress& progress;
+};
 
-  const SigningKey* signingKey() const { return key ? &*key : nullptr; }
+// A runtime to pack.
+struct Runtime {
+  std::string home;
+  std::string version;
 };
 
 }  // namespace
 
-// Stands in an output folder that this command made, and may therefore replace.
-static const char kOwnMark[] = ".quorvane-output";
-
-static void say(const Build& build, const std::string& what) {
-  if (!build.options.isQuiet) {
-    printf("%s\n", what.c_str());
-    fflush(stdout);
+static void overrideValue(std::string* value, const std::string& given) {
+  if (!given.empty()) {
+    *value = given;
   }
 }
 
-static void prepareOutput(const std::string& folder) {
-  std::error_code error;
-  const bool isOwn = fs::exists(folder + "/" + kOwnMark);
-  if (fs::exists(folder) && !fs::is_empty(folder, error) && !isOwn) {
-    throw InputError(folder +
-                     " holds files that this command did not make; choose an empty or new folder");
+static Project projectOf(const BuildOptions& options) {
+  Project project = readProject(options.project);
+  overrideValue(&project.version, options.appVersion);
+  overrideValue(&project.updateUrl, options.updateUrl);
+  overrideValue(&project.key, options.key);
+  overrideValue(&project.jdk, options.jdk);
+  if (!options.runtime.empty()) {
+    project.runtimeHome = options.runtime;
+    project.runtimeModules.clear();
+    project.jmods.clear();
+    project.jdk.clear();
   }
-  if (isOwn) {
-    fs::remove_all(folder, error);
+  checkProject(project);
+  return project;
+}
+
+static std::optional<SigningKey> keyOf(const Project& project) {
+  if (project.key.empty()) {
+    return std::nullopt;
   }
-  fs::create_directories(folder, error);
-  if (error || !std::ofstream(folder + "/" + kOwnMark).put('\n')) {
-    throw InputError("cannot write to " + folder);
+  if (project.key != "-" && isOpenToOthers(project.key)) {
+    fprintf(stderr, "quorvane-pack: others may read %s; run 'chmod 600' on it\n",
+            project.key.c_str());
+  }
+  return SigningKey::read(project.key);
+}
+
+// What is packed must not hold what is made of it.
+static void requireApart(const BuildOptions& options, const Project& project) {
+  for (const std::string& folder :
+       {project.appFolder, project.updaterFolder, project.runtimeHome, project.jmods}) {
+    if (!folder.empty() && isInside(options.output, folder)) {
+      throw InputError("the output folder " + options.output + " lies in " + folder +
+                       ", which is packed; choose another one with --output");
+    }
   }
 }
 
-static Bundle bundleOf(const Build& build, const std::string& fileName,
-                       const std::string& executable) {
+static std::string listed(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) {
+    all += (all.empty() ? "" : ", ") + text;
+  }
+  return all;
+}
+
+// Makes the runtime in the folder `work`, or takes the one that stands.
+static Runtime runtimeOf(const Project& project, const std::string& work, Progress& progress) {
+  Runtime runtime;
+  if (project.runtimeHome.empty()) {
+    const Jdk jdk = Jdk::find(project.jdk);
+    progress.step("finding the modules that the runtime needs");
+    const std::vector<std::string> modules =
+        project.runtimeModules.empty() ? modulesOf(jdk, jarsOf(project)) : project.runtimeModules;
+    progress.detail(listed(modules));
+    progress.step("making the runtime with " + jdk.home() + "/bin/jlink");
+    linkRuntime(jdk, modules, project.jmods, work);
+    runtime.home = work;
+  } else {
+    progress.step("looking at the runtime");
+    progress.step("taking the runtime " + project.runtimeHome);
+    runtime.home = javaHomeIn(project.runtimeHome);
+  }
+  runtime.version =
+      project.runtimeVersion.empty() ? runtimeNumber(runtime.home) : project.runtimeVersion;
+  if (runtime.version.empty()) {
+    throw InputError(project.file + ": [runtime] needs the key 'version', since " + runtime.home +
+                     "/release states none");
+  }
+  return runtime;
+}
+
+static std::string named(const Build& build, const char* suffix) {
+  return build.project.name + suffix + ".app";
+}
+
+static Bundle bundleOf(const Build& build, const std::string& name, const std::string& executable) {
   Bundle bundle;
-  bundle.path = build.options.output + "/" + fileName + ".app";
+  bundle.path = build.output / name;
   bundle.name = build.project.name;
   bundle.identifier = build.project.identifier;
   bundle.version = build.project.version;
-  bundle.executable = build.options.executables + "/" + executable;
+  bundle.executable = build.options.files.executables + "/" + executable;
   bundle.icon = build.project.icon;
   return bundle;
 }
@@ -78,12 +154,12 @@ static Tail tailOf(const Build& build) {
   Tail tail;
   tail.appName = project.name;
   tail.minSplashMs = project.minimumSplashMs;
-  tail.publicKeyHex = build.key ? build.key->publicKeyHex() : "";
+  tail.publicKeyHex = build.key == nullptr ? "" : build.key->publicKeyHex();
   tail.canOverrideSplash = project.canOverrideSplash;
   tail.installType = project.installType;
   tail.silentParameter = project.silentParameter;
   tail.requiredJavaVersion = project.requiredJava;
-  tail.updateUrl = build.options.updateUrl.empty() ? project.updateUrl : build.options.updateUrl;
+  tail.updateUrl = project.updateUrl;
   return tail;
 }
 
@@ -96,77 +172,114 @@ static Properties propertiesOf(const Project& project) {
   return properties;
 }
 
-static Installer installerOf(const Build& build, const std::string& fileName) {
-  const Project& project = build.project;
+static Installer installerOf(const Build& build, const std::string& name) {
   Installer installer;
-  installer.bundle = bundleOf(build, fileName, "extractor");
+  installer.bundle = bundleOf(build, name, "extractor");
   installer.tail = tailOf(build);
-  installer.tail.guVersion = project.updaterVersion;
-  installer.properties = propertiesOf(project);
-  installer.lzmaTool = build.options.executables + "/lzma64";
-  installer.updaterFolder = project.updaterFolder;
-  installer.appFolder = project.appFolder;
-  installer.splash = project.splash;
+  installer.tail.guVersion = build.components.updaterVersion();
+  installer.properties = propertiesOf(build.project);
+  installer.lzmaTool = build.options.files.executables + "/lzma64";
+  installer.updater = build.components.updater();
+  installer.application = build.components.application();
+  installer.splash = build.project.splash;
   return installer;
 }
 
 static void buildLauncher(const Build& build) {
-  const Bundle bundle = bundleOf(build, build.project.name, "launcher");
-  say(build, "launcher bundle    " + bundle.path);
+  build.progress.step("writing the launcher bundle");
+  const Bundle bundle = bundleOf(build, named(build, ""), "launcher");
   writeBundle(bundle);
   writeTailFile(tailPathInBundle(bundle.path), tailOf(build));
 }
 
-static void buildOfflineInstaller(const Build& build, const std::string& runtimeArchive) {
-  Installer installer = installerOf(build, build.project.name + " Installer");
-  say(build, "offline installer  " + installer.bundle.path);
+static std::string buildSite(const Build& build, const Runtime& runtime) {
+  build.progress.step("packing the runtime");
+  return writeUpdateSite(build.output / "site", build.project.runtimeName, runtime.version,
+                         runtime.home, build.key);
+}
+
+static void buildOfflineInstaller(const Build& build, const Runtime& runtime,
+                                  const std::string& runtimeArchive) {
+  build.progress.step("writing the offline installer");
+  Installer installer = installerOf(build, named(build, " Installer"));
   installer.tail.appVersion = build.project.version;
-  installer.tail.jreVersion = build.project.runtimeVersion;
+  installer.tail.jreVersion = runtime.version;
   installer.runtimeArchive = runtimeArchive;
-  writeInstaller(installer, build.signingKey());
+  writeInstaller(installer, build.key);
 }
 
 static void buildOnlineInstaller(const Build& build) {
-  const Installer installer = installerOf(build, build.project.name + " Online Installer");
-  say(build, "online installer   " + installer.bundle.path);
-  writeInstaller(installer, build.signingKey());
+  build.progress.step("writing the online installer");
+  writeInstaller(installerOf(build, named(build, " Online Installer")), build.key);
 }
 
-static std::string buildSite(const Build& build) {
-  const std::string site = build.options.output + "/site";
-  say(build, "update site        " + site);
-  return writeUpdateSite(site, build.project.runtimeName, build.project.runtimeVersion,
-                         build.project.runtimeHome, build.signingKey());
+static void sayResults(const Build& build) {
+  const auto say = [&](const char* what, const std::string& name) {
+    build.progress.result(what + build.output.finalPath(name));
+  };
+  say("launcher bundle    ", named(build, ""));
+  say("offline installer  ", named(build, " Installer"));
+  say("online installer   ", named(build, " Online Installer"));
+  say("update site        ", "site");
+  if (build.project.updateUrl == NO_UPDATE_URL) {
+    build.progress.result(
+        "note: [installer] has no update_url, so the online installer can fetch no runtime");
+  }
 }
 
 static void runBuild(const BuildOptions& options) {
-  Build build{options, readProject(options.project), std::nullopt};
-  if (!build.project.key.empty()) {
-    build.key = SigningKey::read(build.project.key);
-  }
-  prepareOutput(options.output);
+  constexpr int kSteps = 7;
+  Progress progress(options.verbosity(), kSteps);
+  progress.step("reading " + options.project);
+  const Project project = projectOf(options);
+  requireApart(options, project);
+  const std::optional<SigningKey> key = keyOf(project);
+  const Components components(project, options.files.updaterJar);
+  OutputFolder output(options.output);
+  const TemporaryFolder work;
+  const Runtime runtime = runtimeOf(project, work / "runtime", progress);
+  const Build build{options, project, components, key ? &*key : nullptr, output, progress};
+  const std::string runtimeArchive = buildSite(build, runtime);
   buildLauncher(build);
-  buildOfflineInstaller(build, buildSite(build));
+  buildOfflineInstaller(build, runtime, runtimeArchive);
   buildOnlineInstaller(build);
+  output.finish();
+  sayResults(build);
 }
 
-void addBuildCommand(CLI::App* app, const std::string& executables) {
+static void addOverrides(CLI::App* command, BuildOptions* options) {
+  command->add_option("--app-version", options->appVersion,
+                      "Instead of the project's [application] version");
+  command->add_option("--update-url", options->updateUrl,
+                      "Instead of the project's [installer] update_url");
+  command->add_option("--key", options->key,
+                      "Instead of the project's [signing] key; - is standard input");
+  command->add_option("--runtime", options->runtime, "Carry the runtime in this folder instead");
+  command->add_option("--jdk", options->jdk, "The JDK that makes the runtime");
+}
+
+void addBuildCommand(CLI::App* app, const ProgramFiles& files) {
   CLI::App* command = app->add_subcommand(
       "build", "Makes a launcher bundle, an offline and an online installer and an update site.");
   auto options = std::make_shared<BuildOptions>();
-  options->executables = executables;
+  options->files = files;
   command->add_option("PROJECT", options->project, "The project file")->capture_default_str();
   command
       ->add_option("-o,--output", options->output,
                    "The folder to write to: new, empty, or made by this command")
-      ->required();
+      ->capture_default_str();
   command
-      ->add_option("--executables", options->executables,
+      ->add_option("--executables", options->files.executables,
                    "The folder of launcher, extractor and lzma64 for the target system")
       ->capture_default_str();
-  command->add_option("--update-url", options->updateUrl, "Instead of the project's update URL");
-  command->add_flag("-q,--quiet", options->isQuiet, "Says nothing when all is well");
-  command->footer("Example:\n  quorvane-pack build quorvane.toml --output dist");
+  addOverrides(command, options.get());
+  CLI::Option* quiet =
+      command->add_flag("-q,--quiet", options->isQuiet, "Say nothing when all is well");
+  command->add_flag("-v,--verbose", options->isVerbose, "Say what is done on the way")
+      ->excludes(quiet);
+  command->footer(
+      "Options override the project file. Results are put in place when all are made.\n"
+      "Example:\n  quorvane-pack build quorvane.toml --output dist --app-version 2");
   command->callback([options] { runBuild(*options); });
 }
 

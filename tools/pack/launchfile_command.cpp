@@ -17,23 +17,6 @@ struct LaunchFileOptions {
 };
 }  // namespace
 
-static std::string contentOf(const std::string& path) {
-  const Stream stream = openInput(path);
-  std::string content;
-  char piece[4096];
-  while (const size_t count = fread(piece, 1, sizeof piece, stream.get())) {
-    content.append(piece, count);
-  }
-  return content;
-}
-
-static void writeContent(const std::string& path, const std::string& content) {
-  constexpr unsigned kMode = 0644;
-  WholeFile file(path, kMode);
-  file.write(content.data(), content.size());
-  file.finish();
-}
-
 // Puts the file's name in front of what is wrong with its content.
 template <typename Function>
 static auto aboutFile(const std::string& path, Function function) {
@@ -45,14 +28,14 @@ static auto aboutFile(const std::string& path, Function function) {
 }
 
 static void writeLaunchFile(const LaunchFileOptions& options) {
-  const std::string text = contentOf(options.input);
+  const std::string text = readWhole(options.input);
   const std::string bytes =
       aboutFile(options.input, [&] { return encodeLaunchFile(launchFileFromText(text)); });
-  writeContent(options.output, bytes);
+  writeWhole(options.output, bytes);
 }
 
 static void readLaunchFile(const LaunchFileOptions& options) {
-  const std::string bytes = contentOf(options.input);
+  const std::string bytes = readWhole(options.input);
   const std::string text =
       aboutFile(options.input, [&] { return textOfLaunchFile(decodeLaunchFile(bytes)); });
   fwrite(text.data(), 1, text.size(), stdout);

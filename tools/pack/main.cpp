@@ -8,23 +8,18 @@
 static const int kInputError = 1;
 static const int kUsageError = 2;
 
-// The folder of this program, where the product's executables lie beside it.
-static std::string folderOf(const char* program) {
-  const std::string path = program;
-  const size_t slash = path.rfind('/');
-  return slash == std::string::npos ? "." : path.substr(0, slash);
-}
-
 int main(int argc, char** argv) {
   CLI::App app{"Makes macOS bundles, installers and update sites of Java applications."};
-  app.set_version_flag("--version", QUORVANE_VERSION);
+  app.set_version_flag("--version", "quorvane-pack " QUORVANE_VERSION);
   app.require_subcommand(1);
   tools::addArchiveCommand(&app);
-  tools::addBuildCommand(&app, folderOf(argv[0]));
+  tools::addBuildCommand(&app, tools::findProgramFiles(argv[0]));
+  tools::addInitCommand(&app);
   tools::addKeyCommand(&app);
   tools::addLaunchfileCommand(&app);
   tools::addParamsCommand(&app);
   tools::addTailCommand(&app);
+  tools::addVerifyCommand(&app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

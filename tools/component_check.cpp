@@ -1,0 +1,136 @@
+#include "tools/component_check.h"
+
+#include <algorithm>
+
+#include "tools/archive_reader.h"
+#include "tools/input_error.h"
+#include "tools/launch_file_writer.h"
+#include "tools/lzma.h"
+#include "tools/whole_file.h"
+
+namespace tools {
+
+static const char kLaunchFile[] = "QuorvaneLaunch";
+static const char kPngStart[] = "\x89PNG\r\n\x1a\n";
+
+static bool endsWith(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+void ComponentCheck::read(InstallerStream* stream, int count) {
+  for (int i = 0; i < count; ++i) {
+    const std::string file = work_ / std::to_string(i);
+    const std::string record = stream->next(file);
+    if (record.empty()) {
+      continue;
+    }
+    if (endsWith(record, ".p2") || endsWith(record, ".p2.l2")) {
+      addArchive(record, file);
+    } else {
+      const auto length = static_cast<long>(readWhole(file).size());
+      files_[record] = {file, 0, length};
+    }
+  }
+}
+
+void ComponentCheck::addArchive(const std::string& record, const std::string& path) {
+  ++archives_;
+  try {
+    std::string plain = path;
+    if (endsWith(record, ".l2")) {
+      plain = path + ".p2";
+      lzmaDecompress(path, plain);
+    }
+    const ArchiveListing listing = readArchive(plain, record);
+    for (const ArchiveEntry& entry : listing.entries) {
+      if (entry.kind != EntryKind::folder) {
+        files_[entry.path] = {plain, entry.offset, entry.length};
+      }
+    }
+    checkTrust(record, plain, listing);
+  } catch (const InputError& error) {
+    std::string what = error.what();
+    const size_t at = what.find(path);
+    problem(at == 0 ? record + what.substr(path.size()) : what);
+  }
+}
+
+void ComponentCheck::checkTrust(const std::string& record, const std::string& path,
+                                const ArchiveListing& listing) {
+  if (!listing.isSigned) {
+    if (trust_.isRequired) {
+      problem(record + " is not signed, and the params file asks for signatures");
+    }
+    return;
+  }
+  if (trust_.key == nullptr) {
+    problem(record + " is signed, and the Tail record has no key to check that with");
+    return;
+  }
+  checkSignature(path, record, listing, trust_.key);
+  ++signedArchives_;
+}
+
+std::string ComponentCheck::bytesOf(const std::string& path) const {
+  const Place& place = files_.at(path);
+  const Stream stream = openInput(place.file);
+  std::string bytes(static_cast<size_t>(place.length), '\0');
+  fseeko(stream.get(), place.offset, SEEK_SET);
+  bytes.resize(fread(bytes.data(), 1, bytes.size(), stream.get()));
+  return bytes;
+}
+
+void ComponentCheck::requireFile(const std::string& path) {
+  if (!holds(path)) {
+    problem("the file " + path + " is missing");
+  }
+}
+
+void ComponentCheck::checkLaunchFile() {
+  if (!holds(kLaunchFile)) {
+    problem(std::string("the launch file ") + kLaunchFile + " is missing, so nothing can start");
+    return;
+  }
+  try {
+    const LaunchFile launch = decodeLaunchFile(bytesOf(kLaunchFile));
+    if (launch.mainClass.empty()) {
+      problem("its launch file names no main class");
+    }
+    for (const std::string& entry : launch.classPath) {
+      const std::string inside = entry + "/";
+      const bool isThere = holds(entry) || std::any_of(files_.begin(), files_.end(), [&](auto& f) {
+                             return f.first.compare(0, inside.size(), inside) == 0;
+                           });
+      if (!isThere) {
+        problem("its launch file has " + entry + " in the class path, which it does not hold");
+      }
+    }
+  } catch (const InputError& error) {
+    problem(std::string("its launch file is damaged: ") + error.what());
+  }
+}
+
+void ComponentCheck::checkVersion(const std::string& version) {
+  if (holds("version.txt") && bytesOf("version.txt") != version) {
+    problem("version.txt says " + bytesOf("version.txt").substr(0, 40) + ", the Tail record says " +
+            version);
+  }
+}
+
+void ComponentCheck::checkSplash() {
+  const std::string start(kPngStart);
+  if (holds("nativesplash.png") &&
+      bytesOf("nativesplash.png").compare(0, start.size(), start) != 0) {
+    problem("nativesplash.png is no PNG image");
+  }
+}
+
+void ComponentCheck::describe(const std::string& version) {
+  std::string fact = name_ + " " + version + ": " + std::to_string(files_.size()) + " files";
+  if (archives_ > 0) {
+    fact += signedArchives_ == archives_ ? ", the signature is right" : ", not signed";
+  }
+  report_->facts.push_back(fact);
+}
+
+}  // namespace tools

@@ -1,0 +1,66 @@
+#ifndef QUORVANE_TOOLS_COMPONENT_CHECK_H
+#define QUORVANE_TOOLS_COMPONENT_CHECK_H
+
+#include <map>
+#include <string>
+
+#include "crypto/signature.h"
+#include "tools/archive_reader.h"
+#include "tools/installer_check.h"
+#include "tools/installer_stream.h"
+#include "tools/temporary_folder.h"
+
+namespace tools {
+
+// How archives are judged.
+struct Trust {
+  Rsa_key* key = nullptr;
+  bool isRequired = false;  // unsigned archives are refused
+};
+
+// One component of an installer: what its records hold together.
+class ComponentCheck {
+ public:
+  ComponentCheck(std::string name, const Trust& trust, BundleReport* report)
+      : name_(std::move(name)), trust_(trust), report_(report) {}
+
+  // Reads `count` records. Throws InputError when the stream cannot be read on.
+  void read(InstallerStream* stream, int count);
+
+  bool holds(const std::string& path) const { return files_.count(path) > 0; }
+  // Reports a problem when a file is missing.
+  void requireFile(const std::string& path);
+  // Checks the launch file and that what it names is there.
+  void checkLaunchFile();
+  // Checks the record version.txt, which says the version once more.
+  void checkVersion(const std::string& version);
+  void checkSplash();
+  // Adds what the component is to the facts.
+  void describe(const std::string& version);
+
+ private:
+  // Where the bytes of a file lie.
+  struct Place {
+    std::string file;
+    long offset = 0;
+    long length = 0;
+  };
+
+  void problem(const std::string& what) { report_->problems.push_back(name_ + ": " + what); }
+  void addArchive(const std::string& record, const std::string& path);
+  void checkTrust(const std::string& record, const std::string& path,
+                  const ArchiveListing& listing);
+  std::string bytesOf(const std::string& path) const;
+
+  std::string name_;
+  Trust trust_;
+  BundleReport* report_;
+  TemporaryFolder work_;
+  std::map<std::string, Place> files_;
+  int signedArchives_ = 0;
+  int archives_ = 0;
+};
+
+}  // namespace tools
+
+#endif

@@ -1,0 +1,110 @@
+#include "tools/components.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "tools/folder_tree.h"
+#include "tools/input_error.h"
+#include "tools/launch_file_writer.h"
+#include "tools/whole_file.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+static const char kLaunchFile[] = "QuorvaneLaunch";
+
+// The packager's own updater: its number grows with what it does, so that an installer replaces an
+// older one.
+static const char kOwnUpdaterVersion[] = "1";
+static const char kOwnUpdaterJar[] = "updater.jar";
+static const char kOwnUpdaterClass[] = "org.example.updater.GenericUpdater";
+static const char kOwnUpdaterProbe[] = "org.example.updater.CompatibilityProbe";
+
+// The paths of the jars in the folder, relative to it and sorted.
+static std::vector<std::string> jarPathsIn(const std::string& folder) {
+  std::vector<std::string> paths;
+  for (const auto& [path, item] : listFolder(folder)) {
+    if (!item.isFolder && fs::path(path).extension() == ".jar") {
+      paths.push_back(path);
+    }
+  }
+  if (paths.empty()) {
+    throw InputError(folder + " holds no jar; put the application's jars into it");
+  }
+  return paths;
+}
+
+std::vector<std::string> jarsOf(const Project& project) {
+  if (!project.jar.empty()) {
+    return {project.jar};
+  }
+  std::vector<std::string> jars = jarPathsIn(project.appFolder);
+  for (std::string& jar : jars) {
+    jar.insert(0, project.appFolder + "/");
+  }
+  return jars;
+}
+
+Components::Components(const Project& project, const std::string& updaterJar) {
+  describeApplication(project);
+  describeUpdater(project, updaterJar);
+}
+
+static std::vector<std::string> classPathOf(const Project& project) {
+  if (!project.jar.empty()) {
+    return {fs::path(project.jar).filename()};
+  }
+  if (project.classPath.empty()) {
+    return jarPathsIn(project.appFolder);
+  }
+  for (const std::string& entry : project.classPath) {
+    if (!fs::exists(fs::path(project.appFolder) / entry)) {
+      throw InputError(project.file + ": [application] class_path has " + entry + ", which " +
+                       project.appFolder + " does not hold");
+    }
+  }
+  return project.classPath;
+}
+
+void Components::describeApplication(const Project& project) {
+  application_.folder = project.appFolder;
+  if (!project.jar.empty()) {
+    application_.files.emplace_back(fs::path(project.jar).filename(), project.jar);
+  }
+  if (project.mainClass.empty()) {
+    return;  // the folder holds its launch file
+  }
+  LaunchFile launch;
+  launch.mainClass = project.mainClass;
+  launch.appName = project.name;
+  launch.classPath = classPathOf(project);
+  launch.arguments = project.arguments;
+  launch.jvmOptions = project.jvmOptions;
+  launch.maximumHeapMegabytes = project.maximumHeapMegabytes;
+  writeWhole(work_ / "application", encodeLaunchFile(launch));
+  application_.files.emplace_back(kLaunchFile, work_ / "application");
+}
+
+void Components::describeUpdater(const Project& project, const std::string& jar) {
+  if (!project.updaterFolder.empty()) {
+    updater_.folder = project.updaterFolder;
+    updaterVersion_ = project.updaterVersion;
+    return;
+  }
+  if (!fs::is_regular_file(jar)) {
+    throw InputError("the packager's own updater is not at " + jar +
+                     ": it was built without a JDK; build it with one, or name an updater as "
+                     "'folder' and 'version' in [updater]");
+  }
+  LaunchFile launch;
+  launch.mainClass = kOwnUpdaterClass;
+  launch.compatibilityClass = kOwnUpdaterProbe;
+  launch.appName = project.name;
+  launch.classPath = {kOwnUpdaterJar};
+  writeWhole(work_ / "updater", encodeLaunchFile(launch));
+  updater_.files = {{kOwnUpdaterJar, jar}, {kLaunchFile, work_ / "updater"}};
+  updaterVersion_ = kOwnUpdaterVersion;
+}
+
+}  // namespace tools

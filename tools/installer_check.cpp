@@ -1,0 +1,219 @@
+#include "tools/installer_check.h"
+
+#include <filesystem>
+#include <memory>
+
+#include "support/hex.h"
+#include "tools/bundle_reader.h"
+#include "tools/component_check.h"
+#include "tools/input_error.h"
+#include "tools/marker_search.h"
+#include "tools/params_writer.h"
+#include "tools/quiet_output.h"
+#include "tools/tail_writer.h"
+#include "tools/whole_file.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+namespace {
+
+struct FreeKey {
+  void operator()(Rsa_key* key) const { freePublicKey(key); }
+};
+using PublicKey = std::unique_ptr<Rsa_key, FreeKey>;
+
+// The values of a Tail record, by their places.
+enum TailValue {
+  APP_NAME,
+  APP_VERSION,
+  JRE_VERSION,
+  GU_VERSION,
+  MIN_SPLASH,
+  PUBLIC_KEY,
+  CAN_OVERRIDE_SPLASH,
+  INSTALL_TYPE,
+  SILENT_PARAMETER,
+  REQUIRED_JAVA,
+  UPDATE_URL
+};
+
+class BundleCheck {
+ public:
+  explicit BundleCheck(const std::string& bundle)
+      : bundle_(bundle), resources_(bundle + "/Contents/Resources") {}
+
+  BundleReport run() {
+    const std::string executable = attempt([&] { return executableOfBundle(bundle_); });
+    if (!readTail(executable)) {
+      return report_;
+    }
+    attempt([&] { return encodeTail(tail()); });
+    readKey();
+    if (value(GU_VERSION).empty()) {
+      report_.facts.push_back("a launcher bundle: it carries no updater, so it installs nothing");
+      requireNothingBehind();
+      return report_;
+    }
+    readProperties();
+    attempt([&] { return readComponents(); });
+    return report_;
+  }
+
+ private:
+  const std::string& value(TailValue place) const { return found_.values[place]; }
+
+  void problem(const std::string& what) { report_.problems.push_back(what); }
+
+  // Runs a step and reports the InputError that ends it.
+  template <typename Step>
+  std::string attempt(Step step) {
+    try {
+      return step();
+    } catch (const InputError& error) {
+      problem(error.what());
+      return "";
+    }
+  }
+
+  // The record behind the executable, or else the one among the resources.
+  bool readTail(const std::string& executable) {
+    const auto carriesOne = [](const std::string& path) {
+      return searchMarker(openInput(path).get()).found;
+    };
+    const bool isBehind = !executable.empty() && carriesOne(executable);
+    tailPath_ = isBehind ? executable : resources_ + "/Tail";
+    if (isBehind) {
+      report_.facts.push_back("the Tail record stands behind the executable, outside of a seal");
+    }
+    const size_t before = report_.problems.size();
+    attempt([&] {
+      found_ = findTail(tailPath_);
+      return "";
+    });
+    if (report_.problems.size() > before) {
+      return false;
+    }
+    report_.facts.push_back("application name: " + value(APP_NAME));
+    return true;
+  }
+
+  Tail tail() const {
+    Tail tail;
+    tail.appName = value(APP_NAME);
+    tail.appVersion = value(APP_VERSION);
+    tail.jreVersion = value(JRE_VERSION);
+    tail.guVersion = value(GU_VERSION);
+    tail.publicKeyHex = value(PUBLIC_KEY);
+    tail.installType = value(INSTALL_TYPE);
+    tail.silentParameter = value(SILENT_PARAMETER);
+    tail.requiredJavaVersion = value(REQUIRED_JAVA);
+    tail.updateUrl = value(UPDATE_URL);
+    return tail;
+  }
+
+  void readKey() {
+    const std::string& hex = value(PUBLIC_KEY);
+    if (hex.empty()) {
+      return;
+    }
+    std::string der(hex.size() / 2 + 2, '\0');
+    auto* bytes = reinterpret_cast<unsigned char*>(der.data());
+    const int length = hexToBytes(bytes, static_cast<int>(der.size()), hex.c_str());
+    const QuietOutput quiet;
+    key_.reset(loadDEREncodedPublicKey(bytes, length));
+    if (key_ == nullptr) {
+      problem("the public key in the Tail record cannot be used; make the installer again");
+    }
+  }
+
+  void readProperties() {
+    std::string path = resources_ + "/AppParams.excludefromsigning";
+    if (!fs::exists(path)) {
+      path = resources_ + "/params.lproj/locversion.plist";
+    }
+    Properties properties;
+    attempt([&] {
+      properties = decodeParams(readWhole(path));
+      return "";
+    });
+    for (const auto& [name, text] : properties) {
+      if (name == "require_signature") {
+        trust_.isRequired = text == "true";
+      }
+    }
+    trust_.key = key_.get();
+    report_.facts.push_back("params file: " + std::to_string(properties.size()) + " properties");
+    if (trust_.isRequired && value(PUBLIC_KEY).empty()) {
+      problem("the params file asks for signatures, and the Tail record has no key");
+    }
+    if (!trust_.isRequired) {
+      report_.facts.push_back("signatures are not asked for: what is not signed is accepted");
+    }
+  }
+
+  std::string readComponents() {
+    InstallerStream stream(tailPath_,
+                           static_cast<long long>(fs::file_size(tailPath_)) - found_.bytesBehind);
+    readUpdater(&stream);
+    if (!value(JRE_VERSION).empty()) {
+      readRuntime(&stream);
+    }
+    if (!value(APP_VERSION).empty()) {
+      readApplication(&stream);
+    }
+    found_.bytesBehind = stream.bytesLeft();
+    requireNothingBehind();
+    return "";
+  }
+
+  void readUpdater(InstallerStream* stream) {
+    ComponentCheck updater("updater", trust_, &report_);
+    updater.read(stream, 1);
+    updater.requireFile("lzma64");
+    updater.read(stream, 3);
+    updater.checkLaunchFile();
+    updater.checkSplash();
+    updater.checkVersion(value(GU_VERSION));
+    updater.describe(value(GU_VERSION));
+  }
+
+  void readRuntime(InstallerStream* stream) {
+    ComponentCheck runtime("runtime", trust_, &report_);
+    runtime.read(stream, 1);
+    runtime.requireFile("Contents/Home/bin/java");
+    runtime.describe(value(JRE_VERSION));
+  }
+
+  void readApplication(InstallerStream* stream) {
+    ComponentCheck application("application", trust_, &report_);
+    application.read(stream, 2);
+    application.checkLaunchFile();
+    application.checkVersion(value(APP_VERSION));
+    application.describe(value(APP_VERSION));
+  }
+
+  void requireNothingBehind() {
+    if (found_.bytesBehind != 0) {
+      problem(tailPath_ + " goes on for " + std::to_string(found_.bytesBehind) +
+              " bytes behind what is read");
+    }
+  }
+
+  std::string bundle_;
+  std::string resources_;
+  std::string tailPath_;
+  FoundTail found_;
+  PublicKey key_;
+  Trust trust_;
+  BundleReport report_;
+};
+
+}  // namespace
+
+BundleReport checkBundle(const std::string& bundle) {
+  return BundleCheck(bundle).run();
+}
+
+}  // namespace tools

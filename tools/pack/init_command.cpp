@@ -1,0 +1,163 @@
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "tools/components.h"
+#include "tools/folder_tree.h"
+#include "tools/input_error.h"
+#include "tools/jar_manifest.h"
+#include "tools/key_file.h"
+#include "tools/pack/commands.h"
+#include "tools/project_text.h"
+#include "tools/signing.h"
+#include "tools/whole_file.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+namespace {
+struct InitOptions {
+  std::string input;
+  std::string project = "quorvane.toml";
+  std::string name;
+  std::string mainClass;
+  std::string key;
+  std::string jdk;
+  bool mayReplace = false;
+};
+}  // namespace
+
+static fs::path folderOf(const std::string& file) {
+  return fs::absolute(file).lexically_normal().parent_path();
+}
+
+// The path as the project file says it: relative to its folder where it lies below that.
+static std::string pathFor(const InitOptions& options, const std::string& path) {
+  const fs::path absolute = fs::absolute(path).lexically_normal();
+  const fs::path relative = absolute.lexically_relative(folderOf(options.project));
+  const bool isBelow = !relative.empty() && *relative.begin() != "..";
+  std::string text = isBelow ? relative : absolute;
+  while (text.size() > 1 && text.back() == '/') {
+    text.pop_back();
+  }
+  return text;
+}
+
+static void describeJar(const InitOptions& options, const Jdk& jdk, NewProject* project) {
+  const JarManifest manifest = readJarManifest(jdk, options.input);
+  if (!manifest.classPath.empty()) {
+    throw InputError("the manifest of " + options.input + " asks for " + manifest.classPath[0] +
+                     " beside it; name the folder that holds the jar and what it asks for");
+  }
+  project->jar = pathFor(options, options.input);
+  project->mainClass = manifest.mainClass;
+}
+
+static void describeFolder(const InitOptions& options, const Jdk& jdk, NewProject* project) {
+  if (isInside(options.project, options.input)) {
+    throw InputError("the project file " + options.project + " and its key would lie in " +
+                     options.input +
+                     ", which is packed; work in the folder above, or name another place with "
+                     "--project");
+  }
+  Project found;
+  found.appFolder = options.input;
+  std::string mainJar;
+  for (const std::string& jar : jarsOf(found)) {
+    const std::string mainClass = readJarManifest(jdk, jar).mainClass;
+    project->classPath.push_back(jar.substr(options.input.size() + 1));
+    if (mainClass.empty() || !options.mainClass.empty()) {
+      continue;
+    }
+    if (!mainJar.empty()) {
+      throw InputError(mainJar + " and " + jar +
+                       " both name a main class; say which one starts with --main-class");
+    }
+    mainJar = jar;
+    project->mainClass = mainClass;
+  }
+  project->folder = pathFor(options, options.input);
+}
+
+static NewProject describe(const InitOptions& options) {
+  const Jdk jdk = Jdk::find(options.jdk);
+  NewProject project;
+  if (fs::is_directory(options.input)) {
+    describeFolder(options, jdk, &project);
+  } else {
+    describeJar(options, jdk, &project);
+  }
+  if (!options.mainClass.empty()) {
+    project.mainClass = options.mainClass;
+  }
+  if (project.mainClass.empty()) {
+    throw InputError(options.input +
+                     " names no main class: no manifest has a Main-Class; say it with "
+                     "--main-class org.example.Main");
+  }
+  project.name = options.name.empty() ? suggestedName(fs::absolute(options.input)) : options.name;
+  if (project.name.empty()) {
+    throw InputError("the name of " + options.input +
+                     " gives no name for the application; say one with --name");
+  }
+  project.identifier = suggestedIdentifier(project.mainClass, project.name);
+  project.key = pathFor(options, options.key);
+  return project;
+}
+
+// Makes the key pair unless the key stands already: a key is never replaced.
+static void makeKey(const std::string& path) {
+  if (fs::exists(fs::symlink_status(path))) {
+    printf("%s: your signing key, as it stood\n", path.c_str());
+    return;
+  }
+  const SigningKey key = SigningKey::generate(DEFAULT_KEY_BITS);
+  writePrivateKey(path, key.privateKeyPem());
+  const std::string publicPath = fs::path(path).replace_extension(".pub");
+  writeWhole(publicPath, key.publicKeyHex() + "\n");
+  printf("%s: your new signing key; keep it safe, and out of what you publish\n", path.c_str());
+  printf("%s: its public half\n", publicPath.c_str());
+}
+
+static void runInit(InitOptions options) {
+  while (options.input.size() > 1 && options.input.back() == '/') {
+    options.input.pop_back();
+  }
+  if (options.key.empty()) {
+    options.key = (fs::path(options.project).parent_path() / "release.key").string();
+  }
+  if (fs::exists(fs::symlink_status(options.project)) && !options.mayReplace) {
+    throw InputError(options.project +
+                     " exists; name another file with --project, or replace it with --force");
+  }
+  const NewProject project = describe(options);
+  const std::string text = projectText(project);
+  makeKey(options.key);
+  writeWhole(options.project, text);
+  printf("%s: the project file of \"%s\"; next: quorvane-pack build\n", options.project.c_str(),
+         project.name.c_str());
+}
+
+void addInitCommand(CLI::App* app) {
+  CLI::App* command = app->add_subcommand(
+      "init", "Writes a project file for a jar or a folder of jars, and a key to sign with.");
+  auto options = std::make_shared<InitOptions>();
+  command->add_option("APPLICATION", options->input, "The jar, or the folder with the jars")
+      ->required();
+  command->add_option("--project", options->project, "The project file to write")
+      ->capture_default_str();
+  command->add_option("--name", options->name, "The application's name, else made of the jar's");
+  command->add_option("--main-class", options->mainClass,
+                      "The class that starts, else the one that the jar's manifest names");
+  command->add_option("--key", options->key,
+                      "The private key, made when it does not exist, else release.key beside the "
+                      "project file");
+  command->add_option("--jdk", options->jdk, "The JDK to use");
+  command->add_flag("--force", options->mayReplace, "Replace the project file; never the key");
+  command->footer("Example:\n  quorvane-pack init hello.jar");
+  command->callback([options] { runInit(*options); });
+}
+
+}  // namespace tools

@@ -1,0 +1,50 @@
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "tools/input_error.h"
+#include "tools/installer_check.h"
+#include "tools/pack/commands.h"
+
+namespace tools {
+
+namespace {
+struct VerifyOptions {
+  std::string bundle;
+  bool isQuiet = false;
+};
+}  // namespace
+
+static void verify(VerifyOptions options) {
+  while (options.bundle.size() > 1 && options.bundle.back() == '/') {
+    options.bundle.pop_back();
+  }
+  const BundleReport report = checkBundle(options.bundle);
+  if (!options.isQuiet) {
+    for (const std::string& fact : report.facts) {
+      printf("%s\n", fact.c_str());
+    }
+  }
+  if (!report.problems.empty()) {
+    std::string text = options.bundle + " would not work:";
+    for (const std::string& problem : report.problems) {
+      text += "\n  " + problem;
+    }
+    throw InputError(text);
+  }
+  if (!options.isQuiet) {
+    printf("%s: all is well\n", options.bundle.c_str());
+  }
+}
+
+void addVerifyCommand(CLI::App* app) {
+  CLI::App* command =
+      app->add_subcommand("verify", "Checks a whole installer, or a launcher bundle.");
+  auto options = std::make_shared<VerifyOptions>();
+  command->add_option("BUNDLE", options->bundle, "The bundle, NAME.app")->required();
+  command->add_flag("-q,--quiet", options->isQuiet, "Say nothing when all is well");
+  command->footer("Example:\n  quorvane-pack verify \"dist/Hello Installer.app\"");
+  command->callback([options] { verify(*options); });
+}
+
+}  // namespace tools

@@ -1,0 +1,235 @@
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "tools/folder_tree.h"
+#include "tools/input_error.h"
+#include "tools/project_file.h"
+#include "tools/whole_file.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+namespace {
+
+// Checks a project key by key; every message begins with the file, the section and the key.
+class ProjectCheck {
+ public:
+  explicit ProjectCheck(const Project& project) : project_(project) {}
+
+  void run() const {
+    checkNames();
+    checkVersions();
+    checkContent();
+    checkUpdater();
+    checkRuntime();
+    checkInstaller();
+    checkSigning();
+  }
+
+ private:
+  [[noreturn]] void fail(const char* section, const std::string& what) const {
+    throw InputError(project_.file + ": [" + section + "] " + what);
+  }
+
+  void require(const char* section, const char* key, const std::string& value,
+               const char* example) const {
+    if (value.empty()) {
+      fail(section,
+           std::string("needs the key '") + key + "', for example " + key + " = " + example);
+    }
+  }
+
+  // A name becomes a file's name, part of a folder's name and a text of Info.plist.
+  void requireName(const char* section, const std::string& name) const {
+    const bool isPlain = std::none_of(name.begin(), name.end(), [](unsigned char c) {
+      return c == '/' || c == '-' || c == ':' || c == '\\' || iscntrl(c) != 0;
+    });
+    if (!isPlain || name[0] == '.' || name[0] == ' ' || name.back() == ' ' ||
+        name.size() > kLongestName) {
+      fail(section, "name is \"" + name +
+                        "\"; folders are named after it, so it has at most 60 bytes, no '/', '-', "
+                        "':', '\\' or control character, and no '.' or blank at its start or blank "
+                        "at its end");
+    }
+  }
+
+  void checkNames() const {
+    require("application", "name", project_.name, "\"Hello\"");
+    requireName("application", project_.name);
+    require("runtime", "name", project_.runtimeName, "\"Mac64JRE\"");
+    requireName("runtime", project_.runtimeName);
+    if (project_.name == "Quorvane" || project_.name == project_.runtimeName) {
+      fail("application", "name is \"" + project_.name +
+                              "\", which names another component's folders; choose another one");
+    }
+    if (project_.runtimeName == "Quorvane") {
+      fail("runtime",
+           "name is \"Quorvane\", which names the updater's folders; choose another one");
+    }
+    require("application", "identifier", project_.identifier, "\"org.example.hello\"");
+    const std::string& id = project_.identifier;
+    const bool isIdentifier = std::all_of(id.begin(), id.end(), [](unsigned char c) {
+      return (c < 0x80 && isalnum(c) != 0) || c == '.' || c == '-';
+    });
+    if (!isIdentifier) {
+      fail("application", "identifier is \"" + id +
+                              "\"; it may hold letters, digits, '.' and '-', for example "
+                              "org.example.hello");
+    }
+  }
+
+  void requireNumber(const char* section, const std::string& value) const {
+    constexpr size_t kMostDigits = 18;
+    if (value.size() > kMostDigits || value.find_first_not_of("0123456789") != std::string::npos) {
+      fail(section, "version is \"" + value +
+                        "\"; versions are compared as whole numbers, so use up to 18 digits");
+    }
+  }
+
+  void checkVersions() const {
+    require("application", "version", project_.version, "\"1\"");
+    requireNumber("application", project_.version);
+    requireNumber("updater", project_.updaterVersion);
+    requireNumber("runtime", project_.runtimeVersion);
+  }
+
+  void requireFile(const char* section, const char* key, const std::string& path) const {
+    if (!path.empty() && !fs::is_regular_file(path)) {
+      fail(section, std::string(key) + " names " + path + ", which is no file there");
+    }
+  }
+
+  void requireFolder(const char* section, const char* key, const std::string& path) const {
+    if (!path.empty() && !fs::is_directory(path)) {
+      fail(section, std::string(key) + " names " + path + ", which is no folder there");
+    }
+  }
+
+  // A file of the kind that begins with `start`.
+  void requireKind(const char* section, const char* key, const std::string& path,
+                   const std::string& start, const char* kind) const {
+    requireFile(section, key, path);
+    if (!path.empty() && readWhole(path).compare(0, start.size(), start) != 0) {
+      fail(section, std::string(key) + " names " + path + ", which is no " + kind);
+    }
+  }
+
+  void checkContent() const {
+    if (project_.jar.empty() == project_.appFolder.empty()) {
+      fail("application", project_.jar.empty()
+                              ? "needs 'jar', the application's one jar, or 'folder', its files"
+                              : "has both 'jar' and 'folder'; remove one of them");
+    }
+    requireFile("application", "jar", project_.jar);
+    requireFolder("application", "folder", project_.appFolder);
+    checkLaunch();
+    requireKind("application", "icon", project_.icon, "icns", ".icns image");
+    if (!project_.icon.empty() && fs::path(project_.icon).extension() != ".icns") {
+      fail("application", "icon names " + project_.icon + ", whose name must end in .icns");
+    }
+  }
+
+  void checkLaunch() const {
+    const std::string launchFile = project_.appFolder + "/QuorvaneLaunch";
+    const bool stands = !project_.appFolder.empty() && fs::exists(launchFile);
+    const bool isDescribed = !project_.mainClass.empty() || !project_.classPath.empty() ||
+                             !project_.arguments.empty() || !project_.jvmOptions.empty() ||
+                             project_.maximumHeapMegabytes != 0;
+    if (stands && isDescribed) {
+      fail("application",
+           "describes how to start, and " + launchFile +
+               " does too; remove that file, or main_class, class_path, arguments, jvm_options and "
+               "maximum_heap_mb");
+    }
+    if (!stands) {
+      require("application", "main_class", project_.mainClass, "\"org.example.Main\"");
+    }
+    if (!project_.jar.empty() && !project_.classPath.empty()) {
+      fail("application", "has 'class_path' beside 'jar', which is the class path; remove it");
+    }
+    if (project_.maximumHeapMegabytes < 0) {
+      fail("application", "maximum_heap_mb is " + std::to_string(project_.maximumHeapMegabytes) +
+                              "; it must not be negative");
+    }
+  }
+
+  void checkUpdater() const {
+    requireFolder("updater", "folder", project_.updaterFolder);
+    if (project_.updaterFolder.empty()) {
+      if (!project_.updaterVersion.empty()) {
+        fail("updater",
+             "has 'version' and no 'folder'; without a folder the packager's own "
+             "updater is used, which has its own version");
+      }
+      return;
+    }
+    require("updater", "version", project_.updaterVersion, "\"1\"");
+    requireFile("updater", "folder", project_.updaterFolder + "/QuorvaneLaunch");
+  }
+
+  void checkRuntime() const {
+    requireFolder("runtime", "folder", project_.runtimeHome);
+    requireFolder("runtime", "jdk", project_.jdk);
+    requireFolder("runtime", "jmods", project_.jmods);
+    const bool isLinked =
+        !project_.runtimeModules.empty() || !project_.jdk.empty() || !project_.jmods.empty();
+    if (!project_.runtimeHome.empty() && isLinked) {
+      fail("runtime",
+           "has 'folder', a runtime that stands, beside 'modules', 'jdk' or 'jmods', "
+           "which make one; remove either");
+    }
+  }
+
+  void checkInstaller() const {
+    requireKind("installer", "splash", project_.splash, "\x89PNG\r\n\x1a\n", "PNG image");
+    const std::string& url = project_.updateUrl;
+    const bool isUrl = url.rfind("http://", 0) == 0 || url.rfind("https://", 0) == 0;
+    if (!isUrl && !url.empty() && url != "D") {
+      fail("installer", "update_url is \"" + url +
+                            "\"; it begins with http:// or https://, or is D for one that the "
+                            "property update_url gives");
+    }
+    const char* const own[][2] = {{"jre_name", "'name' in [runtime]"},
+                                  {"require_signature", "'require_signature' in [installer]"}};
+    for (const auto& [name, value] : project_.properties) {
+      for (const auto& [taken, key] : own) {
+        if (name == taken) {
+          fail("installer.properties", "has " + name + "; set it with " + key);
+        }
+      }
+    }
+  }
+
+  void checkSigning() const {
+    if (project_.requireSignature && project_.key.empty()) {
+      fail("signing",
+           "needs the key 'key', since installers accept only what is signed; make one with "
+           "'quorvane-pack key new release.key', or set require_signature = false in [installer]");
+    }
+    if (project_.key.empty() || project_.key == "-") {
+      return;
+    }
+    requireFile("signing", "key", project_.key);
+    for (const std::string& folder :
+         {project_.appFolder, project_.updaterFolder, project_.runtimeHome}) {
+      if (!folder.empty() && isInside(project_.key, folder)) {
+        fail("signing", "key names " + project_.key + ", which lies in " + folder +
+                            " and would be published with it; move it elsewhere");
+      }
+    }
+  }
+
+  static constexpr size_t kLongestName = 60;
+
+  const Project& project_;
+};
+
+}  // namespace
+
+void checkProject(const Project& project) {
+  ProjectCheck(project).run();
+}
+
+}  // namespace tools
