@@ -3,7 +3,11 @@
 # TMPDIR where; two gigabytes are needed there.
 set -euo pipefail
 
-cmake --build build-release --target archive_extract archive_extract_quiet quorvane-pack |
+build=$QUORVANE_BENCH_BUILD
+if [ -n "$QUORVANE_BENCH_SHORT" ]; then
+  export ROUNDS=1 MEGABYTES="1 10"
+fi
+cmake --build "$build" --target archive_extract archive_extract_quiet quorvane-pack |
   { grep -E 'error|FAILED' || true; }
 jdk=$(dirname "$(dirname "$(readlink -f "$(command -v javac)")")")
 work=$(mktemp -d)
@@ -11,4 +15,4 @@ trap 'rm -rf "$work"' EXIT
 key=$work/release.key
 install -m 600 tests/data/keys/first.pem "$key"
 mkdir "$work/measured"
-python3 bench/archive/measure.py build-release/bin "$work/measured" "$jdk" "$key"
+python3 bench/archive/measure.py "$build/bin" "$work/measured" "$jdk" "$key"

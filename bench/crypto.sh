@@ -3,11 +3,13 @@
 # all on one core in one run.
 set -euo pipefail
 
-cmake --build build-release --target crypto_bench | { grep -E 'error|FAILED' || true; }
+build=$QUORVANE_BENCH_BUILD
+repetitions=${QUORVANE_BENCH_SHORT:-60}
+cmake --build "$build" --target crypto_bench | { grep -E 'error|FAILED' || true; }
 core=$(taskset -cp $$ | sed 's/.*: //; s/[-,].*//')
 results=$(mktemp)
 trap 'rm -f "$results"' EXIT
-taskset -c "$core" build-release/bin/crypto_bench --benchmark_repetitions=60 \
+taskset -c "$core" "$build/bin/crypto_bench" --benchmark_repetitions="$repetitions" \
   --benchmark_min_time=0.01 --benchmark_enable_random_interleaving=true \
   --benchmark_out="$results" --benchmark_out_format=json >/dev/null
 python3 bench/ratios.py "$results" Keccak/OpensslSha3 KeccakPlain/OpensslSha3 \

@@ -2,5 +2,6 @@
 # compares wall time and peak memory. Ends with status 1 when a limit is missed.
 # Usage: scripts/bench download [ROUNDS]
 set -euo pipefail
-cmake --build build-release --target download_bench >/dev/null
-exec python3 bench/download.py build-release/bin/download_bench "${1:-9}"
+build=$QUORVANE_BENCH_BUILD
+cmake --build "$build" --target download_bench >/dev/null
+exec python3 bench/download.py "$build/bin/download_bench" "${1:-${QUORVANE_BENCH_SHORT:-9}}"

@@ -6,8 +6,9 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-rounds=${1:-40}
-folder=$PWD/build-release/bench-startup
+build=$QUORVANE_BENCH_BUILD
+rounds=${1:-${QUORVANE_BENCH_SHORT:-40}}
+folder=$PWD/$build/bench-startup
 jdk=$(dirname "$(dirname "$(readlink -f "$(command -v javac)")")")
 quiet=$(mktemp)
 BENCH_TMP=$(mktemp -d /tmp/bench-XXXXXX) # short: the toolkit keeps sockets there
@@ -24,9 +25,8 @@ clean_up() {
 
 quietly() { "$@" > "$quiet" 2>&1 || { cat "$quiet" >&2; echo "bench: this failed: $*" >&2; exit 1; }; }
 
-build() {
-  quietly cmake --preset release
-  quietly cmake --build build-release --target launcher exec_stamp quorvane-pack
+build_programs() {
+  quietly cmake --build "$build" --target launcher exec_stamp quorvane-pack
   rm -rf "$folder"
   mkdir -p "$folder"
 }
@@ -62,14 +62,14 @@ make_image() {
 make_bundle() {
   local app=$folder/Startup.app/Contents
   mkdir -p "$app/MacOS" "$app/Resources"
-  cp build-release/bin/launcher "$app/MacOS/Startup"
+  cp "$build"/bin/launcher "$app/MacOS/Startup"
   printf '<plist version="1.0"><dict><key>CFBundleName</key><string>Startup</string></dict></plist>\n' \
     > "$app/Info.plist"
-  quietly build-release/bin/quorvane-pack tail write --append "$app/MacOS/Startup" \
+  quietly "$build/bin/quorvane-pack" tail write --append "$app/MacOS/Startup" \
     --app-name Startup --install-type perm_user
 }
 
-build
+build_programs
 make_program
 make_runtimes
 mkdir -p "$folder/input"
@@ -80,4 +80,4 @@ make_account plain
 make_account shared
 make_bundle
 QUORVANE_OWN_DISPLAY=1 scripts/with-display \
-  python3 bench/startup/startup.py "$rounds" "$folder" build-release/bin/exec_stamp
+  python3 bench/startup/startup.py "$rounds" "$folder" "$build"/bin/exec_stamp

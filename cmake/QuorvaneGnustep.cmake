@@ -34,5 +34,7 @@ target_include_directories(quorvane_dependencies SYSTEM INTERFACE
   "${QUORVANE_JNI_HEADERS}" "${QUORVANE_JNI_HEADERS}/linux")
 target_link_libraries(quorvane_dependencies INTERFACE tomcrypt tommath dl)
 
+quorvane_find_liblzma()
+
 # How an executable is linked that is carried to other machines and uses nothing but the C library.
 set(QUORVANE_SELF_CONTAINED_OPTIONS -static)

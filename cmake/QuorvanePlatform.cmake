@@ -3,12 +3,22 @@
 #   quorvane_dependencies     libraries that the plain C++ core needs
 #   quorvane_objcxx           flags for compiling Objective-C++ files
 #   quorvane_cocoa_libraries  libraries that the Cocoa part needs
+#   quorvane_liblzma          liblzma as a static library, for the tools
 
 find_package(Threads REQUIRED)
 
 add_library(quorvane_dependencies INTERFACE)
 add_library(quorvane_objcxx INTERFACE)
 add_library(quorvane_cocoa_libraries INTERFACE)
+add_library(quorvane_liblzma INTERFACE)
+
+# An installed liblzma; where it is compiled with the rest, the platform's file says so instead.
+macro(quorvane_find_liblzma)
+  find_library(QUORVANE_LIBLZMA NAMES liblzma.a REQUIRED)
+  find_path(QUORVANE_LIBLZMA_HEADERS lzma.h REQUIRED)
+  target_include_directories(quorvane_liblzma SYSTEM INTERFACE "${QUORVANE_LIBLZMA_HEADERS}")
+  target_link_libraries(quorvane_liblzma INTERFACE "${QUORVANE_LIBLZMA}")
+endmacro()
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
   include(QuorvaneMacos)

@@ -57,7 +57,7 @@ WholeFile::WholeFile(const std::string& path, unsigned mode)
     temporary_.clear();
     fail("cannot be written");
   }
-  fchmod(file, mode);
+  fchmod(file, static_cast<mode_t>(mode));
   stream_.reset(fdopen(file, "w+b"));
   if (stream_ == nullptr) {
     close(file);

@@ -14,6 +14,7 @@ import time
 
 BIN, WORK, JDK, KEY = sys.argv[1:5]
 ROUNDS = int(os.environ.get("ROUNDS", "15"))
+MEGABYTES = [int(word) for word in os.environ.get("MEGABYTES", "10 100 1000").split()]
 PACK = os.path.join(BIN, "quorvane-pack")
 EXTRACT = os.path.join(BIN, "archive_extract")
 QUIET = os.path.join(BIN, "archive_extract_quiet")
@@ -126,7 +127,7 @@ def measure_memory():
     print("\npeak memory above the empty program (%.1f MB)" % (empty / 1024))
     print("| archive | unsigned, MB | signed, MB |")
     print("|---|---|---|")
-    for size in (10, 100, 1000):
+    for size in MEGABYTES:
         tree = path("one")
         os.makedirs(tree)
         with open(os.path.join(tree, "file"), "wb") as file:
