@@ -47,10 +47,18 @@ void extendProp(char* buffer, const char* text) {
   writeAndClose(buffer + closingOffset(buffer) - 1, text);
 }
 
+static char* put(char* at, const char* text) {
+  const size_t length = strlen(text);
+  memcpy(at, text, length);
+  return at + length;
+}
+
+// The end is looked for once only: there may be hundreds of properties.
 static void addProperty(char* buffer, const char* prefix, const char* key, const char* value) {
-  appendProp(buffer, prefix);
-  extendProp(buffer, key);
-  appendProp(buffer, value);
+  char* at = put(buffer + appendOffset(buffer), prefix);
+  at = put(at, key);
+  *at++ = '\0';
+  writeAndClose(at, value[0] == '\0' ? kEmptyValue : value);
 }
 
 void addStaticProperty(char* buffer, const char* key, const char* value) {

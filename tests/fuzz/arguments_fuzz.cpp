@@ -1,6 +1,7 @@
 // The Launcher's command line: every word goes where it belongs, the class path is split and put
 // together again without an empty entry, and nothing is written behind the room for it.
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -12,6 +13,8 @@
 #include "tests/fuzz/fuzz_target.h"
 
 static const size_t kLongest = 4096;
+static const size_t kMostEntries = 600;
+static const size_t kMostLogged = 20;
 
 namespace {
 
@@ -112,11 +115,11 @@ static void compareClassPath(const std::string* text) {
   }
 }
 
-// The option that names the entries, each of them `times` times: those that do not fit are left
+// The option that names the entries, the list taken `times` times: those that do not fit are left
 // out.
 static void compareOption(size_t times) {
   std::vector<char*> entries;
-  for (size_t i = 0; i < times; ++i) {
+  for (size_t i = 0; i < times && entries.size() < kMostEntries; ++i) {
     entries.insert(entries.end(), classPathArray, classPathArray + classPathArrayCount);
   }
   std::string wanted = entries.empty() ? "" : "-Djava.class.path=";
@@ -160,8 +163,8 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   compareClassPath(wanted.classPath);
   compareOption(data[0]);
   printTruncated("Main Class", clazz);
-  for (const std::string& word : words) {
-    printTruncated("Word", word.c_str());
+  for (size_t i = 0; i < std::min(words.size(), kMostLogged); ++i) {
+    printTruncated("Word", words[i].c_str());
   }
   forgetArguments();
   return 0;
