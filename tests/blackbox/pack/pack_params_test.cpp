@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "tests/support/files.h"
+#include "tests/support/format_examples.h"
 #include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
 
@@ -32,6 +34,18 @@ TEST(PackParams, FindsTheFileInABundle) {
   EXPECT_EQ(0, params({"write", folder / "S.app", "show_no_ui=true"}).status);
   EXPECT_EQ("show_no_ui=true\n", params({"read", folder / "S.app"}).out);
   EXPECT_EQ("show_no_ui=true\n", params({"read", file}).out);
+}
+
+TEST(PackParams, MakesTheFormatsExampleWithTheCommandThatTheDocumentShows) {
+  const test::TempFolder folder;
+  test::Command command;
+  command.arguments = {"/bin/sh", "-c", test::formatBlock("sh", "params-file")};
+  command.environment = {{"PATH", std::string(QUORVANE_BIN ":") + getenv("PATH")}};
+  command.folder = folder.path();
+  const test::Result result = test::run(command);
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ(test::formatBlock("hex", "params-file"),
+            test::hexDump(test::readFile(folder / "PARAMS")));
 }
 
 TEST(PackParams, NamesWhatIsWrong) {

@@ -1,12 +1,23 @@
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <numeric>
+#include <string>
+
 #include "archive/archive.h"
 #include "support/hex.h"
+#include "tests/support/files.h"
 #include "tests/unit/archive/archive_fixture.h"
 #include "tests/unit/archive/signed_archive.h"
 #include "tests/unit/archive/trials.h"
 
 using test::Outcome;
+
+// How many of the changes of bit 0 to 7 are accepted as unsigned, how many are verified all the
+// same, and how many truncations are accepted as unsigned.
+static const int kFlipsAccepted[] = {32, 30, 30, 30, 30, 30, 30, 30};
+static const int kFlipsVerified[] = {3, 4, 4, 4, 23, 194, 5, 5};
+static const int kTruncationsAccepted = 41;
 
 // Every truncation and every change of one bit of a small signed archive; the parameter is the bit
 // that is changed in each byte.
@@ -83,14 +94,21 @@ TEST_P(EveryChange, OfABitIsAcceptedOtherwiseWhereNoRecordIsMetOrItMeansTheSame)
     verified += outcomes[i] == Outcome::verified ? 1 : 0;
     EXPECT_EQ(i >= record_ && meansTheSame(archives[i], i), outcomes[i] == Outcome::verified) << i;
   }
-  // docs/formats.md gives the sums.
-  const int wantedAccepted[] = {32, 30, 30, 30, 30, 30, 30, 30};
-  const int wantedVerified[] = {3, 4, 4, 4, 23, 194, 5, 5};
-  EXPECT_EQ(wantedAccepted[GetParam()], accepted);
-  EXPECT_EQ(wantedVerified[GetParam()], verified);
+  EXPECT_EQ(kFlipsAccepted[GetParam()], accepted);
+  EXPECT_EQ(kFlipsVerified[GetParam()], verified);
 }
 
-class EveryTruncation : public EveryChange {};
+class EveryTruncation : public EveryChange {
+ protected:
+  // Whether the document at `path` holds `text`, wherever its lines are broken.
+  static bool contains(const std::string& path, const std::string& text) {
+    std::string document = test::readFile(path);
+    for (size_t at = 0; (at = document.find("\n  ", at)) != std::string::npos;) {
+      document.replace(at, 3, " ");
+    }
+    return document.find(text) != std::string::npos;
+  }
+};
 
 INSTANTIATE_TEST_SUITE_P(All, EveryTruncation, testing::Values(0));
 
@@ -110,7 +128,28 @@ TEST_P(EveryTruncation, IsAcceptedOtherwiseOnlyWhereTheRecordsPathIsNotWhole) {
       EXPECT_LT(length, whole_.find("DigitalSignature1") + 17) << length;
     }
   }
-  EXPECT_EQ(41, accepted);
+  EXPECT_EQ(kTruncationsAccepted, accepted);
+}
+
+TEST_P(EveryTruncation, IsCountedInTheDocumentsTogetherWithEveryChange) {
+  const auto sum = [](const int(&counts)[8]) {
+    return std::to_string(std::accumulate(std::begin(counts), std::end(counts), 0));
+  };
+  const std::string truncations = std::to_string(whole_.size());
+  const std::string flips = std::to_string(8 * whole_.size());
+  const std::string accepted = std::to_string(kTruncationsAccepted);
+  for (const std::string& row :
+       {"| | of " + truncations + " truncations | of " + flips + " changed bits |",
+        "| without: accepted as not signed, no signature record being met any more | " + accepted +
+            " | " + sum(kFlipsAccepted) + " |",
+        "| without: verified, the changed record meaning the same | 0 | " + sum(kFlipsVerified) +
+            " |"}) {
+    EXPECT_TRUE(contains(QUORVANE_SOURCE "/docs/formats.md", row)) << row;
+  }
+  const std::string sentence = "of " + truncations + " truncations " + accepted + " and of " +
+                               flips + " changed bits " + sum(kFlipsAccepted) +
+                               " leave an archive that counts as unsigned";
+  EXPECT_TRUE(contains(QUORVANE_SOURCE "/SECURITY.md", sentence)) << sentence;
 }
 
 TEST_P(EveryTruncation, OfNothingLeavesAnArchiveThatIsVerified) {
