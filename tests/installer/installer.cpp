@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/support/account.h"
 #include "tests/support/files.h"
 #include "tools/launch_file_writer.h"
 
@@ -133,22 +134,38 @@ void Installer::installApplication(const std::string& version) const {
   writeFile(folder + "/demo.jar", "application " + version);
 }
 
-Result Installer::run(const std::vector<std::string>& words,
-                      const std::map<std::string, std::string>& environment, bool display) const {
+Command Installer::command(const std::vector<std::string>& words) const {
   Command command;
   command.arguments = words;
   command.arguments.insert(command.arguments.begin(), executable());
   command.environment = home.environment();
   command.environment["FAKE_JAVA_RECORD"] = javaReport();
   command.environment["QUORVANE_FAKE_JVM_REPORT"] = jvmReport();
+  command.unset = {"DISPLAY"};
+  command.folder = folder_.path();
+  if (isOrdinary_) {
+    command.prepare = [] { become(ordinaryAccount()); };
+  }
+  return command;
+}
+
+Result Installer::run(const std::vector<std::string>& words,
+                      const std::map<std::string, std::string>& environment, bool display) const {
+  Command command = this->command(words);
   for (const auto& [name, value] : environment) {
     command.environment[name] = value;
   }
-  if (!display) {
-    command.unset = {"DISPLAY"};
+  if (display) {
+    command.unset.clear();
   }
-  command.folder = folder_.path();
   return test::run(command);
+}
+
+void Installer::becomeOrdinary() {
+  isOrdinary_ = true;
+  const Account account = ordinaryAccount();
+  home.becomeHomeOf(account);
+  giveTo(account, folder_.path());
 }
 
 bool Installer::launched() const {

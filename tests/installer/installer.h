@@ -66,10 +66,17 @@ class Installer {
   void installRuntime(const std::string& version = "1407") const;
   void installApplication(const std::string& version) const;
 
+  // What runs the bundle's executable without a display, to be changed and run.
+  Command command(const std::vector<std::string>& words = {}) const;
+
   // Runs the bundle's executable without a display, unless `display` is set.
   Result run(const std::vector<std::string>& words = {},
              const std::map<std::string, std::string>& environment = {},
              bool display = false) const;
+
+  // Makes every later run one of an account that has no right of the superuser's, and gives it all
+  // that this installer has.
+  void becomeOrdinary();
 
   // The files in which the fake java and the fake JVM library record what they got.
   std::string javaReport() const { return folder_ / "java-report"; }
@@ -87,6 +94,7 @@ class Installer {
 
  private:
   TempFolder folder_;
+  bool isOrdinary_ = false;
 };
 
 }  // namespace test

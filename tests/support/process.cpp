@@ -20,11 +20,15 @@ namespace test {
 static void becomeProgram
     [[noreturn]] (const Command& command, const std::string& out, const std::string& err) {
   setpgid(0, 0);
-  prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing outlives a test that is itself killed
   const int flags = O_WRONLY | O_CREAT | O_TRUNC;
   dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
   dup2(open(out.c_str(), flags, 0600), STDOUT_FILENO);
   dup2(open(err.c_str(), flags, 0600), STDERR_FILENO);
+  if (command.prepare) {
+    command.prepare();
+  }
+  // Nothing outlives a test that is itself killed; a change of account would have undone this.
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (!command.folder.empty() && chdir(command.folder.c_str()) != 0) {
     _exit(126);
   }

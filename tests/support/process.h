@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,6 +16,8 @@ struct Command {
   std::vector<std::string> unset{};                  // variables that the program must not see
   std::string folder{};                              // working folder; empty for this process's own
   double seconds = 60;                               // after that long it is killed
+  // Runs in the new process before the program does: limits, another account, another root.
+  std::function<void()> prepare{};
 };
 
 struct Result {

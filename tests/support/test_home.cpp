@@ -30,9 +30,21 @@ static std::string makeTemporaryFolder(const std::string& folder) {
 
 TestHome::TestHome() : home_(folder_ / "home"), tmp_(makeTemporaryFolder(folder_.path())) {
   fs::create_directories(home_);
-  const std::string ids = std::to_string(getuid()) + ":" + std::to_string(getgid());
-  writeFile(folder_ / "passwd", "tester:x:" + ids + ":Tester:" + home_ + ":/bin/sh\n");
-  writeFile(folder_ / "group", "tester:x:" + std::to_string(getgid()) + ":\n");
+  writeDatabase({getuid(), getgid()});
+}
+
+void TestHome::writeDatabase(const Account& account) const {
+  const std::string user = std::to_string(account.user);
+  const std::string group = std::to_string(account.group);
+  writeFile(folder_ / "passwd",
+            "tester:x:" + user + ":" + group + ":Tester:" + home_ + ":/bin/sh\n");
+  writeFile(folder_ / "group", "tester:x:" + group + ":\n");
+}
+
+void TestHome::becomeHomeOf(const Account& account) const {
+  writeDatabase(account);
+  giveTo(account, folder_.path());
+  giveTo(account, tmp_);
 }
 
 // Ends the toolkit's name server when one was started for this account; it is found by the

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "tests/support/account.h"
 #include "tests/support/temp_folder.h"
 
 namespace test {
@@ -22,10 +23,15 @@ class TestHome {
   // The folder in which a per-user application's master folder lies.
   std::string applicationSupport() const { return home_ + "/Library/Application Support"; }
 
+  // Makes it the account's home, with all that it holds.
+  void becomeHomeOf(const Account& account) const;
+
   // The environment that makes a program use this account.
   std::map<std::string, std::string> environment() const;
 
  private:
+  void writeDatabase(const Account& account) const;
+
   TempFolder folder_;
   std::string home_;
   std::string tmp_;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -86,7 +87,63 @@ class Decision : public testing::TestWithParam<Row> {
   test::Installer installer_;
 };
 
+class DecisionOnNames : public testing::Test {
+ protected:
+  // The line that says what a run decided.
+  void expectDecision(const std::string& line) {
+    installer_.write();
+    const test::Result result = installer_.run();
+    EXPECT_EQ(0, result.status) << result.out;
+    EXPECT_TRUE(test::containsInOrder(test::logLinesOf(result.out), {line}));
+  }
+
+  void install(const std::string& updater, const std::string& app) {
+    installer_.installUpdater(updater);
+    installer_.installRuntime();
+    installer_.installApplication(app);
+  }
+
+  test::Installer installer_;
+};
+
 }  // namespace
+
+TEST_F(DecisionOnNames, VersionsAreComparedAsNumbers) {
+  installer_.tail.appVersion = "10";
+  install("5", "9");
+  expectDecision(kNewerApp);
+}
+
+TEST_F(DecisionOnNames, LeadingZerosOfAVersionDoNotCount) {
+  installer_.tail.appVersion = "0003";
+  install("5", "3");
+  expectDecision(kLaunch);
+}
+
+TEST_F(DecisionOnNames, VersionCountsUpToItsFirstLetter) {
+  installer_.tail.guVersion = "6b9";
+  install("6", "3");
+  expectDecision(kLaunch);
+}
+
+TEST_F(DecisionOnNames, VersionThatBeginsWithALetterIsZero) {
+  installer_.tail.guVersion = "v6";
+  install("5", "3");
+  expectDecision(kLaunch);
+}
+
+TEST_F(DecisionOnNames, FolderWithoutTheCompleteSuffixDoesNotCount) {
+  install("5", "2");
+  std::filesystem::create_directories(installer_.master("Quorvane-Demo-9"));
+  expectDecision(kNewerApp);
+}
+
+TEST_F(DecisionOnNames, HighestOfSeveralVersionsIsWhatCounts) {
+  install("5", "2");
+  installer_.installApplication("3");
+  installer_.installUpdater("4");
+  expectDecision(kLaunch);
+}
 
 TEST_P(Decision, IsLoggedAndLeadsToALaunch) {
   prepare();

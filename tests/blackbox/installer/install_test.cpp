@@ -1,6 +1,7 @@
 // Whole offline installations and updates, through the real executable.
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 
 #include <chrono>
@@ -9,9 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/installer/installer.h"
-#include "tests/support/capture.h"
-#include "tests/support/files.h"
+#include "tests/blackbox/installer/current_installation.h"
 
 namespace fs = std::filesystem;
 using test::fileRecord;
@@ -29,10 +28,6 @@ const char kAppFolder[] = "Quorvane-Demo-3-complete";
 const tools::SigningKey& key() {
   static const tools::SigningKey kKey = tools::SigningKey::generate(2048);
   return kKey;
-}
-
-bool logs(const test::Result& result, const std::string& line) {
-  return test::containsInOrder(test::logLinesOf(result.out), {line});
 }
 
 class Installation : public testing::Test {
@@ -247,6 +242,36 @@ TEST_F(Installation, OfAnUnsignedArchiveIsAcceptedByDefault) {
   installer_.tail.publicKey = key().publicKeyHex();
   EXPECT_EQ(0, install().status);
   EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(Installation, OfASignedArchiveWithoutAKeyAbortsAndInstallsNothing) {
+  installer_.sign(key());
+  installer_.tail.publicKey = "";
+  const test::Result result = install();
+  EXPECT_EQ(SIGABRT, result.signal);
+  expectNothingInstalled();
+}
+
+TEST_F(Installation, OfASignedArchiveWithADamagedKeyAbortsAndInstallsNothing) {
+  installer_.sign(key());
+  installer_.tail.publicKey = "30820122deadbeef";
+  const test::Result result = install();
+  EXPECT_EQ(SIGABRT, result.signal);
+  expectNothingInstalled();
+}
+
+TEST_F(Installation, OfAnInstalledUpdaterThatIsNewerRunsThatOne) {
+  installer_.installUpdater("6");
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(logs(result, "[Extractor] Will now run latest GU Quorvane-Quorvane-6-complete"));
+}
+
+TEST_F(Installation, ThatIsElevatedAndSilentInstallsAndLaunchesNothing) {
+  const test::Result result = install({"--elevated", "-silent"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(4u, installer_.versionFolders().size());
+  EXPECT_FALSE(installer_.launched());
 }
 
 TEST_F(Installation, ThatLostItsEndInstallsNoApplication) {

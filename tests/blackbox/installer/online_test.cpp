@@ -2,15 +2,14 @@
 // a local update site. Through the real executable.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "tests/installer/installer.h"
-#include "tests/support/background.h"
-#include "tests/support/files.h"
+#include "tests/blackbox/installer/online.h"
+#include "tests/support/own_root.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -23,46 +22,15 @@ const char kDownloaded[] = "Quorvane-Mac64JRE-1500-complete";
 const char kWillDownload[] =
     "[JREDownload] Failed to pick up any existing system JRE, will download";
 
-// What a system's java does when the compatibility class is run and when it is asked its version.
-std::string javaScript(int probeStatus, int versionStatus = 0) {
-  return "#!/bin/sh\ncase \"$*\" in *updater.Probe*) exit " + std::to_string(probeStatus) +
-         ";; *-version*) exit " + std::to_string(versionStatus) + ";; esac\nexit 0\n";
-}
-
-bool mentions(const test::Result& result, const std::string& text) {
-  return result.out.find(text) != std::string::npos;
-}
-
 class Online : public testing::Test {
  protected:
   Online() {
-    fs::create_directories(site_.path());
     // The first java on the path: one that no tool lies beside.
     test::writeFile(installer_ / "bin/java", javaScript(72), 0755);
   }
 
   // Serves the site and makes the installer use it.
-  void serve() {
-    test::Command command;
-    command.arguments = {"/usr/bin/env", "python3",   "-u", "-m",          "http.server",
-                         "--bind",       "127.0.0.1", "0",  "--directory", site_.path()};
-    server_ = std::make_unique<test::Background>(command);
-    const std::string line = server_->waitForLine("Serving HTTP on 127.0.0.1 port ");
-    installer_.makeOnline("http://127.0.0.1:" + line.substr(0, line.find(' ')));
-  }
-
-  void publishVersion(const std::string& text) {
-    test::writeFile(site_ / "Quorvane-Mac64JRE-version.txt", text);
-  }
-
-  void publishArchive(const std::string& bytes, const std::string& version = "1500") {
-    test::writeFile(site_ / ("Quorvane-Mac64JRE-" + version + "-archive.p2.l2"), bytes);
-  }
-
-  void publishGoodSite() {
-    publishVersion("1500\n");
-    publishArchive(test::compressed(Installer::runtimeRecords()));
-  }
+  void serve() { installer_.makeOnline(site_.serve()); }
 
   // Puts a runtime in front of the path that could be adopted; returns its folder.
   std::string offerSystemRuntime(const std::string& java) {
@@ -97,14 +65,13 @@ class Online : public testing::Test {
   }
 
   Installer installer_;
-  test::TempFolder site_;
-  std::unique_ptr<test::Background> server_;
+  UpdateSite site_;
 };
 
 }  // namespace
 
 TEST_F(Online, DownloadedRuntimeIsInstalledAndLaunched) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   const test::Result result = install();
   expectDownloaded(result);
@@ -123,10 +90,10 @@ TEST_F(Online, DownloadedRuntimeIsInstalledAndLaunched) {
 }
 
 TEST_F(Online, TheSecondTimeLaunchesWithoutTheNetwork) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   install();
-  server_.reset();
+  site_.stop();
   fs::remove(installer_.jvmReport());
   const test::Result result = install();
   EXPECT_EQ(0, result.status);
@@ -135,14 +102,35 @@ TEST_F(Online, TheSecondTimeLaunchesWithoutTheNetwork) {
 }
 
 TEST_F(Online, VersionEndsAtABlank) {
-  publishGoodSite();
-  publishVersion("1500 and more");
+  site_.publishGoodSite();
+  site_.publishVersion("1500 and more");
   serve();
   expectDownloaded(install());
 }
 
+TEST_F(Online, VersionIsWhatStandsBeforeTheBlank) {
+  site_.publishVersion("1.8.0_151 and more text");
+  site_.publishArchive(test::compressed(Installer::runtimeRecords()), "1.8.0_151");
+  serve();
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(mentions(result, "[JREDownload] JRE Version is 1.8.0_151\n"));
+  EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Mac64JRE-1.8.0_151-complete/bin/java")));
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(Online, VersionOfExactly50CharactersIsInstalled) {
+  const std::string version = "1" + std::string(49, '0');
+  site_.publishVersion(version);
+  site_.publishArchive(test::compressed(Installer::runtimeRecords()), version);
+  serve();
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Mac64JRE-" + version + "-complete/bin/java")));
+}
+
 TEST_F(Online, VersionThatIsTooLongEndsTheRun) {
-  publishVersion(std::string(51, '1'));
+  site_.publishVersion(std::string(51, '1'));
   serve();
   const test::Result result = install();
   expectNoRuntime(result);
@@ -150,7 +138,7 @@ TEST_F(Online, VersionThatIsTooLongEndsTheRun) {
 }
 
 TEST_F(Online, VersionOfAnotherFolderEndsTheRun) {
-  publishVersion("../../x\n");
+  site_.publishVersion("../../x\n");
   serve();
   const test::Result result = install();
   expectNoRuntime(result);
@@ -159,7 +147,7 @@ TEST_F(Online, VersionOfAnotherFolderEndsTheRun) {
 }
 
 TEST_F(Online, EmptyVersionEndsTheRun) {
-  publishVersion("\n");
+  site_.publishVersion("\n");
   serve();
   const test::Result result = install();
   expectNoRuntime(result);
@@ -182,7 +170,7 @@ TEST_F(Online, PlaceholderUrlIsNotAsked) {
 }
 
 TEST_F(Online, MissingArchiveEndsTheRun) {
-  publishVersion("1500\n");
+  site_.publishVersion("1500\n");
   serve();
   const test::Result result = install();
   expectNoRuntime(result);
@@ -190,25 +178,50 @@ TEST_F(Online, MissingArchiveEndsTheRun) {
 }
 
 TEST_F(Online, ArchiveThatIsNoLzmaEndsTheRun) {
-  publishVersion("1500\n");
-  publishArchive("this is no LZMA data");
+  site_.publishVersion("1500\n");
+  site_.publishArchive("this is no LZMA data");
   serve();
   const test::Result result = install();
   expectNoRuntime(result);
   EXPECT_TRUE(mentions(result, "[JREDownload] Failed to decompress JRE archive\n"));
 }
 
+TEST_F(Online, CompressedArchiveThatIsCutShortEndsTheRun) {
+  const std::string bytes = test::compressed(Installer::runtimeRecords());
+  site_.publishVersion("1500\n");
+  site_.publishArchive(bytes.substr(0, bytes.size() / 2));
+  serve();
+  expectNoRuntime(install());
+}
+
+TEST_F(Online, ArchiveThatIsCutShortInsideEndsTheRunAndTheNextOneRepairs) {
+  const std::string records = Installer::runtimeRecords();
+  site_.publishVersion("1500\n");
+  site_.publishArchive(test::compressed(records.substr(0, records.size() / 2)));
+  serve();
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(mentions(result, "Unable to read til end of archive file "));
+  EXPECT_EQ(std::vector<std::string>{kUpdaterFolder}, installer_.versionFolders());
+  EXPECT_FALSE(installer_.launched());
+  site_.publishArchive(test::compressed(records));
+  const test::Result next = install();
+  EXPECT_EQ(0, next.status) << next.out;
+  EXPECT_TRUE(fs::exists(installer_.master(kDownloaded) + "/bin/java"));
+  EXPECT_TRUE(installer_.launched());
+}
+
 TEST_F(Online, ArchiveWithoutJavaEndsTheRun) {
-  publishVersion("1500\n");
-  publishArchive(test::compressed(test::fileRecord("Contents/Home/release", "x")));
+  site_.publishVersion("1500\n");
+  site_.publishArchive(test::compressed(test::fileRecord("Contents/Home/release", "x")));
   serve();
   expectNoRuntime(install());
 }
 
 TEST_F(Online, SignedArchiveIsVerified) {
   const auto key = tools::SigningKey::generate(2048);
-  publishVersion("1500\n");
-  publishArchive(test::compressed(test::signedBy(key, Installer::runtimeRecords())));
+  site_.publishVersion("1500\n");
+  site_.publishArchive(test::compressed(test::signedBy(key, Installer::runtimeRecords())));
   serve();
   installer_.sign(key);
   installer_.properties = {{"require_signature", "true"}};
@@ -216,8 +229,8 @@ TEST_F(Online, SignedArchiveIsVerified) {
 }
 
 TEST_F(Online, ArchiveSignedWithAnotherKeyEndsTheRun) {
-  publishVersion("1500\n");
-  publishArchive(test::compressed(
+  site_.publishVersion("1500\n");
+  site_.publishArchive(test::compressed(
       test::signedBy(tools::SigningKey::generate(2048), Installer::runtimeRecords())));
   serve();
   installer_.sign(tools::SigningKey::generate(2048));
@@ -225,7 +238,7 @@ TEST_F(Online, ArchiveSignedWithAnotherKeyEndsTheRun) {
 }
 
 TEST_F(Online, UnsignedArchiveEndsTheRunWhereSignaturesAreRequired) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   installer_.sign(tools::SigningKey::generate(2048));
   installer_.properties = {{"require_signature", "true"}};
@@ -233,7 +246,7 @@ TEST_F(Online, UnsignedArchiveEndsTheRunWhereSignaturesAreRequired) {
 }
 
 TEST_F(Online, UnsignedArchiveIsAcceptedByDefault) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   installer_.sign(tools::SigningKey::generate(2048));
   expectDownloaded(install());
@@ -270,7 +283,7 @@ TEST_F(Online, AdoptedRuntimeIsUsedTheSecondTime) {
 }
 
 TEST_F(Online, SystemRuntimeThatFailsTheProbeIsNotAdopted) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   offerSystemRuntime(javaScript(3));
   const test::Result result = install();
@@ -279,7 +292,7 @@ TEST_F(Online, SystemRuntimeThatFailsTheProbeIsNotAdopted) {
 }
 
 TEST_F(Online, SystemRuntimeOfALowerVersionIsNotAdopted) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   offerSystemRuntime(javaScript(72));
   installer_.tail.requiredJavaVersion = "9";
@@ -289,7 +302,7 @@ TEST_F(Online, SystemRuntimeOfALowerVersionIsNotAdopted) {
 }
 
 TEST_F(Online, SystemRuntimeWhoseCopyDoesNotRunIsNotAdopted) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   offerSystemRuntime(javaScript(72, 1));
   const test::Result result = install();
@@ -297,8 +310,53 @@ TEST_F(Online, SystemRuntimeWhoseCopyDoesNotRunIsNotAdopted) {
   EXPECT_TRUE(mentions(result, "[JRESearch] The copied JRE does not run\n"));
 }
 
+TEST_F(Online, SystemRuntimeKilledByASignalInTheProbeIsNotAdopted) {
+  site_.publishGoodSite();
+  serve();
+  offerSystemRuntime("#!/bin/sh\nkill -9 $$\n");
+  const test::Result result = install();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(result, "[JRESearch] JRE failed compatibility test\n"));
+}
+
+TEST_F(Online, SystemRuntimeWithoutUnpack200IsNotAdopted) {
+  site_.publishGoodSite();
+  serve();
+  fs::remove(offerSystemRuntime(javaScript(72)) + "/bin/unpack200");
+  const test::Result result = install();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(result, "[JRESearch] A JRE does not seem to exist here.\n"));
+}
+
+TEST_F(Online, SystemRuntimeThroughTwoLinksIsAdopted) {
+  installer_.makeOnline("http://192.0.2.10/");
+  const std::string home = offerSystemRuntime(javaScript(72));
+  fs::remove(installer_ / "bin/java");
+  fs::create_symlink(home + "/bin/java", installer_ / "alternative");
+  fs::create_symlink(installer_ / "alternative", installer_ / "bin/java");
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(fs::exists(installer_.master(kAdopted) + "/bin/java"));
+}
+
+TEST_F(Online, CarriedRuntimeCountsAsNewerThanAnAdoptedOne) {
+  Installer offline;
+  const std::string runtime = offline.runtime;
+  installer_.makeOnline("http://192.0.2.10/");
+  offerSystemRuntime(javaScript(72));
+  EXPECT_EQ(0, install().status);
+  installer_.tail.guVersion = "6";
+  installer_.tail.jreVersion = "1";
+  installer_.runtime = runtime;
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(mentions(result, "[PickFolder] Set latest to 1 Quorvane-Mac64JRE-1-complete"));
+  EXPECT_TRUE(mentions(result, "[Extractor] JRE folder is " +
+                                   installer_.master("Quorvane-Mac64JRE-1-complete") + "\n"));
+}
+
 TEST_F(Online, RelativeLinkToTheSystemRuntimeIsNotResolved) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   offerSystemRuntime(javaScript(72));
   fs::remove(installer_ / "bin/java");
@@ -309,7 +367,7 @@ TEST_F(Online, RelativeLinkToTheSystemRuntimeIsNotResolved) {
 }
 
 TEST_F(Online, AutotestLooksForItsOwnRuntime) {
-  publishGoodSite();
+  site_.publishGoodSite();
   serve();
   offerSystemRuntime(javaScript(72));
   installer_.properties = {{"wrapper_autotest", ""}};
@@ -318,4 +376,103 @@ TEST_F(Online, AutotestLooksForItsOwnRuntime) {
   EXPECT_TRUE(mentions(result,
                        "AutoTesting - will fake possible jave exe to "
                        "'/opt/JRE_QVAutoTest/bin/java'\n"));
+}
+
+// Runs in which /opt and /Library are the test's own.
+class OnlineWithOwnRoot : public Online {
+ protected:
+  void SetUp() override {
+    if (!test::mayMount()) {
+      GTEST_SKIP() << "this account may not mount anything";
+    }
+    for (const char* name : {"opt", "Library", "root"}) {
+      fs::create_directories(installer_ / name);
+    }
+  }
+
+  // Writes a runtime into `home`, a path as the program will see it.
+  void offer(const std::string& home, const std::string& java) {
+    test::writeFile((installer_ / home.substr(1)) + "/bin/java", java, 0755);
+    test::writeFile((installer_ / home.substr(1)) + "/bin/unpack200", "#!/bin/sh\n", 0755);
+  }
+
+  test::Result installThere() {
+    installer_.write();
+    test::Command command = installer_.command();
+    command.environment["PATH"] = (installer_ / "bin") + ":/usr/bin:/bin";
+    command.prepare = [this] {
+      test::enterOwnRoot(installer_ / "root",
+                         {{"opt", installer_ / "opt"}, {"Library", installer_ / "Library"}});
+    };
+    return test::run(command);
+  }
+};
+
+TEST_F(OnlineWithOwnRoot, AutotestAdoptsItsOwnRuntime) {
+  installer_.makeOnline("http://192.0.2.10/");
+  installer_.properties = {{"wrapper_autotest", ""}};
+  offer("/opt/JRE_QVAutoTest", javaScript(72));
+  const test::Result result = installThere();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(mentions(result, "[JRESearch] Looking at JRE /opt/JRE_QVAutoTest/bin/java\n"));
+  EXPECT_TRUE(mentions(result, "[JRESearch] JRE is valid, copying...\n"));
+  EXPECT_TRUE(fs::exists(installer_.master(kAdopted) + "/bin/java"));
+}
+
+TEST_F(OnlineWithOwnRoot, BrowserPluginIsAdoptedWhereTheShellFindsNoRuntime) {
+  installer_.makeOnline("http://192.0.2.10/");
+  const std::string plugin = "/Library/Internet Plug-Ins/JavaAppletPlugin.plugin";
+  offer(plugin + "/Contents/Home", javaScript(72));
+  const test::Result result = installThere();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(mentions(result, "[JRESearch] A JRE does not seem to exist here.\n"));
+  EXPECT_TRUE(
+      mentions(result, "[JRESearch] Looking at JRE " + plugin + "/Contents/Home/bin/java\n"));
+  EXPECT_TRUE(mentions(result, "[JRESearch] JRE is valid, copying...\n"));
+  EXPECT_TRUE(fs::exists(installer_.master(kAdopted) + "/bin/java"));
+}
+
+TEST_F(OnlineWithOwnRoot, RequirementOf7RefusesARuntimeWithoutAVersionInItsPath) {
+  site_.publishGoodSite();
+  serve();
+  installer_.properties = {{"wrapper_autotest", ""}};
+  installer_.tail.requiredJavaVersion = "7";
+  offer("/opt/JRE_QVAutoTest", javaScript(72));
+  const test::Result result = installThere();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(result, "[Extractor] Checking JRE version requirements: 0 vs required 7\n"));
+}
+
+TEST_F(OnlineWithOwnRoot, SharedInstallationGoesBelowTheRootsLibrary) {
+  installer_.makeOnline("http://192.0.2.10/");
+  installer_.tail.installType = "perm_all";
+  installer_.properties = {{"wrapper_autotest", ""}};
+  offer("/opt/JRE_QVAutoTest", javaScript(72));
+  fs::create_directories(installer_ / "Library/Application Support");
+  const test::Result result = installThere();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(logs(result, "[Extractor] Shared dir is /Library/Application Support"));
+  EXPECT_TRUE(fs::exists(installer_ / "Library/Application Support/Quorvane-Demo/" + kAdopted));
+  EXPECT_EQ(0777u, test::modeOf(installer_ / "Library/Application Support/Quorvane-Demo"));
+}
+
+TEST_F(OnlineWithOwnRoot, SharedInstallationOfAnOrdinaryUserNeedsElevation) {
+  installer_.makeOnline("http://192.0.2.10/");
+  installer_.tail.installType = "perm_all";
+  fs::create_directories(installer_ / "Library/Application Support");
+  installer_.write();
+  installer_.becomeOrdinary();
+  ASSERT_EQ(0, chown((installer_ / "Library/Application Support").c_str(), 0, 0));
+  test::Command command = installer_.command();
+  const auto become = command.prepare;
+  command.prepare = [this, become] {
+    test::enterOwnRoot(installer_ / "root",
+                       {{"opt", installer_ / "opt"}, {"Library", installer_ / "Library"}});
+    become();
+  };
+  const test::Result result = test::run(command);
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(
+      logs(result, "[Extractor] Unable to create GU Temp folder - assuming elevation required"));
+  EXPECT_TRUE(test::namesIn(installer_ / "Library/Application Support").empty());
 }

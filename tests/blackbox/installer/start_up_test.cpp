@@ -5,9 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/installer/installer.h"
-#include "tests/support/capture.h"
-#include "tests/support/files.h"
+#include "tests/blackbox/installer/current_installation.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -16,46 +14,7 @@ using test::TailPlace;
 
 namespace {
 
-bool logs(const test::Result& result, const std::string& line) {
-  return test::containsInOrder(test::logLinesOf(result.out), {line});
-}
-
-bool mentions(const test::Result& result, const std::string& text) {
-  return result.out.find(text) != std::string::npos;
-}
-
-// An installer that finds everything current, so that it only starts up and launches.
-class StartUp : public testing::Test {
- protected:
-  StartUp() {
-    installer_.installUpdater("5");
-    installer_.installRuntime();
-    installer_.installApplication("3");
-  }
-
-  test::Result run(const std::vector<std::string>& words = {}) {
-    installer_.write();
-    return installer_.run(words);
-  }
-
-  // What the launched updater was told about `key`.
-  std::string property(const std::string& key) {
-    for (const std::string& name :
-         test::namesIn(installer_.master("Quorvane-Quorvane-5-complete"))) {
-      if (name.rfind("QVLaunchProperties-", 0) == 0) {
-        const std::string bytes =
-            test::readFile(installer_.master("Quorvane-Quorvane-5-complete/" + name)) + '\0';
-        const size_t at = bytes.find(test::field(key));
-        if (at != std::string::npos) {
-          return bytes.c_str() + at + key.size() + 1;
-        }
-      }
-    }
-    return "(none)";
-  }
-
-  Installer installer_;
-};
+using StartUp = CurrentInstallation;
 
 const char kNoParams[] =
     "[Extractor] *********************** Failed to extract wrapper params - couldn't open params "
