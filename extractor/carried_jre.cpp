@@ -16,7 +16,9 @@ void extractCarriedJre(ExtractorRun& run) {
   logMessage("[Extractor] We want to query the JRE version to enable proxy detection.\n");
   downloadVersionFile(run.guFolder, run.updateURL, run.jreName);
   nameTempFolder(run, run.jreTemp);
-  makeDir(run.jreTemp);
+  if (createTempFolder(run, run.jreTemp) != 0) {
+    failRun("Unable to create JRE Temp folder\n");
+  }
   makeAppFolder(run.jreFolder, run.masterFolder, run.jreName, run.tail.jreVersion);
   logMessage("[Extractor] Offline installer - no need to download JRE, will extract\n");
   char* unpack200 = getUnpack200Executable(run.jreTemp);

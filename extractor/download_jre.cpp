@@ -72,7 +72,9 @@ static void requireUsableVersion(const ExtractorRun& run) {
 
 static void fetchArchive(ExtractorRun& run, char* compressed) {
   nameTempFolder(run, run.jreTemp);
-  makeDir(run.jreTemp);
+  if (createTempFolder(run, run.jreTemp) != 0) {
+    failDownload(run, "Unable to create JRE Temp folder\n");
+  }
   if (!isQuiet(run)) {
     showSplash();
   }

@@ -1,7 +1,9 @@
 #include "extractor/folders.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <string>
 
@@ -24,11 +26,22 @@ void nameTempFolder(const ExtractorRun& run, char* dst) {
   }
 }
 
-int createTempFolder(const ExtractorRun& run, char* path) {
-  if (isThere(path)) {
-    nameTempFolder(run, path);
+static int createNewFolder(const char* path) {
+  const int result = mkdir(path, 0777);
+  if (result == 0 || errno != EEXIST) {
+    chmod777(path);
+    return result;
   }
-  return makeDir(path);
+  return EEXIST;
+}
+
+int createTempFolder(const ExtractorRun& run, char* path) {
+  const int result = createNewFolder(path);
+  if (result != EEXIST) {
+    return result;
+  }
+  nameTempFolder(run, path);
+  return createNewFolder(path);
 }
 
 // Moves `temp` to `target`, where nothing stands. Returns whether all of it arrived; otherwise
@@ -67,11 +80,23 @@ static bool replaceFolder(const ExtractorRun& run, const char* temp, const char*
   return true;
 }
 
+// What is no folder cannot be a version folder; a copy would follow a link that stands there.
+static void removeObstacle(const char* component, const char* target) {
+  if (!isThere(target) || isFolder(target)) {
+    return;
+  }
+  logMessage("[Extractor] Removing %s, which is no folder\n", target);
+  if (remove(target) != 0) {
+    failRun("[Extractor] The folder of the %s could not be put into place\n", component);
+  }
+}
+
 void moveIntoPlace(const ExtractorRun& run, const char* component, const char* temp,
                    const char* target) {
   if (!isFolder(temp)) {
     failRun("[Extractor] The folder of the %s is gone, nothing of it is installed\n", component);
   }
+  removeObstacle(component, target);
   const bool isInPlace =
       isFolder(target) ? replaceFolder(run, temp, target) : moveToFreePlace(temp, target);
   // The source of a copy, or what stood there before an exchange.

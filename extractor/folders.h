@@ -11,12 +11,14 @@ struct ExtractorRun;
 void nameTempFolder(const ExtractorRun& run, char* dst);
 
 // Creates the temporary folder `path` as makeDir() does, under a new name written back to `path`
-// when the name was taken since. Returns 0, or non-zero when it cannot be created.
+// when the name was taken since. Returns 0, or non-zero when it cannot be created: what stands
+// there already, a link above all, is never taken for it.
 [[nodiscard]] int createTempFolder(const ExtractorRun& run, char* path);
 
 // Makes the temporary folder `temp` the version folder `target`. One that stands there already is
 // replaced, never mixed with the new content: in one step where the system can do that, elsewhere
-// it stands aside until the new one is complete. A file system that only lets folders be copied
+// it stands aside until the new one is complete; what stands there and is no folder is removed
+// first, a link without following it. A file system that only lets folders be copied
 // gets a copy that is compared with its source. When `target` cannot be made complete, what stood
 // there before stands there again, `temp` is removed, and the process ends with status 1 and a
 // logged error line that names `component`.

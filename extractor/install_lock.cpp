@@ -11,15 +11,30 @@
 
 #include "support/folder_walk.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/paths.h"
+
+// Every user of the shared folder may be the next installer, so that the file is opened up; not so
+// what somebody else put in its place.
+static void openToEveryone(int handle) {
+  struct stat status {};
+  if (fstat(handle, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
+      status.st_uid == geteuid()) {
+    fchmod(handle, 0666);
+  }
+}
 
 static int openLockFile(const char* masterFolder) {
   char path[PATH_BUFFER_SIZE];
-  setPath(path, masterFolder, "QVAppsSharedConfig", "InstallLock");
-  const int handle = open(path, O_RDONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
+  setPath(path, masterFolder, "QVAppsSharedConfig");
+  const Descriptor folder(open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!folder.isOpen()) {
+    return -1;
+  }
+  const int flags = O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+  const int handle = openat(folder.get(), "InstallLock", flags, 0666);
   if (handle >= 0) {
-    // Every user of the shared folder may be the next installer.
-    fchmod(handle, 0666);
+    openToEveryone(handle);
   }
   return handle;
 }

@@ -1,7 +1,5 @@
 #include "extractor/install_updater.h"
 
-#include <sys/stat.h>
-
 #include <cstdio>
 #include <cstring>
 
@@ -42,7 +40,7 @@ static void extractLzmaTool(ExtractorRun& run) {
   logMessage("[Extractor] LZMA path is %s\n", run.lzmaPath);
   requireNextArchive(run, kUpdater, nullptr, run.guTemp);
   logMessage("[Extractor] Ensuring LZMA is executable.\n");
-  if (chmod(run.lzmaPath, 0777) != 0) {
+  if (setModeWithoutLink(run.lzmaPath, 0777) != 0) {
     logMessage("[Extractor] ***************************** Error setting LZMA executable!\n");
   }
 }
@@ -58,7 +56,7 @@ static void overrideSplash(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   toNativePath(setPath(path, run.guTemp, kSplashName));
   logMessage("[Extractor] Overwriting splash image at %s\n", path);
-  FILE* file = fopen(path, "wb");
+  FILE* file = createWithoutLink(path);
   if (file != nullptr) {
     fwrite(run.dynamic.splashImage, 1, run.dynamic.splashImageLength, file);
     fclose(file);

@@ -65,8 +65,21 @@ static bool isMoveCutShort(const std::string& bundle) {
   return false;
 }
 
+static bool isLink(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+// A bundle that no installer made: what its links lead to must not be moved, or be removed.
+static bool leadsElsewhere(const std::string& bundle) {
+  return isLink(bundle + "/Contents") || isLink(bundle + "/Contents/MacOS");
+}
+
 // A prepared bundle's Java home is a link to the plain folder.
 static bool isUnfinished(const std::string& bundle) {
+  if (leadsElsewhere(bundle)) {
+    return false;
+  }
   const bool isLinkMissing = !isThere((bundle + "/Contents/Home").c_str());
   return holdsHome(bundle) || isMoveCutShort(bundle) ||
          (isLinkMissing && hasFolder(plainFolderOf(bundle), "bin"));

@@ -1,5 +1,6 @@
 #include "extractor/provision_jre.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 #include "extractor/folders.h"
@@ -52,8 +53,8 @@ void layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earl
   nameTempFolder(run, aside);
   const bool isAside = earlierHome != nullptr && rename(earlierHome, aside) == 0;
   initOSXJRE(bundle);
-  if (isAside) {
-    removeTree(aside);
+  if (isAside && !removeTree(aside)) {
+    remove(aside);  // a link, or a file, in the place of the folder
   }
 }
 
@@ -63,7 +64,7 @@ static void finishJre(ExtractorRun& run) {
   appendToPath(run.jreFolder, ".plugin");
   moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder);
   logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
-  layOutRuntime(run, run.jreFolder, isFolder(home) ? home : nullptr);
+  layOutRuntime(run, run.jreFolder, isThere(home) ? home : nullptr);
   chmod777(run.jreFolder);
   logMessage("[Extractor] Ensuring JRE bin is writable.\n");
   char bin[PATH_BUFFER_SIZE];

@@ -151,7 +151,9 @@ static void runTool(const std::string& text, const char* const* words) {
 static void copyJre(const SystemJre& jre, const char* to) {
   char bin[PATH_BUFFER_SIZE];
   setPath(bin, to, "bin");
-  const char* const copy[] = {"/bin/cp", "-LRf", jre.home, to, nullptr};
+  // The folder stands already: it has to become the home itself, the home must not lie in it.
+  const std::string contents = std::string(jre.home) + "/.";
+  const char* const copy[] = {"/bin/cp", "-LRf", "--", contents.c_str(), to, nullptr};
   const char* const open[] = {"/bin/chmod", "-R", "755", bin, nullptr};
   runTool("cp -LRf \"" + std::string(jre.home) + "\" \"" + to + "\"", copy);
   runTool("chmod -R 755 \"" + std::string(bin) + "\"", open);
@@ -173,8 +175,11 @@ bool adoptSystemJre(ExtractorRun& run) {
     return false;
   }
   logMessage("[JRESearch] JRE is valid, copying...\n");
-  // The copy makes the folder: it has to become the home itself, not to lie in it.
   nameTempFolder(run, run.jreTemp);
+  if (createTempFolder(run, run.jreTemp) != 0) {
+    logMessage("[JRESearch] Unable to create %s\n", run.jreTemp);
+    return false;
+  }
   static_assert(sizeof kAdoptedVersion <= sizeof run.jreVersion, "the version fits its buffer");
   memcpy(run.jreVersion, kAdoptedVersion, sizeof kAdoptedVersion);
   copyJre(jre, run.jreTemp);

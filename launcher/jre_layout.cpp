@@ -55,8 +55,8 @@ static std::vector<std::string> namesIn(const std::string& folder, bool hidden) 
 
 // mv FROM/* TO
 static void moveVisibleEntries(const std::string& from, const std::string& to) {
-  if (!leadsToFolder(to.c_str())) {
-    return;
+  if (!isFolder(to.c_str())) {
+    return;  // a link in its place may lead anywhere
   }
   for (const std::string& name : namesIn(from, false)) {
     rename(childPath(from, name).c_str(), childPath(to, name).c_str());

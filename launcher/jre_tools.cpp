@@ -1,8 +1,7 @@
-#include <sys/stat.h>
-
 #include <cstdio>
 
 #include "launcher/jre_layout.h"
+#include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/strings.h"
@@ -13,7 +12,7 @@ static char* allocToolFolder(const char* bundlePath) {
 }
 
 static void makeExecutable(const char* path, const char* tool) {
-  if (chmod(path, 0777) != 0) {
+  if (setModeWithoutLink(path, 0777) != 0) {
     logError("Error setting %s to executable!\n", tool);
   }
 }

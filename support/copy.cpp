@@ -18,7 +18,7 @@ static bool copyBytes(const char* tag, const char* from, const char* to) {
                from);
     return false;
   }
-  const Stream target(fopen(to, "wb"));
+  const Stream target(createWithoutLink(to));
   if (target == nullptr) {
     logMessage("[%s] *************************** Unable to open destination file for copy %s\n",
                tag, to);
@@ -66,6 +66,10 @@ int copyFolder(const char* from, const char* to) {
   Folder folder = openFolder(from);
   if (folder == nullptr) {
     logMessage("[CopyFolder] SourceDir from '%s' is NULL\n", from);
+    return 1;
+  }
+  if (openFolderWithoutLink(to) == nullptr) {
+    logMessage("[CopyFolder] TargetDir '%s' is no folder\n", to);
     return 1;
   }
   for (const std::string& name : namesToWalk(std::move(folder))) {

@@ -1,6 +1,8 @@
 #ifndef QUORVANE_SUPPORT_FILE_OPERATIONS_H
 #define QUORVANE_SUPPORT_FILE_OPERATIONS_H
 
+#include <cstdio>
+
 // File-system work of an installation. Every step is logged with its path where it happens; only
 // makeDir(), deleteFolder() and copyFolder() return a status. Tree walks skip entries whose name
 // begins with '.' and is shorter than 3 characters. Deleting and setting modes never follow a
@@ -23,8 +25,16 @@ void chmodR755(const char* path);
 // Sets mode 0777 on `path` alone.
 void chmod777(const char* path);
 
-// As the two above, for a plain file, or a folder alone, that is open already: `path` is only what
-// the log shows. A negative descriptor is logged and nothing more.
+// Sets the permission bits `mode` on `path` alone. Returns 0, or non-zero with nothing changed when
+// that fails or `path` is a symbolic link, whose target may lie anywhere. Logs nothing.
+[[nodiscard]] int setModeWithoutLink(const char* path, unsigned mode);
+
+// Opens `path` for writing, creating or truncating it; null when that fails or a symbolic link
+// stands there. Logs nothing.
+[[nodiscard]] FILE* createWithoutLink(const char* path);
+
+// As the two before these, for a plain file, or a folder alone, that is open already: `path` is
+// only what the log shows. A negative descriptor is logged and nothing more.
 void chmodR755(int descriptor, const char* path);
 void chmod777(int descriptor, const char* path);
 
@@ -39,8 +49,9 @@ bool removeTree(const char* path);
 // Copies one file's bytes, creating or truncating `to`; modes and times are not copied.
 void copyFile(const char* from, const char* to);
 
-// Copies the tree below `from` into the existing folder `to`, file by file. Returns 0, or non-zero
-// at the first failure, leaving what was copied until then. Not atomic.
+// Copies the tree below `from` into the existing folder `to`, file by file; a symbolic link in the
+// place of a target folder or file is a failure. Returns 0, or non-zero at the first failure,
+// leaving what was copied until then. Not atomic.
 int copyFolder(const char* from, const char* to);
 
 // Moves the folder `from` to `to`: a rename where the file system allows it, tried for about three

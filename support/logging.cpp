@@ -4,10 +4,13 @@
 #include <cstdlib>
 #include <ctime>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/clock.h"
 #include "support/file_operations.h"
+#include "support/owned.h"
 #include "support/paths.h"
 #include "support/system_log.h"
 
@@ -109,6 +112,27 @@ static void formatLogFileName(char* name, size_t size) {
   snprintf(name + length, size - length, "-%03d.log", getJustMillis());
 }
 
+// The master folder is open to every user: what stands under the name of the folder or the file may
+// be a link that somebody planted. Only a file of its own in a folder of its own is written.
+static FILE* createLogFile(const char* folderPath, const char* name) {
+  const Descriptor folder(open(folderPath, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!folder.isOpen()) {
+    return nullptr;
+  }
+  const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+  Descriptor file(openat(folder.get(), name, flags, 0666));
+  struct stat status {};
+  if (!file.isOpen() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+      status.st_nlink != 1 || ftruncate(file.get(), 0) != 0) {
+    return nullptr;
+  }
+  FILE* stream = fdopen(file.get(), "w");
+  if (stream != nullptr) {
+    file.release();
+  }
+  return stream;
+}
+
 void setupFileLogging(const char* baseDir) {
   char name[1024] = "";
   formatLogFileName(name, sizeof name);
@@ -118,9 +142,9 @@ void setupFileLogging(const char* baseDir) {
   makeDir(path);
   char fileName[sizeof name + sizeof "Wrapper-"];
   snprintf(fileName, sizeof fileName, "Wrapper-%s", name);
-  pathcat(path, fileName);
-  logMessage("[Extractor] Logging to %s\n", path);
-  setFileToLogTo(fopen(path, "w"));
+  char filePath[PATH_BUFFER_SIZE];
+  logMessage("[Extractor] Logging to %s\n", setPath(filePath, path, fileName));
+  setFileToLogTo(createLogFile(path, fileName));
 }
 
 void printWorkingDir() {

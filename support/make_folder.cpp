@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cstdio>
@@ -5,6 +6,7 @@
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
+#include "support/owned.h"
 
 bool doesFileExist(const char* path) {
   FILE* file = fopen(path, "rb");
@@ -14,6 +16,15 @@ bool doesFileExist(const char* path) {
   fclose(file);
   logMessage("File exists: %s\n", path);
   return true;
+}
+
+FILE* createWithoutLink(const char* path) {
+  Descriptor file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666));
+  FILE* stream = file.isOpen() ? fdopen(file.get(), "wb") : nullptr;
+  if (stream != nullptr) {
+    file.release();
+  }
+  return stream;
 }
 
 bool doesDirExist(const char* path) {

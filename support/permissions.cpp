@@ -8,6 +8,7 @@
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/strings.h"
 
 static const char kRecursive755[] = "chmod -R 755 ";
@@ -35,21 +36,19 @@ static void logCommand(const char* command, const char* path) {
   free(quoted);
 }
 
-// Sets the mode of `path` unless it is a symbolic link, whose target may lie anywhere.
-static void setMode(const char* path, mode_t mode) {
-  if (isLink(path)) {
-    return;
+int setModeWithoutLink(const char* path, unsigned mode) {
+  const Descriptor file(open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (file.isOpen()) {
+    return fchmod(file.get(), static_cast<mode_t>(mode));
   }
-  const int handle = open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-  if (handle < 0) {
-    chmod(path, mode);
-    return;
-  }
-  fchmod(handle, mode);
-  close(handle);
+  return isLink(path) ? -1 : chmod(path, static_cast<mode_t>(mode));
 }
 
-static void setModeRecursively(const std::string& path, mode_t mode) {
+static void setMode(const char* path, unsigned mode) {
+  static_cast<void>(setModeWithoutLink(path, mode));
+}
+
+static void setModeRecursively(const std::string& path, unsigned mode) {
   setMode(path.c_str(), mode);
   for (const std::string& name : allNames(openFolderWithoutLink(path.c_str()))) {
     setModeRecursively(childPath(path, name), mode);

@@ -209,6 +209,11 @@ int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t
   return fails("spawn") ? errno : next(child, path, actions, attributes, words, environment);
 }
 
+FILE* popen(const char* command, const char* mode) {
+  static const auto next = real<FILE* (*)(const char*, const char*)>("popen");
+  return fails("spawn") ? nullptr : next(command, mode);
+}
+
 void* malloc(size_t size) {
   return fails("malloc") ? nullptr : __libc_malloc(size);
 }

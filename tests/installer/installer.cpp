@@ -83,11 +83,7 @@ void Installer::sign(const tools::SigningKey& key) {
   }
 }
 
-void Installer::write() const {
-  fs::create_directories(fs::path(executable()).parent_path());
-  fs::create_directories(resources());
-  fs::remove(executable());
-  fs::copy_file(QUORVANE_BIN "/extractor", executable());
+std::string Installer::tailRecord() const {
   std::string record = fieldsOf(tail);
   for (const std::string& archive : updater) {
     record += archive;
@@ -96,6 +92,15 @@ void Installer::write() const {
   for (const std::string& archive : application) {
     record += archive;
   }
+  return record;
+}
+
+void Installer::write() const {
+  fs::create_directories(fs::path(executable()).parent_path());
+  fs::create_directories(resources());
+  fs::remove(executable());
+  fs::copy_file(QUORVANE_BIN "/extractor", executable());
+  const std::string record = tailRecord();
   if (tailPlace == TailPlace::Resource) {
     writeFile(resources() + "/Tail", record);
   } else if (tailPlace == TailPlace::Executable) {

@@ -52,6 +52,9 @@ class Installer {
   // Writes the bundle, over an earlier one.
   void write() const;
 
+  // The Tail record with the archives behind it.
+  std::string tailRecord() const;
+
   std::string executable() const { return folder_ / "Setup.app/Contents/MacOS/Setup"; }
   std::string resources() const { return folder_ / "Setup.app/Contents/Resources"; }
   std::string params() const { return resources() + "/AppParams.excludefromsigning"; }

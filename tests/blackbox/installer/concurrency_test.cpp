@@ -1,0 +1,141 @@
+// Many installers at once, and an application that runs while it is updated.
+//
+// QUORVANE_ROUNDS is how often eight installers start at once (two times where it is not set).
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/blackbox/installer/current_installation.h"
+#include "tests/blackbox/installer/starts.h"
+#include "tests/support/background.h"
+
+namespace fs = std::filesystem;
+using test::Installer;
+
+namespace {
+
+class Concurrency : public testing::Test {
+ protected:
+  // Runs the commands at the same time.
+  static std::vector<test::Result> runAtOnce(const std::vector<test::Command>& commands) {
+    std::vector<test::Result> results(commands.size());
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < commands.size(); ++i) {
+      threads.emplace_back([&, i] { results[i] = test::run(commands[i]); });
+    }
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+    return results;
+  }
+
+  static void expectAllLaunched(const std::vector<test::Result>& results) {
+    for (const test::Result& result : results) {
+      EXPECT_EQ(0, result.status) << result.out;
+      EXPECT_TRUE(mentions(result, "[JNILauncher] Done!")) << result.out;
+    }
+  }
+
+  static int rounds() {
+    const char* wanted = getenv("QUORVANE_ROUNDS");
+    return wanted == nullptr ? 2 : atoi(wanted);
+  }
+
+  Installer installer_;
+};
+
+}  // namespace
+
+TEST_F(Concurrency, EightInstallersOfOneApplicationAllEndWithItRunning) {
+  installer_.write();
+  for (int round = 0; round < rounds() && !HasFailure(); ++round) {
+    SCOPED_TRACE("round " + std::to_string(round));
+    fs::remove_all(installer_.master());
+    std::vector<test::Command> commands(8, installer_.command());
+    for (test::Command& command : commands) {
+      command.seconds = 120;
+    }
+    expectAllLaunched(runAtOnce(commands));
+    EXPECT_EQ(4u, installer_.versionFolders().size());
+    EXPECT_TRUE(installer_.tempFolders().empty());
+    expectVersionFoldersStart(installer_);
+  }
+  printf("%d rounds\n", rounds());
+}
+
+TEST_F(Concurrency, InstallersOfDifferentVersionsLeaveTheNewestRunningAndNoneBroken) {
+  for (int round = 0; round < rounds() && !HasFailure(); ++round) {
+    fs::remove_all(installer_.master());
+    std::vector<test::Command> commands;
+    // One bundle each, beside the other's.
+    for (const char* version : {"3", "4", "5", "6"}) {
+      installer_.tail.appVersion = version;
+      installer_.tail.guVersion = version;
+      installer_.application[0] =
+          test::nestedRecord("application", Installer::applicationRecords(version));
+      installer_.write();
+      const std::string copy = installer_ / (std::string("Setup") + version + ".app");
+      fs::remove_all(copy);
+      fs::copy(installer_ / "Setup.app", copy, fs::copy_options::recursive);
+      test::Command command = installer_.command();
+      command.arguments[0] = copy + "/Contents/MacOS/Setup";
+      command.seconds = 120;
+      commands.push_back(command);
+    }
+    expectAllLaunched(runAtOnce(commands));
+    EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Quorvane-6-complete")));
+    EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Demo-6-complete")));
+    EXPECT_TRUE(installer_.tempFolders().empty());
+    expectVersionFoldersStart(installer_);
+  }
+}
+
+TEST_F(Concurrency, ApplicationThatRunsWhileItIsUpdatedKeepsItsFiles) {
+  // The runtime's java looks for its own library, and for its application, all the time, and notes
+  // what it misses.
+  const std::string missing = installer_ / "missing";
+  const std::string running = installer_ / "running";
+  const std::string java =
+      "#!/bin/sh\ncase \"$*\" in *updater.Main*) ;; *) exit 0 ;; esac\n"
+      "home=$(dirname \"$(dirname \"$0\")\")\nmaster=$(dirname \"$home\")\n"
+      ": > '" +
+      running +
+      "'\n"
+      "while [ ! -e '" +
+      (installer_ / "stop") +
+      "' ]; do\n"
+      "  [ -e \"$home/lib/server/libjvm.so\" ] || echo runtime >> '" +
+      missing +
+      "'\n"
+      "  [ -e \"$master/Quorvane-Demo-3-complete/demo.jar\" ] || echo app >> '" +
+      missing +
+      "'\n"
+      "done\n";
+  installer_.runtime = test::nestedRecord(
+      "runtime", Installer::runtimeRecords() + test::fileRecord("Contents/Home/bin/java", java));
+  installer_.properties = {{"force_spawn", "true"}};
+  installer_.write();
+  // The java that the launch spawns is left behind on purpose: it runs until it is told to stop.
+  test::Command wait = installer_.command();
+  wait.arguments = {"/bin/sh", "-c",
+                    "\"$0\" & while [ ! -e '" + (installer_ / "stop") + "' ]; do sleep 0.05; done",
+                    installer_.executable()};
+  test::Background application(wait);
+  for (int i = 0; i < 600 && !test::exists(running); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  ASSERT_TRUE(test::exists(running)) << application.out();
+  carryUpdate(&installer_);
+  installer_.write();
+  const test::Result result = installer_.run();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Demo-4-complete/demo.jar")));
+  test::writeFile(installer_ / "stop", "");
+  EXPECT_FALSE(test::exists(missing)) << test::readFile(missing);
+}
