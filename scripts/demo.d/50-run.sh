@@ -33,35 +33,19 @@ take_picture() {
     > "$demo/window.log" 2> "$demo/window.err" &
   local launcher=$!
   wait_for "$launcher" grep -q "The window is up" "$demo/window.log"
-  wait_for "$launcher" is_shown "$app_name"
-  xdotool mousemove 40 30 click 1
-  wait_for "$launcher" is_shown Window
-  xdotool mousemove 640 420
+  scripts/app-menu open "$app_name" ||
+    { kill -9 "$launcher"; fail "the menu did not open; see $demo/window.log"; }
   sleep 1
   import -silent -window root "$demo/window.png"
   quit_through_menu "$launcher"
 }
 
-# Whether a window of the application's toolkit with this title is on the display.
-is_shown() {
-  xwininfo -root -tree | grep "\"$1\": (\"$app_name\" \"GNUstep\")" | grep -qv ' 7x7+'
-}
-
-# Chooses Quit in the menu. A click can get lost on a busy machine, so the menu is tried again.
+# Chooses Quit in the open menu.
 quit_through_menu() {
   local status=0
-  for _ in 1 2 3 4 5; do
-    xdotool mousemove 140 152 click 1
-    timeout 6 tail --pid="$1" -f /dev/null && break
-    xdotool mousemove 40 30 click 1
-    sleep 1
-  done
-  if kill -0 "$1" 2> /dev/null; then
-    say "the menu did not take the click; ending the application"
-    kill -9 "$1"
-    wait "$1" || true
-    return
-  fi
+  scripts/app-menu quit "$app_name" ||
+    { kill -9 "$1"; fail "the menu did not take the mouse; see $demo/window.png"; }
+  timeout 60 tail --pid="$1" -f /dev/null || { kill -9 "$1"; fail "the application did not quit"; }
   wait "$1" || status=$?
   [ "$status" -eq 0 ] || fail "the application quit with status $status; see $demo/window.log"
 }

@@ -1,4 +1,5 @@
-// The launcher with a real Java runtime in a window system of its own: URLs from other processes.
+// The launcher with a real Java runtime in a window system of its own: URLs from other processes,
+// and the menu.
 
 #include <gtest/gtest.h>
 
@@ -68,4 +69,18 @@ TEST_F(LauncherWindow, AUrlSentWhileTheProgramRunsIsReceived) {
   const test::Result sending = test::run(sender("demo://open/later"));
   EXPECT_EQ("1\n", sending.out) << sending.err;
   EXPECT_TRUE(hasReceived(launcher, "demo://open/later")) << launcher.err();
+}
+
+TEST_F(LauncherWindow, QuittingThroughTheMenuEndsTheProcessWithZero) {
+  static const char kQuitThroughMenu[] = R"sh(
+    menu=$1; shift
+    "$@" > /dev/null 2>&1 & launcher=$!
+    "$menu" open Demo && "$menu" quit Demo && wait "$launcher"; echo "status $?"
+  )sh";
+  test::Command script = stayingProgram();
+  script.arguments.insert(script.arguments.begin(), {"/bin/bash", "-c", kQuitThroughMenu, "script",
+                                                     QUORVANE_SOURCE "/scripts/app-menu"});
+  script.seconds = 150;
+  const test::Result result = test::run(script);
+  EXPECT_EQ("status 0\n", result.out) << result.err;
 }
