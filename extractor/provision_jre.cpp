@@ -1,13 +1,18 @@
 #include "extractor/provision_jre.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 #include "extractor/folders.h"
 #include "extractor/run.h"
 #include "launcher/jre_layout.h"
+#include "platform/exchange_folders.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
+#include "support/folder_walk.h"
 #include "support/logging.h"
 #include "support/paths.h"
 #include "support/spawner.h"
@@ -48,10 +53,35 @@ static void setUpOnlineJre(ExtractorRun& run) {
   logEndSection(kOnlineSection);
 }
 
+static bool holdsHiddenNames(const char* folder) {
+  const std::vector<std::string> names = allNames(openFolderWithoutLink(folder));
+  return std::any_of(names.begin(), names.end(),
+                     [](const std::string& name) { return name[0] == '.'; });
+}
+
+// Puts the bundle's home in the place of the earlier one, and that aside, without a moment at which
+// a program that runs from the earlier one would miss its files. Hidden files must not come along:
+// with those, and where the system cannot exchange folders, nothing is done. Returns whether it
+// was.
+static bool exchangeHomes(const char* bundle, const char* earlierHome, const char* aside) {
+  char home[PATH_BUFFER_SIZE];
+  setPath(home, bundle, "Contents", "Home");
+  if (!isFolder(earlierHome) || !isFolder(home) || holdsHiddenNames(home) ||
+      !exchangeFolders(home, earlierHome)) {
+    return false;
+  }
+  if (rename(home, aside) == 0) {
+    return true;
+  }
+  static_cast<void>(exchangeFolders(home, earlierHome));
+  return false;
+}
+
 void layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
   char aside[PATH_BUFFER_SIZE];
   nameTempFolder(run, aside);
-  const bool isAside = earlierHome != nullptr && rename(earlierHome, aside) == 0;
+  const bool isAside = earlierHome != nullptr && (exchangeHomes(bundle, earlierHome, aside) ||
+                                                  rename(earlierHome, aside) == 0);
   initOSXJRE(bundle);
   if (isAside && !removeTree(aside)) {
     remove(aside);  // a link, or a file, in the place of the folder
