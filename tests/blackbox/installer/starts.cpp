@@ -22,7 +22,9 @@ static bool endsIn(const std::string& text, const std::string& end) {
 
 static void expectUpdaterStarts(const std::string& folder) {
   EXPECT_TRUE(fs::exists(folder + "/QuorvaneLaunch")) << folder;
-  EXPECT_EQ("the updater", test::readFile(folder + "/updater.jar")) << folder;
+  // As carried, or as Installer::installUpdater() writes it.
+  const std::string jar = test::readFile(folder + "/updater.jar");
+  EXPECT_TRUE(jar == "the updater" || jar.rfind("updater ", 0) == 0) << folder << jar;
 }
 
 static void expectApplicationStarts(const std::string& folder, const std::string& version) {
