@@ -17,9 +17,16 @@ function(quorvane_build_fast name)
   target_compile_options(${name} PRIVATE -O0 -g1)
 endfunction()
 
+# QUORVANE_NOT_SANITIZED, set before a test is declared, is a GoogleTest filter of the cases that a
+# sanitizer build leaves out; the reason stands where it is set.
 function(quorvane_discover name seconds)
+  set(filter "*")
+  if(QUORVANE_SANITIZE AND QUORVANE_NOT_SANITIZED)
+    set(filter "-${QUORVANE_NOT_SANITIZED}")
+  endif()
   gtest_discover_tests(${name}
     TEST_PREFIX "${name}."
+    TEST_FILTER "${filter}"
     DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${seconds} ENVIRONMENT "${QUORVANE_TEST_ENVIRONMENT}")
 endfunction()
