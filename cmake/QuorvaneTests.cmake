@@ -43,11 +43,14 @@ function(quorvane_unit_test name)
   quorvane_discover(${name} ${QUORVANE_UNIT_SECONDS})
 endfunction()
 
+# Seconds that a black-box test may take; a list file may set more.
+set(QUORVANE_BLACKBOX_SECONDS 180)
+
 # quorvane_blackbox_test(NAME SOURCE...): tests that run built executables; they link none of the
 # product. A test finds the executables in QUORVANE_BIN and its data in QUORVANE_SOURCE.
 function(quorvane_blackbox_test name)
   add_executable(${name} ${ARGN} ${CMAKE_SOURCE_DIR}/tests/support/sanitizer_options.cpp)
   quorvane_build_fast(${name})
   target_link_libraries(${name} PRIVATE quorvane_test_support GTest::gtest_main)
-  quorvane_discover(${name} 180)
+  quorvane_discover(${name} ${QUORVANE_BLACKBOX_SECONDS})
 endfunction()

@@ -49,8 +49,8 @@ class Walk {
 };
 
 bool isInside(const fs::path& path, const std::string& folder) {
-  const fs::path real = fs::weakly_canonical(path);
-  const fs::path realFolder = fs::weakly_canonical(folder);
+  const fs::path real = fs::weakly_canonical(fs::absolute(path));
+  const fs::path realFolder = fs::weakly_canonical(fs::absolute(folder));
   const auto end = std::mismatch(realFolder.begin(), realFolder.end(), real.begin(), real.end());
   return end.first == realFolder.end();
 }

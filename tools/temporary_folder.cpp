@@ -13,9 +13,10 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-TemporaryFolder::TemporaryFolder() {
+TemporaryFolder::TemporaryFolder(const std::string& parent) {
   std::error_code ignored;
-  path_ = (fs::temp_directory_path(ignored) / "quorvane-XXXXXX").string();
+  const fs::path folder = parent.empty() ? fs::temp_directory_path(ignored) : fs::path(parent);
+  path_ = (folder / "quorvane-XXXXXX").string();
   if (mkdtemp(path_.data()) == nullptr) {
     throw InputError("no temporary folder can be made as " + path_ + ": " + strerror(errno));
   }

@@ -5,11 +5,11 @@
 
 namespace tools {
 
-// A new empty folder in the system's temporary folder, removed with all it holds at the end. Throws
-// InputError when it cannot be made.
+// A new empty folder in the system's temporary folder or another one, removed with all it holds at
+// the end. Throws InputError when it cannot be made.
 class TemporaryFolder {
  public:
-  TemporaryFolder();
+  explicit TemporaryFolder(const std::string& parent = "");
   ~TemporaryFolder();
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;

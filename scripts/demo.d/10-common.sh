@@ -1,9 +1,9 @@
 # What every piece of the demo uses. Sourced by scripts/demo.
 
 demo=$PWD/build/demo
-app=$demo/Hello.app
+hello=$demo/hello
+app=$hello/dist/Hello.app
 app_name=Hello
-master=$demo/home/Library/Application\ Support/Quorvane-$app_name
 
 say() { printf 'demo: %s\n' "$*"; }
 
@@ -32,7 +32,12 @@ install_what_is_missing() {
 build_the_tools() {
   say "building the product and the packager"
   quietly cmake --preset dev
-  quietly cmake --build --preset dev --target launcher extractor lzma64 quorvane-pack sample_app sample_updater
+  quietly cmake --build --preset dev --target packager
+}
+
+# The packager. Its output is shown only when it fails.
+pack() {
+  quietly build/bin/quorvane-pack "$@"
 }
 
 start_afresh() {

@@ -1,17 +1,19 @@
-# The Java side: a runtime of its own and the sample program. Sourced by scripts/demo.
+# The Java side: the sample programs, and one runtime for all installers. Sourced by scripts/demo.
 
+find_jdk() {
+  jdk=$(dirname "$(dirname "$(readlink -f "$(command -v javac)")")")
+  [ -d "$jdk/jmods" ] || fail "the JDK at $jdk has no jmods folder, which jlink needs"
+}
+
+# Compiles the sample program in examples/$1 into $demo/$1.jar.
+compile_sample() {
+  say "compiling the sample program in examples/$1"
+  quietly "$jdk/bin/javac" --release 17 -d "$demo/classes-$1" examples/"$1"/org/example/"$1"/*.java
+  quietly "$jdk/bin/jar" --create --file "$demo/$1.jar" -C "$demo/classes-$1" .
+}
 
 make_runtime() {
   say "making a Java runtime with jlink"
-  jdk=$(dirname "$(dirname "$(readlink -f "$(command -v javac)")")")
-  [ -d "$jdk/jmods" ] || fail "the JDK at $jdk has no jmods folder, which jlink needs"
-  quietly "$jdk/bin/jlink" --add-modules java.base,java.desktop --strip-debug --no-header-files \
-    --no-man-pages --output "$demo/runtime"
-  quietly "$demo/runtime/bin/java" -Xshare:dump
-}
-
-compile_sample() {
-  say "compiling the sample program in examples/hello"
-  quietly "$jdk/bin/javac" --release 17 -d "$demo/classes" examples/hello/org/example/hello/*.java
-  quietly "$jdk/bin/jar" --create --file "$demo/hello.jar" -C "$demo/classes" .
+  quietly "$jdk/bin/jlink" --add-modules java.base,java.desktop --strip-java-debug-attributes \
+    --no-header-files --no-man-pages --compress=2 --output "$demo/runtime"
 }

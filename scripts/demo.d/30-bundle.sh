@@ -1,27 +1,18 @@
-# The application bundle. Sourced by scripts/demo.
+# The first project: a bundle of the Launcher, and an installer that brings its runtime. Sourced by
+# scripts/demo.
 
-lay_out_bundle() {
-  say "laying out the bundle $app"
-  mkdir -p "$app/Contents/MacOS" "$app/Contents/Resources"
-  cp build/bin/launcher "$app/Contents/MacOS/$app_name"
-  cp "$demo/hello.jar" "$app/Contents/Resources/"
-  cat > "$app/Contents/Info.plist" <<PLIST
-<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0">
-<dict>
-  <key>CFBundleName</key><string>$app_name</string>
-  <key>CFBundleExecutable</key><string>$app_name</string>
-  <key>CFBundleIdentifier</key><string>org.example.hello</string>
-  <key>CFBundlePackageType</key><string>APPL</string>
-  <key>CFBundleVersion</key><string>1</string>
-</dict>
-</plist>
-PLIST
+make_hello() {
+  say "making a project and a signing key with 'quorvane-pack init', in $hello"
+  mkdir -p "$hello"
+  pack init "$demo/hello.jar" --main-class org.example.hello.Hello --project "$hello/quorvane.toml"
+  say "packing it with 'quorvane-pack build'"
+  pack build "$hello/quorvane.toml" --runtime "$demo/runtime" --output "$hello/dist"
+  pack verify "$hello/dist/Hello Installer.app"
 }
 
-append_tail() {
-  say "appending the Tail record to its executable"
-  quietly build/bin/quorvane-pack tail write --append "$app/Contents/MacOS/$app_name" \
-    --app-name "$app_name" --install-type perm_user
+install_hello() {
+  say "running its installer: it installs runtime and application, and starts the application"
+  as_account scripts/with-display timeout -k 5 120 "$hello/dist/Hello Installer.app/Contents/MacOS/Hello" \
+    > "$demo/hello.log" 2> "$demo/hello.err" || fail "it failed; see $demo/hello.log"
+  grep -aq 'Hello from Java' "$demo/hello.log" || fail "the application did not start; see $demo/hello.log"
 }

@@ -1,6 +1,5 @@
-# A throw-away account with a home of its own, in which the runtime is installed: the launcher asks
-# the password database for the home folder, so the demo answers with one of its own. Sourced by
-# scripts/demo.
+# A throw-away account with a home of its own: the product asks the password database for the home
+# folder, so the demo answers with one of its own. Sourced by scripts/demo.
 
 make_account() {
   say "making a throw-away account with the home $demo/home"
@@ -27,23 +26,4 @@ end_account() {
     kill "$(basename "$(dirname "$file")")" 2> /dev/null || true
   done
   rm -rf "$account_tmp"
-}
-
-# The runtime as a version folder, and beside it the bundle through which macOS sees it.
-install_runtime() {
-  local folder="$master/Quorvane-Mac64JRE-1-complete"
-  say "installing the runtime as $folder"
-  mkdir -p "$master" "$folder.plugin/Contents/MacOS"
-  mv "$demo/runtime" "$folder"
-  ln -s "$folder" "$folder.plugin/Contents/Home"
-  ln -s "$folder/lib/libjli.so" "$folder.plugin/Contents/MacOS/libjli.so"
-  cat > "$folder.plugin/Contents/Info.plist" <<PLIST
-<?xml version="1.0" encoding="UTF-8"?>
-<plist version="1.0">
-<dict>
-  <key>CFBundleName</key><string>Java runtime</string>
-  <key>CFBundleExecutable</key><string>libjli.so</string>
-</dict>
-</plist>
-PLIST
 }

@@ -1,10 +1,10 @@
 # Starting the application. Sourced by scripts/demo.
 
 # The words with which the bundle is started: JVM options, class path, main class, arguments.
-console_words=(-Xmx64m "-Dhello.greeting=Good morning" -cp "$app/Contents/Resources/hello.jar"
+console_words=(-Xmx64m "-Dhello.greeting=Good morning" -cp "$demo/hello.jar"
   org.example.hello.Hello first "second argument" -third)
 window_words=(-Xmx64m "-Dhello.greeting=Good morning" -Dawt.useSystemAAFontSettings=on
-  -cp "$app/Contents/Resources/hello.jar"
+  -cp "$demo/hello.jar"
   org.example.hello.HelloWindow first "second argument" -third)
 
 run_in_console() {

@@ -5,46 +5,25 @@ project=$demo/project
 dist=$demo/dist
 sample_master=$demo/home/Library/Application\ Support/Quorvane-Sample
 
-# The sample application and its updater, a runtime, a splash image, a key and the project file.
+# The sample application, a splash image, a key and the project file.
 make_project() {
-  say "making a project in $project: application, updater, runtime, splash, signing key"
-  mkdir -p "$project/updater"
-  cp build/examples/updater/updater.jar build/examples/updater/QuorvaneLaunch "$project/updater/"
-  quietly "$jdk/bin/jlink" --add-modules java.base,java.desktop --strip-debug --no-header-files \
-    --no-man-pages --compress=2 --output "$project/runtime"
-  cp build/pack200-tools/unpack200 "$project/runtime/bin/" 2> /dev/null || true
+  say "making a project in $project: application, runtime, splash, signing key"
+  mkdir -p "$project"
+  cp "$demo/app.jar" "$project/"
   cp examples/splash/nativesplash.png "$project/splash.png"
-  quietly build/bin/quorvane-pack key new "$project/release.key"
-  write_project 1
-}
-
-# Writes the project for version $1 of the application.
-write_project() {
-  mkdir -p "$project/app"
-  cp build/examples/app/app.jar "$project/app/"
-  cat > "$project/launch.toml" <<TOML
-version = 6
-class = "org.example.app.SampleApp"
-app_name = "Sample"
-class_path = ["app.jar"]
-arguments = ["--close-after", "3000"]
-TOML
-  quietly build/bin/quorvane-pack launchfile write "$project/launch.toml" \
-    "$project/app/QuorvaneLaunch"
+  cp build/pack200-tools/unpack200 "$demo/runtime/bin/" 2> /dev/null || true
+  pack key new "$project/release.key"
   cat > "$project/quorvane.toml" <<TOML
 [application]
 name = "Sample"
-version = "$1"
-identifier = "org.example.sample"
-folder = "app"
-
-[updater]
-folder = "updater"
 version = "1"
+identifier = "org.example.sample"
+jar = "app.jar"
+main_class = "org.example.app.SampleApp"
+arguments = ["--close-after", "3000"]
 
 [runtime]
-folder = "runtime"
-version = "17"
+folder = "../runtime"
 
 [installer]
 minimum_splash_ms = 500
@@ -55,9 +34,9 @@ key = "release.key"
 TOML
 }
 
-# Packs what the project file says; more words go to the packager.
-pack() {
-  quietly build/bin/quorvane-pack build "$project/quorvane.toml" --output "$dist" "$@"
+# Packs the project; more words go to the packager.
+pack_project() {
+  pack build "$project/quorvane.toml" --output "$dist" "$@"
 }
 
 # Runs the bundle $1 in the account, on a display of its own, with its log in $2 and pictures of its
@@ -100,7 +79,7 @@ must_log() {
 
 install_offline() {
   say "packing a signed offline installer"
-  pack
+  pack_project
   say "running it on the fresh account: it installs and starts the application"
   run_bundle "$dist/Sample Installer.app" "$demo/install"
   must_log "$demo/install" "[ExtractArchive] Archive signature verified."
@@ -119,8 +98,7 @@ start_again() {
 
 update_offline() {
   say "packing version 2 and running its installer: an update"
-  write_project 2
-  pack
+  pack_project --app-version 2
   run_bundle "$dist/Sample Installer.app" "$demo/update"
   must_log "$demo/update" "[Extractor] Our App version is newer than existing latest version"
   show_application "$demo/update"
@@ -145,7 +123,7 @@ serve() {
 install_online() {
   say "running an online installer on an account without the application: the runtime is downloaded"
   serve "$dist/site"
-  pack --update-url "http://127.0.0.1:$port/"
+  pack_project --update-url "http://127.0.0.1:$port/"
   rm -rf "$sample_master"
   as_account timeout -k 5 120 scripts/with-display \
     "$dist/Sample Online Installer.app/Contents/MacOS/Sample" \

@@ -240,6 +240,7 @@ static void addExtract(CLI::App* archive) {
 void addArchiveCommand(CLI::App* app) {
   CLI::App* archive = app->add_subcommand("archive", "Makes, shows and checks archives.");
   archive->require_subcommand(1);
+  archive->footer("Example:\n  quorvane-pack archive list JREArchive.p2.l2");
   addCreate(archive);
   addList(archive);
   addVerify(archive);

@@ -108,6 +108,16 @@ static std::string listed(const std::vector<std::string>& texts) {
   return all;
 }
 
+static void requireExecutables(const std::string& folder) {
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    if (!fs::is_regular_file(fs::path(folder) / name)) {
+      throw InputError(folder + "/" + name +
+                       " is missing; name the folder of launcher, extractor and lzma64 for the "
+                       "target system with --executables");
+    }
+  }
+}
+
 // Makes the runtime in the folder `work`, or takes the one that stands.
 static Runtime runtimeOf(const Project& project, const std::string& work, Progress& progress) {
   Runtime runtime;
@@ -134,27 +144,11 @@ static Runtime runtimeOf(const Project& project, const std::string& work, Progre
   return runtime;
 }
 
-static std::string named(const Build& build, const char* suffix) {
-  return build.project.name + suffix + ".app";
-}
-
-static Bundle bundleOf(const Build& build, const std::string& name, const std::string& executable) {
-  Bundle bundle;
-  bundle.path = build.output / name;
-  bundle.name = build.project.name;
-  bundle.identifier = build.project.identifier;
-  bundle.version = build.project.version;
-  bundle.executable = build.options.files.executables + "/" + executable;
-  bundle.icon = build.project.icon;
-  return bundle;
-}
-
-static Tail tailOf(const Build& build) {
-  const Project& project = build.project;
+static Tail tailOf(const Project& project, const SigningKey* key) {
   Tail tail;
   tail.appName = project.name;
   tail.minSplashMs = project.minimumSplashMs;
-  tail.publicKeyHex = build.key == nullptr ? "" : build.key->publicKeyHex();
+  tail.publicKeyHex = key == nullptr ? "" : key->publicKeyHex();
   tail.canOverrideSplash = project.canOverrideSplash;
   tail.installType = project.installType;
   tail.silentParameter = project.silentParameter;
@@ -172,10 +166,25 @@ static Properties propertiesOf(const Project& project) {
   return properties;
 }
 
+static std::string named(const Build& build, const char* suffix) {
+  return build.project.name + suffix + ".app";
+}
+
+static Bundle bundleOf(const Build& build, const std::string& name, const std::string& executable) {
+  Bundle bundle;
+  bundle.path = build.output / name;
+  bundle.name = build.project.name;
+  bundle.identifier = build.project.identifier;
+  bundle.version = build.project.version;
+  bundle.executable = build.options.files.executables + "/" + executable;
+  bundle.icon = build.project.icon;
+  return bundle;
+}
+
 static Installer installerOf(const Build& build, const std::string& name) {
   Installer installer;
   installer.bundle = bundleOf(build, name, "extractor");
-  installer.tail = tailOf(build);
+  installer.tail = tailOf(build.project, build.key);
   installer.tail.guVersion = build.components.updaterVersion();
   installer.properties = propertiesOf(build.project);
   installer.lzmaTool = build.options.files.executables + "/lzma64";
@@ -189,7 +198,7 @@ static void buildLauncher(const Build& build) {
   build.progress.step("writing the launcher bundle");
   const Bundle bundle = bundleOf(build, named(build, ""), "launcher");
   writeBundle(bundle);
-  writeTailFile(tailPathInBundle(bundle.path), tailOf(build));
+  writeTailFile(tailPathInBundle(bundle.path), tailOf(build.project, build.key));
 }
 
 static std::string buildSite(const Build& build, const Runtime& runtime) {
@@ -235,6 +244,10 @@ static void runBuild(const BuildOptions& options) {
   requireApart(options, project);
   const std::optional<SigningKey> key = keyOf(project);
   const Components components(project, options.files.updaterJar);
+  // What can be wrong is found before the runtime is made, which takes its time.
+  requireExecutables(options.files.executables);
+  encodeTail(tailOf(project, key ? &*key : nullptr));
+  encodeParams(propertiesOf(project));
   OutputFolder output(options.output);
   const TemporaryFolder work;
   const Runtime runtime = runtimeOf(project, work / "runtime", progress);

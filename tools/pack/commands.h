@@ -30,6 +30,9 @@ void addKeyCommand(CLI::App* app);
 // launchfile write, launchfile read: the launch file of an application's folder.
 void addLaunchfileCommand(CLI::App* app);
 
+// run: an installer in a throw-away home.
+void addRunCommand(CLI::App* app);
+
 // tail write, tail read: the Tail record of a bundle or behind an executable.
 void addTailCommand(CLI::App* app);
 

@@ -55,6 +55,7 @@ static void addShow(CLI::App* key) {
 void addKeyCommand(CLI::App* app) {
   CLI::App* key = app->add_subcommand("key", "Makes and shows the key that signs archives.");
   key->require_subcommand(1);
+  key->footer("Example:\n  quorvane-pack key new release.key");
   addNew(key);
   addShow(key);
 }

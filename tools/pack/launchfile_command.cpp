@@ -64,6 +64,7 @@ void addLaunchfileCommand(CLI::App* app) {
   CLI::App* launchFile = app->add_subcommand(
       "launchfile", "Writes and shows the file that says how an application is started.");
   launchFile->require_subcommand(1);
+  launchFile->footer("Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
   addWrite(launchFile);
   addRead(launchFile);
 }

@@ -12,12 +12,15 @@ int main(int argc, char** argv) {
   CLI::App app{"Makes macOS bundles, installers and update sites of Java applications."};
   app.set_version_flag("--version", "quorvane-pack " QUORVANE_VERSION);
   app.require_subcommand(1);
+  app.footer(
+      "Example:\n  quorvane-pack init hello.jar && quorvane-pack build && quorvane-pack run");
   tools::addArchiveCommand(&app);
   tools::addBuildCommand(&app, tools::findProgramFiles(argv[0]));
   tools::addInitCommand(&app);
   tools::addKeyCommand(&app);
   tools::addLaunchfileCommand(&app);
   tools::addParamsCommand(&app);
+  tools::addRunCommand(&app);
   tools::addTailCommand(&app);
   tools::addVerifyCommand(&app);
   try {

@@ -102,6 +102,7 @@ void addParamsCommand(CLI::App* app) {
   CLI::App* params = app->add_subcommand(
       "params", "Writes and shows the properties that an installer is given at run time.");
   params->require_subcommand(1);
+  params->footer("Example:\n  quorvane-pack params read AppParams.excludefromsigning");
   addWrite(params);
   addRead(params);
 }

@@ -116,6 +116,7 @@ void addTailCommand(CLI::App* app) {
   CLI::App* tail =
       app->add_subcommand("tail", "Writes and shows the record that says what a bundle starts.");
   tail->require_subcommand(1);
+  tail->footer("Example:\n  quorvane-pack tail read Demo.app");
   addWrite(tail);
   addRead(tail);
 }

@@ -1,0 +1,224 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tests/support/test_keys.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char kOffline[] = "dist/Small App Installer.app";
+const char kResults[] =
+    "launcher bundle    dist/Small App.app\n"
+    "offline installer  dist/Small App Installer.app\n"
+    "online installer   dist/Small App Online Installer.app\n"
+    "update site        dist/site\n"
+    "note: [installer] has no update_url, so the online installer can fetch no runtime\n";
+
+std::string tailValue(const test::SmallProject& project, const std::string& bundle,
+                      const std::string& name) {
+  return test::runPack(project.path(), {"tail", "read", bundle, "--value", name}).out;
+}
+
+// Changed bytes here mean that every application's installers change: only with a reason. The
+// compressed records also depend on liblzma's encoder.
+TEST(PackBuild, OfTheSmallProjectGivesTheSameBytesAndModesAsEver) {
+  const test::SmallProject project;
+  const test::Result result = project.build();
+  ASSERT_EQ(0, result.status) << result.err;
+  EXPECT_EQ(test::readFile(QUORVANE_SOURCE "/tests/data/packager/small_project.manifest"),
+            test::manifestOf(project / "dist"));
+}
+
+TEST(PackBuild, ElsewhereAndUnderAnotherUmaskGivesTheSameBytesAndModes) {
+  const test::SmallProject first;
+  const test::SmallProject second;
+  ASSERT_EQ(0, first.build().status);
+  umask(077);
+  ASSERT_EQ(0, second.build().status);
+  umask(022);
+  EXPECT_EQ(test::manifestOf(first / "dist/site"), test::manifestOf(second / "dist/site"));
+  EXPECT_EQ(test::manifestOf(first / kOffline), test::manifestOf(second / kOffline));
+}
+
+TEST(PackBuild, SaysWhatItMadeAndNothingElse) {
+  const test::SmallProject project;
+  const test::Result result = project.build();
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(kResults, result.out);
+  EXPECT_EQ("", result.err);
+}
+
+TEST(PackBuild, IsSilentWhenAskedTo) {
+  const test::SmallProject project;
+  const test::Result result = project.build({"--quiet"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("", result.out + result.err);
+}
+
+TEST(PackBuild, NamesItsStepsWhenAskedTo) {
+  const test::SmallProject project;
+  const test::Result result = project.build({"--verbose"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(kResults, result.out);
+  EXPECT_EQ((std::vector<std::string>{
+                "[1/7] reading quorvane.toml", "[2/7] looking at the runtime",
+                "[3/7] taking the runtime runtime", "[4/7] packing the runtime",
+                "[5/7] writing the launcher bundle", "[6/7] writing the offline installer",
+                "[7/7] writing the online installer"}),
+            test::linesOf(result.err));
+}
+
+TEST(PackBuild, ShowsOneChangingLineOnATerminalAndTakesItAway) {
+  const test::SmallProject project;
+  ASSERT_EQ(0, project.build().status);
+  test::Command command;
+  command.arguments = {"/usr/bin/script",
+                       "--quiet",
+                       "--return",
+                       "--command",
+                       QUORVANE_BIN "/quorvane-pack build --executables bin",
+                       "/dev/null"};
+  command.folder = project.path();
+  const test::Result result = test::run(command);
+  EXPECT_EQ(0, result.status) << result.out << result.err;
+  EXPECT_EQ(0u, result.out.find("\r\033[K[1/7] reading quorvane.toml\r\033[K[2/7] "));
+  EXPECT_NE(std::string::npos,
+            result.out.find("[7/7] writing the online installer\r\033[Klauncher bundle"));
+}
+
+TEST(PackBuild, ReplacesWhatItMadeAndNothingElse) {
+  test::SmallProject project;
+  ASSERT_EQ(0, project.build().status);
+  project.replace("name = \"Small App\"", "name = \"Renamed\"");
+  ASSERT_EQ(0, project.build().status);
+  EXPECT_EQ((std::vector<std::string>{".quorvane-output", "Renamed Installer.app",
+                                      "Renamed Online Installer.app", "Renamed.app", "site"}),
+            test::namesIn(project / "dist"));
+  test::writeFile(project / "dist/mine.txt", "mine");
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: the output folder dist holds mine.txt, which this command did not make; "
+      "choose a new or empty folder with --output, or move that away\n",
+      result.err);
+  EXPECT_EQ("mine", test::readFile(project / "dist/mine.txt"));
+}
+
+TEST(PackBuild, DoesNotTakeAListedFolderOutsideOfTheOutputForItsOwn) {
+  const test::SmallProject project;
+  ASSERT_EQ(0, project.build().status);
+  const std::string list = project / "dist/.quorvane-output";
+  test::writeFile(list, test::readFile(list) + "../app\n..\n/tmp\n");
+  EXPECT_EQ(0, project.build().status);
+  EXPECT_TRUE(test::exists(project / "app/main.jar"));
+}
+
+TEST(PackBuild, ThatFailsLeavesTheEarlierResult) {
+  test::SmallProject project;
+  ASSERT_EQ(0, project.build().status);
+  const std::string before = test::manifestOf(project / "dist");
+  fs::remove(project / "bin/extractor");
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: bin/extractor is missing; name the folder of launcher, extractor and lzma64 "
+      "for "
+      "the target system with --executables\n",
+      result.err);
+  EXPECT_EQ(before, test::manifestOf(project / "dist"));
+}
+
+TEST(PackBuild, GivesItsFilesTheTimeThatTheEnvironmentFixes) {
+  const test::SmallProject project;
+  ASSERT_EQ(0, project.build({}, {{"SOURCE_DATE_EPOCH", "1000000000"}}).status);
+  for (const char* name : {"", "/Contents/Resources/Tail", "/Contents/MacOS/Small App"}) {
+    struct stat status {};
+    ASSERT_EQ(0, stat((project / kOffline + name).c_str(), &status)) << name;
+    EXPECT_EQ(1000000000, status.st_mtime) << name;
+  }
+  const test::Result result = project.build({}, {{"SOURCE_DATE_EPOCH", "yesterday"}});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: SOURCE_DATE_EPOCH is \"yesterday\"; it is a number of seconds since the "
+      "start "
+      "of 1970\n",
+      result.err);
+}
+
+TEST(PackBuild, TakesTheCommandLineRatherThanTheProjectFile) {
+  const test::SmallProject project;
+  fs::rename(project / "runtime", project / "other runtime");
+  const test::Result result =
+      project.build({"--app-version", "44", "--update-url", "https://updates.example.org/",
+                     "--runtime", "other runtime", "--key", test::keyFile("second")});
+  ASSERT_EQ(0, result.status) << result.err;
+  EXPECT_EQ("44\n", tailValue(project, kOffline, "app-version"));
+  EXPECT_EQ("https://updates.example.org/\n", tailValue(project, kOffline, "update-url"));
+  EXPECT_EQ(test::runPack("", {"key", "show", test::keyFile("second")}).out,
+            tailValue(project, kOffline, "public-key"));
+}
+
+TEST(PackBuild, TakesTheKeyFromStandardInput) {
+  const test::SmallProject project;
+  test::writeFile(project / "quorvane.toml", project.text);
+  test::Command command;
+  command.arguments = {"/bin/sh", "-c",
+                       QUORVANE_BIN "/quorvane-pack build --executables bin --key - < release.key"};
+  command.folder = project.path();
+  const test::Result result = test::run(command);
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ(test::readFile(QUORVANE_SOURCE "/tests/data/packager/small_project.manifest"),
+            test::manifestOf(project / "dist"));
+}
+
+TEST(PackBuild, WarnsOfAKeyThatOthersMayRead) {
+  const test::SmallProject project;
+  fs::permissions(project / "release.key", fs::perms{0644});
+  const test::Result result = project.build({"--quiet"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("quorvane-pack: others may read release.key; run 'chmod 600' on it\n", result.err);
+}
+
+TEST(PackBuild, WithoutSignaturesWritesNoKeyAndAsksForNone) {
+  test::SmallProject project;
+  project.replace("[signing]\nkey = \"release.key\"\n", "");
+  project.replace("[installer]\n", "[installer]\nrequire_signature = false\n");
+  ASSERT_EQ(0, project.build().status);
+  EXPECT_EQ("\n", tailValue(project, kOffline, "public-key"));
+  const test::Result params = test::runPack(
+      project.path(), {"params", "read",
+                       std::string(kOffline) + "/Contents/Resources/AppParams.excludefromsigning"});
+  EXPECT_EQ(std::string::npos, params.out.find("require_signature")) << params.out;
+}
+
+TEST(PackBuild, PacksAMacosRuntimeBundle) {
+  test::SmallProject project;
+  fs::create_directories(project / "mac/Contents");
+  fs::rename(project / "runtime", project / "mac/Contents/Home");
+  project.replace("folder = \"runtime\"", "folder = \"mac\"");
+  const test::Result result = project.build();
+  ASSERT_EQ(0, result.status) << result.err;
+  const test::Result listing = test::runPack(
+      project.path(), {"archive", "list", "dist/site/Quorvane-Mac64JRE-170015-archive.p2.l2"});
+  EXPECT_NE(std::string::npos, listing.out.find(" Contents/Home/bin/java\n")) << listing.out;
+}
+
+TEST(PackBuild, OfOneJarUsesThePackagersOwnUpdater) {
+  test::SmallProject project;
+  project.replace("folder = \"app\"", "jar = \"app/main.jar\"");
+  project.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n", "");
+  const test::Result result = project.build();
+  ASSERT_EQ(0, result.status) << result.err;
+  const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
+  EXPECT_EQ(0, verified.status) << verified.err;
+  EXPECT_EQ("1\n", tailValue(project, kOffline, "gu-version"));
+}
+
+}  // namespace

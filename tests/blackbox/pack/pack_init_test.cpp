@@ -1,0 +1,185 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tests/support/test_keys.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A jar without classes whose manifest has these lines more.
+void makeJar(const std::string& folder, const std::string& path, const std::string& lines) {
+  test::writeFile(folder + "/manifest", lines);
+  test::writeFile(folder + "/content", "content");
+  fs::create_directories(fs::path(folder + "/" + path).parent_path());
+  test::Command command;
+  command.arguments = {"/bin/sh", "-c", "jar --create --file \"$0\" --manifest manifest content",
+                       path};
+  command.folder = folder;
+  const test::Result result = test::run(command);
+  ASSERT_EQ(0, result.status) << result.err;
+}
+
+// A key that stands, which costs less than making one.
+void writeKey(const test::TempFolder& folder) {
+  test::writeFile(folder / "release.key", test::readFile(test::keyFile("first")), 0600);
+}
+
+std::string lineOf(const std::string& file, const std::string& start) {
+  for (const std::string& line : test::linesOf(test::readFile(file))) {
+    if (line.rfind(start, 0) == 0) {
+      return line.substr(0, line.find("  #"));
+    }
+  }
+  return "no line " + start;
+}
+
+test::Result init(const test::TempFolder& folder, std::vector<std::string> words) {
+  words.insert(words.begin(), "init");
+  return test::runPack(folder.path(), words);
+}
+
+TEST(PackInit, OfAJarTakesNameClassAndIdentifierFromIt) {
+  const test::TempFolder folder;
+  makeJar(folder.path(), "my-app-1.2.jar", "Main-Class: com.example.tool.Main\n");
+  const test::Result result = init(folder, {"my-app-1.2.jar"});
+  ASSERT_EQ(0, result.status) << result.err;
+  EXPECT_EQ(
+      "release.key: your new signing key; keep it safe, and out of what you publish\n"
+      "release.pub: its public half\n"
+      "quorvane.toml: the project file of \"My App\"; next: quorvane-pack build\n",
+      result.out);
+  const std::string file = folder / "quorvane.toml";
+  EXPECT_EQ("name = \"My App\"", lineOf(file, "name"));
+  EXPECT_EQ("identifier = \"com.example.tool\"", lineOf(file, "identifier"));
+  EXPECT_EQ("jar = \"my-app-1.2.jar\"", lineOf(file, "jar"));
+  EXPECT_EQ("main_class = \"com.example.tool.Main\"", lineOf(file, "main_class"));
+  EXPECT_EQ("key = \"release.key\"", lineOf(file, "key"));
+  EXPECT_EQ(0600u, test::modeOf(folder / "release.key"));
+}
+
+TEST(PackInit, WritesTheKeysPublicHalfBesideIt) {
+  const test::TempFolder folder;
+  makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
+  ASSERT_EQ(0, init(folder, {"a.jar"}).status);
+  EXPECT_EQ(test::runPack(folder.path(), {"key", "show", "release.key"}).out,
+            test::readFile(folder / "release.pub"));
+}
+
+TEST(PackInit, OfAFolderListsItsJarsAndTheOneMainClass) {
+  const test::TempFolder folder;
+  writeKey(folder);
+  makeJar(folder.path(), "app/main.jar", "Main-Class: org.example.Main\nClass-Path: lib/b.jar\n");
+  makeJar(folder.path(), "app/lib/b.jar", "X: y\n");
+  const test::Result result = init(folder, {"app/"});
+  ASSERT_EQ(0, result.status) << result.err;
+  const std::string file = folder / "quorvane.toml";
+  EXPECT_EQ("folder = \"app\"", lineOf(file, "folder"));
+  EXPECT_EQ("class_path = [\"lib/b.jar\", \"main.jar\"]", lineOf(file, "class_path"));
+  EXPECT_EQ("main_class = \"org.example.Main\"", lineOf(file, "main_class"));
+}
+
+TEST(PackInit, ReplacesNeitherProjectNorKeyUnasked) {
+  const test::TempFolder folder;
+  makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
+  test::writeFile(folder / "quorvane.toml", "mine");
+  const test::Result result = init(folder, {"a.jar"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: quorvane.toml exists; name another file with --project, or replace it with "
+      "--force\n",
+      result.err);
+  EXPECT_EQ("mine", test::readFile(folder / "quorvane.toml"));
+  EXPECT_FALSE(test::exists(folder / "release.key"));
+  test::writeFile(folder / "release.key", "my key");
+  EXPECT_EQ(0, init(folder, {"a.jar", "--force"}).status);
+  EXPECT_EQ("my key", test::readFile(folder / "release.key"));
+  EXPECT_EQ("name = \"A\"", lineOf(folder / "quorvane.toml", "name"));
+}
+
+TEST(PackInit, TakesAClassAndANameFromTheCommandLine) {
+  const test::TempFolder folder;
+  writeKey(folder);
+  makeJar(folder.path(), "a.jar", "X: y\n");
+  ASSERT_EQ(0,
+            init(folder, {"a.jar", "--main-class", "Start", "--name", "G\xc3\xbcte \"1\""}).status);
+  EXPECT_EQ("name = \"G\xc3\xbcte \\\"1\\\"\"", lineOf(folder / "quorvane.toml", "name"));
+  EXPECT_EQ("identifier = \"org.example.gte1\"", lineOf(folder / "quorvane.toml", "identifier"));
+}
+
+struct WrongInit {
+  const char* name;
+  const char* words;
+  const char* message;
+};
+
+void PrintTo(const WrongInit& init, std::ostream* out) {
+  *out << init.name;
+}
+
+class PackInitOf : public testing::TestWithParam<WrongInit> {};
+
+const WrongInit kWrongInits[] = {
+    {"NothingThere", "none.jar", "none.jar cannot be read: No such file or directory"},
+    {"NoMainClass", "plain.jar",
+     "plain.jar names no main class: no manifest has a Main-Class; say it with --main-class "
+     "org.example.Main"},
+    {"AJarThatAsksForOthers", "asking.jar",
+     "the manifest of asking.jar asks for lib/b.jar beside it; name the folder that holds the jar "
+     "and what it asks for"},
+    {"TwoMainClasses", "two",
+     "two/a.jar and two/b.jar both name a main class; say which one starts with --main-class"},
+    {"AFolderWithoutJars", "empty", "empty holds no jar; put the application's jars into it"},
+    {"ItsOwnFolder", ".",
+     "the project file quorvane.toml and its key would lie in ., which is packed; work in the "
+     "folder "
+     "above, or name another place with --project"},
+};
+
+TEST_P(PackInitOf, IsRefusedWithWhatToDo) {
+  const test::TempFolder folder;
+  makeJar(folder.path(), "plain.jar", "X: y\n");
+  makeJar(folder.path(), "asking.jar", "Main-Class: Main\nClass-Path: lib/b.jar lib/c.jar\n");
+  makeJar(folder.path(), "two/a.jar", "Main-Class: A\n");
+  makeJar(folder.path(), "two/b.jar", "Main-Class: B\n");
+  fs::create_directories(folder / "empty");
+  const test::Result result = init(folder, {GetParam().words});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(std::string("quorvane-pack: ") + GetParam().message + "\n", result.err);
+  EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
+  EXPECT_FALSE(test::exists(folder / "release.key"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PackInitOf, testing::ValuesIn(kWrongInits),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PackInit, OfAFileThatIsNoJarGivesTheJarProgramsMessage) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "a.jar", "no jar");
+  const test::Result result = init(folder, {"a.jar"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.err.find("/bin/jar failed:\n")) << result.err;
+}
+
+TEST(PackInit, WithoutAJdkSaysHowToGetOne) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "a.jar", "no jar");
+  test::Command command;
+  command.arguments = {QUORVANE_BIN "/quorvane-pack", "init", "a.jar"};
+  command.folder = folder.path();
+  command.environment = {{"PATH", folder.path()}};
+  command.unset = {"JAVA_HOME"};
+  const test::Result result = test::run(command);
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: no JDK is found: JAVA_HOME is not set and PATH has no jlink; install a JDK "
+      "(on "
+      "Debian the package openjdk-17-jdk), or name its folder with --jdk\n",
+      result.err);
+}
+
+}  // namespace

@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+
+// What 'quorvane-pack build' says of project files that are wrong. Each message stands here once.
+
+namespace {
+
+struct WrongProject {
+  const char* name;
+  const char* from;
+  const char* to;
+  const char* message;
+};
+
+void PrintTo(const WrongProject& project, std::ostream* out) {
+  *out << project.name;
+}
+
+const WrongProject kWrongProjects[] = {
+    {"NoToml", "[application]", "[application",
+     "quorvane.toml:1: Error while parsing table header: expected ']', saw '\\n'"},
+    {"UnknownSection", "[updater]", "[updates]",
+     "quorvane.toml:9: there is no section [updates]; known are application, installer, runtime, "
+     "signing, updater"},
+    {"NoSection", "[runtime]", "[[runtime]]",
+     "quorvane.toml:13: runtime is no section; write it as [runtime] with its keys below"},
+    {"UnknownKey", "version = \"5\"", "verson = \"5\"",
+     "quorvane.toml:11: [updater] has no key 'verson'; known are folder, version"},
+    {"OtherType", "name = \"Small App\"", "name = 7",
+     "quorvane.toml:2: 'name' in [application] must be a text; this is integer"},
+    {"NoVersion", "version = \"3\"\n", "",
+     "quorvane.toml: [application] needs the key 'version', for example version = \"1\""},
+    {"NoName", "name = \"Small App\"", "name = \"\"",
+     "quorvane.toml: [application] needs the key 'name', for example name = \"Hello\""},
+    {"NoIdentifier", "identifier = \"org.example.small\"\n", "",
+     "quorvane.toml: [application] needs the key 'identifier', for example identifier = "
+     "\"org.example.hello\""},
+    {"NameWithDash", "Small App", "Small-App",
+     "quorvane.toml: [application] name is \"Small-App\"; folders are named after it, so it has at "
+     "most 60 bytes, no '/', '-', ':', '\\' or control character, and no '.' or blank at its start "
+     "or blank at its end"},
+    {"NameOutside", "Small App", "../Small",
+     "quorvane.toml: [application] name is \"../Small\"; folders are named after it, so it has at "
+     "most 60 bytes, no '/', '-', ':', '\\' or control character, and no '.' or blank at its start "
+     "or blank at its end"},
+    {"NameTaken", "Small App", "Mac64JRE",
+     "quorvane.toml: [application] name is \"Mac64JRE\", which names another component's folders; "
+     "choose another one"},
+    {"RuntimeNameTaken", "[runtime]", "[runtime]\nname = \"Quorvane\"",
+     "quorvane.toml: [runtime] name is \"Quorvane\", which names the updater's folders; choose "
+     "another one"},
+    {"OddIdentifier", "org.example.small", "org.example.<small>",
+     "quorvane.toml: [application] identifier is \"org.example.<small>\"; it may hold letters, "
+     "digits, '.' and '-', for example org.example.hello"},
+    {"VersionWithDots", "version = \"3\"", "version = \"1.3\"",
+     "quorvane.toml: [application] version is \"1.3\"; versions are compared as whole numbers, so "
+     "use up to 18 digits"},
+    {"NoContent", "folder = \"app\"\n", "",
+     "quorvane.toml: [application] needs 'jar', the application's one jar, or 'folder', its files"},
+    {"TwoContents", "folder = \"app\"", "folder = \"app\"\njar = \"app/main.jar\"",
+     "quorvane.toml: [application] has both 'jar' and 'folder'; remove one of them"},
+    {"NoSuchFolder", "folder = \"app\"", "folder = \"application\"",
+     "quorvane.toml: [application] folder names application, which is no folder there"},
+    {"NoSuchJar", "folder = \"app\"", "jar = \"none.jar\"",
+     "quorvane.toml: [application] jar names none.jar, which is no file there"},
+    {"NoMainClass", "main_class = \"org.example.Main\"\n", "",
+     "quorvane.toml: [application] needs the key 'main_class', for example main_class = "
+     "\"org.example.Main\""},
+    {"TwoLaunchFiles", "folder = \"app\"", "folder = \"updater/../updater\"",
+     "quorvane.toml: [application] describes how to start, and updater/QuorvaneLaunch does too; "
+     "remove that file, or main_class, class_path, arguments, jvm_options and maximum_heap_mb"},
+    {"ClassPathBesideJar", "folder = \"app\"",
+     "jar = \"app/main.jar\"\nclass_path = [\"main.jar\"]",
+     "quorvane.toml: [application] has 'class_path' beside 'jar', which is the class path; remove "
+     "it"},
+    {"ClassPathOutside", "folder = \"app\"", "folder = \"app\"\nclass_path = [\"none.jar\"]",
+     "quorvane.toml: [application] class_path has none.jar, which app does not hold"},
+    {"NegativeHeap", "folder = \"app\"", "folder = \"app\"\nmaximum_heap_mb = -1",
+     "quorvane.toml: [application] maximum_heap_mb is -1; it must not be negative"},
+    {"IconOfAnotherKind", "icon = \"small.icns\"", "icon = \"splash.png\"",
+     "quorvane.toml: [application] icon names splash.png, which is no .icns image"},
+    {"FolderWithoutJars", "folder = \"app\"", "folder = \"runtime\"",
+     "runtime holds no jar; put the application's jars into it"},
+    {"UpdaterVersionAlone", "folder = \"updater\"\n", "",
+     "quorvane.toml: [updater] has 'version' and no 'folder'; without a folder the packager's own "
+     "updater is used, which has its own version"},
+    {"UpdaterWithoutVersion", "version = \"5\"\n", "",
+     "quorvane.toml: [updater] needs the key 'version', for example version = \"1\""},
+    {"UpdaterWithoutLaunchFile", "folder = \"updater\"", "folder = \"app\"",
+     "quorvane.toml: [updater] folder names app/QuorvaneLaunch, which is no file there"},
+    {"TwoRuntimes", "folder = \"runtime\"", "folder = \"runtime\"\nmodules = [\"java.base\"]",
+     "quorvane.toml: [runtime] has 'folder', a runtime that stands, beside 'modules', 'jdk' or "
+     "'jmods', which make one; remove either"},
+    {"RuntimeWithoutJava", "folder = \"runtime\"", "folder = \"app\"",
+     "the runtime app holds no bin/java; name a folder that jlink made, or a JDK's"},
+    {"NoJdk", "folder = \"runtime\"", "jdk = \"app\"",
+     "the folder app is no JDK: it holds no bin/jlink; install a JDK (on Debian the package "
+     "openjdk-17-jdk), or name its folder with --jdk"},
+    {"SplashOfAnotherKind", "splash = \"splash.png\"", "splash = \"small.icns\"",
+     "quorvane.toml: [installer] splash names small.icns, which is no PNG image"},
+    {"NoUrl", "[installer]", "[installer]\nupdate_url = \"updates.example.org\"",
+     "quorvane.toml: [installer] update_url is \"updates.example.org\"; it begins with http:// or "
+     "https://, or is D for one that the property update_url gives"},
+    {"OwnProperty", "[installer]", "[installer]\nproperties = {jre_name = \"x\"}",
+     "quorvane.toml: [installer.properties] has jre_name; set it with 'name' in [runtime]"},
+    {"UnknownInstallType", "[installer]", "[installer]\ninstall_type = \"all\"",
+     "the install type is \"all\"; known are perm_all, perm_user and temporary"},
+    {"NegativeSplashTime", "[installer]", "[installer]\nminimum_splash_ms = -5",
+     "the splash time is -5 ms, which must not be negative"},
+    {"NoKey", "key = \"release.key\"\n", "",
+     "quorvane.toml: [signing] needs the key 'key', since installers accept only what is signed; "
+     "make one with 'quorvane-pack key new release.key', or set require_signature = false in "
+     "[installer]"},
+    {"NoSuchKey", "release.key", "none.key",
+     "quorvane.toml: [signing] key names none.key, which is no file there"},
+};
+
+class PackProject : public testing::TestWithParam<WrongProject> {};
+
+TEST_P(PackProject, ThatIsWrongIsRefusedWithWhatToDoAndMakesNothing) {
+  test::SmallProject project;
+  project.replace(GetParam().from, GetParam().to);
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(std::string("quorvane-pack: ") + GetParam().message + "\n", result.err);
+  EXPECT_EQ("", result.out);
+  EXPECT_FALSE(test::exists(project / "dist/site"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PackProject, testing::ValuesIn(kWrongProjects),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PackProjectFile, ThatDoesNotExistIsNamed) {
+  const test::TempFolder folder;
+  const test::Result result = test::runPack(folder.path(), {"build"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: quorvane.toml does not exist; name a project file, or make one with "
+      "'quorvane-pack init'\n",
+      result.err);
+}
+
+TEST(PackProjectFile, WithItsKeyInWhatIsPackedIsRefused) {
+  test::SmallProject project;
+  test::writeFile(project / "app/my.key", test::readFile(project / "release.key"), 0600);
+  project.replace("release.key", "app/my.key");
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: quorvane.toml: [signing] key names app/my.key, which lies in app and would "
+      "be "
+      "published with it; move it elsewhere\n",
+      result.err);
+}
+
+TEST(PackProjectFile, WithAnOutputFolderInWhatIsPackedIsRefused) {
+  const test::SmallProject project;
+  const test::Result result = project.build({"--output", "app/dist"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: the output folder app/dist lies in app, which is packed; choose another one "
+      "with --output\n",
+      result.err);
+}
+
+TEST(PackProjectFile, WithARuntimeOfUnknownVersionIsRefused) {
+  const test::SmallProject project;
+  test::writeFile(project / "runtime/release", "");
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: quorvane.toml: [runtime] needs the key 'version', since runtime/release "
+      "states "
+      "none\n",
+      result.err);
+}
+
+TEST(PackProjectFile, MayGiveVersionsWithoutQuotes) {
+  test::SmallProject project;
+  project.replace("version = \"3\"", "version = 3");
+  const test::Result result = project.build();
+  EXPECT_EQ(0, result.status) << result.err;
+}
+
+}  // namespace

@@ -1,0 +1,239 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tests/support/test_keys.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char kBundle[] = "dist/Small App Installer.app";
+
+class PackVerify : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(0, project_.build().status); }
+
+  test::Result verify(const std::string& bundle = kBundle) {
+    return test::runPack(project_.path(), {"verify", bundle});
+  }
+  std::string inBundle(const std::string& name) { return project_ / kBundle + "/Contents/" + name; }
+  std::string tail() { return test::readFile(inBundle("Resources/Tail")); }
+  void writeTail(const std::string& bytes) { test::writeFile(inBundle("Resources/Tail"), bytes); }
+
+  // The complaint about the bundle, which must be this one alone.
+  void expectProblem(const std::string& problem) {
+    const test::Result result = verify();
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + std::string(kBundle) + " would not work:\n  " + problem + "\n",
+              result.err);
+  }
+
+  test::SmallProject project_;
+};
+
+TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
+  const test::Result result = verify();
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("", result.err);
+  EXPECT_EQ(
+      "application name: Small App\n"
+      "params file: 2 properties\n"
+      "updater 5: 5 files, the signature is right\n"
+      "runtime 170015: 2 files, the signature is right\n"
+      "application 3: 4 files, the signature is right\n"
+      "dist/Small App Installer.app: all is well\n",
+      result.out);
+}
+
+TEST_F(PackVerify, OfASoundInstallerIsSilentWhenAskedTo) {
+  const test::Result result = test::runPack(project_.path(), {"verify", "--quiet", kBundle});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("", result.out + result.err);
+}
+
+TEST_F(PackVerify, TakesOnlineInstallersAndLauncherBundles) {
+  EXPECT_EQ(0, verify("dist/Small App Online Installer.app/").status);
+  const test::Result launcher = verify("dist/Small App.app");
+  EXPECT_EQ(0, launcher.status);
+  EXPECT_EQ(
+      "application name: Small App\n"
+      "a launcher bundle: it carries no updater, so it installs nothing\n"
+      "dist/Small App.app: all is well\n",
+      launcher.out);
+}
+
+TEST_F(PackVerify, NamesAFolderThatIsNoBundle) {
+  const test::Result result = verify("app");
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos,
+            result.err.find("app is no bundle: it holds no Contents/Info.plist"));
+}
+
+TEST_F(PackVerify, FindsAMissingExecutable) {
+  fs::remove(inBundle("MacOS/Small App"));
+  expectProblem(std::string(kBundle) +
+                "/Contents/Info.plist names the executable Small App, which is not at " + kBundle +
+                "/Contents/MacOS/Small App");
+}
+
+TEST_F(PackVerify, FindsAnExecutableThatMayNotBeExecuted) {
+  fs::permissions(inBundle("MacOS/Small App"), fs::perms{0644});
+  expectProblem(std::string(kBundle) +
+                "/Contents/MacOS/Small App may not be executed; run 'chmod 755' on it");
+}
+
+TEST_F(PackVerify, FindsAMissingTailRecord) {
+  fs::remove(inBundle("Resources/Tail"));
+  expectProblem(std::string(kBundle) +
+                "/Contents/Resources/Tail cannot be read: No such file or directory");
+}
+
+TEST_F(PackVerify, FindsAMissingParamsFile) {
+  fs::remove(inBundle("Resources/AppParams.excludefromsigning"));
+  expectProblem(std::string(kBundle) +
+                "/Contents/Resources/params.lproj/locversion.plist cannot be read: No such file or "
+                "directory");
+}
+
+TEST_F(PackVerify, FindsAnyChangedByteOfAnArchive) {
+  const std::string sound = tail();
+  const size_t archive = sound.find("application.p2.l2");
+  for (size_t at : {archive + 40, sound.size() - 60}) {
+    std::string bytes = sound;
+    bytes[at] = static_cast<char>(bytes[at] ^ 1);
+    writeTail(bytes);
+    const test::Result result = verify();
+    EXPECT_EQ(1, result.status) << at;
+    EXPECT_NE(std::string::npos, result.err.find("application: application.p2")) << result.err;
+  }
+}
+
+TEST_F(PackVerify, FindsATailRecordThatIsCutShort) {
+  const std::string sound = tail();
+  writeTail(sound.substr(0, sound.size() - 20));
+  EXPECT_EQ(1, verify().status);
+  writeTail(sound.substr(0, sound.find("application.p2.l2") + 30));
+  const test::Result result = verify();
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.err.find("Tail ends inside application.p2.l2: "));
+}
+
+TEST_F(PackVerify, FindsBytesBehindTheLastArchive) {
+  writeTail(tail() + "more");
+  expectProblem(std::string(kBundle) +
+                "/Contents/Resources/Tail goes on for 4 bytes behind what is read");
+}
+
+TEST_F(PackVerify, FindsArchivesOfAnotherKey) {
+  const std::string sound = tail();
+  ASSERT_EQ(0, project_.build({"--key", test::keyFile("second")}).status);
+  const std::string other = tail();
+  const std::string start(1, '\0');
+  const size_t updater = sound.find("lzma64");
+  writeTail(sound.substr(0, updater) + other.substr(other.find("lzma64")));
+  const test::Result result = verify();
+  EXPECT_EQ(1, result.status);
+  for (const char* name : {"updater: updater", "runtime: runtime", "application: application"}) {
+    EXPECT_NE(std::string::npos,
+              result.err.find(std::string("\n  ") + name +
+                              ".p2.l2 was changed after it was signed, or signed with another key"))
+        << result.err;
+  }
+}
+
+TEST_F(PackVerify, FindsUnsignedArchivesWhereSignaturesAreAskedFor) {
+  const std::string params = test::readFile(inBundle("Resources/AppParams.excludefromsigning"));
+  project_.replace("[installer]\n", "[installer]\nrequire_signature = false\n");
+  project_.replace("[signing]\nkey = \"release.key\"\n", "");
+  ASSERT_EQ(0, project_.build().status);
+  EXPECT_EQ(0, verify().status);
+  test::writeFile(inBundle("Resources/AppParams.excludefromsigning"), params);
+  const test::Result result = verify();
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.err.find("the params file asks for signatures, and the Tail "
+                                               "record has no key"));
+  EXPECT_NE(std::string::npos,
+            result.err.find("runtime: runtime.p2.l2 is not signed, and the params file asks for "
+                            "signatures"));
+}
+
+TEST_F(PackVerify, FindsANameThatCannotNameFolders) {
+  std::string bytes = tail();
+  bytes[5] = '-';
+  writeTail(bytes);
+  expectProblem(
+      "the application's name \"Small-App\" cannot name its folders; it must not be empty or hold "
+      "a "
+      "'/' or a '-'");
+}
+
+TEST_F(PackVerify, FindsAClassPathEntryThatIsMissing) {
+  fs::remove(project_ / "updater/updater.jar");
+  ASSERT_EQ(0, project_.build().status);
+  expectProblem(
+      "updater: its launch file has updater.jar in the class path, which it does not hold");
+}
+
+TEST_F(PackVerify, FindsAVersionThatTheRecordsDisagreeAbout) {
+  std::string bytes = tail();
+  const size_t version = bytes.find("Small App") + 10;
+  ASSERT_EQ('3', bytes[version]);
+  bytes[version] = '4';
+  writeTail(bytes);
+  expectProblem("application: version.txt says 3, the Tail record says 4");
+}
+
+TEST(PackHelp, OfEveryCommandHasAnExample) {
+  const char* const commands[] = {"",
+                                  "archive",
+                                  "archive create",
+                                  "archive list",
+                                  "archive verify",
+                                  "archive extract",
+                                  "build",
+                                  "init",
+                                  "key",
+                                  "key new",
+                                  "key show",
+                                  "launchfile",
+                                  "launchfile write",
+                                  "launchfile read",
+                                  "params",
+                                  "params write",
+                                  "params read",
+                                  "run",
+                                  "tail",
+                                  "tail write",
+                                  "tail read",
+                                  "verify"};
+  for (const std::string command : commands) {
+    const test::Result result = test::run(
+        {{"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + command + " --help"}, {}, {}, "", 60});
+    EXPECT_EQ(0, result.status) << command;
+    const size_t example = result.out.find("Example:\n  quorvane-pack ");
+    ASSERT_NE(std::string::npos, example) << command;
+    EXPECT_NE(std::string::npos, result.out.find("quorvane-pack " + command, example))
+        << command << "\n"
+        << result.out;
+  }
+}
+
+TEST(PackUsage, ThatIsWrongEndsWithStatus2) {
+  EXPECT_EQ(2, test::runPack("", {}).status);
+  EXPECT_EQ(2, test::runPack("", {"pack"}).status);
+  EXPECT_EQ(2, test::runPack("", {"build", "--quiet", "--verbose"}).status);
+  EXPECT_EQ(2, test::runPack("", {"verify"}).status);
+}
+
+TEST(PackVersion, IsPrinted) {
+  const test::Result result = test::runPack("", {"--version"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("quorvane-pack " QUORVANE_VERSION "\n", result.out);
+}
+
+}  // namespace

@@ -1,0 +1,76 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/background.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_home.h"
+
+// What the README promises, run word for word as it stands there.
+
+namespace {
+
+// The shell lines of the README's five minutes: all "sh" blocks below that heading.
+std::string fiveMinutes() {
+  std::string script;
+  bool isSection = false;
+  bool isBlock = false;
+  for (const std::string& line : test::linesOf(test::readFile(QUORVANE_SOURCE "/README.md"))) {
+    if (line.rfind("## ", 0) == 0) {
+      isSection = line == "## Five minutes: from a jar to an installed application";
+    } else if (isSection && line == "```sh") {
+      isBlock = true;
+    } else if (isBlock && line == "```") {
+      isBlock = false;
+    } else if (isBlock) {
+      script += line + "\n";
+    }
+  }
+  return script;
+}
+
+class Readme : public testing::Test {
+ protected:
+  test::Result run(const std::string& script) {
+    test::Command command;
+    command.arguments = {"/bin/bash", "-euc", script};
+    command.folder = folder_.path();
+    command.environment = home_.environment();
+    command.environment["DISPLAY"] = display_.name();
+    command.environment["PATH"] = std::string(QUORVANE_BIN ":") + getenv("PATH");
+    command.seconds = 840;
+    return test::run(command);
+  }
+
+  const test::TempFolder folder_;
+  const test::TestHome home_;
+  const test::OwnDisplay display_;
+};
+
+TEST_F(Readme, FiveMinutesLeadFromAJarToAnInstalledApplication) {
+  const std::string script = fiveMinutes();
+  for (const char* command : {"quorvane-pack init", "quorvane-pack build", "quorvane-pack verify",
+                              "quorvane-pack run", "/Contents/MacOS/"}) {
+    ASSERT_NE(std::string::npos, script.find(command)) << command << " is not in\n" << script;
+  }
+  const test::Result result = run(script);
+  ASSERT_EQ(0, result.status) << result.out << result.err;
+  EXPECT_NE(std::string::npos,
+            result.out.find("quorvane.toml: the project file of \"Hello\"; next: "));
+  EXPECT_NE(std::string::npos, result.out.find("dist/Hello Installer.app: all is well\n"));
+  // Once in the throw-away home, which is gone, then for real.
+  EXPECT_NE(std::string::npos, result.out.find("installed: ~/Library/Application Support/"
+                                               "Quorvane-Hello/Quorvane-Hello-1-complete\n"));
+  EXPECT_NE(std::string::npos, result.out.find("[ExtractArchive] Archive signature verified."));
+  EXPECT_NE(std::string::npos, result.out.find("Hello says: the window is up\n"));
+  const std::string master = home_.applicationSupport() + "/Quorvane-Hello";
+  for (const char* name : {"Quorvane-Hello-1-complete/hello.jar",
+                           "Quorvane-Quorvane-1-complete/updater.jar", "logs"}) {
+    EXPECT_TRUE(test::exists(master + "/" + name)) << name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+#include "tests/blackbox/pack/small_project.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <set>
+
+#include "tests/support/files.h"
+#include "tests/support/test_keys.h"
+#include "tools/launch_file_writer.h"
+
+namespace fs = std::filesystem;
+
+namespace test {
+
+static const char kText[] = R"([application]
+name = "Small App"
+version = "3"
+identifier = "org.example.small"
+folder = "app"
+main_class = "org.example.Main"
+icon = "small.icns"
+
+[updater]
+folder = "updater"
+version = "5"
+
+[runtime]
+folder = "runtime"
+
+[installer]
+splash = "splash.png"
+
+[signing]
+key = "release.key"
+)";
+
+Result runPack(const std::string& folder, const std::vector<std::string>& words,
+               const std::map<std::string, std::string>& environment) {
+  Command command;
+  command.arguments = {QUORVANE_BIN "/quorvane-pack"};
+  command.arguments.insert(command.arguments.end(), words.begin(), words.end());
+  command.environment = environment;
+  command.folder = folder;
+  command.seconds = 170;
+  return run(command);
+}
+
+static std::string launchFile(const std::string& mainClass, const std::string& jar) {
+  tools::LaunchFile launch;
+  launch.mainClass = mainClass;
+  launch.appName = "Small App";
+  launch.classPath = {jar};
+  return tools::encodeLaunchFile(launch);
+}
+
+SmallProject::SmallProject() : text(kText) {
+  writeFile(folder_ / "app/main.jar", "the application's jar");
+  writeFile(folder_ / "app/lib/other.jar", "a library");
+  writeFile(folder_ / "updater/updater.jar", "the updater's jar");
+  writeFile(folder_ / "updater/QuorvaneLaunch", launchFile("org.example.Updater", "updater.jar"));
+  writeFile(folder_ / "runtime/bin/java", "a java", 0755);
+  writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");
+  writeFile(folder_ / "splash.png", "\x89PNG\r\n\x1a\nno more");
+  writeFile(folder_ / "small.icns", "icns and no more");
+  writeFile(folder_ / "release.key", readFile(keyFile("first")), 0600);
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    writeFile(folder_ / "bin" + "/" + name, std::string("stands in for ") + name + "\n", 0700);
+  }
+}
+
+Result SmallProject::build(const std::vector<std::string>& words,
+                           const std::map<std::string, std::string>& environment) const {
+  writeFile(folder_ / "quorvane.toml", text);
+  std::vector<std::string> all = {"build", "--executables", "bin"};
+  all.insert(all.end(), words.begin(), words.end());
+  return runPack(path(), all, environment);
+}
+
+void SmallProject::replace(const std::string& from, const std::string& to) {
+  const size_t at = text.find(from);
+  ASSERT_NE(std::string::npos, at) << from;
+  ASSERT_EQ(std::string::npos, text.find(from, at + 1)) << from;
+  text.replace(at, from.size(), to);
+}
+
+static std::string digestOf(const std::string& path) {
+  const Result result = run({{"/usr/bin/sha256sum", "--", path}, {}, {}, "", 60});
+  EXPECT_EQ(0, result.status) << result.err;
+  return result.out.substr(result.out[0] == '\\' ? 1 : 0, 64);
+}
+
+std::string manifestOf(const std::string& folder) {
+  std::set<std::string> paths;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    paths.insert(entry.path());
+  }
+  std::string manifest;
+  for (const std::string& path : paths) {
+    char mode[8];
+    snprintf(mode, sizeof mode, "%04o", modeOf(path));
+    manifest += std::string(mode) + "  " + (fs::is_directory(path) ? "folder" : digestOf(path)) +
+                "  " + fs::path(path).lexically_relative(folder).string() + "\n";
+  }
+  return manifest;
+}
+
+}  // namespace test

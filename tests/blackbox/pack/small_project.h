@@ -1,0 +1,44 @@
+#ifndef QUORVANE_TESTS_BLACKBOX_PACK_SMALL_PROJECT_H
+#define QUORVANE_TESTS_BLACKBOX_PACK_SMALL_PROJECT_H
+
+#include <string>
+#include <vector>
+
+#include "tests/support/process.h"
+#include "tests/support/temp_folder.h"
+
+namespace test {
+
+// Runs quorvane-pack in the folder `folder`.
+Result runPack(const std::string& folder, const std::vector<std::string>& words,
+               const std::map<std::string, std::string>& environment = {});
+
+// A project of small files that are the same on every machine: application, updater, runtime,
+// splash, icon, key, and stand-ins for the product's executables.
+class SmallProject {
+ public:
+  SmallProject();
+
+  // The project file's text, written by build().
+  std::string text;
+
+  // Writes the project file and runs 'quorvane-pack build' with the stand-ins and more words.
+  Result build(const std::vector<std::string>& words = {},
+               const std::map<std::string, std::string>& environment = {}) const;
+
+  // Puts `to` in place of the one `from` in the project file's text.
+  void replace(const std::string& from, const std::string& to);
+
+  std::string path() const { return folder_.path(); }
+  std::string operator/(const std::string& name) const { return folder_ / name; }
+
+ private:
+  TempFolder folder_;
+};
+
+// A line for each file and folder below `folder`: permission bits, SHA-256 of a file, path.
+std::string manifestOf(const std::string& folder);
+
+}  // namespace test
+
+#endif
