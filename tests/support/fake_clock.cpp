@@ -1,5 +1,6 @@
 #include "tests/support/fake_clock.h"
 
+#include <pthread.h>
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <time.h>
@@ -11,11 +12,16 @@ namespace {
 
 struct State {
   bool active = false;
+  pthread_t owner{};  // whose sleeps move the clock; the toolkit's threads sleep on their own
   bool failing = false;
   int64_t now = 0;    // microseconds since the epoch
   int64_t slept = 0;  // microseconds
 };
 State state;
+
+bool movesTheClock() {
+  return state.active && pthread_equal(state.owner, pthread_self()) != 0;
+}
 
 void sleepFor(int64_t microseconds) {
   state.slept += microseconds;
@@ -29,6 +35,7 @@ namespace test {
 FakeClock::FakeClock(int64_t millisecondsSinceEpoch) {
   state = State{};
   state.active = true;
+  state.owner = pthread_self();
   state.now = millisecondsSinceEpoch * 1000;
 }
 
@@ -85,7 +92,7 @@ time_t time(time_t* result) noexcept {
 }
 
 int nanosleep(const timespec* duration, timespec* rest) {
-  if (!state.active) {
+  if (!movesTheClock()) {
     return static_cast<int>(syscall(SYS_nanosleep, duration, rest));
   }
   sleepFor(duration->tv_sec * 1000000 + duration->tv_nsec / 1000);
