@@ -9,9 +9,17 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 find_program(QUORVANE_CCACHE ccache)
 if(QUORVANE_CCACHE)
-  set(CMAKE_C_COMPILER_LAUNCHER "${QUORVANE_CCACHE}")
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${QUORVANE_CCACHE}")
-  set(CMAKE_OBJCXX_COMPILER_LAUNCHER "${QUORVANE_CCACHE}")
+  # What one checkout compiled serves another, wherever it lies; and precompiled headers are kept too.
+  set(launcher ${CMAKE_COMMAND} -E env
+    CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+    CCACHE_SLOPPINESS=pch_defines,time_macros ${QUORVANE_CCACHE})
+  set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
+  set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${launcher})
+endif()
+# How the compiler lets ccache see which precompiled header a file takes.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  set(QUORVANE_PCH_OPTIONS -fpch-preprocess)
 endif()
 
 add_library(quorvane_compiler INTERFACE)
@@ -32,4 +40,4 @@ endif()
 # naming one of its types, is a compile error outside the .mm files.
 add_library(quorvane_plain_cpp INTERFACE)
 target_compile_options(quorvane_plain_cpp INTERFACE
-  "$<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${CMAKE_SOURCE_DIR}/platform/no_cocoa.h>")
+  "$<$<AND:$<COMPILE_LANGUAGE:CXX>,$<NOT:$<BOOL:$<TARGET_PROPERTY:QUORVANE_PRECOMPILED>>>>:SHELL:-include ${CMAKE_SOURCE_DIR}/platform/no_cocoa.h>")

@@ -1,0 +1,1 @@
+// Has no tests: its target compiles the headers that all tests share.
