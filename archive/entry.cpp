@@ -12,6 +12,7 @@
 
 static const char kSpecialBlockPrefix[] = "qvArcSpBlock_";
 static const char kSignatureBlock[] = "DigitalSignature1";
+static const int kSignatureHexLimit = 8192;
 
 void refuseEntry(const char* path, const char* reason) {
   logMessage("\t[ExtractArchiveFile] *************************** Refused archive file %s (%s)\n",
@@ -58,4 +59,12 @@ bool isSignatureRecord(const char* path) {
   }
   logMessage("[ExtractArchiveFile] Found signature block %s\n", name);
   return true;
+}
+
+void readSignatureFields(FILE* stream, long* signedLength, char** signatureHex) {
+  *signedLength = readInt(stream, "Signature Length");
+  Block<char> hex(readString(stream, "Signature Hex", kSignatureHexLimit));
+  if (signatureHex != nullptr) {
+    *signatureHex = hex.release();
+  }
 }

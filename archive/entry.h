@@ -35,6 +35,11 @@ struct Entry {
 // When `path` names a special block, logs that. Returns whether it is the signature record.
 [[nodiscard]] bool isSignatureRecord(const char* path);
 
+// Reads what stands behind the length of a signature record: how many bytes it covers, and its text
+// as hexadecimal digits, a new block that the caller frees; not handed out when `signatureHex` is
+// null.
+void readSignatureFields(FILE* stream, long* signedLength, char** signatureHex);
+
 // Logs why the entry `path` is not extracted and ends the process with status 1.
 [[noreturn]] void refuseEntry(const char* path, const char* reason);
 

@@ -1,8 +1,7 @@
-#include <sys/stat.h>
-
 #include <cstdio>
 
 #include "archive/archive.h"
+#include "archive/own_tool.h"
 #include "archive/remove_destination.h"
 #include "archive/signature_check.h"
 #include "support/logging.h"
@@ -10,14 +9,6 @@
 bool requireSignature = false;
 
 static const size_t kReadAhead = 64 * 1024;
-
-static void noteFile(FILE* archive, MetSignature* met) {
-  struct stat status {};
-  if (fstat(fileno(archive), &status) == 0) {
-    met->device = status.st_dev;
-    met->file = status.st_ino;
-  }
-}
 
 // Extracts every record, and returns what the signature record said if there was one.
 static MetSignature extractRecords(const char* unpack200Exe, const char* archivePath,
@@ -59,10 +50,18 @@ static bool isAcceptable(const char* archivePath, const MetSignature& met, Rsa_k
   return true;
 }
 
+static bool extractAcceptable(const char* unpack200Exe, const char* archivePath,
+                              const char* destDir, Rsa_key* key) {
+  if (!mayRunTool(unpack200Exe, archivePath, destDir, key)) {
+    return false;
+  }
+  const MetSignature met = extractRecords(unpack200Exe, archivePath, destDir, key);
+  return isAcceptable(archivePath, met, key);
+}
+
 int extractArchive(const char* unpack200Exe, const char* archivePath, const char* destDir,
                    Rsa_key* key) {
-  const MetSignature met = extractRecords(unpack200Exe, archivePath, destDir, key);
-  if (!isAcceptable(archivePath, met, key)) {
+  if (!extractAcceptable(unpack200Exe, archivePath, destDir, key)) {
     disregardUpdate(destDir);
   }
   remove(archivePath);

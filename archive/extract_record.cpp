@@ -9,15 +9,6 @@
 static const int kNextRecord = 0;
 static const int kEndOfArchive = -1;
 static const long kNoSignatureYet = -1;
-static const int kSignatureHexLimit = 8192;
-
-static void readSignature(FILE* stream, long* signedLength, char** signatureHex) {
-  *signedLength = readInt(stream, "Signature Length");
-  Block<char> hex(readString(stream, "Signature Hex", kSignatureHexLimit));
-  if (signatureHex != nullptr) {
-    *signatureHex = hex.release();
-  }
-}
 
 int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
                                      const char* destDir, FILE* stream, long* signedLength,
@@ -37,7 +28,7 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
   }
   const long length = readInt(stream, "Archive File Length");
   if (isSignatureRecord(entry.path.get())) {
-    readSignature(stream, signedLength, signatureHex);
+    readSignatureFields(stream, signedLength, signatureHex);
     return kEndOfArchive;
   }
   writeEntryData(stream, entry, length, folder);

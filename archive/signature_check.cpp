@@ -31,6 +31,14 @@ Stream openArchive(const char* archivePath) {
   return archive;
 }
 
+void noteFile(FILE* archive, MetSignature* met) {
+  struct stat status {};
+  if (fstat(fileno(archive), &status) == 0) {
+    met->device = status.st_dev;
+    met->file = status.st_ino;
+  }
+}
+
 static void logMismatch(const char* what) {
   logMessage(
       "[ExtractArchive] Archive INVALID.  Archive signature did not match place in file (%s "

@@ -3,6 +3,8 @@
 
 #include <sys/types.h>
 
+#include <cstdio>
+
 #include "crypto/signature.h"
 #include "support/owned.h"
 
@@ -15,6 +17,9 @@ struct MetSignature {
   dev_t device = 0;         // the file that was read
   ino_t file = 0;
 };
+
+// Notes which file `archive` is.
+void noteFile(FILE* archive, MetSignature* met);
 
 // Opens `archivePath` again, logs every place in which the record there differs from `met`, hashes
 // the signed bytes and returns whether the signature is theirs. A record that does not begin where

@@ -312,3 +312,53 @@ TEST_F(SignedNestedArchive, WithAWrongSignatureRemovesTheDestination) {
   EXPECT_EQ(0, result.value);
   EXPECT_FALSE(test::exists(dest()));
 }
+
+// An archive that brings the tool for its own packed entry. The tool leaves a file beside the
+// destination.
+class ArchiveWithItsTool : public SignedArchive {
+ protected:
+  ArchiveWithItsTool() {
+    requireSignature = true;
+    unpack200_ = inDest("bin/unpack200");
+  }
+  ~ArchiveWithItsTool() override { requireSignature = false; }
+
+  bool hasToolRun() const { return test::exists(beside("ran")); }
+
+  const std::string tool_ = "#!/bin/sh\n: > '" + beside("ran") + "'\ncp \"$1\" \"$2\"\n";
+  const std::string packed_ =
+      fileRecord("bin/unpack200", tool_) + fileRecord("lib/a.jar", "packed", "2");
+};
+
+TEST_F(ArchiveWithItsTool, RunsItWhereTheSignatureIsRight) {
+  expectAccepted(signedArchive(packed_));
+  EXPECT_TRUE(hasToolRun());
+  EXPECT_EQ("packed", test::readFile(inDest("lib/a.jar")));
+}
+
+TEST_F(ArchiveWithItsTool, DoesNotRunItUnderAnotherKey) {
+  expectRejected(signedArchive(packed_, "second"));
+  EXPECT_FALSE(hasToolRun());
+}
+
+TEST_F(ArchiveWithItsTool, DoesNotRunItUnsigned) {
+  expectRejected(packed_);
+  EXPECT_FALSE(hasToolRun());
+}
+
+TEST_F(ArchiveWithItsTool, DoesNotRunItInFrontOfARecordThatIsCutOff) {
+  expectRejected(packed_ + "0");
+  EXPECT_FALSE(hasToolRun());
+}
+
+TEST_F(ArchiveWithItsTool, RunsItUnsignedWhereSignaturesAreNotRequired) {
+  requireSignature = false;
+  extract(packed_);
+  EXPECT_TRUE(hasToolRun());
+}
+
+TEST_F(ArchiveWithItsTool, RunsAToolFromElsewhereBeforeTheSignatureIsKnown) {
+  unpack200_ = makeTool("unpack200", test::WORKING_TOOL);
+  expectRejected(packed_);
+  EXPECT_FALSE(hasToolRun());
+}
