@@ -1,4 +1,4 @@
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstring>
 
@@ -27,11 +27,13 @@ static char* privateExecutable(const Launch& launch, const char* name, char* pat
   return setPath(path, launch.request.masterFolder, launch.jreFolderName.c_str(), "bin", name);
 }
 
+// Where the copy cannot be made, Java itself is started.
 static void makeNamedExecutable(Launch* launch) {
   char java[PATH_BUFFER_SIZE];
-  copyFile(privateExecutable(*launch, kJava, java), launch->executable);
-  if (chmod(launch->executable, 0777) != 0) {
+  privateExecutable(*launch, kJava, java);
+  if (!copyFileWhole(java, launch->executable, 0777)) {
     logError("Error setting app binary executable!\n");
+    setPath(launch->executable, java);
   }
 }
 
@@ -44,7 +46,7 @@ static void choosePrivateExecutable(Launch* launch) {
     return;
   }
   privateExecutable(*launch, launch->appName.c_str(), launch->executable);
-  if (!doesFileExist(launch->executable)) {
+  if (!doesFileExist(launch->executable) || access(launch->executable, X_OK) != 0) {
     makeNamedExecutable(launch);
   }
 }

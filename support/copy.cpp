@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -6,6 +8,7 @@
 #include "support/folder_walk.h"
 #include "support/logging.h"
 #include "support/owned.h"
+#include "support/paths.h"
 
 static char copyBuf[50000];
 
@@ -35,6 +38,25 @@ static bool copyBytes(const char* tag, const char* from, const char* to) {
 void copyFile(const char* from, const char* to) {
   logMessage("[Extractor] Copying FILE %s\n", to);
   static_cast<void>(copyBytes("Extractor", from, to));
+}
+
+static bool haveSameSize(const char* one, const char* other) {
+  struct stat first {};
+  struct stat second {};
+  return stat(one, &first) == 0 && stat(other, &second) == 0 && first.st_size == second.st_size;
+}
+
+bool copyFileWhole(const char* from, const char* to, unsigned mode) {
+  logMessage("[Extractor] Copying FILE %s\n", to);
+  char part[PATH_BUFFER_SIZE];
+  appendToPath(setPath(part, to), ".part");
+  remove(part);
+  if (copyBytes("Extractor", from, part) && haveSameSize(from, part) &&
+      setModeWithoutLink(part, mode) == 0 && rename(part, to) == 0) {
+    return true;
+  }
+  remove(part);
+  return false;
 }
 
 static int copyChildFolder(const char* from, const char* to) {

@@ -49,6 +49,12 @@ bool removeTree(const char* path);
 // Copies one file's bytes, creating or truncating `to`; modes and times are not copied.
 void copyFile(const char* from, const char* to);
 
+// Copies one file's bytes to `to`, with the permission bits `mode`, under the name `to` plus
+// ".part" that becomes `to` when all of it is there: `to` is what stood there before, or whole. A
+// link at either place is replaced, not followed. Returns whether `to` is the copy; what went wrong
+// when opening is logged. Neither times nor the source's mode are copied.
+[[nodiscard]] bool copyFileWhole(const char* from, const char* to, unsigned mode);
+
 // Copies the tree below `from` into the existing folder `to`, file by file; a symbolic link in the
 // place of a target folder or file is a failure. Returns 0, or non-zero at the first failure,
 // leaving what was copied until then. Not atomic.

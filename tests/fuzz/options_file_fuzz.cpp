@@ -1,5 +1,6 @@
 // The options file: whatever it holds, the launch that reads it comes to its end or ends the
-// process with status 1. The executable may not be executed, so that nothing is started.
+// process with status 1. A folder stands in the place of the executable, so that nothing is
+// started.
 
 #include <cerrno>
 #include <string>
@@ -15,7 +16,7 @@ static const size_t kLongest = 20000;
 static void layOut(const std::string& master, const std::string& options) {
   fuzz::writeFile(master + "/Quorvane-Sample-1-complete/QuorvaneLaunch",
                   "1\0Main\0\0Sample\0\0"s + "0\0"s + "0\0"s + "0\0"s + "0\0"s + "0\0"s);
-  fuzz::writeFile(master + "/Quorvane-Mac64JRE-1-complete/bin/Sample", "");
+  fuzz::writeFile(master + "/Quorvane-Mac64JRE-1-complete/bin/Sample/file", "");
   fuzz::writeFile(master + "/QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1-complete",
                   options);
 }

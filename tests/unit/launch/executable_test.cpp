@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,39 @@ TEST_F(LaunchExecutable, ThatExistsIsNotCopiedAgain) {
   EXPECT_EQ(0755u, test::modeOf(copy));
   EXPECT_EQ(copy, startedWith()[0]);
   EXPECT_TRUE(test::containsInOrder(launched.lines, {"File exists: " + copy}));
+}
+
+TEST_F(LaunchExecutable, ThatCannotBeExecutedIsMadeAnew) {
+  scene.installFakeRuntime(scene.runtime());
+  const std::string copy = scene.runtime() + "/bin/Sample";
+  test::writeFile(copy, "half", 0644);
+  launch();
+  EXPECT_EQ(test::readFile(test::fakeJava()), test::readFile(copy));
+  EXPECT_EQ(0777u, test::modeOf(copy));
+  EXPECT_EQ(copy, startedWith()[0]);
+}
+
+TEST_F(LaunchExecutable, AtWhichALinkLeadsOutIsMadeInItsPlace) {
+  scene.installFakeRuntime(scene.runtime());
+  const std::string copy = scene.runtime() + "/bin/Sample";
+  const std::string victim = scene.runtime() + "/victim";
+  test::writeFile(victim, "mine", 0600);
+  std::filesystem::create_symlink(victim, copy);
+  launch();
+  EXPECT_EQ("mine", test::readFile(victim));
+  EXPECT_EQ(0600u, test::modeOf(victim));
+  EXPECT_FALSE(std::filesystem::is_symlink(copy));
+  EXPECT_EQ(copy, startedWith()[0]);
+}
+
+TEST_F(LaunchExecutable, ThatCouldNotBeCopiedWholeLeavesNoPartAndStartsJava) {
+  scene.installFakeRuntime(scene.runtime());
+  const std::string copy = scene.runtime() + "/bin/Sample";
+  std::filesystem::create_directories(copy + ".part/in the way");
+  const Launched launched = launch();
+  EXPECT_TRUE(hasError(launched.lines, "Error setting app binary executable!"));
+  EXPECT_FALSE(test::exists(copy));
+  EXPECT_EQ(scene.runtime() + "/bin/java", startedWith()[0]);
 }
 
 TEST_F(LaunchExecutable, WithBlanksAndLettersBeyondAsciiInItsNameIsStarted) {

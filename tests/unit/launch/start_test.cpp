@@ -70,7 +70,9 @@ TEST_F(ApplicationStart, LoadsTheRuntimesBundleBesideItsFolder) {
 }
 
 TEST_F(ApplicationStart, ThatCannotBeSpawnedReturnsTheErrorNumber) {
-  test::writeFile(scene.runtime() + "/bin/Sample", "no program", 0644);
+  const std::string noProgram = scene.runtime() + "/release";
+  test::writeFile(noProgram, "", 0644);
+  test::writeFile(scene.runtime() + "/bin/Sample", "#!" + noProgram + "\n", 0755);
   const Launched launched = launch();
   EXPECT_EQ(EACCES, launched.result);
   EXPECT_EQ("Launch Error " + std::to_string(EACCES) + ".", errorsIn(launched.lines).back());
