@@ -3,6 +3,8 @@
 #include "extractor/folders.h"
 #include "extractor/run.h"
 #include "extractor/tail_stream.h"
+#include "support/file_operations.h"
+#include "support/folder_walk.h"
 #include "support/logging.h"
 
 static const char kApplication[] = "application";
@@ -23,10 +25,20 @@ void extractApp(ExtractorRun& run) {
   requireNextArchive(run, kApplication, run.unpack200Path, run.appTemp);
 }
 
+// An empty version folder would count as the application and hide that there is none.
+static void requireContent(const ExtractorRun& run) {
+  if (allNames(openFolder(run.appTemp)).empty()) {
+    removeTree(run.appTemp);
+    failRun("[Extractor] The archives of the %s are empty, nothing of it is installed\n",
+            kApplication);
+  }
+}
+
 void installApp(ExtractorRun& run) {
   if (!isOffline(run)) {
     return;
   }
+  requireContent(run);
   moveIntoPlace(run, kApplication, run.appTemp, run.appFolder);
   logMessage("[Extractor] Renaming App folder to %s\n", run.appFolder);
 }

@@ -295,6 +295,18 @@ TEST_F(Installation, OfAnUpdaterWithoutALaunchFileInstallsNothing) {
   expectNothingInstalled();
 }
 
+TEST_F(Installation, OfAnApplicationWithoutAnyFileInstallsNoApplication) {
+  installer_.application = {test::field(""), test::field("")};
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(logs(result,
+                   "[Extractor] The archives of the application are empty, nothing of it is "
+                   "installed"));
+  EXPECT_FALSE(fs::exists(installer_.master(kAppFolder)));
+  EXPECT_TRUE(installer_.tempFolders().empty());
+  EXPECT_FALSE(installer_.launched());
+}
+
 TEST_F(Installation, EmptyPlaceholderArchiveIsAccepted) {
   installer_.updater[3] = test::field("");
   EXPECT_EQ(0, install().status);
