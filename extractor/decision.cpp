@@ -23,7 +23,7 @@ static void logCarried(const ExtractorRun& run) {
 }
 
 static void findInstalled(ExtractorRun& run) {
-  run.latestGU = pickAndAllocLatestFromMaster(run.masterFolder, "Quorvane");
+  run.latestGU = pickAndAllocLatestFromMaster(run.masterFolder, UPDATER_NAME);
   run.latestJRE = pickAndAllocLatestFromMaster(run.masterFolder, run.jreName);
 }
 

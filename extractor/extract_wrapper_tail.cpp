@@ -8,6 +8,7 @@
 #include "extractor/install_lock.h"
 #include "extractor/install_updater.h"
 #include "extractor/interrupted_runs.h"
+#include "extractor/names.h"
 #include "extractor/params_file.h"
 #include "extractor/provision_jre.h"
 #include "extractor/run.h"
@@ -33,6 +34,7 @@ static void startUp(ExtractorRun& run) {
   endUpdateUrlInSlash(run);
   openMasterFolder(run);
   overrideJreName(run);
+  requireDistinctNames(run.jreName, run.tail.appName);
   makeSharedConfigFolder(run);
 }
 

@@ -33,7 +33,7 @@ void launchWithoutExtraction(ExtractorRun& run) {
 }
 
 void launchInstalled(ExtractorRun& run) {
-  const char* latestGU = pickAndAllocLatestFromMaster(run.masterFolder, "Quorvane");
+  const char* latestGU = pickAndAllocLatestFromMaster(run.masterFolder, UPDATER_NAME);
   if (latestGU == nullptr) {
     failRun("No latest App version even after download!\n");
   }

@@ -18,7 +18,7 @@ static const char kUpdater[] = "GenericUpdater";
 
 void nameInstallFolders(ExtractorRun& run) {
   makeDir(run.masterFolder);
-  makeAppFolder(run.guFolder, run.masterFolder, "Quorvane", run.tail.guVersion);
+  makeAppFolder(run.guFolder, run.masterFolder, UPDATER_NAME, run.tail.guVersion);
   nameTempFolder(run, run.guTemp);
   makeAppFolder(run.appFolder, run.masterFolder, run.tail.appName, run.tail.appVersion);
   nameTempFolder(run, run.appTemp);

@@ -1,5 +1,7 @@
 #include "extractor/names.h"
 
+#include <strings.h>
+
 #include <cstring>
 
 #include "extractor/run.h"
@@ -7,6 +9,20 @@
 void requireFolderNamePart(const char* what, const char* text) {
   if (strchr(text, '/') != nullptr) {
     failRun("[Extractor] The %s cannot be part of a folder name: %.200s\n", what, text);
+  }
+}
+
+[[noreturn]] static void refuseName(const char* what, const char* name) {
+  failRun("[Extractor] The %s cannot name a component: %.200s\n", what, name);
+}
+
+void requireDistinctNames(const char* jreName, const char* appName) {
+  const auto isTaken = [](const char* name) { return strcasecmp(name, UPDATER_NAME) == 0; };
+  if (isTaken(appName)) {
+    refuseName("App Name", appName);
+  }
+  if (isTaken(jreName) || strcasecmp(jreName, appName) == 0 || strchr(jreName, '-') != nullptr) {
+    refuseName("JRE name", jreName);
   }
 }
 

@@ -36,6 +36,9 @@ struct TailFields {
   char* updateUrl;
 };
 
+// The updater's name in the names of its version folders.
+constexpr char UPDATER_NAME[] = "Quorvane";
+
 constexpr int LAUNCH_PROPERTIES_SIZE = 200000;
 
 struct ExtractorRun {

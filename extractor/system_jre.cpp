@@ -127,7 +127,7 @@ static bool findSystemJre(const ExtractorRun& run, SystemJre* jre) {
 // Lets the installed updater's compatibility class judge the runtime.
 static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
   logMessage("[JRESearch] JRE unpack200 exists %s\n", jre.java);
-  char* latestGU = pickAndAllocLatestFromMaster(run.masterFolder, "Quorvane");
+  char* latestGU = pickAndAllocLatestFromMaster(run.masterFolder, UPDATER_NAME);
   if (latestGU == nullptr) {
     logMessage(
         "[JRESearch] ****************************** No latest App version even after download!\n");
