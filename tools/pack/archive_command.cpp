@@ -165,82 +165,78 @@ static void extract(ReadOptions options) {
   extractAsProduct(options.extraction);
 }
 
-static void addCreate(CLI::App* archive) {
-  CLI::App* command = archive->add_subcommand("create", "Makes an archive of a folder's content.");
-  auto options = std::make_shared<CreateOptions>();
-  command->add_option("FOLDER", options->content.folder, "The folder")->required();
-  command
-      ->add_option("ARCHIVE", options->path,
-                   "The archive, NAME.p2, or NAME.p2.l2 for one compressed with LZMA")
-      ->required();
-  command->add_option("--key", options->keyPath, "Sign with this private key; - is standard input");
-  command->add_option("--add", options->added, "Add FILE under PATH, for instance another archive")
-      ->type_name("PATH=FILE")
-      ->allow_extra_args(false);
-  command->add_option("--special", options->special, "Add FILE as the special block NAME")
-      ->type_name("NAME=FILE")
-      ->allow_extra_args(false);
-  command
-      ->add_option("--pack200", options->content.pack200,
-                   "Pack the jars that PATTERN matches with pack200")
-      ->type_name("PATTERN")
-      ->allow_extra_args(false);
-  command->add_option("--pack200-tool", options->content.pack200Tool,
-                      "The packing program, called with input and output");
-  command->footer(
+static void addCreate(const Command& archive) {
+  const Command command = archive.add(
+      "create", "Makes an archive of a folder's content.",
       "Symbolic links are stored as copies of what they point to.\n"
       "Example:\n  quorvane-pack archive create --key release.key runtime JREArchive.p2.l2");
-  command->callback([options] { create(*options); });
+  auto options = std::make_shared<CreateOptions>();
+  command.text("FOLDER", &options->content.folder, "The folder").required();
+  command
+      .text("ARCHIVE", &options->path,
+            "The archive, NAME.p2, or NAME.p2.l2 for one compressed with LZMA")
+      .required();
+  command.text("--key", &options->keyPath, "Sign with this private key; - is standard input");
+  command.texts("--add", &options->added, "Add FILE under PATH, for instance another archive")
+      .typeName("PATH=FILE")
+      .oneByOne();
+  command.texts("--special", &options->special, "Add FILE as the special block NAME")
+      .typeName("NAME=FILE")
+      .oneByOne();
+  command
+      .texts("--pack200", &options->content.pack200,
+             "Pack the jars that PATTERN matches with pack200")
+      .typeName("PATTERN")
+      .oneByOne();
+  command.text("--pack200-tool", &options->content.pack200Tool,
+               "The packing program, called with input and output");
+  command.runs([options] { create(*options); });
 }
 
-static CLI::App* addReading(CLI::App* archive, const char* name, const char* help,
-                            const std::shared_ptr<ReadOptions>& options) {
-  CLI::App* command = archive->add_subcommand(name, help);
-  command->add_option("ARCHIVE", options->path, "The archive, NAME.p2 or NAME.p2.l2")->required();
-  return command;
+static Option addArchive(const Command& command, ReadOptions* options) {
+  return command.text("ARCHIVE", &options->path, "The archive, NAME.p2 or NAME.p2.l2").required();
 }
 
-static CLI::Option* addPublicKey(CLI::App* command, const std::shared_ptr<ReadOptions>& options) {
-  return command->add_option("--public-key", options->publicKeyPath,
-                             "The file with the public key, as 'key show' prints it");
+static Option addPublicKey(const Command& command, ReadOptions* options) {
+  return command.text("--public-key", &options->publicKeyPath,
+                      "The file with the public key, as 'key show' prints it");
 }
 
-static void addList(CLI::App* archive) {
+static void addList(const Command& archive) {
+  const Command command = archive.add("list", "Shows what is in an archive.",
+                                      "Example:\n  quorvane-pack archive list JREArchive.p2.l2");
   auto options = std::make_shared<ReadOptions>();
-  CLI::App* command = addReading(archive, "list", "Shows what is in an archive.", options);
-  command->footer("Example:\n  quorvane-pack archive list JREArchive.p2.l2");
-  command->callback([options] { list(*options); });
+  addArchive(command, options.get());
+  command.runs([options] { list(*options); });
 }
 
-static void addVerify(CLI::App* archive) {
+static void addVerify(const Command& archive) {
+  const Command command =
+      archive.add("verify", "Checks an archive's records and its signature.",
+                  "Example:\n  quorvane-pack key show release.key > release.pub\n"
+                  "  quorvane-pack archive verify --public-key release.pub JREArchive.p2.l2");
   auto options = std::make_shared<ReadOptions>();
-  CLI::App* command =
-      addReading(archive, "verify", "Checks an archive's records and its signature.", options);
-  addPublicKey(command, options)->required();
-  command->footer(
-      "Example:\n  quorvane-pack key show release.key > release.pub\n"
-      "  quorvane-pack archive verify --public-key release.pub JREArchive.p2.l2");
-  command->callback([options] { verify(*options); });
+  addArchive(command, options.get());
+  addPublicKey(command, options.get()).required();
+  command.runs([options] { verify(*options); });
 }
 
-static void addExtract(CLI::App* archive) {
+static void addExtract(const Command& archive) {
+  const Command command =
+      archive.add("extract", "Extracts an archive as an installer does, into a new folder.",
+                  "With --public-key an archive that is not signed with it is refused.\n"
+                  "Example:\n  quorvane-pack archive extract --public-key release.pub app.p2 app");
   auto options = std::make_shared<ReadOptions>();
-  CLI::App* command = addReading(
-      archive, "extract", "Extracts an archive as an installer does, into a new folder.", options);
-  command->add_option("FOLDER", options->extraction.folder, "The folder, new or empty")->required();
-  addPublicKey(command, options);
-  command->add_option("--unpack200", options->extraction.unpack200,
-                      "The program for pack200 entries");
-  command->footer(
-      "With --public-key an archive that is not signed with it is refused.\n"
-      "Example:\n  quorvane-pack archive extract --public-key release.pub app.p2 app");
-  command->callback([options] { extract(*options); });
+  addArchive(command, options.get());
+  command.text("FOLDER", &options->extraction.folder, "The folder, new or empty").required();
+  addPublicKey(command, options.get());
+  command.text("--unpack200", &options->extraction.unpack200, "The program for pack200 entries");
+  command.runs([options] { extract(*options); });
 }
 
-void addArchiveCommand(CLI::App* app) {
-  CLI::App* archive = app->add_subcommand("archive", "Makes, shows and checks archives.");
-  archive->require_subcommand(1);
-  archive->footer("Example:\n  quorvane-pack archive list JREArchive.p2.l2");
+void addArchiveCommand(const Command& app) {
+  const Command archive = app.addGroup("archive", "Makes, shows and checks archives.",
+                                       "Example:\n  quorvane-pack archive list JREArchive.p2.l2");
   addCreate(archive);
   addList(archive);
   addVerify(archive);

@@ -260,40 +260,38 @@ static void runBuild(const BuildOptions& options) {
   sayResults(build);
 }
 
-static void addOverrides(CLI::App* command, BuildOptions* options) {
-  command->add_option("--app-version", options->appVersion,
-                      "Instead of the project's [application] version");
-  command->add_option("--update-url", options->updateUrl,
-                      "Instead of the project's [installer] update_url");
-  command->add_option("--key", options->key,
-                      "Instead of the project's [signing] key; - is standard input");
-  command->add_option("--runtime", options->runtime, "Carry the runtime in this folder instead");
-  command->add_option("--jdk", options->jdk, "The JDK that makes the runtime");
+static void addOverrides(const Command& command, BuildOptions* options) {
+  command.text("--app-version", &options->appVersion,
+               "Instead of the project's [application] version");
+  command.text("--update-url", &options->updateUrl,
+               "Instead of the project's [installer] update_url");
+  command.text("--key", &options->key,
+               "Instead of the project's [signing] key; - is standard input");
+  command.text("--runtime", &options->runtime, "Carry the runtime in this folder instead");
+  command.text("--jdk", &options->jdk, "The JDK that makes the runtime");
 }
 
-void addBuildCommand(CLI::App* app, const ProgramFiles& files) {
-  CLI::App* command = app->add_subcommand(
-      "build", "Makes a launcher bundle, an offline and an online installer and an update site.");
-  auto options = std::make_shared<BuildOptions>();
-  options->files = files;
-  command->add_option("PROJECT", options->project, "The project file")->capture_default_str();
-  command
-      ->add_option("-o,--output", options->output,
-                   "The folder to write to: new, empty, or made by this command")
-      ->capture_default_str();
-  command
-      ->add_option("--executables", options->files.executables,
-                   "The folder of launcher, extractor and lzma64 for the target system")
-      ->capture_default_str();
-  addOverrides(command, options.get());
-  CLI::Option* quiet =
-      command->add_flag("-q,--quiet", options->isQuiet, "Say nothing when all is well");
-  command->add_flag("-v,--verbose", options->isVerbose, "Say what is done on the way")
-      ->excludes(quiet);
-  command->footer(
+void addBuildCommand(const Command& app, const ProgramFiles& files) {
+  const Command command = app.add(
+      "build", "Makes a launcher bundle, an offline and an online installer and an update site.",
       "Options override the project file. Results are put in place when all are made.\n"
       "Example:\n  quorvane-pack build quorvane.toml --output dist --app-version 2");
-  command->callback([options] { runBuild(*options); });
+  auto options = std::make_shared<BuildOptions>();
+  options->files = files;
+  command.text("PROJECT", &options->project, "The project file").withDefault();
+  command
+      .text("-o,--output", &options->output,
+            "The folder to write to: new, empty, or made by this command")
+      .withDefault();
+  command
+      .text("--executables", &options->files.executables,
+            "The folder of launcher, extractor and lzma64 for the target system")
+      .withDefault();
+  addOverrides(command, options.get());
+  const Option quiet =
+      command.flag("-q,--quiet", &options->isQuiet, "Say nothing when all is well");
+  command.flag("-v,--verbose", &options->isVerbose, "Say what is done on the way").excludes(quiet);
+  command.runs([options] { runBuild(*options); });
 }
 
 }  // namespace tools

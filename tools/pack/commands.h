@@ -1,43 +1,41 @@
 #ifndef QUORVANE_TOOLS_PACK_COMMANDS_H
 #define QUORVANE_TOOLS_PACK_COMMANDS_H
 
-#include <CLI/CLI.hpp>
-#include <string>
-
+#include "tools/pack/command_line.h"
 #include "tools/program_files.h"
 
 // The sub-commands of quorvane-pack. Each function adds one to `app`, with its options, its help
-// and the callback that runs it. A callback throws tools::InputError when its input is wrong.
+// and the function that runs it, which throws tools::InputError when its input is wrong.
 
 namespace tools {
 
 // archive create, list, verify, extract.
-void addArchiveCommand(CLI::App* app);
+void addArchiveCommand(const Command& app);
 
 // params write, params read: the properties that an installer is given at run time.
-void addParamsCommand(CLI::App* app);
+void addParamsCommand(const Command& app);
 
 // build: bundles, installers and the update site of a project. `files` is what is packed when the
 // command line names nothing else.
-void addBuildCommand(CLI::App* app, const ProgramFiles& files);
+void addBuildCommand(const Command& app, const ProgramFiles& files);
 
 // init: a project file for a jar or a folder, and a key.
-void addInitCommand(CLI::App* app);
+void addInitCommand(const Command& app);
 
 // key new, key show: the key pair that signs an application's archives.
-void addKeyCommand(CLI::App* app);
+void addKeyCommand(const Command& app);
 
 // launchfile write, launchfile read: the launch file of an application's folder.
-void addLaunchfileCommand(CLI::App* app);
+void addLaunchfileCommand(const Command& app);
 
 // run: an installer in a throw-away home.
-void addRunCommand(CLI::App* app);
+void addRunCommand(const Command& app);
 
 // tail write, tail read: the Tail record of a bundle or behind an executable.
-void addTailCommand(CLI::App* app);
+void addTailCommand(const Command& app);
 
 // verify: a whole installer, looked at as the product would.
-void addVerifyCommand(CLI::App* app);
+void addVerifyCommand(const Command& app);
 
 }  // namespace tools
 

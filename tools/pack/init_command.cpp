@@ -140,24 +140,22 @@ static void runInit(InitOptions options) {
          project.name.c_str());
 }
 
-void addInitCommand(CLI::App* app) {
-  CLI::App* command = app->add_subcommand(
-      "init", "Writes a project file for a jar or a folder of jars, and a key to sign with.");
+void addInitCommand(const Command& app) {
+  const Command command = app.add(
+      "init", "Writes a project file for a jar or a folder of jars, and a key to sign with.",
+      "Example:\n  quorvane-pack init hello.jar");
   auto options = std::make_shared<InitOptions>();
-  command->add_option("APPLICATION", options->input, "The jar, or the folder with the jars")
-      ->required();
-  command->add_option("--project", options->project, "The project file to write")
-      ->capture_default_str();
-  command->add_option("--name", options->name, "The application's name, else made of the jar's");
-  command->add_option("--main-class", options->mainClass,
-                      "The class that starts, else the one that the jar's manifest names");
-  command->add_option("--key", options->key,
-                      "The private key, made when it does not exist, else release.key beside the "
-                      "project file");
-  command->add_option("--jdk", options->jdk, "The JDK to use");
-  command->add_flag("--force", options->mayReplace, "Replace the project file; never the key");
-  command->footer("Example:\n  quorvane-pack init hello.jar");
-  command->callback([options] { runInit(*options); });
+  command.text("APPLICATION", &options->input, "The jar, or the folder with the jars").required();
+  command.text("--project", &options->project, "The project file to write").withDefault();
+  command.text("--name", &options->name, "The application's name, else made of the jar's");
+  command.text("--main-class", &options->mainClass,
+               "The class that starts, else the one that the jar's manifest names");
+  command.text("--key", &options->key,
+               "The private key, made when it does not exist, else release.key beside the "
+               "project file");
+  command.text("--jdk", &options->jdk, "The JDK to use");
+  command.flag("--force", &options->mayReplace, "Replace the project file; never the key");
+  command.runs([options] { runInit(*options); });
 }
 
 }  // namespace tools

@@ -33,29 +33,26 @@ static void showKey(const KeyOptions& options) {
   printf("%s\n", key.publicKeyHex().c_str());
 }
 
-static void addNew(CLI::App* key) {
-  CLI::App* command = key->add_subcommand("new", "Makes a private key and prints its public key.");
+static void addNew(const Command& key) {
+  const Command command = key.add("new", "Makes a private key and prints its public key.",
+                                  "Example:\n  quorvane-pack key new release.key");
   auto options = std::make_shared<KeyOptions>();
-  command->add_option("FILE", options->path, "Where the private key goes; must not exist yet")
-      ->required();
-  command->add_option("--bits", options->bits, "Size of the key")->capture_default_str();
-  command->footer("Example:\n  quorvane-pack key new release.key");
-  command->callback([options] { makeKey(*options); });
+  command.text("FILE", &options->path, "Where the private key goes; must not exist yet").required();
+  command.number("--bits", &options->bits, "Size of the key").withDefault();
+  command.runs([options] { makeKey(*options); });
 }
 
-static void addShow(CLI::App* key) {
-  CLI::App* command = key->add_subcommand("show", "Prints the public key of a private key.");
+static void addShow(const Command& key) {
+  const Command command = key.add("show", "Prints the public key of a private key.",
+                                  "Example:\n  quorvane-pack key show release.key");
   auto options = std::make_shared<KeyOptions>();
-  command->add_option("FILE", options->path, "The private key, or - for standard input")
-      ->required();
-  command->footer("Example:\n  quorvane-pack key show release.key");
-  command->callback([options] { showKey(*options); });
+  command.text("FILE", &options->path, "The private key, or - for standard input").required();
+  command.runs([options] { showKey(*options); });
 }
 
-void addKeyCommand(CLI::App* app) {
-  CLI::App* key = app->add_subcommand("key", "Makes and shows the key that signs archives.");
-  key->require_subcommand(1);
-  key->footer("Example:\n  quorvane-pack key new release.key");
+void addKeyCommand(const Command& app) {
+  const Command key = app.addGroup("key", "Makes and shows the key that signs archives.",
+                                   "Example:\n  quorvane-pack key new release.key");
   addNew(key);
   addShow(key);
 }

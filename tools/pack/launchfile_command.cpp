@@ -41,30 +41,30 @@ static void readLaunchFile(const LaunchFileOptions& options) {
   fwrite(text.data(), 1, text.size(), stdout);
 }
 
-static void addWrite(CLI::App* launchFile) {
-  CLI::App* command = launchFile->add_subcommand("write", "Writes a launch file from TOML text.");
-  auto options = std::make_shared<LaunchFileOptions>();
-  command->add_option("TEXT", options->input, "The TOML text; \"read\" shows its keys")->required();
-  command->add_option("FILE", options->output, "Where the launch file goes")->required();
-  command->footer(
+static void addWrite(const Command& launchFile) {
+  const Command command = launchFile.add(
+      "write", "Writes a launch file from TOML text.",
       "The launch file belongs into the application's folder under the name QuorvaneLaunch.\n"
       "Example:\n  quorvane-pack launchfile write launch.toml app/QuorvaneLaunch");
-  command->callback([options] { writeLaunchFile(*options); });
-}
-
-static void addRead(CLI::App* launchFile) {
-  CLI::App* command = launchFile->add_subcommand("read", "Prints a launch file as TOML text.");
   auto options = std::make_shared<LaunchFileOptions>();
-  command->add_option("FILE", options->input, "The launch file")->required();
-  command->footer("Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
-  command->callback([options] { readLaunchFile(*options); });
+  command.text("TEXT", &options->input, "The TOML text; \"read\" shows its keys").required();
+  command.text("FILE", &options->output, "Where the launch file goes").required();
+  command.runs([options] { writeLaunchFile(*options); });
 }
 
-void addLaunchfileCommand(CLI::App* app) {
-  CLI::App* launchFile = app->add_subcommand(
-      "launchfile", "Writes and shows the file that says how an application is started.");
-  launchFile->require_subcommand(1);
-  launchFile->footer("Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
+static void addRead(const Command& launchFile) {
+  const Command command =
+      launchFile.add("read", "Prints a launch file as TOML text.",
+                     "Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
+  auto options = std::make_shared<LaunchFileOptions>();
+  command.text("FILE", &options->input, "The launch file").required();
+  command.runs([options] { readLaunchFile(*options); });
+}
+
+void addLaunchfileCommand(const Command& app) {
+  const Command launchFile = app.addGroup(
+      "launchfile", "Writes and shows the file that says how an application is started.",
+      "Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
   addWrite(launchFile);
   addRead(launchFile);
 }

@@ -75,34 +75,32 @@ static void readParams(const ParamsOptions& options) {
   }
 }
 
-static void addWrite(CLI::App* params) {
-  CLI::App* command = params->add_subcommand("write", "Writes a params file.");
+static void addWrite(const Command& params) {
+  const Command command =
+      params.add("write", "Writes a params file.",
+                 "The file may be changed without signing the bundle again.\n"
+                 "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
   auto options = std::make_shared<ParamsOptions>();
   command
-      ->add_option("PATH", options->path,
-                   "An installer bundle, whose params file is replaced, or a file")
-      ->required();
-  command->add_option("NAME=VALUE", options->pairs, "The properties; none makes an empty file");
-  command->footer(
-      "The file may be changed without signing the bundle again.\n"
-      "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
-  command->callback([options] { writeParams(*options); });
+      .text("PATH", &options->path, "An installer bundle, whose params file is replaced, or a file")
+      .required();
+  command.texts("NAME=VALUE", &options->pairs, "The properties; none makes an empty file");
+  command.runs([options] { writeParams(*options); });
 }
 
-static void addRead(CLI::App* params) {
-  CLI::App* command = params->add_subcommand("read", "Prints a params file.");
+static void addRead(const Command& params) {
+  const Command command = params.add("read", "Prints a params file.",
+                                     "Example:\n  quorvane-pack params read Setup.app");
   auto options = std::make_shared<ParamsOptions>();
-  command->add_option("PATH", options->path, "An installer bundle or a file")->required();
-  command->add_option("--value", options->name, "Print nothing but this property's value");
-  command->footer("Example:\n  quorvane-pack params read Setup.app");
-  command->callback([options] { readParams(*options); });
+  command.text("PATH", &options->path, "An installer bundle or a file").required();
+  command.text("--value", &options->name, "Print nothing but this property's value");
+  command.runs([options] { readParams(*options); });
 }
 
-void addParamsCommand(CLI::App* app) {
-  CLI::App* params = app->add_subcommand(
-      "params", "Writes and shows the properties that an installer is given at run time.");
-  params->require_subcommand(1);
-  params->footer("Example:\n  quorvane-pack params read AppParams.excludefromsigning");
+void addParamsCommand(const Command& app) {
+  const Command params = app.addGroup(
+      "params", "Writes and shows the properties that an installer is given at run time.",
+      "Example:\n  quorvane-pack params read AppParams.excludefromsigning");
   addWrite(params);
   addRead(params);
 }

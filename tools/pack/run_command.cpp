@@ -151,21 +151,19 @@ static void runBundle(const RunOptions& options) {
   printf("the application ended well; its throw-away home is gone\n");
 }
 
-void addRunCommand(CLI::App* app) {
-  CLI::App* command =
-      app->add_subcommand("run", "Runs an installer in a throw-away home, to try it.");
-  auto options = std::make_shared<RunOptions>();
-  command->add_option("PATH", options->path, "A folder that 'build' made, or a bundle")
-      ->capture_default_str();
-  command->add_option("ARGUMENTS", options->arguments,
-                      "Words for the installer's command line, behind --");
-  command->add_option("--keep", options->keep, "Copy the home into this new folder at the end");
-  command->add_flag("-v,--verbose", options->isVerbose,
-                    "Show what the installer and the application print");
-  command->footer(
+void addRunCommand(const Command& app) {
+  const Command command = app.add(
+      "run", "Runs an installer in a throw-away home, to try it.",
       "The command ends when the application does. It needs a display, as the application does.\n"
       "Example:\n  quorvane-pack run dist --verbose");
-  command->callback([options] { runBundle(*options); });
+  auto options = std::make_shared<RunOptions>();
+  command.text("PATH", &options->path, "A folder that 'build' made, or a bundle").withDefault();
+  command.texts("ARGUMENTS", &options->arguments,
+                "Words for the installer's command line, behind --");
+  command.text("--keep", &options->keep, "Copy the home into this new folder at the end");
+  command.flag("-v,--verbose", &options->isVerbose,
+               "Show what the installer and the application print");
+  command.runs([options] { runBundle(*options); });
 }
 
 }  // namespace tools

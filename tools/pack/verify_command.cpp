@@ -37,14 +37,13 @@ static void verify(VerifyOptions options) {
   }
 }
 
-void addVerifyCommand(CLI::App* app) {
-  CLI::App* command =
-      app->add_subcommand("verify", "Checks a whole installer, or a launcher bundle.");
+void addVerifyCommand(const Command& app) {
+  const Command command = app.add("verify", "Checks a whole installer, or a launcher bundle.",
+                                  "Example:\n  quorvane-pack verify \"dist/Hello Installer.app\"");
   auto options = std::make_shared<VerifyOptions>();
-  command->add_option("BUNDLE", options->bundle, "The bundle, NAME.app")->required();
-  command->add_flag("-q,--quiet", options->isQuiet, "Say nothing when all is well");
-  command->footer("Example:\n  quorvane-pack verify \"dist/Hello Installer.app\"");
-  command->callback([options] { verify(*options); });
+  command.text("BUNDLE", &options->bundle, "The bundle, NAME.app").required();
+  command.flag("-q,--quiet", &options->isQuiet, "Say nothing when all is well");
+  command.runs([options] { verify(*options); });
 }
 
 }  // namespace tools
