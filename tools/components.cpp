@@ -14,8 +14,8 @@ namespace tools {
 
 static const char kLaunchFile[] = "QuorvaneLaunch";
 
-// The packager's own updater: its number grows with what it does, so that an installer replaces an
-// older one.
+// The sample updater, for projects that name none: its number grows with what it does, so that an
+// installer replaces an older one.
 static const char kOwnUpdaterVersion[] = "1";
 static const char kOwnUpdaterJar[] = "updater.jar";
 static const char kOwnUpdaterClass[] = "org.example.updater.GenericUpdater";
@@ -93,7 +93,7 @@ void Components::describeUpdater(const Project& project, const std::string& jar)
     return;
   }
   if (!fs::is_regular_file(jar)) {
-    throw InputError("the packager's own updater is not at " + jar +
+    throw InputError("the sample updater is not at " + jar +
                      ": it was built without a JDK; build it with one, or name an updater as "
                      "'folder' and 'version' in [updater]");
   }

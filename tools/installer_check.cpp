@@ -1,15 +1,13 @@
 #include "tools/installer_check.h"
 
 #include <filesystem>
-#include <memory>
 
-#include "support/hex.h"
 #include "tools/bundle_reader.h"
 #include "tools/component_check.h"
 #include "tools/input_error.h"
 #include "tools/marker_search.h"
 #include "tools/params_writer.h"
-#include "tools/quiet_output.h"
+#include "tools/public_key.h"
 #include "tools/tail_writer.h"
 #include "tools/whole_file.h"
 
@@ -18,11 +16,6 @@ namespace fs = std::filesystem;
 namespace tools {
 
 namespace {
-
-struct FreeKey {
-  void operator()(Rsa_key* key) const { freePublicKey(key); }
-};
-using PublicKey = std::unique_ptr<Rsa_key, FreeKey>;
 
 // The values of a Tail record, by their places.
 enum TailValue {
@@ -118,11 +111,7 @@ class BundleCheck {
     if (hex.empty()) {
       return;
     }
-    std::string der(hex.size() / 2 + 2, '\0');
-    auto* bytes = reinterpret_cast<unsigned char*>(der.data());
-    const int length = hexToBytes(bytes, static_cast<int>(der.size()), hex.c_str());
-    const QuietOutput quiet;
-    key_.reset(loadDEREncodedPublicKey(bytes, length));
+    key_ = publicKeyFromHex(hex);
     if (key_ == nullptr) {
       problem("the public key in the Tail record cannot be used; make the installer again");
     }

@@ -5,11 +5,10 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
-#include <vector>
 
 #include "archive/archive.h"
 #include "tools/input_error.h"
+#include "tools/last_lines.h"
 #include "tools/quiet_output.h"
 #include "tools/temporary_folder.h"
 
@@ -48,19 +47,6 @@ static int extractInChild(const Extraction& extraction, const std::string& archi
   return status;
 }
 
-static std::string endOf(const std::string& log) {
-  std::ifstream in(log);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) {
-    lines.push_back(line);
-  }
-  std::string end;
-  for (size_t i = lines.size() - std::min(lines.size(), kShownLines); i < lines.size(); ++i) {
-    end += "\n  " + lines[i];
-  }
-  return end;
-}
-
 void extractAsProduct(const Extraction& extraction) {
   prepareFolder(extraction.folder);
   const TemporaryFolder work;
@@ -72,7 +58,8 @@ void extractAsProduct(const Extraction& extraction) {
   if (status != 0) {
     std::error_code ignored;
     fs::remove_all(extraction.folder, ignored);
-    throw InputError(extraction.name + " cannot be extracted; the end of the log:" + endOf(log));
+    throw InputError(extraction.name +
+                     " cannot be extracted; the end of the log:" + lastLines(log, kShownLines));
   }
   if (!fs::exists(extraction.folder)) {
     throw InputError(extraction.name +

@@ -160,7 +160,7 @@ class ProjectCheck {
     if (project_.updaterFolder.empty()) {
       if (!project_.updaterVersion.empty()) {
         fail("updater",
-             "has 'version' and no 'folder'; without a folder the packager's own "
+             "has 'version' and no 'folder'; without a folder the sample "
              "updater is used, which has its own version");
       }
       return;

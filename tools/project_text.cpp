@@ -114,7 +114,7 @@ static std::string applicationText(const NewProject& project) {
 }
 
 static const char kOtherSections[] = R"(
-# [updater]  # the packager's own unless you name one
+# [updater]  # without one the sample updater, which fetches no updates of the application
 # folder = "updater"
 # version = "1"
 

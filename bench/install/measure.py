@@ -11,30 +11,18 @@ import statistics
 import subprocess
 import sys
 import time
+from pathlib import Path
 
 ROUNDS, WORK, BIN = int(sys.argv[1]), sys.argv[2], os.path.abspath(sys.argv[3])
 SIZES = [int(word) for text in sys.argv[4:] for word in text.split()]
 
 LAUNCH = """version = 6
 class = "Startup"
-app_name = "Bench"
+app_name = "Sample"
 class_path = ["updater.jar"]
 """
 
-PROJECT = """[application]
-name = "Bench"
-version = "1"
-identifier = "org.example.bench"
-folder = "app-{size}"
-[updater]
-folder = "updater"
-version = "1"
-[runtime]
-folder = "runtime"
-version = "17"
-[signing]
-key = "release.key"
-"""
+PROJECT = Path(__file__).resolve().parents[2] / "tests/data/packager/folders.toml"
 
 
 def path(*names):
@@ -68,7 +56,8 @@ def make_application(size):
 
 
 def pack(size):
-    write(f"project-{size}.toml", PROJECT.format(size=size))
+    project = PROJECT.read_text(encoding="utf-8")
+    write(f"project-{size}.toml", project.replace('folder = "app"', f'folder = "app-{size}"'))
     run(f"{BIN}/quorvane-pack", "build", path(f"project-{size}.toml"), "--output",
         path(f"dist-{size}"), "--executables", BIN)
 
@@ -113,7 +102,7 @@ def measure(command, variables=None):
 
 
 def installer(size):
-    folder = path(f"dist-{size}", "Bench Installer.app", "Contents", "MacOS")
+    folder = path(f"dist-{size}", "Sample Installer.app", "Contents", "MacOS")
     return os.path.join(folder, os.listdir(folder)[0])
 
 

@@ -13,25 +13,7 @@ make_project() {
   cp examples/splash/nativesplash.png "$project/splash.png"
   cp build/pack200-tools/unpack200 "$demo/runtime/bin/" 2> /dev/null || true
   pack key new "$project/release.key"
-  cat > "$project/quorvane.toml" <<TOML
-[application]
-name = "Sample"
-version = "1"
-identifier = "org.example.sample"
-jar = "app.jar"
-main_class = "org.example.app.SampleApp"
-arguments = ["--close-after", "3000"]
-
-[runtime]
-folder = "../runtime"
-
-[installer]
-minimum_splash_ms = 500
-splash = "splash.png"
-
-[signing]
-key = "release.key"
-TOML
+  cp examples/app/quorvane.toml "$project/"
 }
 
 # Packs the project; more words go to the packager.

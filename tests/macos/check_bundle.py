@@ -9,21 +9,7 @@ import mach_o
 
 PACK = mach_o.SOURCE / "build/bin/quorvane-pack"
 
-PROJECT = """
-[application]
-name = "Sample"
-version = "1"
-identifier = "org.example.sample"
-folder = "app"
-[updater]
-folder = "updater"
-version = "1"
-[runtime]
-folder = "runtime"
-version = "17"
-[signing]
-key = "release.key"
-"""
+PROJECT = mach_o.SOURCE / "tests/data/packager/folders.toml"
 
 LAUNCH = """
 version = 6
@@ -53,7 +39,7 @@ def write(path, text, mode=0o644):
 
 def make_project(folder):
     """A project whose runtime is a macOS one by its layout."""
-    write(folder / "quorvane.toml", PROJECT)
+    write(folder / "quorvane.toml", PROJECT.read_text())
     write(folder / "launch.toml", LAUNCH)
     write(folder / "runtime/Contents/Home/bin/java", "java", 0o755)
     write(folder / "runtime/Contents/Home/lib/server/libjvm.dylib", "jvm")

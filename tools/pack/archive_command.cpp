@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 
-#include "support/hex.h"
 #include "tools/archive_reader.h"
 #include "tools/archive_writer.h"
 #include "tools/input_error.h"
@@ -11,7 +10,7 @@
 #include "tools/lzma.h"
 #include "tools/pack/commands.h"
 #include "tools/product_extraction.h"
-#include "tools/quiet_output.h"
+#include "tools/public_key.h"
 #include "tools/signing.h"
 #include "tools/temporary_folder.h"
 
@@ -20,11 +19,6 @@ namespace fs = std::filesystem;
 namespace tools {
 
 namespace {
-
-struct FreeKey {
-  void operator()(Rsa_key* key) const { freePublicKey(key); }
-};
-using PublicKey = std::unique_ptr<Rsa_key, FreeKey>;
 
 struct CreateOptions {
   ArchiveContent content;
@@ -63,12 +57,7 @@ static PublicKey readPublicKey(const std::string& path) {
   if (path.empty()) {
     return nullptr;
   }
-  const std::string text = readKeyText(path);
-  std::string der(text.size() / 2 + 2, '\0');
-  auto* bytes = reinterpret_cast<unsigned char*>(der.data());
-  const int length = hexToBytes(bytes, static_cast<int>(der.size()), text.c_str());
-  const QuietOutput quiet;
-  PublicKey key(loadDEREncodedPublicKey(bytes, length));
+  PublicKey key = publicKeyFromHex(readKeyText(path));
   if (key == nullptr) {
     throw InputError(path +
                      " holds no public key; expected the text that 'quorvane-pack key show' "

@@ -234,6 +234,11 @@ static void sayResults(const Build& build) {
     build.progress.result(
         "note: [installer] has no update_url, so the online installer can fetch no runtime");
   }
+  if (build.project.updaterFolder.empty()) {
+    build.progress.result(
+        "note: [updater] has no folder, so the installers carry the sample updater, which starts "
+        "the application and fetches no updates of it");
+  }
 }
 
 static void runBuild(const BuildOptions& options) {

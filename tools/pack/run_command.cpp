@@ -8,13 +8,13 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "tools/bundle_reader.h"
 #include "tools/input_error.h"
+#include "tools/last_lines.h"
 #include "tools/output_folder.h"
 #include "tools/pack/commands.h"
 #include "tools/temporary_folder.h"
@@ -32,6 +32,8 @@ struct RunOptions {
   bool isVerbose = false;
 };
 }  // namespace
+
+static const size_t kShownLines = 12;
 
 static bool endsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
@@ -94,20 +96,6 @@ static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>
   return waitFor(child);
 }
 
-static std::string endOf(const std::string& log) {
-  constexpr size_t kShownLines = 12;
-  std::ifstream in(log);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) {
-    lines.push_back(line);
-  }
-  std::string end;
-  for (size_t i = lines.size() - std::min(lines.size(), kShownLines); i < lines.size(); ++i) {
-    end += "\n  " + lines[i];
-  }
-  return end;
-}
-
 static void requireGoodEnd(const std::string& executable, int status, const std::string& log) {
   if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
     return;
@@ -115,8 +103,9 @@ static void requireGoodEnd(const std::string& executable, int status, const std:
   const std::string how = WIFEXITED(status)
                               ? "ended with status " + std::to_string(WEXITSTATUS(status))
                               : "was ended by signal " + std::to_string(WTERMSIG(status));
-  throw InputError(executable + " " + how +
-                   (log.empty() ? "" : "; the end of what it printed:" + endOf(log)));
+  throw InputError(
+      executable + " " + how +
+      (log.empty() ? "" : "; the end of what it printed:" + lastLines(log, kShownLines)));
 }
 
 // Says which version folders there are in the account's home now.

@@ -210,7 +210,7 @@ TEST(PackBuild, PacksAMacosRuntimeBundle) {
   EXPECT_NE(std::string::npos, listing.out.find(" Contents/Home/bin/java\n")) << listing.out;
 }
 
-TEST(PackBuild, OfOneJarUsesThePackagersOwnUpdater) {
+TEST(PackBuild, OfOneJarCarriesTheSampleUpdaterAndSaysWhatThatDoesNotDo) {
   test::SmallProject project;
   project.replace("folder = \"app\"", "jar = \"app/main.jar\"");
   project.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n", "");
@@ -219,6 +219,10 @@ TEST(PackBuild, OfOneJarUsesThePackagersOwnUpdater) {
   const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
   EXPECT_EQ(0, verified.status) << verified.err;
   EXPECT_EQ("1\n", tailValue(project, kOffline, "gu-version"));
+  EXPECT_EQ(std::string(kResults) +
+                "note: [updater] has no folder, so the installers carry the sample updater, which "
+                "starts the application and fetches no updates of it\n",
+            result.out);
 }
 
 }  // namespace

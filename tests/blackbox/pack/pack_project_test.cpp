@@ -86,7 +86,7 @@ const WrongProject kWrongProjects[] = {
     {"FolderWithoutJars", "folder = \"app\"", "folder = \"runtime\"",
      "runtime holds no jar; put the application's jars into it"},
     {"UpdaterVersionAlone", "folder = \"updater\"\n", "",
-     "quorvane.toml: [updater] has 'version' and no 'folder'; without a folder the packager's own "
+     "quorvane.toml: [updater] has 'version' and no 'folder'; without a folder the sample "
      "updater is used, which has its own version"},
     {"UpdaterWithoutVersion", "version = \"5\"\n", "",
      "quorvane.toml: [updater] needs the key 'version', for example version = \"1\""},
