@@ -24,8 +24,6 @@ const unsigned char paramsMarker[PARAMS_MARKER_SIZE] = {
     0xAE, 0xD2, 0x09, 0x7A, 0x3E, 0x2F, 0x2E, 0xFA, 0xFF, 0x1D, 0xF0, 0x9B, 0x19, 0x7C, 0x15, 0xB8,
     0x1E, 0x6D, 0xC6, 0x10, 0x41, 0x7E, 0x5C, 0xED, 0x51, 0xB1, 0x19, 0x1C, 0x3C, 0xE2, 0x94, 0xD8};
 
-static const char kDefaultJreName[] = "Mac64JRE";
-static const int kValueLimit = 200000;
 static const size_t kShownLength = 99;
 
 // The scratch text of the log lines that show long values.
@@ -103,7 +101,7 @@ static void applyProperty(ExtractorRun& run, const char* name, const char* value
 
 static void readPair(ExtractorRun& run, FILE* params, int index) {
   const Block<char> name(readString(params, "Param Name"));
-  const Block<char> value(readString(params, "Param Value", kValueLimit));
+  const Block<char> value(readString(params, "Param Value", PARAM_VALUE_LIMIT));
   logPair(index, name.get(), value.get());
   addDynamicLaunchProperty(run, name.get(), value.get());
   applyProperty(run, name.get(), value.get());
@@ -112,7 +110,7 @@ static void readPair(ExtractorRun& run, FILE* params, int index) {
 void readParams(ExtractorRun& run, FILE* params) {
   run.launchProperties = static_cast<char*>(allocZeroed(LAUNCH_PROPERTIES_SIZE));
   // The Launcher looks for a runtime of this name too when nothing names another.
-  setPath(run.jreName, kDefaultJreName);
+  setPath(run.jreName, DEFAULT_JRE_NAME);
   const long count = readInt(params, "Params Count");
   logMessage("\n");
   logMessage("++++++++++++++++++++++++++++++++++++++++++++++++\n");

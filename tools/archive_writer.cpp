@@ -3,9 +3,11 @@
 #include <fnmatch.h>
 
 #include <filesystem>
+#include <map>
 #include <set>
 
 #include "tools/archive_stream.h"
+#include "tools/ascii_case.h"
 #include "tools/child_process.h"
 #include "tools/folder_tree.h"
 #include "tools/input_error.h"
@@ -18,6 +20,20 @@ namespace tools {
 
 static const char kCompressedSuffix[] = ".l2";
 
+// Where a volume disregards case one of two such entries would replace the other.
+static void requireDistinctPaths(const FolderTree& tree) {
+  std::map<std::string, std::string> paths;
+  for (const auto& entry : tree) {
+    const std::string& path = entry.first;
+    const auto [other, isNew] = paths.emplace(lowerCase(path), path);
+    if (!isNew) {
+      throw InputError("the paths " + other->second + " and " + path +
+                       " differ by nothing but case, which most macOS volumes disregard; rename "
+                       "one");
+    }
+  }
+}
+
 static FolderTree listContent(const ArchiveContent& content) {
   FolderTree tree;
   if (!content.folder.empty()) {
@@ -28,6 +44,7 @@ static FolderTree listContent(const ArchiveContent& content) {
       throw InputError("two entries have the path " + path + "; rename one");
     }
   }
+  requireDistinctPaths(tree);
   return tree;
 }
 

@@ -6,6 +6,7 @@
 #include "tools/folder_tree.h"
 #include "tools/input_error.h"
 #include "tools/launch_file_writer.h"
+#include "tools/reserved_names.h"
 #include "tools/whole_file.h"
 
 namespace fs = std::filesystem;
@@ -49,22 +50,44 @@ std::vector<std::string> jarsOf(const Project& project) {
 Components::Components(const Project& project, const std::string& updaterJar) {
   describeApplication(project);
   describeUpdater(project, updaterJar);
+  requireNoReservedNamesInApplication(application_);
+  requireNoReservedNamesInUpdater(updater_);
+}
+
+// A class path is one text with a ':' between its entries.
+static void requireNoColon(const Project& project, const std::string& entry) {
+  if (entry.find(':') != std::string::npos) {
+    throw InputError(project.file + ": [application] cannot have " + entry +
+                     " in the class path, where ':' stands between entries; rename it");
+  }
+}
+
+// Every entry must be a file or folder that is packed, under its path in the folder.
+static void requirePacked(const Project& project, const std::vector<std::string>& classPath) {
+  const FolderTree tree = listFolder(project.appFolder);
+  for (const std::string& entry : classPath) {
+    if (tree.count(entry) == 0) {
+      throw InputError(project.file + ": [application] class_path has \"" + entry + "\", which " +
+                       project.appFolder +
+                       " does not hold; write entries as paths of what is in it, for example "
+                       "lib/tool.jar");
+    }
+  }
 }
 
 static std::vector<std::string> classPathOf(const Project& project) {
+  std::vector<std::string> classPath = project.classPath;
   if (!project.jar.empty()) {
-    return {fs::path(project.jar).filename()};
+    classPath = {fs::path(project.jar).filename()};
+  } else if (classPath.empty()) {
+    classPath = jarPathsIn(project.appFolder);
+  } else {
+    requirePacked(project, classPath);
   }
-  if (project.classPath.empty()) {
-    return jarPathsIn(project.appFolder);
+  for (const std::string& entry : classPath) {
+    requireNoColon(project, entry);
   }
-  for (const std::string& entry : project.classPath) {
-    if (!fs::exists(fs::path(project.appFolder) / entry)) {
-      throw InputError(project.file + ": [application] class_path has " + entry + ", which " +
-                       project.appFolder + " does not hold");
-    }
-  }
-  return project.classPath;
+  return classPath;
 }
 
 void Components::describeApplication(const Project& project) {

@@ -1,10 +1,9 @@
 #include "tools/jar_manifest.h"
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <sstream>
 
+#include "tools/ascii_case.h"
 #include "tools/input_error.h"
 #include "tools/temporary_folder.h"
 #include "tools/whole_file.h"
@@ -33,12 +32,6 @@ static std::vector<std::string> mainSection(const std::string& text) {
     }
   }
   return lines;
-}
-
-static std::string lowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(tolower(c)); });
-  return text;
 }
 
 static std::string trimmed(const std::string& text) {

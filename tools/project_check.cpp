@@ -2,6 +2,8 @@
 #include <cctype>
 #include <filesystem>
 
+#include "extractor/run.h"
+#include "tools/ascii_case.h"
 #include "tools/folder_tree.h"
 #include "tools/input_error.h"
 #include "tools/project_file.h"
@@ -60,13 +62,14 @@ class ProjectCheck {
     requireName("application", project_.name);
     require("runtime", "name", project_.runtimeName, "\"Mac64JRE\"");
     requireName("runtime", project_.runtimeName);
-    if (project_.name == "Quorvane" || project_.name == project_.runtimeName) {
+    if (isSameButForCase(project_.name, UPDATER_NAME) ||
+        isSameButForCase(project_.name, project_.runtimeName)) {
       fail("application", "name is \"" + project_.name +
                               "\", which names another component's folders; choose another one");
     }
-    if (project_.runtimeName == "Quorvane") {
-      fail("runtime",
-           "name is \"Quorvane\", which names the updater's folders; choose another one");
+    if (isSameButForCase(project_.runtimeName, UPDATER_NAME)) {
+      fail("runtime", "name is \"" + project_.runtimeName +
+                          "\", which names the updater's folders; choose another one");
     }
     require("application", "identifier", project_.identifier, "\"org.example.hello\"");
     const std::string& id = project_.identifier;

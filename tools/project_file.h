@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "extractor/params_file.h"
 #include "tools/params_writer.h"
 
 // The declarative file of a project, quorvane.toml: what is packaged and how it installs. Paths in
@@ -38,7 +39,7 @@ struct Project {
   std::string jdk;                          // empty for the one that is found
   std::string jmods;                        // empty for the JDK's own
   std::string runtimeVersion;               // empty for the number that the runtime states
-  std::string runtimeName = "Mac64JRE";
+  std::string runtimeName = DEFAULT_JRE_NAME;
   // [installer]
   std::string installType = "perm_user";
   std::string updateUrl = NO_UPDATE_URL;

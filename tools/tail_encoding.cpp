@@ -1,7 +1,10 @@
 #include <algorithm>
 #include <cctype>
 
+#include "extractor/params_file.h"
+#include "extractor/run.h"
 #include "launcher/tail_reader.h"
+#include "tools/ascii_case.h"
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
 #include "tools/tail_writer.h"
@@ -9,7 +12,7 @@
 namespace tools {
 
 // The components beside the application that have version folders in its master folder.
-static const char* const kOtherComponents[] = {"Quorvane", "Mac64JRE"};
+static const char* const kOtherComponents[] = {UPDATER_NAME, DEFAULT_JRE_NAME};
 
 static void requireAppName(const std::string& name) {
   if (name.empty() || name.find_first_of("/-") != std::string::npos) {
@@ -17,7 +20,7 @@ static void requireAppName(const std::string& name) {
                      "\" cannot name its folders; it must not be empty or hold a '/' or a '-'");
   }
   for (const char* other : kOtherComponents) {
-    if (name == other) {
+    if (isSameButForCase(name, other)) {
       throw InputError("the application's name \"" + name +
                        "\" is that of another component; choose a different one");
     }

@@ -77,8 +77,6 @@ const WrongProject kWrongProjects[] = {
      "jar = \"app/main.jar\"\nclass_path = [\"main.jar\"]",
      "quorvane.toml: [application] has 'class_path' beside 'jar', which is the class path; remove "
      "it"},
-    {"ClassPathOutside", "folder = \"app\"", "folder = \"app\"\nclass_path = [\"none.jar\"]",
-     "quorvane.toml: [application] class_path has none.jar, which app does not hold"},
     {"NegativeHeap", "folder = \"app\"", "folder = \"app\"\nmaximum_heap_mb = -1",
      "quorvane.toml: [application] maximum_heap_mb is -1; it must not be negative"},
     {"IconOfAnotherKind", "icon = \"small.icns\"", "icon = \"splash.png\"",

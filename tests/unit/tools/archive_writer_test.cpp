@@ -56,11 +56,11 @@ TEST_F(ArchiveWriter, WritesEntriesSortedByTheBytesOfTheirPaths) {
   test::writeFile(inSource("b"), "B");
   test::writeFile(inSource("a/z"), "Z");
   test::writeFile(inSource("a-b"), "");
-  test::writeFile(inSource("A"), "upper");
-  const std::string wanted = field("0") + field("A") + field("5") + "upper" +  //
-                             field("1") + field("a") +                         //
-                             field("0") + field("a-b") + field("0") +          //
-                             field("0") + field("a/z") + field("1") + "Z" +    //
+  test::writeFile(inSource("B1"), "upper");
+  const std::string wanted = field("0") + field("B1") + field("5") + "upper" +  //
+                             field("1") + field("a") +                          //
+                             field("0") + field("a-b") + field("0") +           //
+                             field("0") + field("a/z") + field("1") + "Z" +     //
                              field("0") + field("b") + field("1") + "B";
   EXPECT_EQ(wanted, written());
 }
@@ -130,6 +130,14 @@ TEST_F(ArchiveWriter, RefusesTwoEntriesOfOnePath) {
   test::writeFile(inSource("f"), "");
   content_.files = {{"f", inSource("f")}};
   expectError("two entries have the path f; rename one");
+}
+
+TEST_F(ArchiveWriter, RefusesPathsThatDifferByNothingButCase) {
+  test::writeFile(inSource("lib/x"), "");
+  content_.files = {{"Lib", inSource("lib/x")}};
+  expectError(
+      "the paths Lib and lib differ by nothing but case, which most macOS volumes disregard; "
+      "rename one");
 }
 
 TEST_F(ArchiveWriter, RefusesAnAddedFileThatIsMissing) {

@@ -116,6 +116,7 @@ TEST(EncodeTail, RefusesTheNameOfAnotherComponent) {
       "the application's name \"Quorvane\" is that of another component; choose a different one",
       refusal([](tools::Tail* tail) { tail->appName = "Quorvane"; }));
   EXPECT_NE("no error", refusal([](tools::Tail* tail) { tail->appName = "Mac64JRE"; }));
+  EXPECT_NE("no error", refusal([](tools::Tail* tail) { tail->appName = "quorvanE"; }));
 }
 
 TEST(EncodeTail, RefusesAVersionThatIsNoWholeNumber) {
