@@ -4,14 +4,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/display.h"
 #include "tools/bundle_reader.h"
 #include "tools/input_error.h"
 #include "tools/last_lines.h"
@@ -31,6 +35,12 @@ struct RunOptions {
   std::string keep;
   bool isVerbose = false;
 };
+
+// The files that hold what a program printed.
+struct Logs {
+  std::string out;
+  std::string err;
+};
 }  // namespace
 
 static const size_t kShownLines = 12;
@@ -39,19 +49,36 @@ static bool endsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+// The offline installer among the names in an output folder, known by the two bundles beside it: an
+// application's own name may end like an installer's. Empty when there is none.
+static std::string offlineInstallerAmong(const std::vector<std::string>& names) {
+  const std::string onlineEnd = " Online Installer.app";
+  const auto isThere = [&](const std::string& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+  };
+  for (const std::string& name : names) {
+    if (endsWith(name, onlineEnd)) {
+      const std::string application = name.substr(0, name.size() - onlineEnd.size());
+      if (isThere(application + ".app") && isThere(application + " Installer.app")) {
+        return application + " Installer.app";
+      }
+    }
+  }
+  return "";
+}
+
 // The bundle that is meant: `path` itself, or the offline installer in an output folder.
 static std::string bundleAt(const std::string& path) {
   if (fs::exists(path + "/Contents")) {
     return path;
   }
-  for (const std::string& name : madeIn(path)) {
-    if (endsWith(name, " Installer.app") && !endsWith(name, " Online Installer.app")) {
-      return path + "/" + name;
-    }
+  const std::string name = offlineInstallerAmong(madeIn(path));
+  if (name.empty()) {
+    throw InputError(path +
+                     " is neither a bundle nor a folder that 'quorvane-pack build' made; build "
+                     "first, or name a bundle");
   }
-  throw InputError(path +
-                   " is neither a bundle nor a folder that 'quorvane-pack build' made; build "
-                   "first, or name a bundle");
+  return path + "/" + name;
 }
 
 static std::vector<char*> vectorOf(const std::vector<std::string>& texts) {
@@ -73,16 +100,16 @@ static int waitFor(pid_t child) {
   return status;
 }
 
-// Runs the program with its output in the file `log`, or on this process's streams when that is
-// empty. Returns how it ended, as waitpid() says it.
+// Runs the program with its output in the files of `logs`, or on this process's streams when there
+// are none. Returns how it ended, as waitpid() says it.
 static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>& words,
-                 const std::string& log) {
+                 const std::optional<Logs>& logs) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  if (!log.empty()) {
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, log.c_str(),
-                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+  if (logs) {
+    constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, logs->out.c_str(), kFlags, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, logs->err.c_str(), kFlags, 0600);
   }
   const std::vector<std::string> environment = account.environment();
   pid_t child = 0;
@@ -96,16 +123,59 @@ static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>
   return waitFor(child);
 }
 
-static void requireGoodEnd(const std::string& executable, int status, const std::string& log) {
-  if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
-    return;
+static bool startsWith(const std::string& text, const std::string& start) {
+  return text.compare(0, start.size(), start) == 0;
+}
+
+// What a Java program's end by an exception left in the file: its message and causes, without the
+// lines of its stack. Empty when there was none.
+static std::string javaExceptionIn(const std::string& path) {
+  std::ifstream in(path);
+  std::string text;
+  bool isMessage = false;
+  size_t shown = 0;
+  for (std::string line; std::getline(in, line);) {
+    if (startsWith(line, text.empty() ? "Exception in thread \"main\"" : "Caused by: ")) {
+      isMessage = true;
+    } else if (startsWith(line, "\t")) {
+      isMessage = false;
+    } else if (!text.empty() && !isMessage) {
+      break;
+    }
+    if (isMessage && shown++ < kShownLines) {
+      text += "\n  " + line;
+    }
   }
-  const std::string how = WIFEXITED(status)
-                              ? "ended with status " + std::to_string(WEXITSTATUS(status))
-                              : "was ended by signal " + std::to_string(WTERMSIG(status));
-  throw InputError(
-      executable + " " + how +
-      (log.empty() ? "" : "; the end of what it printed:" + lastLines(log, kShownLines)));
+  return text;
+}
+
+// The end of what the program printed. Its log is on standard output; what could not start at all
+// has words on standard error alone.
+static std::string endOf(const std::optional<Logs>& logs) {
+  if (!logs) {
+    return "";
+  }
+  const std::string out = lastLines(logs->out, kShownLines);
+  const std::string end = out.empty() ? lastLines(logs->err, kShownLines) : out;
+  return end.empty() ? "; it printed nothing" : "; the end of what it printed:" + end;
+}
+
+static void requireGoodEnd(const std::string& executable, int status,
+                           const std::optional<Logs>& logs) {
+  const std::string exception = logs ? javaExceptionIn(logs->err) : "";
+  if (!WIFEXITED(status)) {
+    throw InputError(executable + " was ended by signal " + std::to_string(WTERMSIG(status)) +
+                     endOf(logs));
+  }
+  // An exception that ends the application is not in the installer's status.
+  if (!exception.empty()) {
+    throw InputError(executable + " ended with status " + std::to_string(WEXITSTATUS(status)) +
+                     " and its application with an exception:" + exception);
+  }
+  if (WEXITSTATUS(status) != 0) {
+    throw InputError(executable + " ended with status " + std::to_string(WEXITSTATUS(status)) +
+                     endOf(logs));
+  }
 }
 
 // Says which version folders there are in the account's home now.
@@ -119,25 +189,50 @@ static void sayInstalled(const std::string& home) {
   }
 }
 
+// Makes the folder that the home is kept in before the run, which would be lost if it cannot be
+// made.
+static void makeKeptFolder(const std::string& folder) {
+  if (fs::exists(fs::symlink_status(folder))) {
+    throw InputError(folder + " exists; name a new folder with --keep");
+  }
+  std::error_code error;
+  if (!fs::create_directory(folder, error)) {
+    throw InputError("the folder " + folder + " cannot be made: " + error.message());
+  }
+}
+
+static void keepHome(const std::string& home, const std::string& folder) {
+  std::error_code error;
+  fs::copy(home, folder, fs::copy_options::recursive | fs::copy_options::copy_symlinks, error);
+  if (error) {
+    throw InputError("the home cannot be copied to " + folder + ": " + error.message());
+  }
+  printf("kept: %s\n", folder.c_str());
+}
+
 static void runBundle(const RunOptions& options) {
   const std::string executable = executableOfBundle(bundleAt(options.path));
-  if (!options.keep.empty() && fs::exists(options.keep)) {
-    throw InputError(options.keep + " exists; name a new folder with --keep");
-  }
   const TemporaryFolder work("/tmp");
   const ThrowAwayAccount account(work / "account");
-  const std::string log = options.isVerbose ? "" : work / "log";
+  if (!options.keep.empty()) {
+    makeKeptFolder(options.keep);
+  }
+  if (!isDisplayAvailable()) {
+    fprintf(stderr,
+            "quorvane-pack: no display can be reached: the installer shows no window, and an "
+            "application that needs one fails\n");
+  }
+  const std::optional<Logs> logs =
+      options.isVerbose ? std::nullopt : std::optional(Logs{work / "out", work / "err"});
   std::vector<std::string> words = {fs::absolute(executable)};
   words.insert(words.end(), options.arguments.begin(), options.arguments.end());
-  const int status = runIn(account, words, log);
+  const int status = runIn(account, words, logs);
   if (!options.keep.empty()) {
-    fs::copy(account.home(), options.keep,
-             fs::copy_options::recursive | fs::copy_options::copy_symlinks);
-    printf("kept: %s\n", options.keep.c_str());
+    keepHome(account.home(), options.keep);
   }
-  requireGoodEnd(executable, status, log);
+  requireGoodEnd(executable, status, logs);
   sayInstalled(account.home());
-  printf("the application ended well; its throw-away home is gone\n");
+  printf("the installer ended with status 0; its throw-away home is gone\n");
 }
 
 void addRunCommand(const Command& app) {

@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/background.h"
+#include "tests/support/files.h"
+
+// What 'quorvane-pack run' does with an installer, which is a script here.
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
+
+namespace {
+
+const char kInstaller[] = "dist/Small App Installer.app";
+const char kExecutable[] = "dist/Small App Installer.app/Contents/MacOS/Small App";
+const char kNoDisplay[] =
+    "quorvane-pack: no display can be reached: the installer shows no window, and an application "
+    "that needs one fails\n";
+const char kInstall[] =
+    "mkdir -p \"$HOME/Library/Application Support/Quorvane-Small App/Quorvane-Small "
+    "App-3-complete\"\n";
+const char kInstalled[] =
+    "installed: ~/Library/Application Support/Quorvane-Small App/Quorvane-Small App-3-complete\n"
+    "the installer ended with status 0; its throw-away home is gone\n";
+
+class PackRun : public testing::Test {
+ protected:
+  // Makes an output folder whose installers are the shell script `script`.
+  void build(const std::string& script) {
+    test::writeFile(project_ / "bin/extractor", "#!/bin/sh\n" + script, 0755);
+    const test::Result result = project_.build();
+    ASSERT_EQ(0, result.status) << result.err;
+  }
+
+  test::Result run(const Texts& words, const std::string& display = "") {
+    test::Command command;
+    command.arguments = {QUORVANE_BIN "/quorvane-pack", "run"};
+    command.arguments.insert(command.arguments.end(), words.begin(), words.end());
+    command.folder = project_.path();
+    command.environment = {{"DISPLAY", display}};
+    return test::run(command);
+  }
+
+  static void expectError(const test::Result& result, const std::string& message) {
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
+  }
+
+  static void expectErrorOfRun(const test::Result& result, const std::string& message) {
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(kNoDisplay + ("quorvane-pack: " + message + "\n"), result.err);
+  }
+
+  test::SmallProject project_;
+};
+
+TEST_F(PackRun, OfAnOutputFolderRunsItsOfflineInstallerAndSaysWhatItInstalled) {
+  build("test \"${0%Online*}\" = \"$0\" || exit 9\n" + std::string(kInstall));
+  const test::Result result = run({});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(kInstalled, result.out);
+  EXPECT_EQ(kNoDisplay, result.err);
+}
+
+TEST_F(PackRun, WithADisplayDoesNotSpeakOfIt) {
+  build(kInstall);
+  const test::OwnDisplay display;
+  const test::Result result = run({"dist"}, display.name());
+  EXPECT_EQ(kInstalled, result.out);
+  EXPECT_EQ("", result.err);
+}
+
+TEST_F(PackRun, FindsTheOfflineInstallerOfAnApplicationThatIsNamedLikeAnInstaller) {
+  for (const char* name : {"Small Online", "Small Installer", "Small Online Installer"}) {
+    project_.text = test::SmallProject().text;
+    project_.replace("name = \"Small App\"", std::string("name = \"") + name + "\"");
+    build("echo \"$0\"\n");
+    const test::Result result = run({"dist", "--verbose"});
+    EXPECT_EQ(0, result.status) << result.err;
+    EXPECT_EQ(project_ / "dist/" + name + " Installer.app/Contents/MacOS/" + name,
+              test::linesOf(result.out).front());
+  }
+}
+
+TEST_F(PackRun, OfABundleRunsThatOneAlone) {
+  build("echo \"$0\"\n");
+  const test::Result result = run({"--verbose", "dist/Small App Online Installer.app"});
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ(project_ / "dist/Small App Online Installer.app/Contents/MacOS/Small App",
+            test::linesOf(result.out).front());
+}
+
+TEST_F(PackRun, PassesTheWordsBehindTheDashesOn) {
+  build("for word in \"$@\"; do echo \"[$word]\"; done\n");
+  const test::Result result = run({"--verbose", "dist", "--", "-silent", "two words", "--keep"});
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ("[-silent]\n[two words]\n[--keep]\n", result.out.substr(0, result.out.find("the ")));
+}
+
+TEST_F(PackRun, GivesTheInstallerAHomeOfItsOwnThatIsGoneAfterwards) {
+  build("getent passwd \"$(id -u)\" | cut -d: -f6\necho \"$HOME\"\ntouch \"$HOME/file\"\n");
+  const test::Result result = run({"--verbose"});
+  const Texts lines = test::linesOf(result.out);
+  ASSERT_EQ(3u, lines.size()) << result.out << result.err;
+  EXPECT_EQ(lines[0], lines[1]);
+  EXPECT_EQ(0u, lines[0].find("/tmp/quorvane-"));
+  EXPECT_FALSE(test::exists(lines[0]));
+}
+
+TEST_F(PackRun, OfWhatIsNothingToRunSaysSo) {
+  fs::create_directories(project_ / "others/Small App Installer.app");
+  fs::create_directories(project_ / "others/Small App Online Installer.app");
+  for (const char* path : {"nowhere", "app", "others", "quorvane.toml"}) {
+    expectError(run({path}), std::string(path) +
+                                 " is neither a bundle nor a folder that 'quorvane-pack build' "
+                                 "made; build first, or name a bundle");
+  }
+}
+
+TEST_F(PackRun, OfAnOutputFolderWhoseInstallerWasTakenAwaySaysSo) {
+  build(kInstall);
+  fs::remove_all(project_ / kInstaller);
+  expectError(run({}), std::string(kInstaller) + " is no bundle: it holds no Contents/Info.plist");
+}
+
+TEST_F(PackRun, OfAnInstallerForAnotherSystemSaysSo) {
+  ASSERT_EQ(0, project_.build().status);
+  expectErrorOfRun(run({}), project_ / kExecutable +
+                                " cannot be started: Exec format error; was it built for this "
+                                "system?");
+}
+
+TEST_F(PackRun, OfAnInstallerThatFailsNamesItsStatusAndTheEndOfItsLog) {
+  build(
+      "for i in 1 2 3 4 5 6 7 8 9 10 11 12 13; do echo \"line $i\"; done\necho noise >&2\nexit "
+      "7\n");
+  const test::Result result = run({});
+  std::string lines;
+  for (int i = 2; i <= 13; ++i) {
+    lines += "\n  line " + std::to_string(i);
+  }
+  expectErrorOfRun(result, std::string(kExecutable) +
+                               " ended with status 7; the end of what it printed:" + lines);
+  EXPECT_EQ("", result.out);
+}
+
+TEST_F(PackRun, OfAnInstallerThatOnlyComplainsShowsTheComplaint) {
+  build("echo 'a library is missing' >&2\nexit 127\n");
+  expectErrorOfRun(run({}), std::string(kExecutable) +
+                                " ended with status 127; the end of what it printed:\n"
+                                "  a library is missing");
+}
+
+TEST_F(PackRun, OfAnInstallerThatFailsInSilenceSaysSo) {
+  build("exit 1\n");
+  expectErrorOfRun(run({}), std::string(kExecutable) + " ended with status 1; it printed nothing");
+}
+
+TEST_F(PackRun, OfAnInstallerThatASignalEndsNamesTheSignal) {
+  build("echo started\nkill -9 $$\n");
+  expectErrorOfRun(run({}), std::string(kExecutable) +
+                                " was ended by signal 9; the end of what it printed:\n  started");
+}
+
+TEST_F(PackRun, OfAFailingInstallerWhoseOutputWasShownDoesNotRepeatIt) {
+  build("echo started\nexit 3\n");
+  const test::Result result = run({"--verbose"});
+  expectErrorOfRun(result, std::string(kExecutable) + " ended with status 3");
+  EXPECT_EQ("started\n", result.out);
+}
+
+// The installer ends with 0 whatever exception ends the application.
+TEST_F(PackRun, OfAnApplicationThatAnExceptionEndsShowsItWithoutItsStack) {
+  build(
+      "cat >&2 <<'END'\n"
+      "2026-01-02 03:04:05.678 Small App[1:1] About to execute static void method.\n"
+      "Exception in thread \"main\" java.lang.reflect.InvocationTargetException\n"
+      "\tat java.desktop/java.awt.EventQueue.invokeAndWait(Unknown Source)\n"
+      "\t... 3 more\n"
+      "Caused by: java.awt.HeadlessException: \n"
+      "No X11 DISPLAY variable was set\n"
+      "\tat java.desktop/java.awt.Frame.<init>(Unknown Source)\n"
+      "2026-01-02 03:04:05.678 Small App[1:1] Destroying runtime.\n"
+      "END\n");
+  const test::Result result = run({});
+  expectErrorOfRun(
+      result, std::string(kExecutable) +
+                  " ended with status 0 and its application with an exception:\n"
+                  "  Exception in thread \"main\" java.lang.reflect.InvocationTargetException\n"
+                  "  Caused by: java.awt.HeadlessException: \n"
+                  "  No X11 DISPLAY variable was set");
+  EXPECT_EQ("", result.out);
+}
+
+TEST_F(PackRun, KeepsTheHomeInANewFolder) {
+  build(std::string(kInstall) + "ln -s nowhere \"$HOME/link\"\n");
+  const test::Result result = run({"--keep", "kept"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(std::string("kept: kept\n") + kInstalled, result.out);
+  EXPECT_EQ((Texts{"Library", "link"}), test::namesIn(project_ / "kept"));
+  EXPECT_TRUE(fs::is_symlink(project_ / "kept/link"));
+}
+
+TEST_F(PackRun, KeepsTheHomeOfARunThatFails) {
+  build(std::string(kInstall) + "exit 5\n");
+  const test::Result result = run({"--keep", "kept"});
+  expectErrorOfRun(result, std::string(kExecutable) + " ended with status 5; it printed nothing");
+  EXPECT_EQ("kept: kept\n", result.out);
+  EXPECT_EQ(Texts{"Library"}, test::namesIn(project_ / "kept"));
+}
+
+TEST_F(PackRun, KeepsNothingWhereSomethingStandsAndDoesNotRun) {
+  build("touch '" + project_ / "ran" + "'\n");
+  test::writeFile(project_ / "folder/mine", "mine");
+  fs::create_symlink("nowhere", project_ / "link");
+  for (const char* name : {"folder", "quorvane.toml", "link"}) {
+    expectError(run({"--keep", name}),
+                std::string(name) + " exists; name a new folder with --keep");
+  }
+  expectError(run({"--keep", "no/folder"}),
+              "the folder no/folder cannot be made: No such file or directory");
+  EXPECT_EQ(Texts{"mine"}, test::namesIn(project_ / "folder"));
+  EXPECT_FALSE(test::exists(project_ / "ran"));
+}
+
+}  // namespace
