@@ -1,9 +1,12 @@
 #include "tools/component_check.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "tools/archive_reader.h"
+#include "tools/ascii_case.h"
 #include "tools/input_error.h"
+#include "tools/launch_check.h"
 #include "tools/launch_file_writer.h"
 #include "tools/lzma.h"
 #include "tools/whole_file.h"
@@ -17,6 +20,23 @@ static bool endsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+void ComponentCheck::addName(const std::string& path, bool isFolder) {
+  const auto [at, isNew] = names_.emplace(lowerCase(path), Name{path, isFolder});
+  const Name& other = at->second;
+  if (isNew || (isFolder && other.isFolder && path == other.path)) {
+    return;
+  }
+  problem(path == other.path
+              ? "two of its entries are named " + path + ", of which one replaces the other"
+              : other.path + " and " + path +
+                    " differ by nothing but case, which most macOS volumes disregard");
+}
+
+void ComponentCheck::addFile(const std::string& path, const Place& place) {
+  addName(path, false);
+  files_[path] = place;
+}
+
 void ComponentCheck::read(InstallerStream* stream, int count) {
   for (int i = 0; i < count; ++i) {
     const std::string file = work_ / std::to_string(i);
@@ -28,23 +48,27 @@ void ComponentCheck::read(InstallerStream* stream, int count) {
       addArchive(record, file);
     } else {
       const auto length = static_cast<long>(readWhole(file).size());
-      files_[record] = {file, 0, length};
+      addFile(record, {file, 0, length});
     }
   }
 }
 
 void ComponentCheck::addArchive(const std::string& record, const std::string& path) {
   ++archives_;
+  addName(record, false);
   try {
     std::string plain = path;
     if (endsWith(record, ".l2")) {
+      addName(record.substr(0, record.size() - strlen(".l2")), false);
       plain = path + ".p2";
       lzmaDecompress(path, plain);
     }
     const ArchiveListing listing = readArchive(plain, record);
     for (const ArchiveEntry& entry : listing.entries) {
-      if (entry.kind != EntryKind::folder) {
-        files_[entry.path] = {plain, entry.offset, entry.length};
+      if (entry.kind == EntryKind::folder) {
+        addName(entry.path, true);
+      } else {
+        addFile(entry.path, {plain, entry.offset, entry.length});
       }
     }
     checkTrust(record, plain, listing);
@@ -83,6 +107,8 @@ std::string ComponentCheck::bytesOf(const std::string& path) const {
 void ComponentCheck::requireFile(const std::string& path) {
   if (!holds(path)) {
     problem("the file " + path + " is missing");
+  } else if (files_.at(path).length == 0) {
+    problem("the file " + path + " is empty");
   }
 }
 
@@ -92,7 +118,13 @@ void ComponentCheck::checkLaunchFile() {
     return;
   }
   try {
-    const LaunchFile launch = decodeLaunchFile(bytesOf(kLaunchFile));
+    const std::string bytes = bytesOf(kLaunchFile);
+    const LaunchFile launch = decodeLaunchFile(bytes);
+    if (encodeLaunchFile(launch) != bytes) {
+      problem(
+          "its launch file has a value in another form than it is read; write it again with "
+          "'quorvane-pack launchfile'");
+    }
     if (launch.mainClass.empty()) {
       problem("its launch file names no main class");
     }
@@ -107,6 +139,19 @@ void ComponentCheck::checkLaunchFile() {
     }
   } catch (const InputError& error) {
     problem(std::string("its launch file is damaged: ") + error.what());
+  }
+}
+
+void ComponentCheck::checkLaunch() {
+  if (!holds(kLaunchFile)) {
+    return;
+  }
+  try {
+    for (const std::string& fault : faultsOfLaunch(decodeLaunchFile(bytesOf(kLaunchFile)))) {
+      problem(fault);
+    }
+  } catch (const InputError&) {
+    // checkLaunchFile() says it
   }
 }
 

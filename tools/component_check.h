@@ -28,10 +28,12 @@ class ComponentCheck {
   void read(InstallerStream* stream, int count);
 
   bool holds(const std::string& path) const { return files_.count(path) > 0; }
-  // Reports a problem when a file is missing.
+  // Reports a problem when a file is missing or empty.
   void requireFile(const std::string& path);
   // Checks the launch file and that what it names is there.
   void checkLaunchFile();
+  // Checks that the product itself can start what the launch file says.
+  void checkLaunch();
   // Checks the record version.txt, which says the version once more.
   void checkVersion(const std::string& version);
   void checkSplash();
@@ -46,7 +48,15 @@ class ComponentCheck {
     long length = 0;
   };
 
+  struct Name {
+    std::string path;
+    bool isFolder;
+  };
+
   void problem(const std::string& what) { report_->problems.push_back(name_ + ": " + what); }
+  // Notes a path that the component extracts, and reports one that is taken.
+  void addName(const std::string& path, bool isFolder);
+  void addFile(const std::string& path, const Place& place);
   void addArchive(const std::string& record, const std::string& path);
   void checkTrust(const std::string& record, const std::string& path,
                   const ArchiveListing& listing);
@@ -57,6 +67,7 @@ class ComponentCheck {
   BundleReport* report_;
   TemporaryFolder work_;
   std::map<std::string, Place> files_;
+  std::map<std::string, Name> names_;  // by their form in small letters
   int signedArchives_ = 0;
   int archives_ = 0;
 };

@@ -1,12 +1,13 @@
 #include "tools/installer_check.h"
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "tools/bundle_reader.h"
 #include "tools/component_check.h"
 #include "tools/input_error.h"
 #include "tools/marker_search.h"
-#include "tools/params_writer.h"
+#include "tools/params_check.h"
 #include "tools/public_key.h"
 #include "tools/tail_writer.h"
 #include "tools/whole_file.h"
@@ -42,7 +43,7 @@ class BundleCheck {
     if (!readTail(executable)) {
       return report_;
     }
-    attempt([&] { return encodeTail(tail()); });
+    attempt([&] { return compareTail(); });
     readKey();
     if (value(GU_VERSION).empty()) {
       report_.facts.push_back("a launcher bundle: it carries no updater, so it installs nothing");
@@ -98,12 +99,29 @@ class BundleCheck {
     tail.appVersion = value(APP_VERSION);
     tail.jreVersion = value(JRE_VERSION);
     tail.guVersion = value(GU_VERSION);
+    tail.minSplashMs = atol(value(MIN_SPLASH).c_str());
     tail.publicKeyHex = value(PUBLIC_KEY);
+    tail.canOverrideSplash = value(CAN_OVERRIDE_SPLASH) == "1";
     tail.installType = value(INSTALL_TYPE);
     tail.silentParameter = value(SILENT_PARAMETER);
     tail.requiredJavaVersion = value(REQUIRED_JAVA);
     tail.updateUrl = value(UPDATE_URL);
     return tail;
+  }
+
+  // A value in another form than the writer's is read as something that it does not say.
+  std::string compareTail() {
+    const std::string record = encodeTail(tail());
+    size_t at = 0;
+    for (int i = 0; i < 11; ++i) {
+      const std::string read = record.c_str() + at;
+      at += read.size() + 1;
+      if (read != found_.values[i]) {
+        problem(std::string(TAIL_VALUE_NAMES[i]) + " in the Tail record is \"" +
+                found_.values[i].substr(0, 40) + "\", which is read as " + read);
+      }
+    }
+    return "";
   }
 
   void readKey() {
@@ -127,11 +145,10 @@ class BundleCheck {
       properties = decodeParams(readWhole(path));
       return "";
     });
-    for (const auto& [name, text] : properties) {
-      if (name == "require_signature") {
-        trust_.isRequired = text == "true";
-      }
+    for (const std::string& fault : faultsOfParams(properties, tail())) {
+      problem(fault);
     }
+    trust_.isRequired = asksForSignatures(properties);
     trust_.key = key_.get();
     report_.facts.push_back("params file: " + std::to_string(properties.size()) + " properties");
     if (trust_.isRequired && value(PUBLIC_KEY).empty()) {
@@ -163,6 +180,7 @@ class BundleCheck {
     updater.requireFile("lzma64");
     updater.read(stream, 3);
     updater.checkLaunchFile();
+    updater.checkLaunch();
     updater.checkSplash();
     updater.checkVersion(value(GU_VERSION));
     updater.describe(value(GU_VERSION));

@@ -4,6 +4,7 @@
 
 #include "tools/archive_records.h"
 #include "tools/input_error.h"
+#include "tools/params_check.h"
 #include "tools/temporary_folder.h"
 #include "tools/whole_file.h"
 
@@ -68,6 +69,7 @@ void writeInstaller(const Installer& installer, const SigningKey* key) {
   // Everything is read before anything is written: a wrong input leaves no half bundle.
   const std::string tail = encodeTail(installer.tail) + archivesOf(installer, key);
   const std::string params = encodeParams(installer.properties);
+  requireRoomForProperties(installer.properties, installer.tail);
   writeBundle(installer.bundle);
   const std::string resources = installer.bundle.path + "/Contents/Resources/";
   writeWhole(resources + "Tail", tail);

@@ -1,11 +1,10 @@
 #include "tools/launch_file_writer.h"
 
+#include "launcher/field_reader.h"
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
 
 namespace tools {
-
-static const int kFieldLimit = 1024;
 
 static void requireVersion(const LaunchFile& file, long since, bool isSet, const char* field) {
   if (isSet && file.version < since) {
@@ -42,7 +41,7 @@ static void check(const LaunchFile& file) {
 }
 
 static void appendText(std::string* out, const char* name, const std::string& text) {
-  appendField(out, name, text, kFieldLimit);
+  appendField(out, name, text, DEFAULT_FIELD_LIMIT);
 }
 
 static void appendTexts(std::string* out, const char* name, const std::vector<std::string>& texts) {

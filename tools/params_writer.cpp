@@ -1,15 +1,14 @@
 #include "tools/params_writer.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "extractor/params_file.h"
+#include "launcher/field_reader.h"
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
 
 namespace tools {
-
-static const int kNameLimit = 1024;
-static const int kValueLimit = 200000;
 
 static std::string marker() {
   return {reinterpret_cast<const char*>(paramsMarker), sizeof paramsMarker};
@@ -22,8 +21,8 @@ std::string encodeParams(const Properties& properties) {
     if (name.empty()) {
       throw InputError("a property has no name; give it one");
     }
-    appendField(&bytes, "the property name " + name, name, kNameLimit);
-    appendField(&bytes, "the property " + name, value, kValueLimit);
+    appendField(&bytes, "the property name " + name, name, DEFAULT_FIELD_LIMIT);
+    appendField(&bytes, "the property " + name, value, PARAM_VALUE_LIMIT);
   }
   return bytes;
 }
@@ -57,6 +56,33 @@ Properties decodeParams(const std::string& bytes) {
     properties.emplace_back(std::move(name), std::move(value));
   }
   return properties;
+}
+
+// Removes all properties called `name` from `begin` on and returns whether there were some.
+static bool removeFrom(Properties* properties, Properties::iterator begin,
+                       const std::string& name) {
+  const auto end = std::remove_if(begin, properties->end(),
+                                  [&](const auto& property) { return property.first == name; });
+  const bool isFound = end != properties->end();
+  properties->erase(end, properties->end());
+  return isFound;
+}
+
+void setProperty(Properties* properties, const std::string& name, const std::string& value) {
+  const auto first = std::find_if(properties->begin(), properties->end(),
+                                  [&](const auto& property) { return property.first == name; });
+  if (first == properties->end()) {
+    properties->emplace_back(name, value);
+    return;
+  }
+  first->second = value;
+  removeFrom(properties, first + 1, name);
+}
+
+void unsetProperty(Properties* properties, const std::string& name) {
+  if (!removeFrom(properties, properties->begin(), name)) {
+    throw InputError("there is no property " + name + " to take away");
+  }
 }
 
 }  // namespace tools

@@ -20,6 +20,12 @@ std::string encodeParams(const Properties& properties);
 // is no number of pairs, or the pairs are cut short.
 Properties decodeParams(const std::string& bytes);
 
+// Gives the property its value where it stands, once, or else at the end.
+void setProperty(Properties* properties, const std::string& name, const std::string& value);
+
+// Takes the property away. Throws InputError when there is none of the name.
+void unsetProperty(Properties* properties, const std::string& name);
+
 }  // namespace tools
 
 #endif

@@ -46,6 +46,10 @@ void requireOneOf(const Option& first, const Option& second, const char* names) 
   }
 }
 
+void failUsage(const std::string& message) {
+  throw CLI::ValidationError(message);
+}
+
 Command Command::add(const char* name, const char* help, const char* footer) const {
   CLI::App* command = app_->add_subcommand(name, help);
   command->footer(footer);

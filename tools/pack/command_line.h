@@ -43,6 +43,9 @@ class Option {
 // was given.
 void requireOneOf(const Option& first, const Option& second, const char* names);
 
+// For a command that runs: ends it with the usage error `message`.
+[[noreturn]] void failUsage(const std::string& message);
+
 // A command that is being described. Names with dashes in front are options, others arguments that
 // are told by their order.
 class Command {

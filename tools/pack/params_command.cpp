@@ -1,13 +1,12 @@
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "tools/input_error.h"
 #include "tools/pack/commands.h"
+#include "tools/params_check.h"
 #include "tools/params_writer.h"
 #include "tools/whole_file.h"
 
@@ -20,6 +19,9 @@ struct ParamsOptions {
   std::string path;
   std::vector<std::string> pairs;
   std::string name;
+  std::vector<std::string> unset;
+  bool isNew = false;
+  bool mayReplace = false;
 };
 }  // namespace
 
@@ -30,34 +32,54 @@ static std::string paramsPath(const std::string& path) {
   return fs::is_directory(path) ? path + "/Contents/Resources/AppParams.excludefromsigning" : path;
 }
 
-static Properties propertiesOf(const std::vector<std::string>& pairs) {
-  Properties properties;
-  for (const std::string& pair : pairs) {
-    const size_t split = pair.find('=');
-    if (split == std::string::npos) {
-      throw InputError(pair + " is no property; expected NAME=VALUE");
-    }
-    properties.emplace_back(pair.substr(0, split), pair.substr(split + 1));
-  }
-  return properties;
-}
-
-static void writeParams(const ParamsOptions& options) {
-  const std::string bytes = encodeParams(propertiesOf(options.pairs));
-  WholeFile file(paramsPath(options.path), kParamsMode);
-  file.write(bytes.data(), bytes.size());
-  file.finish();
-}
-
 static Properties readProperties(const std::string& path) {
-  openInput(path);
-  std::ifstream in(path, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+  const std::string bytes = readWhole(path);
   try {
     return decodeParams(bytes);
   } catch (const InputError& error) {
     throw InputError(path + ": " + error.what());
   }
+}
+
+// The properties that stand in the file. One that is no params file is not for replacing.
+static Properties standingProperties(const ParamsOptions& options, const std::string& path) {
+  if (!fs::exists(path) || options.mayReplace) {
+    return {};
+  }
+  try {
+    const Properties properties = decodeParams(readWhole(path));
+    return options.isNew ? Properties{} : properties;
+  } catch (const InputError& error) {
+    throw InputError(path + " stands and is no whole params file (" + error.what() +
+                     "); name another file, or replace it with --force");
+  }
+}
+
+static Properties propertiesOf(const std::vector<std::string>& pairs) {
+  Properties properties;
+  for (const std::string& pair : pairs) {
+    const size_t split = pair.find('=');
+    if (split == std::string::npos || split == 0) {
+      failUsage(pair + " is no property; expected NAME=VALUE");
+    }
+    setProperty(&properties, pair.substr(0, split), pair.substr(split + 1));
+  }
+  return properties;
+}
+
+static void writeParams(const ParamsOptions& options) {
+  const Properties given = propertiesOf(options.pairs);
+  const std::string path = paramsPath(options.path);
+  Properties properties = standingProperties(options, path);
+  for (const std::string& name : options.unset) {
+    unsetProperty(&properties, name);
+  }
+  for (const auto& [name, value] : given) {
+    setProperty(&properties, name, value);
+  }
+  const std::string bytes = encodeParams(properties);
+  requireRoomForProperties(properties, Tail{});
+  writeWhole(path, bytes, kParamsMode);
 }
 
 static void readParams(const ParamsOptions& options) {
@@ -77,14 +99,17 @@ static void readParams(const ParamsOptions& options) {
 
 static void addWrite(const Command& params) {
   const Command command =
-      params.add("write", "Writes a params file.",
+      params.add("write", "Writes a params file, or changes one.",
+                 "Properties that stand in the file stay unless they are given or unset.\n"
                  "The file may be changed without signing the bundle again.\n"
                  "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
   auto options = std::make_shared<ParamsOptions>();
-  command
-      .text("PATH", &options->path, "An installer bundle, whose params file is replaced, or a file")
+  command.text("PATH", &options->path, "An installer bundle, whose params file is meant, or a file")
       .required();
-  command.texts("NAME=VALUE", &options->pairs, "The properties; none makes an empty file");
+  command.texts("NAME=VALUE", &options->pairs, "The properties to set");
+  command.texts("--unset", &options->unset, "Take this property away").typeName("NAME").oneByOne();
+  command.flag("--replace", &options->isNew, "Start with no property instead of those that stand");
+  command.flag("--force", &options->mayReplace, "Replace the file even if it is no params file");
   command.runs([options] { writeParams(*options); });
 }
 

@@ -23,14 +23,59 @@ TEST(PackParams, ReadsWhatItWrote) {
       0, params({"write", path, "update_url=http://127.0.0.1/?a=b", "empty=", "a b=c d"}).status);
   EXPECT_EQ("update_url=http://127.0.0.1/?a=b\nempty=\na b=c d\n", params({"read", path}).out);
   EXPECT_EQ("http://127.0.0.1/?a=b\n", params({"read", "--value", "update_url", path}).out);
-  EXPECT_EQ(0, params({"write", path}).status);
+  EXPECT_EQ(0, params({"write", "--replace", path}).status);
   EXPECT_EQ("", params({"read", path}).out);
+}
+
+TEST(PackParams, KeepsWhatStandsUnlessItIsGivenOrUnset) {
+  const test::TempFolder folder;
+  const std::string bundle = folder / "S.app";
+  test::writeFile(bundle + "/Contents/Resources/other", "");
+  ASSERT_EQ(0, params({"write", bundle, "jre_name=Mine", "require_signature=true", "a=1"}).status);
+  EXPECT_EQ(0, params({"write", bundle, "show_no_ui=true", "jre_name=Other"}).status);
+  EXPECT_EQ("jre_name=Other\nrequire_signature=true\na=1\nshow_no_ui=true\n",
+            params({"read", bundle}).out);
+  EXPECT_EQ(0, params({"write", bundle, "b=2", "--unset", "a", "--unset", "show_no_ui"}).status);
+  EXPECT_EQ("jre_name=Other\nrequire_signature=true\nb=2\n", params({"read", bundle}).out);
+  EXPECT_EQ(0, params({"write", "--replace", bundle, "c=3"}).status);
+  EXPECT_EQ("c=3\n", params({"read", bundle}).out);
+}
+
+TEST(PackParams, ReplacesAFileOfAnotherKindOnlyByForce) {
+  const test::TempFolder folder;
+  const std::string path = folder / "project.toml";
+  test::writeFile(path, "[application]");
+  for (const char* option : {"--replace", "a=b"}) {
+    const test::Result result = params({"write", path, option});
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + path +
+                  " stands and is no whole params file (this is no params file: its marker is "
+                  "missing); name another file, or replace it with --force\n",
+              result.err);
+    EXPECT_EQ("[application]", test::readFile(path));
+  }
+  EXPECT_EQ(0, params({"write", "--force", path, "a=b"}).status);
+  EXPECT_EQ("a=b\n", params({"read", path}).out);
+}
+
+TEST(PackParams, RefusesMoreThanAnInstallerHandsOn) {
+  const test::TempFolder folder;
+  const std::string path = folder / "params";
+  const std::string half(120000, 'x');
+  ASSERT_EQ(0, params({"write", path, "a=" + half}).status);
+  const test::Result result = params({"write", path, "b=" + half});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: the property b does not fit: all properties together have 200000 bytes; "
+      "shorten some\n",
+      result.err);
+  EXPECT_EQ(half + "\n", params({"read", "--value", "a", path}).out);
 }
 
 TEST(PackParams, FindsTheFileInABundle) {
   const test::TempFolder folder;
   const std::string file = folder / "S.app/Contents/Resources/AppParams.excludefromsigning";
-  test::writeFile(file, "older");
+  test::writeFile(folder / "S.app/Contents/Resources/other", "");
   EXPECT_EQ(0, params({"write", folder / "S.app", "show_no_ui=true"}).status);
   EXPECT_EQ("show_no_ui=true\n", params({"read", folder / "S.app"}).out);
   EXPECT_EQ("show_no_ui=true\n", params({"read", file}).out);
@@ -56,17 +101,14 @@ TEST(PackParams, NamesWhatIsWrong) {
     EXPECT_EQ(1, result.status);
     return result.err;
   };
-  EXPECT_EQ("quorvane-pack: word is no property; expected NAME=VALUE\n",
-            errorOf({"write", path, "word"}));
-  EXPECT_EQ("quorvane-pack: a property has no name; give it one\n",
-            errorOf({"write", path, "=value"}));
-  EXPECT_FALSE(test::exists(path));
   EXPECT_EQ("quorvane-pack: " + path + " cannot be read: No such file or directory\n",
             errorOf({"read", path}));
   test::writeFile(path, "junk");
   EXPECT_EQ("quorvane-pack: " + path + ": this is no params file: its marker is missing\n",
             errorOf({"read", path}));
-  ASSERT_EQ(0, params({"write", path, "a=b"}).status);
+  ASSERT_EQ(0, params({"write", "--force", path, "a=b"}).status);
+  EXPECT_EQ("quorvane-pack: there is no property c to take away\n",
+            errorOf({"write", path, "--unset", "c"}));
   EXPECT_EQ("quorvane-pack: " + path + " has no property c\n",
             errorOf({"read", "--value", "c", path}));
 }
@@ -75,6 +117,15 @@ TEST(PackParams, UsedWronglyEndsWith2) {
   EXPECT_EQ(2, params({}).status);
   EXPECT_EQ(2, params({"read"}).status);
   EXPECT_EQ(2, params({"write"}).status);
+  const test::TempFolder folder;
+  const std::string path = folder / "params";
+  for (const char* word : {"word", "=value"}) {
+    const test::Result result = params({"write", path, word});
+    EXPECT_EQ(2, result.status);
+    EXPECT_EQ(0u, result.err.find(std::string(word) + " is no property; expected NAME=VALUE\n"))
+        << result.err;
+    EXPECT_FALSE(test::exists(path));
+  }
 }
 
 }  // namespace

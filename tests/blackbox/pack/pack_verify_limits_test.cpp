@@ -1,0 +1,199 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tools/launch_file_writer.h"
+
+// Installers that are sound in form and that the product would fail on.
+
+namespace {
+
+const char kBundle[] = "dist/Small App Installer.app";
+
+class PackVerifyLimits : public testing::Test {
+ protected:
+  void build() {
+    const test::Result result = project_.build();
+    ASSERT_EQ(0, result.status) << result.err;
+  }
+
+  void expectProblems(const std::vector<std::string>& problems) {
+    const test::Result result = test::runPack(project_.path(), {"verify", kBundle});
+    std::string wanted = "quorvane-pack: " + std::string(kBundle) + " would not work:";
+    for (const std::string& problem : problems) {
+      wanted += "\n  " + problem;
+    }
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(wanted + "\n", result.err);
+  }
+
+  std::string tailPath() { return project_ / kBundle + "/Contents/Resources/Tail"; }
+  // Writes a params file that the packager would not write.
+  void writeParams(const std::vector<std::pair<std::string, std::string>>& properties) {
+    constexpr size_t kMarkerSize = 64;
+    const std::string path =
+        project_ / kBundle + "/Contents/Resources/AppParams.excludefromsigning";
+    std::string bytes = test::readFile(path).substr(0, kMarkerSize);
+    bytes += test::field(std::to_string(properties.size()));
+    for (const auto& [name, value] : properties) {
+      bytes += test::field(name) + test::field(value);
+    }
+    test::writeFile(path, bytes);
+  }
+
+  // Puts `to` in place of the last `from` in the Tail record.
+  void replaceInTail(const std::string& from, const std::string& to) {
+    std::string bytes = test::readFile(tailPath());
+    const size_t at = bytes.rfind(from);
+    ASSERT_NE(std::string::npos, at);
+    test::writeFile(tailPath(), bytes.replace(at, from.size(), to));
+  }
+
+  // An updater whose launch file is `launch`.
+  void writeUpdater(const tools::LaunchFile& launch) {
+    test::writeFile(project_ / "updater/QuorvaneLaunch", tools::encodeLaunchFile(launch));
+  }
+  static tools::LaunchFile launchFile() {
+    tools::LaunchFile launch;
+    launch.mainClass = "org.example.Updater";
+    launch.appName = "Small App";
+    launch.classPath = {"updater.jar"};
+    return launch;
+  }
+
+  test::SmallProject project_;
+};
+
+TEST_F(PackVerifyLimits, FindsPropertiesThatAreTooLongTogether) {
+  build();
+  const std::string half(120000, 'x');
+  writeParams({{"require_signature", "true"}, {"a", half}, {"b", half}});
+  expectProblems(
+      {"the params file: the property b does not fit: all properties together have 200000 bytes; "
+       "shorten some"});
+}
+
+TEST_F(PackVerifyLimits, FindsPropertiesThatLeaveNoRoomForTheTailRecords) {
+  build();
+  writeParams({{"require_signature", "true"}, {"a", std::string(199930, 'x')}});
+  expectProblems(
+      {"the params file: the property update_url does not fit: all properties together have 200000 "
+       "bytes; shorten some"});
+}
+
+TEST_F(PackVerifyLimits, FindsRuntimeNamesThatCannotNameFolders) {
+  build();
+  const std::string start = "jre_name in the params file is \"";
+  for (const char* name : {"a/b", "a-b"}) {
+    writeParams({{"jre_name", name}, {"require_signature", "true"}});
+    expectProblems(
+        {start + name + "\", which holds a '/' or a '-' and cannot name the runtime's folders"});
+  }
+  writeParams({{"jre_name", "a/b"}, {"jre_name", "fine"}, {"require_signature", "true"}});
+  expectProblems(
+      {start + "a/b\", which holds a '/' or a '-' and cannot name the runtime's folders"});
+  writeParams({{"jre_name", "quorvane"}, {"require_signature", "true"}});
+  expectProblems({start + "quorvane\", which is the name of the updater's folders"});
+  writeParams({{"jre_name", "small app"}, {"require_signature", "true"}});
+  expectProblems({start + "small app\", which is the name of the application's folders"});
+}
+
+TEST_F(PackVerifyLimits, FindsAnUpdaterWithMoreArgumentsThanTheCommandLineHolds) {
+  tools::LaunchFile launch = launchFile();
+  launch.arguments.assign(494, "x");
+  writeUpdater(launch);
+  build();
+  EXPECT_EQ(0, test::runPack(project_.path(), {"verify", kBundle}).status);
+  launch.arguments.emplace_back("one more");
+  writeUpdater(launch);
+  build();
+  expectProblems(
+      {"updater: its launch file has 495 arguments, which makes a command line of 500 words; it "
+       "has room for 499"});
+}
+
+TEST_F(PackVerifyLimits, FindsAnUpdaterWithAClassPathThatDoesNotFit) {
+  tools::LaunchFile launch = launchFile();
+  launch.classPath = {std::string(999, 'x')};
+  writeUpdater(launch);
+  build();
+  expectProblems({"updater: its launch file has " + launch.classPath[0] +
+                      " in the class path, which it does not hold",
+                  "updater: its launch file has a class path entry of 999 bytes, which does not "
+                  "fit 1000"});
+}
+
+TEST_F(PackVerifyLimits, FindsALaunchFileWithATextThatIsReadInPieces) {
+  std::string bytes = tools::encodeLaunchFile(launchFile());
+  const std::string mainClass = "org.example.Updater";
+  bytes.replace(bytes.find(mainClass), mainClass.size(), std::string(1500, 'x'));
+  test::writeFile(project_ / "updater/QuorvaneLaunch", bytes);
+  build();
+  expectProblems(
+      {"updater: its launch file is damaged: Class is 1500 bytes long, at most 1022 are read; "
+       "shorten it"});
+}
+
+TEST_F(PackVerifyLimits, FindsALaunchFileWithANumberInAnotherForm) {
+  test::writeFile(project_ / "updater/QuorvaneLaunch", "0" + tools::encodeLaunchFile(launchFile()));
+  build();
+  expectProblems(
+      {"updater: its launch file has a value in another form than it is read; write it again with "
+       "'quorvane-pack launchfile'"});
+}
+
+TEST_F(PackVerifyLimits, FindsATailValueThatIsReadAsSomethingElse) {
+  build();
+  const std::string bytes = test::readFile(tailPath());
+  const auto values = [](const char* splash) {
+    using test::field;
+    return field("Small App") + field("3") + field("170015") + field("5") + field(splash);
+  };
+  ASSERT_EQ(0u, bytes.find(values("0")));
+  test::writeFile(tailPath(), values("soon") + bytes.substr(values("0").size()));
+  expectProblems({"min-splash-ms in the Tail record is \"soon\", which is read as 0"});
+}
+
+TEST_F(PackVerifyLimits, FindsAnEmptyDecompressionTool) {
+  test::writeFile(project_ / "bin/lzma64", "", 0700);
+  build();
+  expectProblems({"updater: the file lzma64 is empty"});
+}
+
+TEST_F(PackVerifyLimits, TakesSignaturesForAskedForOnceAPropertySaysSo) {
+  project_.replace("[installer]\n", "[installer]\nrequire_signature = false\n");
+  project_.replace("[signing]\nkey = \"release.key\"\n", "");
+  build();
+  writeParams({{"require_signature", "true"}, {"require_signature", "false"}});
+  expectProblems({"the params file asks for signatures, and the Tail record has no key",
+                  "updater: updater.p2.l2 is not signed, and the params file asks for signatures",
+                  "runtime: runtime.p2.l2 is not signed, and the params file asks for signatures",
+                  "application: application.p2.l2 is not signed, and the params file asks for "
+                  "signatures"});
+}
+
+TEST_F(PackVerifyLimits, FindsFilesThatReplaceEachOther) {
+  build();
+  const std::string sound = test::readFile(tailPath());
+  replaceInTail("version.txt", "main.jar");
+  expectProblems(
+      {"application: two of its entries are named main.jar, of which one replaces the other"});
+  test::writeFile(tailPath(), sound);
+  replaceInTail("version.txt", "LIB/other.jar");
+  expectProblems(
+      {"application: lib/other.jar and LIB/other.jar differ by nothing but case, which most macOS "
+       "volumes disregard"});
+  test::writeFile(tailPath(), sound);
+  replaceInTail("version.txt", "application.p2");
+  expectProblems(
+      {"application: two of its entries are named application.p2, of which one replaces the "
+       "other",
+       "application: application.p2 is damaged at byte 0: it ends inside an entry's type; make it "
+       "again"});
+}
+
+}  // namespace
