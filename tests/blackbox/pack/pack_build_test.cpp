@@ -111,6 +111,36 @@ TEST(PackBuild, ReplacesWhatItMadeAndNothingElse) {
   EXPECT_EQ("mine", test::readFile(project / "dist/mine.txt"));
 }
 
+TEST(PackBuild, LeavesAFolderAloneThatItDidNotMake) {
+  const test::SmallProject project;
+  test::writeFile(project / "mine/mine.txt", "mine");
+  // A list of its name that it did not write makes nothing its own.
+  test::writeFile(project / "listed/.quorvane-output", "mine.txt\n");
+  for (const auto& [folder, name] :
+       {std::pair{"mine", "mine.txt"}, {"listed", ".quorvane-output"}}) {
+    const test::Result result = project.build({"--output", folder});
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(std::string("quorvane-pack: the output folder ") + folder + " holds " + name +
+                  ", which this command did not make; choose a new or empty folder with --output, "
+                  "or move that away\n",
+              result.err);
+    EXPECT_EQ(std::vector<std::string>{name}, test::namesIn(project / folder));
+  }
+}
+
+TEST(PackBuild, IntoWhatIsNoFolderIsRefused) {
+  const test::SmallProject project;
+  const test::Result file = project.build({"--output", "release.key"});
+  EXPECT_EQ(1, file.status);
+  EXPECT_EQ("quorvane-pack: release.key is no folder; choose another one with --output\n",
+            file.err);
+  const test::Result below = project.build({"--output", "release.key/dist"});
+  EXPECT_EQ(1, below.status);
+  EXPECT_EQ(
+      "quorvane-pack: the output folder release.key/dist cannot be written: Not a directory\n",
+      below.err);
+}
+
 TEST(PackBuild, DoesNotTakeAListedFolderOutsideOfTheOutputForItsOwn) {
   const test::SmallProject project;
   ASSERT_EQ(0, project.build().status);
@@ -198,16 +228,42 @@ TEST(PackBuild, WithoutSignaturesWritesNoKeyAndAsksForNone) {
   EXPECT_EQ(std::string::npos, params.out.find("require_signature")) << params.out;
 }
 
-TEST(PackBuild, PacksAMacosRuntimeBundle) {
-  test::SmallProject project;
-  fs::create_directories(project / "mac/Contents");
-  fs::rename(project / "runtime", project / "mac/Contents/Home");
-  project.replace("folder = \"runtime\"", "folder = \"mac\"");
-  const test::Result result = project.build();
+// Executables of another system are packed as they are; nothing here runs them.
+TEST(PackBuild, PacksTheExecutablesOfAnotherSystem) {
+  const test::SmallProject project;
+  const std::string magic = "\xca\xfe\xba\xbe";
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    test::writeFile(project / "mac" + "/" + name, magic + name + std::string(5000, '\0'), 0755);
+  }
+  test::writeFile(project / "quorvane.toml", project.text);
+  const test::Result result = test::runPack(project.path(), {"build", "--executables", "mac"});
   ASSERT_EQ(0, result.status) << result.err;
-  const test::Result listing = test::runPack(
-      project.path(), {"archive", "list", "dist/site/Quorvane-Mac64JRE-170015-archive.p2.l2"});
-  EXPECT_NE(std::string::npos, listing.out.find(" Contents/Home/bin/java\n")) << listing.out;
+  EXPECT_EQ(test::readFile(project / "mac/launcher"),
+            test::readFile(project / "dist/Small App.app/Contents/MacOS/Small App"));
+  EXPECT_EQ(test::readFile(project / "mac/extractor"),
+            test::readFile(project / kOffline + "/Contents/MacOS/Small App"));
+  EXPECT_NE(std::string::npos, test::readFile(project / kOffline + "/Contents/Resources/Tail")
+                                   .find(test::readFile(project / "mac/lzma64")));
+  const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
+  EXPECT_EQ(0, verified.status) << verified.err;
+}
+
+TEST(PackBuild, WithoutTheSampleUpdaterAsksForAnUpdater) {
+  test::SmallProject project;
+  project.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n", "");
+  test::writeFile(project / "quorvane.toml", project.text);
+  fs::create_directories(project / "other/bin");
+  fs::copy(QUORVANE_BIN "/quorvane-pack", project / "other/bin");
+  test::Command command;
+  command.arguments = {project / "other/bin/quorvane-pack", "build", "--executables", "bin"};
+  command.folder = project.path();
+  const test::Result result = test::run(command);
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ("quorvane-pack: the sample updater is not at " +
+                project / "other/examples/updater/updater.jar" +
+                ": it was built without a JDK; build it with one, or name an updater as 'folder' "
+                "and 'version' in [updater]\n",
+            result.err);
 }
 
 TEST(PackBuild, OfOneJarCarriesTheSampleUpdaterAndSaysWhatThatDoesNotDo) {

@@ -157,6 +157,30 @@ TEST_P(PackInitOf, IsRefusedWithWhatToDo) {
 INSTANTIATE_TEST_SUITE_P(All, PackInitOf, testing::ValuesIn(kWrongInits),
                          [](const auto& info) { return std::string(info.param.name); });
 
+TEST(PackInit, OfAJarWhoseNameHasNoWordAsksForAName) {
+  const test::TempFolder folder;
+  writeKey(folder);
+  makeJar(folder.path(), "_.jar", "Main-Class: Main\n");
+  const test::Result result = init(folder, {"_.jar"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: the name of _.jar gives no name for the application; say one with --name\n",
+      result.err);
+  EXPECT_EQ(0, init(folder, {"_.jar", "--name", "One"}).status);
+}
+
+TEST(PackInit, OfATextInAnotherEncodingSaysSo) {
+  const test::TempFolder folder;
+  makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
+  const test::Result result = init(folder, {"a.jar", "--name", "Gr\xfc\xdf"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: the text Gr\xfc\xdf is no UTF-8, which a project file must be; rename it\n",
+      result.err);
+  EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
+  EXPECT_FALSE(test::exists(folder / "release.key"));
+}
+
 TEST(PackInit, OfAFileThatIsNoJarGivesTheJarProgramsMessage) {
   const test::TempFolder folder;
   test::writeFile(folder / "a.jar", "no jar");

@@ -113,6 +113,41 @@ TEST(PackParams, NamesWhatIsWrong) {
             errorOf({"read", "--value", "c", path}));
 }
 
+// The file may be changed by hand or cut short on its way to a customer.
+TEST(PackParams, SaysWhereAFileIsDamaged) {
+  const test::TempFolder folder;
+  const std::string path = folder / "params";
+  ASSERT_EQ(0, params({"write", path, "a=b"}).status);
+  const std::string marker = test::readFile(path).substr(0, 64);
+  const auto errorOf = [&](const std::string& behindMarker) {
+    test::writeFile(path, marker + behindMarker);
+    const test::Result result = params({"read", path});
+    EXPECT_EQ(1, result.status);
+    return result.err.substr(("quorvane-pack: " + path + ": ").size());
+  };
+  EXPECT_EQ("the params file ends inside the number of properties\n", errorOf("1"));
+  EXPECT_EQ("the params file ends inside a property's name\n", errorOf(test::field("2")));
+  EXPECT_EQ("the params file ends inside a property's name\n",
+            errorOf(test::field("2") + test::field("a") + test::field("b") + "c"));
+  EXPECT_EQ("the params file ends inside a property's value\n",
+            errorOf(test::field("1") + test::field("a") + "b"));
+  for (const char* count : {"", "-1", "many", "1x"}) {
+    EXPECT_EQ(
+        std::string("the number of properties is '") + count + "'; expected a decimal number\n",
+        errorOf(test::field(count)));
+  }
+}
+
+TEST(PackParams, RefusesTextsThatAreLongerThanWhatIsRead) {
+  const test::TempFolder folder;
+  const std::string name(1023, 'n');
+  const test::Result result = params({"write", folder / "params", name + "=value"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ("quorvane-pack: the property name " + name +
+                " is 1023 bytes long, at most 1022 are read; shorten it\n",
+            result.err);
+}
+
 TEST(PackParams, UsedWronglyEndsWith2) {
   EXPECT_EQ(2, params({}).status);
   EXPECT_EQ(2, params({"read"}).status);

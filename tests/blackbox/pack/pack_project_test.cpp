@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+
+namespace fs = std::filesystem;
 
 // What 'quorvane-pack build' says of project files that are wrong. Each message stands here once.
 
@@ -32,6 +35,22 @@ const WrongProject kWrongProjects[] = {
      "quorvane.toml:11: [updater] has no key 'verson'; known are folder, version"},
     {"OtherType", "name = \"Small App\"", "name = 7",
      "quorvane.toml:2: 'name' in [application] must be a text; this is integer"},
+    {"OtherTypeThanAPath", "folder = \"app\"", "folder = 7",
+     "quorvane.toml:5: 'folder' in [application] must be a path as text; this is integer"},
+    {"OtherTypeThanAVersion", "version = \"3\"", "version = 1.5",
+     "quorvane.toml:3: 'version' in [application] must be a whole number; this is floating-point"},
+    {"OtherTypeThanANumber", "[installer]", "[installer]\nminimum_splash_ms = \"long\"",
+     "quorvane.toml:17: 'minimum_splash_ms' in [installer] must be a whole number; this is string"},
+    {"OtherTypeThanAFlag", "[installer]", "[installer]\nrequire_signature = 1",
+     "quorvane.toml:17: 'require_signature' in [installer] must be true or false; this is integer"},
+    {"OtherTypeThanAList", "folder = \"app\"", "folder = \"app\"\narguments = \"-x\"",
+     "quorvane.toml:6: 'arguments' in [application] must be a list of texts; this is string"},
+    {"ListOfNumbers", "folder = \"app\"", "folder = \"app\"\narguments = [1]",
+     "quorvane.toml:6: 'arguments' in [application] must be a list of texts; this is something "
+     "else"},
+    {"TableOfNumbers", "[installer]", "[installer]\nproperties = {a = 1}",
+     "quorvane.toml:17: 'properties' in [installer] must be a table of texts; this is something "
+     "else"},
     {"NoVersion", "version = \"3\"\n", "",
      "quorvane.toml: [application] needs the key 'version', for example version = \"1\""},
     {"NoName", "name = \"Small App\"", "name = \"\"",
@@ -100,6 +119,14 @@ const WrongProject kWrongProjects[] = {
      "openjdk-17-jdk), or name its folder with --jdk"},
     {"SplashOfAnotherKind", "splash = \"splash.png\"", "splash = \"small.icns\"",
      "quorvane.toml: [installer] splash names small.icns, which is no PNG image"},
+    {"NoJmods", "folder = \"runtime\"", "jmods = \"none\"",
+     "quorvane.toml: [runtime] jmods names none, which is no folder there"},
+    {"NoSplash", "splash.png", "none.png",
+     "quorvane.toml: [installer] splash names none.png, which is no file there"},
+    {"SignatureAsProperty", "[installer]",
+     "[installer]\nproperties = {require_signature = \"true\"}",
+     "quorvane.toml: [installer.properties] has require_signature; set it with "
+     "'require_signature' in [installer]"},
     {"NoUrl", "[installer]", "[installer]\nupdate_url = \"updates.example.org\"",
      "quorvane.toml: [installer] update_url is \"updates.example.org\"; it begins with http:// or "
      "https://, or is D for one that the property update_url gives"},
@@ -162,6 +189,18 @@ TEST(PackProjectFile, WithAnOutputFolderInWhatIsPackedIsRefused) {
   EXPECT_EQ(
       "quorvane-pack: the output folder app/dist lies in app, which is packed; choose another one "
       "with --output\n",
+      result.err);
+}
+
+TEST(PackProjectFile, WithAnIconOfAnotherNameIsRefused) {
+  test::SmallProject project;
+  fs::rename(project / "small.icns", project / "small.icon");
+  project.replace("small.icns", "small.icon");
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: quorvane.toml: [application] icon names small.icon, whose name must end in "
+      ".icns\n",
       result.err);
 }
 

@@ -119,6 +119,24 @@ TEST(PackTail, PrintsOneValueAlone) {
   EXPECT_EQ("Demo\n", pack({"read", folder / "Tail", "--value", "app-name"}).out);
 }
 
+// A record that another hand wrote is shown as it is, whatever its values are worth.
+TEST(PackTail, ShowsValuesThatItWouldNotWrite) {
+  const test::TempFolder folder;
+  const Texts values = {"a/b", "1.2", "", "-1", "soon", "key", "yes", "all", "a\nb", "\xff", ""};
+  std::string record;
+  for (const std::string& value : values) {
+    record += test::field(value);
+  }
+  test::writeFile(folder / "Tail", record + "more");
+  const test::Result result = pack({"read", folder / "Tail"});
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ(
+      "app-name: a/b\napp-version: 1.2\njre-version: \ngu-version: -1\nmin-splash-ms: soon\n"
+      "public-key: key\ncan-override-splash: yes\ninstall-type: all\nsilent-parameter: a\nb\n"
+      "required-java-version: \xff\nupdate-url: \nplace: file\nbytes-behind: 4\n",
+      result.out);
+}
+
 TEST(PackTail, OfWrongInputSaysWhatAndEndsWithStatusOne) {
   const test::TempFolder folder;
   const test::Result result = pack({"write", folder / "Tail", "--app-name", "a-b"});

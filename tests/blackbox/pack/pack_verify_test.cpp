@@ -172,6 +172,46 @@ TEST_F(PackVerify, FindsANameThatCannotNameFolders) {
       "'/' or a '-'");
 }
 
+// Replaces the field `from` of the record, the first one of that text, and looks at the complaint.
+TEST_F(PackVerify, FindsValuesThatAHandMadeWrong) {
+  struct Edit {
+    std::string from;
+    std::string to;
+    std::string problem;
+  };
+  const std::string versions =
+      "\"; versions are compared as whole numbers, so use up to 18 digits, or nothing when it is "
+      "not carried";
+  const std::string key = tail().substr(tail().find("3082"), 64);
+  const Edit edits[] = {
+      {test::field("Small App"), test::field("Small-App"),
+       "the application's name \"Small-App\" cannot name its folders; it must not be empty or hold "
+       "a '/' or a '-'"},
+      {test::field("Small App"), test::field(""),
+       "the application's name \"\" cannot name its folders; it must not be empty or hold a '/' or "
+       "a '-'"},
+      {test::field("3"), test::field("3a"), "the application's version is \"3a" + versions},
+      {test::field("170015"), test::field("17.0.15"),
+       "the runtime's version is \"17.0.15" + versions},
+      {test::field("perm_user"), test::field("everyone"),
+       "the install type is \"everyone\"; known are perm_all, perm_user and temporary"},
+      {key, "zz" + key.substr(2),
+       "the public key is no hexadecimal text; give what 'quorvane-pack key show' prints"},
+      {key, "0000" + key.substr(4),
+       "the public key in the Tail record cannot be used; make the installer again"},
+  };
+  const std::string sound = tail();
+  for (const Edit& edit : edits) {
+    const size_t at = sound.find(edit.from);
+    ASSERT_NE(std::string::npos, at) << edit.from;
+    writeTail(sound.substr(0, at) + edit.to + sound.substr(at + edit.from.size()));
+    const test::Result result = verify();
+    EXPECT_EQ(1, result.status) << edit.to;
+    EXPECT_NE(std::string::npos, result.err.find("  " + edit.problem + "\n")) << edit.to << "\n"
+                                                                              << result.err;
+  }
+}
+
 TEST_F(PackVerify, FindsAClassPathEntryThatIsMissing) {
   fs::remove(project_ / "updater/updater.jar");
   ASSERT_EQ(0, project_.build().status);

@@ -1,0 +1,82 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+
+// The runtime that 'quorvane-pack build' makes or takes.
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A JDK of scripts, which keep what they were asked for.
+void makeJdk(const std::string& folder) {
+  test::writeFile(folder + "/bin/jlink",
+                  "#!/bin/sh\n"
+                  "printf '%s\\n' \"$@\" > \"${0%/*}/asked\"\n"
+                  "while [ \"$1\" != --output ]; do shift; done\n"
+                  "mkdir -p \"$2/bin\" && echo java > \"$2/bin/java\"\n"
+                  "echo 'JAVA_VERSION=\"21.0.4\"' > \"$2/release\"\n",
+                  0755);
+}
+
+TEST(PackRuntime, MakesTheRuntimeOfTheModulesOfAnotherSystem) {
+  test::SmallProject project;
+  makeJdk(project / "jdk");
+  fs::create_directories(project / "mac-jmods");
+  project.replace("folder = \"runtime\"",
+                  "jdk = \"jdk\"\njmods = \"mac-jmods\"\nmodules = [\"java.base\", \"a.b\"]");
+  const test::Result result = project.build();
+  ASSERT_EQ(0, result.status) << result.err;
+  const std::vector<std::string> asked = test::linesOf(test::readFile(project / "jdk/bin/asked"));
+  EXPECT_TRUE(test::containsInOrder(asked, {"--module-path", project / "mac-jmods"}));
+  EXPECT_TRUE(test::containsInOrder(asked, {"--add-modules", "java.base,a.b"}));
+  EXPECT_TRUE(test::exists(project / "dist/site/Quorvane-Mac64JRE-210004-archive.p2.l2"));
+}
+
+TEST(PackRuntime, ShowsWhatAProgramOfTheJdkSaidWhenItFails) {
+  test::SmallProject project;
+  test::writeFile(project / "jdk/bin/jlink", "#!/bin/sh\necho 'Error: no a.b' >&2\nexit 1\n", 0755);
+  project.replace("folder = \"runtime\"", "jdk = \"jdk\"\nmodules = [\"a.b\"]");
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ("quorvane-pack: " + project / "jdk/bin/jlink failed:\nError: no a.b\n\n", result.err);
+  project.replace("modules = [\"a.b\"]", "");
+  const test::Result second = project.build();
+  EXPECT_EQ(1, second.status);
+  EXPECT_EQ("quorvane-pack: " + project / "jdk/bin/jdeps" +
+                " is missing; install a JDK (on Debian the package openjdk-17-jdk), or name its "
+                "folder with --jdk\n",
+            second.err);
+}
+
+TEST(PackRuntime, AsksForModulesWhenNoneAreFound) {
+  test::SmallProject project;
+  makeJdk(project / "jdk");
+  test::writeFile(project / "jdk/bin/jdeps", "#!/bin/sh\n", 0755);
+  project.replace("folder = \"runtime\"", "jdk = \"jdk\"");
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: jdeps finds no modules for app/lib/other.jar app/main.jar; list them as "
+      "'modules' in [runtime]\n",
+      result.err);
+}
+
+TEST(PackRuntime, PacksAMacosRuntimeBundle) {
+  test::SmallProject project;
+  fs::create_directories(project / "mac/Contents");
+  fs::rename(project / "runtime", project / "mac/Contents/Home");
+  project.replace("folder = \"runtime\"", "folder = \"mac\"");
+  const test::Result result = project.build();
+  ASSERT_EQ(0, result.status) << result.err;
+  const test::Result listing = test::runPack(
+      project.path(), {"archive", "list", "dist/site/Quorvane-Mac64JRE-170015-archive.p2.l2"});
+  EXPECT_NE(std::string::npos, listing.out.find(" Contents/Home/bin/java\n")) << listing.out;
+}
+
+}  // namespace

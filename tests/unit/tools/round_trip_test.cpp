@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "extractor/params_file.h"
+#include "extractor/run.h"
+#include "extractor/version_file.h"
+#include "launch/launch_properties.h"
+#include "support/owned.h"
+#include "tests/support/capture.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+#include "tools/installer_writer.h"
+#include "tools/params_writer.h"
+
+// What the packager writes, read by the functions of the product that an installer runs. The Tail
+// record, launch files and archives have such tests beside those of their writers.
+
+using namespace std::string_literals;
+
+namespace {
+
+// The launch properties that the product makes of a params file.
+std::string propertiesOf(const tools::Properties& properties, ExtractorRun& run) {
+  std::string bytes = tools::encodeParams(properties);
+  test::logLinesOf([&] {
+    const Stream params(fmemopen(bytes.data(), bytes.size(), "rb"));
+    fseek(params.get(), PARAMS_MARKER_SIZE, SEEK_SET);
+    readParams(run, params.get());
+    EXPECT_EQ(static_cast<long>(bytes.size()), ftell(params.get()));
+  });
+  return {run.launchProperties, static_cast<size_t>(propsLen(run.launchProperties))};
+}
+
+TEST(ParamsRoundTrip, GivesTheProductEveryPairInItsOrder) {
+  ExtractorRun run{};
+  EXPECT_EQ(
+      "qvdyna_update_url\0http://127.0.0.1/\0qvdyna_empty\0\4\0qvdyna_a b\0Gr\xc3\xb6\xc3\x9f"
+      "e = \"1\"\n"s,
+      propertiesOf({{"update_url", "http://127.0.0.1/"},
+                    {"empty", ""},
+                    {"a b",
+                     "Gr\xc3\xb6\xc3\x9f"
+                     "e = \"1\"\n"}},
+                   run));
+  EXPECT_STREQ("http://127.0.0.1/", run.dynamic.updateUrl);
+}
+
+TEST(ParamsRoundTrip, GivesTheProductTheLongestNameAndAMuchLongerValue) {
+  ExtractorRun run{};
+  const std::string name(1022, 'n');
+  const std::string value(150000, 'v');
+  EXPECT_EQ("qvdyna_" + name + "\0"s + value, propertiesOf({{name, value}}, run));
+}
+
+TEST(ParamsRoundTrip, OfNoPropertyIsRead) {
+  ExtractorRun run{};
+  EXPECT_EQ("", propertiesOf({}, run));
+}
+
+TEST(VersionFileRoundTrip, GivesTheProductTheVersionOfTheSite) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "runtime/bin/java", "a java", 0755);
+  const std::string version = "123456789012345678";
+  tools::writeUpdateSite(folder / "site", "Mac64JRE", version, folder / "runtime", nullptr);
+  const Stream file(fopen((folder / "site/" + versionFileName("Mac64JRE")).c_str(), "rb"));
+  ASSERT_NE(nullptr, file);
+  char found[VERSION_TEXT_SIZE] = "";
+  bool isRead = false;
+  test::logLinesOf([&] { isRead = readVersionText(file.get(), found); });
+  EXPECT_TRUE(isRead);
+  EXPECT_EQ(version, found);
+}
+
+}  // namespace
