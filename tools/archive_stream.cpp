@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "tools/input_error.h"
+#include "tools/interruption.h"
 
 namespace tools {
 
@@ -20,6 +21,7 @@ ArchiveStream::ArchiveStream(const std::string& path)
 }
 
 void ArchiveStream::append(const void* data, size_t size) {
+  stopWhenInterrupted();
   file_.write(data, size);
   updateHash(hash_.get(), static_cast<const unsigned char*>(data), static_cast<int>(size));
   size_ += static_cast<long>(size);

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 namespace tools {
 
 std::string executableIn(const Bundle& bundle) {
-  return bundle.path + "/Contents/MacOS/" + bundle.name;
+  return bundle.path + "/Contents/MacOS/" + bundle.executableName;
 }
 
 static std::string escaped(const std::string& text) {
@@ -43,7 +43,7 @@ static std::string infoPlist(const Bundle& bundle) {
       "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
       "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
       "<plist version=\"1.0\">\n<dict>\n";
-  text += entry("CFBundleExecutable", bundle.name);
+  text += entry("CFBundleExecutable", bundle.executableName);
   if (!bundle.icon.empty()) {
     text += entry("CFBundleIconFile", fs::path(bundle.icon).filename());
   }

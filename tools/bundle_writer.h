@@ -12,8 +12,9 @@ struct Bundle {
   std::string name;        // what menus and the Finder show
   std::string identifier;  // reverse-DNS name
   std::string version;
-  std::string executable;  // the file to copy into the bundle
-  std::string icon;        // an .icns file; empty for none
+  std::string executable;      // the file to copy into the bundle
+  std::string executableName;  // its name there
+  std::string icon;            // an .icns file; empty for none
 };
 
 // Returns the path of the bundle's executable.

@@ -7,9 +7,11 @@
 
 #include <cerrno>
 #include <cstring>
+#include <sstream>
 
 #include "platform/environment.h"
 #include "tools/input_error.h"
+#include "tools/interruption.h"
 #include "tools/temporary_folder.h"
 #include "tools/whole_file.h"
 
@@ -29,8 +31,11 @@ static std::vector<char*> vectorOf(const std::vector<std::string>& arguments) {
 // Waits for the child and returns whether it ended with status 0.
 static bool endsWell(pid_t child) {
   int status = 0;
+  endWhenInterrupted(child);
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
+  endWhenInterrupted(0);
+  stopWhenInterrupted();
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
@@ -64,6 +69,18 @@ static void becomeProgram [[noreturn]] (const std::vector<char*>& vector, const 
   _exit(kNotStarted);
 }
 
+// Of a Java program's failure the first line tells, and the places in its code do not.
+static std::string withoutStackTraces(const std::string& text) {
+  std::istringstream lines(text);
+  std::string rest;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.compare(0, 4, "\tat ") != 0 && line.compare(0, 5, "\t... ") != 0) {
+      rest += line + "\n";
+    }
+  }
+  return rest;
+}
+
 std::string runForOutput(const std::vector<std::string>& arguments, const std::string& folder) {
   if (access(arguments[0].c_str(), X_OK) != 0) {
     throw InputError(arguments[0] + " cannot be started: " + strerror(errno));
@@ -80,7 +97,8 @@ std::string runForOutput(const std::vector<std::string>& arguments, const std::s
     throw InputError(arguments[0] + " cannot be started: " + strerror(errno));
   }
   if (!endsWell(child)) {
-    throw InputError(arguments[0] + " failed:\n" + readWhole(out) + readWhole(err));
+    throw InputError(arguments[0] + " failed:\n" +
+                     withoutStackTraces(readWhole(out) + readWhole(err)));
   }
   return readWhole(out);
 }

@@ -11,8 +11,8 @@ namespace tools {
 void runProgram(const std::vector<std::string>& arguments);
 
 // Runs the program arguments[0], a path, in the folder `folder` with empty standard input and
-// returns what it printed on standard output. Throws InputError, with what it printed otherwise,
-// when it cannot be started or ends with anything but status 0.
+// returns what it printed on standard output. Throws InputError, with what it printed otherwise but
+// for stack traces, when it cannot be started or ends with anything but status 0.
 std::string runForOutput(const std::vector<std::string>& arguments, const std::string& folder);
 
 }  // namespace tools

@@ -10,6 +10,7 @@
 #include "tools/params_check.h"
 #include "tools/public_key.h"
 #include "tools/tail_writer.h"
+#include "tools/value_check.h"
 #include "tools/whole_file.h"
 
 namespace fs = std::filesystem;
@@ -50,6 +51,7 @@ class BundleCheck {
       requireNothingBehind();
       return report_;
     }
+    checkUpdateUrl();
     readProperties();
     attempt([&] { return readComponents(); });
     return report_;
@@ -122,6 +124,14 @@ class BundleCheck {
       }
     }
     return "";
+  }
+
+  void checkUpdateUrl() {
+    const std::string& url = value(UPDATE_URL);
+    const std::string fault = url.empty() ? "" : faultOfUpdateUrl(url);
+    if (!fault.empty()) {
+      problem("update-url in the Tail record is \"" + url.substr(0, 200) + "\"; " + fault);
+    }
   }
 
   void readKey() {

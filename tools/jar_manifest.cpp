@@ -61,8 +61,18 @@ JarManifest parseManifest(const std::string& text) {
   return manifest;
 }
 
+void requireJar(const std::string& jar) {
+  // The end record of a jar's directory stands in front of a comment of at most 65535 bytes.
+  constexpr size_t kFarthestEnd = 22 + 65535;
+  const std::string bytes = readWhole(jar);
+  const size_t from = bytes.size() < kFarthestEnd ? 0 : bytes.size() - kFarthestEnd;
+  if (bytes.compare(0, 2, "PK") != 0 || bytes.find("PK\x05\x06", from) == std::string::npos) {
+    throw InputError(jar + " is no jar, or a damaged one; build it or copy it again");
+  }
+}
+
 JarManifest readJarManifest(const Jdk& jdk, const std::string& jar) {
-  openInput(jar);
+  requireJar(jar);
   const TemporaryFolder work;
   jdk.run("jar", {"--extract", "--file", fs::absolute(jar).string(), kManifest}, work / ".");
   std::error_code ignored;

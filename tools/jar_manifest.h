@@ -18,6 +18,9 @@ struct JarManifest {
 // empty one. Throws InputError when the file is no jar.
 JarManifest readJarManifest(const Jdk& jdk, const std::string& jar);
 
+// Throws InputError when the file `jar` has not the beginning and the end of a jar.
+void requireJar(const std::string& jar);
+
 // Returns what the text of a manifest says.
 JarManifest parseManifest(const std::string& text);
 

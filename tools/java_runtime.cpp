@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "tools/input_error.h"
+#include "tools/jar_manifest.h"
 
 namespace fs = std::filesystem;
 
@@ -69,6 +70,9 @@ static std::vector<std::string> namesIn(const std::string& output) {
 }
 
 std::vector<std::string> modulesOf(const Jdk& jdk, const std::vector<std::string>& jars) {
+  for (const std::string& jar : jars) {
+    requireJar(jar);
+  }
   const std::vector<std::string> paths = absolute(jars);
   const std::string release = jdk.featureVersion();
   std::vector<std::string> arguments = {"--print-module-deps", "--ignore-missing-deps",

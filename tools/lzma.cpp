@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tools/input_error.h"
+#include "tools/interruption.h"
 #include "tools/whole_file.h"
 
 namespace tools {
@@ -32,6 +33,7 @@ class LzmaCoder {
   void run(FILE* input, WholeFile* output) {
     lzma_ret result = LZMA_OK;
     while (result == LZMA_OK) {
+      stopWhenInterrupted();
       result = step(input, output);
     }
     if (result != LZMA_STREAM_END) {

@@ -26,11 +26,17 @@ class OutputFolder {
   // The path of `name` once it is finished.
   std::string finalPath(const std::string& name) const { return path_ + "/" + name; }
 
-  // Puts what was made in place of what an earlier build made. With SOURCE_DATE_EPOCH in the
-  // environment every file and folder gets that time. Throws InputError.
+  // Puts what was made in place of what an earlier build made, which stays when that fails. With
+  // SOURCE_DATE_EPOCH in the environment every file and folder gets that time. Throws InputError.
   void finish();
 
  private:
+  void exchange(const std::vector<std::string>& earlier,
+                const std::vector<std::string>& made) const;
+  void takeBack(const std::vector<std::string>& earlier,
+                const std::vector<std::string>& made) const noexcept;
+  void restoreReplaced() const;
+
   std::string path_;
 };
 

@@ -7,6 +7,7 @@
 #include "tools/folder_tree.h"
 #include "tools/input_error.h"
 #include "tools/project_file.h"
+#include "tools/value_check.h"
 #include "tools/whole_file.h"
 
 namespace fs = std::filesystem;
@@ -185,15 +186,17 @@ class ProjectCheck {
     }
   }
 
+  void requireSound(const char* key, const std::string& value, const std::string& fault) const {
+    if (!fault.empty()) {
+      fail("installer", std::string(key) + " is \"" + value + "\"; " + fault);
+    }
+  }
+
   void checkInstaller() const {
     requireKind("installer", "splash", project_.splash, "\x89PNG\r\n\x1a\n", "PNG image");
-    const std::string& url = project_.updateUrl;
-    const bool isUrl = url.rfind("http://", 0) == 0 || url.rfind("https://", 0) == 0;
-    if (!isUrl && !url.empty() && url != "D") {
-      fail("installer", "update_url is \"" + url +
-                            "\"; it begins with http:// or https://, or is D for one that the "
-                            "property update_url gives");
-    }
+    requireSound("update_url", project_.updateUrl, faultOfUpdateUrl(project_.updateUrl));
+    requireSound("required_java", project_.requiredJava,
+                 faultOfRequiredJava(project_.requiredJava));
     const char* const own[][2] = {{"jre_name", "'name' in [runtime]"},
                                   {"require_signature", "'require_signature' in [installer]"}};
     for (const auto& [name, value] : project_.properties) {

@@ -8,6 +8,7 @@
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
 #include "tools/tail_writer.h"
+#include "tools/value_check.h"
 
 namespace tools {
 
@@ -54,6 +55,13 @@ static void requireInstallType(const std::string& type) {
   }
 }
 
+static void requireJavaVersion(const std::string& version) {
+  const std::string fault = faultOfRequiredJava(version);
+  if (!fault.empty()) {
+    throw InputError("the required Java version is \"" + version + "\"; " + fault);
+  }
+}
+
 static void check(const Tail& tail) {
   requireAppName(tail.appName);
   requireVersion(tail.appVersion, "the application's version");
@@ -65,6 +73,7 @@ static void check(const Tail& tail) {
   }
   requireKey(tail.publicKeyHex);
   requireInstallType(tail.installType);
+  requireJavaVersion(tail.requiredJavaVersion);
 }
 
 std::string encodeTail(const Tail& tail) {

@@ -30,7 +30,8 @@ struct Tail {
 
 // Returns the record's bytes, without the marker. Throws InputError when the application's name
 // cannot name its folders, a version is no decimal number, the key is no hexadecimal text, the
-// install type is unknown, a number is negative, or a text does not fit its field.
+// install type is unknown, the required Java version is no whole number, a number is negative, or a
+// text does not fit its field.
 std::string encodeTail(const Tail& tail);
 
 // Returns the place of the Tail in the bundle folder `bundle`, making the Resources folder when it

@@ -15,7 +15,10 @@ namespace tools {
 
 TemporaryFolder::TemporaryFolder(const std::string& parent) {
   std::error_code ignored;
-  const fs::path folder = parent.empty() ? fs::temp_directory_path(ignored) : fs::path(parent);
+  fs::path folder = parent.empty() ? fs::temp_directory_path(ignored) : fs::path(parent);
+  if (folder.empty()) {
+    folder = "/tmp";  // TMPDIR names no folder
+  }
   path_ = (folder / "quorvane-XXXXXX").string();
   if (mkdtemp(path_.data()) == nullptr) {
     throw InputError("no temporary folder can be made as " + path_ + ": " + strerror(errno));

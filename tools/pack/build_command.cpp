@@ -7,6 +7,7 @@
 #include "tools/folder_tree.h"
 #include "tools/input_error.h"
 #include "tools/installer_writer.h"
+#include "tools/interruption.h"
 #include "tools/java_runtime.h"
 #include "tools/key_file.h"
 #include "tools/output_folder.h"
@@ -166,24 +167,40 @@ static Properties propertiesOf(const Project& project) {
   return properties;
 }
 
-static std::string named(const Build& build, const char* suffix) {
-  return build.project.name + suffix + ".app";
+namespace {
+
+// What tells the bundles of one project apart: the system takes bundles of one identifier for
+// copies of one application.
+struct BundleKind {
+  const char* nameSuffix;
+  const char* identifierSuffix;
+  const char* executable;
+};
+constexpr BundleKind kLauncher = {"", "", "launcher"};
+constexpr BundleKind kOffline = {" Installer", ".installer", "extractor"};
+constexpr BundleKind kOnline = {" Online Installer", ".online-installer", "extractor"};
+
+}  // namespace
+
+static std::string fileName(const Build& build, const BundleKind& kind) {
+  return build.project.name + kind.nameSuffix + ".app";
 }
 
-static Bundle bundleOf(const Build& build, const std::string& name, const std::string& executable) {
+static Bundle bundleOf(const Build& build, const BundleKind& kind) {
   Bundle bundle;
-  bundle.path = build.output / name;
-  bundle.name = build.project.name;
-  bundle.identifier = build.project.identifier;
+  bundle.path = build.output / fileName(build, kind);
+  bundle.name = build.project.name + kind.nameSuffix;
+  bundle.identifier = build.project.identifier + kind.identifierSuffix;
   bundle.version = build.project.version;
-  bundle.executable = build.options.files.executables + "/" + executable;
+  bundle.executable = build.options.files.executables + "/" + kind.executable;
+  bundle.executableName = build.project.name;
   bundle.icon = build.project.icon;
   return bundle;
 }
 
-static Installer installerOf(const Build& build, const std::string& name) {
+static Installer installerOf(const Build& build, const BundleKind& kind) {
   Installer installer;
-  installer.bundle = bundleOf(build, name, "extractor");
+  installer.bundle = bundleOf(build, kind);
   installer.tail = tailOf(build.project, build.key);
   installer.tail.guVersion = build.components.updaterVersion();
   installer.properties = propertiesOf(build.project);
@@ -196,7 +213,7 @@ static Installer installerOf(const Build& build, const std::string& name) {
 
 static void buildLauncher(const Build& build) {
   build.progress.step("writing the launcher bundle");
-  const Bundle bundle = bundleOf(build, named(build, ""), "launcher");
+  const Bundle bundle = bundleOf(build, kLauncher);
   writeBundle(bundle);
   writeTailFile(tailPathInBundle(bundle.path), tailOf(build.project, build.key));
 }
@@ -210,7 +227,7 @@ static std::string buildSite(const Build& build, const Runtime& runtime) {
 static void buildOfflineInstaller(const Build& build, const Runtime& runtime,
                                   const std::string& runtimeArchive) {
   build.progress.step("writing the offline installer");
-  Installer installer = installerOf(build, named(build, " Installer"));
+  Installer installer = installerOf(build, kOffline);
   installer.tail.appVersion = build.project.version;
   installer.tail.jreVersion = runtime.version;
   installer.runtimeArchive = runtimeArchive;
@@ -219,16 +236,16 @@ static void buildOfflineInstaller(const Build& build, const Runtime& runtime,
 
 static void buildOnlineInstaller(const Build& build) {
   build.progress.step("writing the online installer");
-  writeInstaller(installerOf(build, named(build, " Online Installer")), build.key);
+  writeInstaller(installerOf(build, kOnline), build.key);
 }
 
 static void sayResults(const Build& build) {
   const auto say = [&](const char* what, const std::string& name) {
     build.progress.result(what + build.output.finalPath(name));
   };
-  say("launcher bundle    ", named(build, ""));
-  say("offline installer  ", named(build, " Installer"));
-  say("online installer   ", named(build, " Online Installer"));
+  say("launcher bundle    ", fileName(build, kLauncher));
+  say("offline installer  ", fileName(build, kOffline));
+  say("online installer   ", fileName(build, kOnline));
   say("update site        ", "site");
   if (build.project.updateUrl == NO_UPDATE_URL) {
     build.progress.result(
@@ -243,6 +260,7 @@ static void sayResults(const Build& build) {
 
 static void runBuild(const BuildOptions& options) {
   constexpr int kSteps = 7;
+  noteInterruptions();
   Progress progress(options.verbosity(), kSteps);
   progress.step("reading " + options.project);
   const Project project = projectOf(options);

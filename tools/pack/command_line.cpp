@@ -5,10 +5,13 @@
 #include <exception>
 #include <utility>
 
+#include "tools/interruption.h"
+
 namespace tools {
 
 static const int kInputError = 1;
 static const int kUsageError = 2;
+static const int kInterrupted = 128;  // and the signal's number
 
 Option Option::required() const {
   option_->required();
@@ -99,7 +102,7 @@ int runCommandLine(int argc, char** argv, const ProgramTexts& texts,
     return app.exit(error) == 0 ? 0 : kUsageError;
   } catch (const std::exception& error) {
     fprintf(stderr, "quorvane-pack: %s\n", error.what());
-    return kInputError;
+    return notedInterruption() == 0 ? kInputError : kInterrupted + notedInterruption();
   }
   return 0;
 }

@@ -79,7 +79,7 @@ struct ProgramTexts {
 
 // Reads the command line of a program whose commands `describe` adds, and runs the command. Returns
 // the exit status: 0, 1 when it threw (which is printed behind the program's name), 2 for a usage
-// error.
+// error, 128 and the number of the signal that interrupted it.
 int runCommandLine(int argc, char** argv, const ProgramTexts& texts,
                    const std::function<void(const Command&)>& describe);
 

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "tools/interruption.h"
+
 namespace tools {
 
 Progress::Progress(Verbosity verbosity, int steps)
@@ -21,6 +23,7 @@ void Progress::clear() {
 }
 
 void Progress::step(const std::string& what) {
+  stopWhenInterrupted();
   ++step_;
   if (verbosity_ == Verbosity::verbose) {
     fprintf(stderr, "[%d/%d] %s\n", step_, steps_, what.c_str());

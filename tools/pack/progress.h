@@ -17,7 +17,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // Begins the next step.
+  // Begins the next step. Throws InputError when the command was interrupted.
   void step(const std::string& what);
 
   // Says more about the step, when that was asked for.

@@ -8,6 +8,7 @@
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
 #include "tests/support/test_keys.h"
+#include "tools/bundle_reader.h"
 
 namespace fs = std::filesystem;
 
@@ -229,6 +230,23 @@ TEST(PackBuild, WithoutSignaturesWritesNoKeyAndAsksForNone) {
 }
 
 // Executables of another system are packed as they are; nothing here runs them.
+TEST(PackBuild, GivesEachBundleItsOwnIdentifierAndName) {
+  const test::SmallProject project;
+  ASSERT_EQ(0, project.build().status);
+  const char* const bundles[][3] = {
+      {"Small App.app", "org.example.small", "Small App"},
+      {"Small App Installer.app", "org.example.small.installer", "Small App Installer"},
+      {"Small App Online Installer.app", "org.example.small.online-installer",
+       "Small App Online Installer"}};
+  for (const auto& [bundle, identifier, name] : bundles) {
+    const std::string plist =
+        test::readFile(project / "dist" + "/" + bundle + "/Contents/Info.plist");
+    EXPECT_EQ(identifier, tools::plistText(plist, "CFBundleIdentifier"));
+    EXPECT_EQ(name, tools::plistText(plist, "CFBundleName"));
+    EXPECT_EQ("Small App", tools::plistText(plist, "CFBundleExecutable"));
+  }
+}
+
 TEST(PackBuild, PacksTheExecutablesOfAnotherSystem) {
   const test::SmallProject project;
   const std::string magic = "\xca\xfe\xba\xbe";

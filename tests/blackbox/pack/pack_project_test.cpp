@@ -130,6 +130,21 @@ const WrongProject kWrongProjects[] = {
     {"NoUrl", "[installer]", "[installer]\nupdate_url = \"updates.example.org\"",
      "quorvane.toml: [installer] update_url is \"updates.example.org\"; it begins with http:// or "
      "https://, or is D for one that the property update_url gives"},
+    {"EmptyUrl", "[installer]", "[installer]\nupdate_url = \"\"",
+     "quorvane.toml: [installer] update_url is \"\"; it begins with http:// or https://, or is D "
+     "for one that the property update_url gives"},
+    {"UrlWithoutServer", "[installer]", "[installer]\nupdate_url = \"http://\"",
+     "quorvane.toml: [installer] update_url is \"http://\"; it names no server; write it like "
+     "https://updates.example.org/hello"},
+    {"UrlWithBlank", "[installer]", "[installer]\nupdate_url = \"http://example.org/a b\"",
+     "quorvane.toml: [installer] update_url is \"http://example.org/a b\"; a URL holds no blanks "
+     "and nothing but ASCII; write others as %20 and so on"},
+    {"RequiredJavaInWords", "[installer]", "[installer]\nrequired_java = \"seventeen\"",
+     "quorvane.toml: [installer] required_java is \"seventeen\"; Java versions are compared as "
+     "whole numbers; write 17 for Java 17, and 8 for Java 1.8"},
+    {"RequiredJavaWithDot", "[installer]", "[installer]\nrequired_java = \"1.8\"",
+     "quorvane.toml: [installer] required_java is \"1.8\"; Java versions are compared as whole "
+     "numbers; write 17 for Java 17, and 8 for Java 1.8"},
     {"OwnProperty", "[installer]", "[installer]\nproperties = {jre_name = \"x\"}",
      "quorvane.toml: [installer.properties] has jre_name; set it with 'name' in [runtime]"},
     {"UnknownInstallType", "[installer]", "[installer]\ninstall_type = \"all\"",

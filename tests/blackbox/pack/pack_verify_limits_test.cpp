@@ -158,6 +158,17 @@ TEST_F(PackVerifyLimits, FindsATailValueThatIsReadAsSomethingElse) {
   expectProblems({"min-splash-ms in the Tail record is \"soon\", which is read as 0"});
 }
 
+TEST_F(PackVerifyLimits, FindsAnUpdateUrlThatIsNone) {
+  build();
+  std::string bytes = test::readFile(tailPath());
+  const size_t at = bytes.find("http://192.0.2.10/");
+  ASSERT_NE(std::string::npos, at);
+  test::writeFile(tailPath(), bytes.replace(at, 4, "hypp"));
+  expectProblems(
+      {"update-url in the Tail record is \"hypp://192.0.2.10/\"; it begins with http:// or "
+       "https://, or is D for one that the property update_url gives"});
+}
+
 TEST_F(PackVerifyLimits, FindsAnEmptyDecompressionTool) {
   test::writeFile(project_ / "bin/lzma64", "", 0700);
   build();

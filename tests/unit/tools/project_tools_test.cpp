@@ -87,6 +87,7 @@ TEST(PlistText, IsWhatTheBundleWriterWrote) {
   bundle.identifier = "org.example";
   bundle.version = "1";
   bundle.executable = folder / "program";
+  bundle.executableName = "A & <B>";
   tools::writeBundle(bundle);
   const std::string plist = test::readFile(bundle.path + "/Contents/Info.plist");
   EXPECT_EQ("A & <B>", tools::plistText(plist, "CFBundleExecutable"));

@@ -111,6 +111,13 @@ TEST(EncodeTail, RefusesANameThatCannotNameFolders) {
   }
 }
 
+TEST(EncodeTail, RefusesARequiredJavaThatIsNoWholeNumber) {
+  EXPECT_EQ(
+      "the required Java version is \"1.8\"; Java versions are compared as whole numbers; write 17 "
+      "for Java 17, and 8 for Java 1.8",
+      refusal([](tools::Tail* tail) { tail->requiredJavaVersion = "1.8"; }));
+}
+
 TEST(EncodeTail, RefusesTheNameOfAnotherComponent) {
   EXPECT_EQ(
       "the application's name \"Quorvane\" is that of another component; choose a different one",
