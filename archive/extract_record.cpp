@@ -4,11 +4,23 @@
 #include "archive/entry.h"
 #include "archive/entry_data.h"
 #include "launcher/field_reader.h"
+#include "platform/process_end.h"
+#include "support/exit_status.h"
 #include "support/logging.h"
 
 static const int kNextRecord = 0;
 static const int kEndOfArchive = -1;
 static const long kNoSignatureYet = -1;
+
+// A record that cannot be read looks like one that ends early, or like the end of the archive.
+static void requireReadable(FILE* stream) {
+  if (ferror(stream) != 0) {
+    logMessage(
+        "\t[ExtractArchiveFile] *************************** Unable to read the archive's "
+        "records\n");
+    endProcess(EXIT_STATUS_FAILURE);
+  }
+}
 
 int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
                                      const char* destDir, FILE* stream, long* signedLength,
@@ -17,7 +29,9 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
     return kEndOfArchive;
   }
   Entry entry;
-  if (!readEntryHead(stream, destDir, &entry)) {
+  const bool isThere = readEntryHead(stream, destDir, &entry);
+  requireReadable(stream);
+  if (!isThere) {
     return kEndOfArchive;
   }
   const Descriptor folder = openEntryFolder(destDir, entry.path.get());
@@ -27,8 +41,10 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
     return kNextRecord;
   }
   const long length = readInt(stream, "Archive File Length");
+  requireReadable(stream);
   if (isSignatureRecord(entry.path.get())) {
     readSignatureFields(stream, signedLength, signatureHex);
+    requireReadable(stream);
     return kEndOfArchive;
   }
   writeEntryData(stream, entry, length, folder);

@@ -17,6 +17,7 @@ namespace {
 // What a look through an archive's records finds without extracting any.
 struct Survey {
   bool needsTool = false;
+  bool isReadable = true;
   MetSignature met;
 };
 
@@ -57,6 +58,7 @@ static Survey surveyArchive(const char* archivePath) {
   noteFile(archive.get(), &survey.met);
   while (surveyRecord(archive.get(), &survey)) {
   }
+  survey.isReadable = ferror(archive.get()) == 0;
   survey.met.isComplete = feof(archive.get()) == 0;
   return survey;
 }
@@ -67,6 +69,9 @@ bool mayRunTool(const char* unpack200Exe, const char* archivePath, const char* d
     return true;
   }
   const Survey survey = surveyArchive(archivePath);
+  if (!survey.isReadable) {
+    return false;
+  }
   return !survey.needsTool ||
          (survey.met.hex != nullptr && isSignatureRight(archivePath, survey.met, key));
 }

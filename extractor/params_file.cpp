@@ -117,6 +117,9 @@ void readParams(ExtractorRun& run, FILE* params) {
   logMessage("+++ Processing %d dynamic properties\n", static_cast<int>(count));
   logMessage("++++++++++++++++++++++++++++++++++++++++++++++++\n");
   for (int i = 0; i < count; ++i) {
+    if (ferror(params) != 0) {
+      break;
+    }
     if (feof(params) != 0) {
       logMessage("[DynProps] The params file ends after %d dynamic properties\n", i);
       break;
@@ -133,4 +136,8 @@ void readDynamicProperties(ExtractorRun& run) {
   }
   logMessage("[Extractor] Found Params marker. Extracting now...\n");
   readParams(run, params.get());
+  // What could not be read may be the line that requires signatures.
+  if (ferror(params.get()) != 0) {
+    failRun("[Extractor] The params file cannot be read\n");
+  }
 }

@@ -62,6 +62,9 @@ void readTailFields(ExtractorRun& run) {
   tail.silentParameter = readString(stream, "Silent Parameter");
   tail.requiredJavaVersion = readString(stream, "Required Java Version");
   tail.updateUrl = readString(stream, "Update URL", kUrlLimit);
+  if (ferror(stream) != 0) {
+    failRun("[Extractor] The installer's tail cannot be read\n");
+  }
   requireFolderNamePart("App Name", tail.appName);
   requireFolderNamePart("App Version", tail.appVersion);
   requireFolderNamePart("JRE Version", tail.jreVersion);

@@ -42,5 +42,9 @@ bool readVersionText(FILE* file, char* version) {
     version[length++] = c == 0 ? '?' : static_cast<char>(c);
     version[length] = 0;
   }
+  if (ferror(file) != 0) {
+    logMessage("\n[JREDownload] Version file cannot be read\n");
+    return false;
+  }
   return true;
 }

@@ -27,7 +27,7 @@ void downloadVersionFile(const char* folder, const char* url, const char* name);
 
 // Reads the version text from `file` into the VERSION_TEXT_SIZE bytes at `version`: up to a blank,
 // a line's end or the end of the file. Logs each character. Returns false, after a logged line,
-// when it is too long.
+// when it is too long or cannot be read.
 [[nodiscard]] bool readVersionText(FILE* file, char* version);
 
 #endif
