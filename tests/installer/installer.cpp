@@ -33,8 +33,16 @@ static std::string launchFile(const std::string& mainClass, const std::string& j
   return tools::encodeLaunchFile(file);
 }
 
+std::string Installer::updaterLaunchFile() {
+  return launchFile("updater.Main", "updater.jar");
+}
+
+std::string Installer::applicationLaunchFile() {
+  return launchFile("demo.Main", "demo.jar");
+}
+
 std::string Installer::updaterRecords() {
-  return fileRecord("QuorvaneLaunch", launchFile("updater.Main", "updater.jar")) +
+  return fileRecord("QuorvaneLaunch", updaterLaunchFile()) +
          fileRecord("updater.jar", "the updater");
 }
 
@@ -46,7 +54,7 @@ std::string Installer::runtimeRecords() {
 }
 
 std::string Installer::applicationRecords(const std::string& version) {
-  return fileRecord("QuorvaneLaunch", launchFile("demo.Main", "demo.jar")) +
+  return fileRecord("QuorvaneLaunch", applicationLaunchFile()) +
          fileRecord("demo.jar", "application " + version);
 }
 
@@ -121,7 +129,7 @@ void Installer::write() const {
 
 void Installer::installUpdater(const std::string& version) const {
   const std::string folder = master("Quorvane-Quorvane-" + version + "-complete");
-  writeFile(folder + "/QuorvaneLaunch", launchFile("updater.Main", "updater.jar"));
+  writeFile(folder + "/QuorvaneLaunch", updaterLaunchFile());
   writeFile(folder + "/updater.jar", "updater " + version);
 }
 
@@ -135,7 +143,7 @@ void Installer::installRuntime(const std::string& version) const {
 
 void Installer::installApplication(const std::string& version) const {
   const std::string folder = master("Quorvane-Demo-" + version + "-complete");
-  writeFile(folder + "/QuorvaneLaunch", launchFile("demo.Main", "demo.jar"));
+  writeFile(folder + "/QuorvaneLaunch", applicationLaunchFile());
   writeFile(folder + "/demo.jar", "application " + version);
 }
 

@@ -38,6 +38,10 @@ class Installer {
   ParamsPlace paramsPlace = ParamsPlace::ExcludedFromSigning;
   TestHome home;
 
+  // The launch files of the updater and of the application.
+  static std::string updaterLaunchFile();
+  static std::string applicationLaunchFile();
+
   // The records of the components, to be changed and nested again.
   static std::string updaterRecords();
   static std::string runtimeRecords();

@@ -61,14 +61,24 @@ static bool waitOrKill(pid_t child, double seconds, int* status) {
   return false;
 }
 
-Result waitForChild(pid_t child, double seconds) {
+static void waitUntil(const std::function<bool()>& done, double seconds) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+  while (!done() && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+Result waitForChild(pid_t child, double seconds, const std::function<bool()>& until) {
   setpgid(child, child);
   int status = 0;
   Result result;
   result.timedOut = waitOrKill(child, seconds, &status);
-  kill(-child, SIGKILL);
   result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+  if (until && result.status == 0) {
+    waitUntil(until, seconds);
+  }
+  kill(-child, SIGKILL);
   return result;
 }
 
@@ -86,7 +96,7 @@ Result run(const Command& command) {
   const std::string out = folder / "out";
   const std::string err = folder / "err";
   const pid_t child = start(command, out, err);
-  Result result = waitForChild(child, command.seconds);
+  Result result = waitForChild(child, command.seconds, command.until);
   result.out = readFile(out);
   result.err = readFile(err);
   return result;

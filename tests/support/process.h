@@ -18,6 +18,9 @@ struct Command {
   double seconds = 60;                               // after that long it is killed
   // Runs in the new process before the program does: limits, another account, another root.
   std::function<void()> prepare{};
+  // What has to come true before the rest of the process group is killed, where the program ended
+  // with status 0: something that it has started is still to be done.
+  std::function<bool()> until{};
 };
 
 struct Result {
@@ -37,8 +40,9 @@ Result run(const Command& command);
 pid_t start(const Command& command, const std::string& out, const std::string& err);
 
 // Waits for a child that leads a process group of its own, or is about to; after `seconds` it is
-// killed. Returns how it ended, without output. The rest of its group is killed.
-Result waitForChild(pid_t child, double seconds);
+// killed. Where it ends with status 0, `until`, if there is one, gets as long to come true. Returns
+// how it ended, without output. The rest of its group is killed.
+Result waitForChild(pid_t child, double seconds, const std::function<bool()>& until = {});
 
 }  // namespace test
 

@@ -1,0 +1,148 @@
+#include "tests/blackbox/installer/disturbed.h"
+
+#include <signal.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "tests/blackbox/installer/starts.h"
+#include "tests/support/files.h"
+
+namespace fs = std::filesystem;
+
+std::ostream& operator<<(std::ostream& out, const Fault& fault) {
+  return out << fault.name;
+}
+
+static std::vector<uint64_t> pointsOf(uint64_t count) {
+  const char* wanted = getenv("QUORVANE_FAULT_POINTS");
+  uint64_t most = wanted == nullptr ? 1 : strtoull(wanted, nullptr, 10);
+  if (wanted != nullptr && strcmp(wanted, "all") == 0) {
+    most = count;
+  }
+  std::vector<uint64_t> points;
+  for (uint64_t i = 0; i < most && i < count; ++i) {
+    points.push_back(most >= count ? i + 1 : 1 + i * count / most + count / most / 2);
+  }
+  return points;
+}
+
+void Disturbed::keepState(const Scene& scene) {
+  scene_ = scene;
+  fs::remove_all(installer_ / "before");
+  fs::create_directories(installer_.master());
+  fs::rename(installer_.master(), installer_ / "before");
+}
+
+void Disturbed::reset() {
+  fs::remove_all(installer_.master());
+  fs::copy(installer_ / "before", installer_.master(),
+           fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+}
+
+test::Result Disturbed::runWith(uint64_t point) {
+  fs::remove(installer_ / "count");
+  test::Command command = installer_.command();
+  command.environment["QUORVANE_FAULT"] =
+      std::string(GetParam().kind) + ":" + std::to_string(point) + ":" + GetParam().action;
+  command.environment["QUORVANE_FAULT_COUNT"] = installer_ / "count";
+  command.environment["LD_PRELOAD"] =
+      std::string(QUORVANE_FAULT_INJECTOR) + ":" + command.environment["LD_PRELOAD"];
+  return test::run(command);
+}
+
+Disturbed::Counts Disturbed::readCounts() const {
+  const std::string bytes = test::readFile(installer_ / "count");
+  Counts counts;
+  if (bytes.size() == sizeof counts) {
+    memcpy(&counts, bytes.data(), sizeof counts);
+  }
+  return counts;
+}
+
+// The number of calls of the kind in an undisturbed run.
+uint64_t Disturbed::countPoints() {
+  reset();
+  EXPECT_EQ(0, runWith(0).status);
+  EXPECT_EQ(0u, readCounts().hit);
+  return readCounts().met;
+}
+
+bool Disturbed::isInstalled(const std::string& start) const {
+  const std::vector<std::string> names = installer_.versionFolders();
+  return std::any_of(names.begin(), names.end(),
+                     [&start](const std::string& name) { return name.rfind(start, 0) == 0; });
+}
+
+void Disturbed::expectNothingBroken() {
+  expectVersionFoldersStart(installer_);
+  for (const std::string& name : scene_.kept) {
+    EXPECT_TRUE(fs::exists(installer_.master(name))) << name << " is lost";
+  }
+}
+
+// Starts what counts as installed, with nothing new at hand.
+void Disturbed::expectInstalledStarts() {
+  const bool isNew = fs::exists(installer_.master(scene_.newUpdater));
+  const std::string updater = isNew ? scene_.newUpdater : scene_.oldUpdater;
+  const bool starts = !updater.empty() && isInstalled("Quorvane-Mac64JRE-");
+  EXPECT_TRUE(starts || scene_.oldUpdater.empty());
+  const test::Result result = LauncherOnly(installer_).run();
+  EXPECT_EQ(starts ? 0 : 1, result.status) << result.out;
+  const Started started = startedBy(installer_, result);
+  EXPECT_EQ(starts ? updater : "", started.updater) << result.out;
+  EXPECT_EQ(starts, !started.runtime.empty()) << result.out;
+}
+
+void Disturbed::expectNextRunFinishes() {
+  // Once the new updater stands, any runtime will do.
+  const bool isHalfNew = fs::exists(installer_.master(scene_.newUpdater));
+  const test::Result next = runAndAwait(installer_, installer_.command());
+  EXPECT_EQ(0, next.status) << next.out;
+  const Started started = startedBy(installer_, next);
+  EXPECT_EQ(scene_.newUpdater, started.updater) << next.out;
+  if (isHalfNew && !scene_.oldRuntime.empty() && started.runtime == scene_.oldRuntime) {
+    ++withOldRuntime_;
+  } else {
+    EXPECT_EQ(scene_.newRuntime, started.runtime) << next.out;
+  }
+  for (const std::string& name : scene_.made) {
+    EXPECT_TRUE(fs::exists(installer_.master(name))) << name << " is missing";
+  }
+  expectNothingBroken();
+}
+
+void Disturbed::disturbAt(uint64_t point) {
+  SCOPED_TRACE(std::string(GetParam().name) + " at call " + std::to_string(point));
+  reset();
+  const test::Result disturbed = runWith(point);
+  EXPECT_FALSE(disturbed.timedOut);
+  EXPECT_GE(readCounts().hit, 1u) << "the call was never made";
+  if (strcmp(GetParam().action, "kill") == 0) {
+    EXPECT_EQ(SIGKILL, disturbed.signal);
+  }
+  expectNothingBroken();
+  expectInstalledStarts();
+  expectNextRunFinishes();
+  if (HasFailure()) {
+    FAIL() << "the disturbed run:\n" << disturbed.out << disturbed.err;
+  }
+}
+
+void Disturbed::disturbAll() {
+  const uint64_t count = countPoints();
+  const std::vector<uint64_t> points = pointsOf(count);
+  EXPECT_FALSE(points.empty());
+  for (size_t i = 0; i < points.size() && !HasFailure(); ++i) {
+    disturbAt(points[i]);
+  }
+  printf("tried %zu of %llu points", points.size(), static_cast<unsigned long long>(count));
+  if (!scene_.oldRuntime.empty()) {
+    printf(", after %llu the older runtime is used",
+           static_cast<unsigned long long>(withOldRuntime_));
+  }
+  printf("\n");
+}

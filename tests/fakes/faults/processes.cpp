@@ -1,0 +1,63 @@
+// Calls that make processes and blocks of memory, that tests/fakes/faults/plan.cpp may let
+// fail.
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+#include "tests/fakes/faults/plan.h"
+
+extern "C" {
+
+void* __libc_malloc(size_t);
+void* __libc_calloc(size_t, size_t);
+void* __libc_realloc(void*, size_t);
+
+int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
+                const posix_spawnattr_t* attributes, char* const* words, char* const* environment) {
+  static const auto next =
+      real<int (*)(pid_t*, const char*, const posix_spawn_file_actions_t*, const posix_spawnattr_t*,
+                   char* const*, char* const*)>("posix_spawn");
+  return fails("spawn") ? errno : next(child, path, actions, attributes, words, environment);
+}
+
+FILE* popen(const char* command, const char* mode) {
+  static const auto next = real<FILE* (*)(const char*, const char*)>("popen");
+  return fails("spawn") ? nullptr : next(command, mode);
+}
+
+pid_t fork() {
+  static const auto next = real<pid_t (*)()>("fork");
+  return fails("spawn") ? -1 : next();
+}
+
+// Fails as where the system has thrown the child's end away: once the child is gone.
+pid_t waitpid(pid_t child, int* status, int options) {
+  static const auto next = real<pid_t (*)(pid_t, int*, int)>("waitpid");
+  const pid_t result = next(child, status, options);
+  return result != 0 && fails("wait") ? -1 : result;
+}
+
+int pclose(FILE* stream) {
+  static const auto next = real<int (*)(FILE*)>("pclose");
+  const int result = next(stream);
+  return fails("wait") ? -1 : result;
+}
+
+void* malloc(size_t size) {
+  return fails("malloc") ? nullptr : __libc_malloc(size);
+}
+
+void* calloc(size_t count, size_t size) {
+  return fails("malloc") ? nullptr : __libc_calloc(count, size);
+}
+
+void* realloc(void* block, size_t size) {
+  return fails("malloc") ? nullptr : __libc_realloc(block, size);
+}
+
+}  // extern "C"
