@@ -1,7 +1,8 @@
 // Stands in for a runtime's "java". It writes its arguments, argv[0] included, each ended with a
 // zero byte, to the file that FAKE_JAVA_RECORD names (first under a temporary name, so that a test
 // that waits for the file sees it complete). Then it ends with the status that FAKE_JAVA_STATUS
-// gives, or kills itself when that is "killed".
+// gives, or kills itself when that is "killed"; where it is to run the class updater.Probe, and
+// FAKE_JAVA_PROBE_STATUS is set, with that one.
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -26,6 +27,12 @@ int main(int argc, char** argv) {
     record(path, argc, argv);
   }
   const char* status = getenv("FAKE_JAVA_STATUS");
+  for (int i = 1; i < argc; ++i) {
+    const char* probeStatus = getenv("FAKE_JAVA_PROBE_STATUS");
+    if (probeStatus != nullptr && strcmp(argv[i], "updater.Probe") == 0) {
+      status = probeStatus;
+    }
+  }
   if (status != nullptr && strcmp(status, "killed") == 0) {
     raise(SIGKILL);
   }

@@ -20,6 +20,7 @@
 #include "tests/blackbox/installer/starts.h"
 #include "tests/support/account.h"
 #include "tests/support/own_root.h"
+#include "tests/support/unavailable.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -88,7 +89,7 @@ class DiskFull : public Conditions {
  protected:
   void SetUp() override {
     if (!test::mayMount()) {
-      GTEST_SKIP() << "this account may not mount anything";
+      return test::unavailable("this account may not mount anything");
     }
     fs::create_directories(installer_.home.applicationSupport());
     test::mountSmallDisk(installer_.home.applicationSupport(), "64m");
@@ -168,7 +169,7 @@ TEST_F(Conditions, ReadOnlyMasterFolderOfAnOrdinaryUserAssumesThatElevationIsNee
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    GTEST_SKIP() << kUnreachable;
+    return test::unavailable(kUnreachable);
   }
   fs::permissions(installer_.master(), static_cast<fs::perms>(0555));
   const test::Result result = installer_.run();
@@ -182,12 +183,12 @@ TEST_F(Conditions, ReadOnlyMasterFolderOfAnOrdinaryUserAssumesThatElevationIsNee
 
 TEST_F(Conditions, MasterFolderOfAnotherUserThatIsReadOnlyAssumesThatElevationIsNeeded) {
   if (geteuid() != 0) {
-    GTEST_SKIP() << "only the superuser can make another user's folder";
+    return test::unavailable("only the superuser can make another user's folder");
   }
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    GTEST_SKIP() << kUnreachable;
+    return test::unavailable(kUnreachable);
   }
   test::giveTo({0, 0}, installer_.master());
   fs::permissions(installer_.master(), static_cast<fs::perms>(0755));
@@ -202,7 +203,7 @@ TEST_F(Conditions, ReadOnlyMasterFolderWithEverythingCurrentStillLaunches) {
   EXPECT_EQ(0, installer_.run().status);
   fs::remove(installer_.jvmReport());
   if (!becomeOrdinary()) {
-    GTEST_SKIP() << kUnreachable;
+    return test::unavailable(kUnreachable);
   }
   fs::permissions(installer_.master(), static_cast<fs::perms>(0555));
   const test::Result result = installer_.run();
@@ -214,7 +215,7 @@ TEST_F(Conditions, UnreadableMasterFolderAssumesThatElevationIsNeeded) {
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    GTEST_SKIP() << kUnreachable;
+    return test::unavailable(kUnreachable);
   }
   test::giveTo({geteuid(), getegid()}, installer_.home.applicationSupport());
   fs::permissions(installer_.master(), static_cast<fs::perms>(geteuid() == 0 ? 0700 : 0000));
@@ -230,7 +231,7 @@ TEST_F(Conditions, ReadOnlyUpdaterFolderEndsWithStatus99AfterItsRetries) {
   EXPECT_EQ(0, installer_.run().status);
   fs::remove(installer_.jvmReport());
   if (!becomeOrdinary()) {
-    GTEST_SKIP() << kUnreachable;
+    return test::unavailable(kUnreachable);
   }
   const std::string updater = installer_.master("Quorvane-Quorvane-5-complete");
   fs::permissions(updater, static_cast<fs::perms>(0555));
@@ -281,7 +282,7 @@ TEST_F(Conditions, FullProcessTableInstallsNothingAndLosesNothing) {
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    GTEST_SKIP() << kUnreachable;
+    return test::unavailable(kUnreachable);
   }
   const test::Result result = runWith([] {
     const rlimit limit{0, 0};
@@ -299,7 +300,7 @@ TEST_F(Conditions, FullProcessTableStillLaunchesWhatIsCurrentInThisProcess) {
   EXPECT_EQ(0, installer_.run().status);
   fs::remove(installer_.jvmReport());
   if (!becomeOrdinary()) {
-    GTEST_SKIP() << kUnreachable;
+    return test::unavailable(kUnreachable);
   }
   const test::Result result = runWith([] {
     const rlimit limit{0, 0};

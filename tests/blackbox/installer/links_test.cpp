@@ -14,9 +14,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/blackbox/installer/current_installation.h"
+#include "tests/blackbox/installer/online.h"
 #include "tests/blackbox/installer/starts.h"
 #include "tests/support/account.h"
+#include "tests/support/unavailable.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -66,6 +67,13 @@ class Links : public testing::Test {
     fs::permissions(outside(""), static_cast<fs::perms>(0750));
   }
 
+  // As the superuser an installer would be stopped by no mode at all.
+  void SetUp() override {
+    if (!test::canReach(test::ordinaryAccount(), QUORVANE_TEST_FILES "/folder")) {
+      return test::unavailable("an ordinary user cannot reach the build folder");
+    }
+  }
+
   std::string outside(const std::string& name) const { return (installer_ / "outside/") + name; }
 
   std::string plantAt(const std::string& place, const std::string& target) {
@@ -80,10 +88,7 @@ class Links : public testing::Test {
   void share() {
     installer_.write();
     fs::create_directories(installer_.master());
-    reachable_ = test::canReach(test::ordinaryAccount(), QUORVANE_TEST_FILES "/folder");
-    if (reachable_) {
-      installer_.becomeOrdinary();
-    }
+    installer_.becomeOrdinary();
     fs::permissions(installer_.master(), static_cast<fs::perms>(0777));
     before_ = contentsOf(outside(""));
   }
@@ -92,9 +97,18 @@ class Links : public testing::Test {
     EXPECT_EQ(before_, contentsOf(outside(""))) << result.out;
   }
 
+  // Lets the carried LZMA tool plant a link in the folder that is being filled, before it does its
+  // own work.
+  void plantDuringTheRun(const std::string& name) {
+    installer_.updater[0] =
+        test::fileRecord("lzma64", "#!/bin/sh\nln -s '" + outside("file") +
+                                       "' \"$(dirname \"$0\")/" + name + "\" && : > '" + planted() +
+                                       "'\n" + "exec '" QUORVANE_BIN "/lzma64' \"$@\"\n");
+  }
+  std::string planted() const { return installer_ / "planted"; }
+
   Installer installer_;
   std::map<std::string, std::string> before_;
-  bool reachable_ = false;
 };
 
 class PlantedLink : public Links, public testing::WithParamInterface<Plant> {};
@@ -218,6 +232,8 @@ TEST_F(Links, HardLinksInEveryNameThatTheLogFileMayGetAreNotWritten) {
   share();
   const test::Result result = installer_.run({}, withClock(installer_, "1500000000:0"));
   expectNothingChangedOutside(result);
+  EXPECT_TRUE(mentions(result, "logs/Wrapper-2017-07-14-02-40-00-")) << result.out;
+  EXPECT_EQ(1000u, test::namesIn(installer_.master("logs")).size());
   EXPECT_EQ(0, result.status) << result.out;
 }
 
@@ -240,27 +256,70 @@ TEST_F(Links, PipeInPlaceOfTheLockDoesNotBlockTheRun) {
 }
 
 TEST_F(Links, ThatAnArchiveFindsInItsWayEndTheRun) {
-  // The first carried record finds a link of its own name, planted while the run goes on by the
-  // tool that it starts.
-  installer_.updater[0] =
-      test::fileRecord("lzma64", "#!/bin/sh\nln -s '" + outside("file") +
-                                     "' \"$(dirname \"$0\")/nativesplash.png\"\n" +
-                                     "exec '" QUORVANE_BIN "/lzma64' \"$@\"\n");
+  plantDuringTheRun("nativesplash.png");
   share();
   const test::Result result = installer_.run();
   expectNothingChangedOutside(result);
+  EXPECT_TRUE(test::exists(planted()));
   EXPECT_EQ(1, result.status) << result.out;
+  EXPECT_TRUE(mentions(
+      result, "Refused archive file nativesplash.png (path passes through a symbolic link)\n"))
+      << result.out;
 }
 
 TEST_F(Links, InTheWayOfTheSplashOverrideAreNotFollowed) {
   installer_.tail.canOverrideSplash = "1";
   installer_.properties = {{"splash_image", "TWE="}};
-  installer_.updater[0] =
-      test::fileRecord("lzma64", "#!/bin/sh\nln -s '" + outside("file") +
-                                     "' \"$(dirname \"$0\")/nativesplash.png\"\n" +
-                                     "exec '" QUORVANE_BIN "/lzma64' \"$@\"\n");
+  plantDuringTheRun("nativesplash.png");
   installer_.updater[2] = test::fileRecord("other.txt", "");
   share();
   const test::Result result = installer_.run();
   expectNothingChangedOutside(result);
+  EXPECT_TRUE(test::exists(planted()));
+  EXPECT_TRUE(mentions(result, "[Extractor] Overwriting splash image at ")) << result.out;
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(installer_.launched());
 }
+
+TEST_F(Links, InPlaceOfTheVersionFileAreNotFollowedByItsDownload) {
+  UpdateSite site;
+  site.publishGoodSite();
+  installer_.makeOnline(site.serve());
+  plantDuringTheRun("Quorvane-Mac64JRE-version.txt");
+  share();
+  const test::Result result = installer_.run();
+  expectNothingChangedOutside(result);
+  EXPECT_TRUE(test::exists(planted()));
+  EXPECT_TRUE(mentions(result, "[JREDownload] Fetching JRE Version from http://127.0.0.1:"))
+      << result.out;
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_EQ("1500\n", test::readFile(installer_.master(
+                          "Quorvane-Quorvane-5-complete/Quorvane-Mac64JRE-version.txt")));
+}
+
+// The copy of java under the application's name, which a launch makes.
+class NamedExecutable : public Links, public testing::WithParamInterface<Plant> {};
+
+TEST_P(NamedExecutable, PlantedAsALinkIsReplacedAndTheLaunchGoesOn) {
+  installer_.installUpdater("5");
+  installer_.installRuntime();
+  installer_.installApplication("3");
+  const std::string java = installer_.runtimeFolder() + "/bin/Demo";
+  plantAt(GetParam().place, GetParam().target);
+  share();
+  const test::Result result = installer_.run();
+  expectNothingChangedOutside(result);
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(installer_.launched());
+  EXPECT_FALSE(fs::is_symlink(java));
+  EXPECT_EQ(test::readFile(QUORVANE_BIN "/fake_java"), test::readFile(java));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Links, NamedExecutable,
+    testing::Values(
+        Plant{"ToAFile", "Quorvane-Mac64JRE-1407-complete/bin/Demo", "file"},
+        Plant{"ToNothing", "Quorvane-Mac64JRE-1407-complete/bin/Demo", "nothing"},
+        Plant{"UnfinishedToAFile", "Quorvane-Mac64JRE-1407-complete/bin/Demo.part", "file"},
+        Plant{"UnfinishedToNothing", "Quorvane-Mac64JRE-1407-complete/bin/Demo.part", "nothing"}),
+    [](const auto& info) { return std::string(info.param.name); });

@@ -91,6 +91,22 @@ TEST_F(Properties, JreNameSelectsAnotherRuntimeAndExtractsAllWhereNoneOfThatName
   EXPECT_TRUE(installer_.launched());
 }
 
+TEST_F(Properties, JreNameThatIsTheUpdatersEndsTheRunAndACorrectedOneInstallsAndStarts) {
+  fs::remove_all(installer_.master());
+  installer_.properties = {{"jre_name", "Quorvane"}};
+  const test::Result refused = run();
+  EXPECT_EQ(1, refused.status) << refused.out;
+  EXPECT_TRUE(logs(refused, "[Extractor] The JRE name cannot name a component: Quorvane"))
+      << refused.out;
+  EXPECT_TRUE(installer_.versionFolders().empty());
+  installer_.properties = {{"jre_name", "OurJRE"}};
+  const test::Result corrected = run();
+  EXPECT_EQ(0, corrected.status) << corrected.out;
+  EXPECT_TRUE(fs::exists(installer_.master("Quorvane-OurJRE-1407-complete/bin/java")));
+  EXPECT_TRUE(logs(corrected, "[Extractor] Will now run latest GU Quorvane-Quorvane-5-complete"));
+  EXPECT_TRUE(installer_.launched());
+}
+
 TEST_F(Properties, JreNameOfAnotherFolderEndsTheRun) {
   installer_.properties = {{"jre_name", "../../x"}};
   EXPECT_EQ(1, run().status);

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -62,11 +63,13 @@ class Shell : public testing::Test {
     test::Result runWritten(const std::vector<std::string>& words = {}) {
       test::Command command = installer.command(words);
       command.environment["PATH"] = path + (installer / "bin") + ":/usr/bin:/bin";
+      command.environment.insert(environment.begin(), environment.end());
       return test::run(command);
     }
 
     Installer installer;
     std::string path;  // in front of the other folders
+    std::map<std::string, std::string> environment;
   };
 
   // Tries every text; `use` puts it where it belongs and runs the installer.
@@ -102,6 +105,19 @@ class Shell : public testing::Test {
 };
 
 }  // namespace
+
+// Without this a canary that never sings would let every other test pass.
+TEST_F(Shell, RunsTheProgramThatLeavesATraceWhereAShellIsGivenTheTexts) {
+  for (const char* text : {"$(qvcanary)", "`qvcanary`", "a; qvcanary", "a\nqvcanary\n"}) {
+    SCOPED_TRACE(text);
+    Scene scene;
+    test::Command command = scene.installer.command();
+    command.arguments = {"/bin/sh", "-c", text};
+    command.environment["PATH"] = (scene.installer / "bin") + ":/usr/bin:/bin";
+    test::run(command);
+    EXPECT_TRUE(test::exists(scene.canary()));
+  }
+}
 
 TEST_F(Shell, RunsNothingOfAnApplicationName) {
   tryAll([](Scene* scene, const std::string& text) {
@@ -219,6 +235,24 @@ TEST_F(Shell, RunsNothingOfARelativeFolderOnThePath) {
     scene->path = text + "/jdk1.8.0_1/bin:";
     return scene->run();
   });
+}
+
+TEST_F(Shell, TakesAFolderThatBeginsWithADashForNoOptionOfCp) {
+  for (const char* text : {"-rf", "--version", "--help", "-t"}) {
+    SCOPED_TRACE(text);
+    Scene scene;
+    scene.installer.makeOnline("http://192.0.2.10/");
+    // A program of its own: the system would hand a script's path to a shell as its first word.
+    const std::string java = javaHome(scene, text) + "/bin/java";
+    test::writeFile(java, test::readFile(QUORVANE_BIN "/fake_java"), 0755);
+    scene.environment["FAKE_JAVA_PROBE_STATUS"] = "72";
+    scene.path = std::string(text) + "/jdk1.8.0_1/bin:";
+    const test::Result result = scene.run();
+    EXPECT_TRUE(mentions(result, "[JRESearch] Running cp -LRf \"" + std::string(text) + "/"))
+        << result.out;
+    EXPECT_EQ(0, result.status) << result.out;
+    EXPECT_TRUE(scene.installer.launched()) << result.out;
+  }
 }
 
 TEST_F(Shell, RunsNothingOfTheNamesInAnArchive) {

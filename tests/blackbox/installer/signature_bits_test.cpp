@@ -9,13 +9,17 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "extractor/extract_wrapper_tail.h"
@@ -52,12 +56,15 @@ struct Counts {
   int refused = 0;
   int installed = 0;
   int killed = 0;
+  int started = 0;
 };
 
 class SignatureBits : public testing::TestWithParam<Component> {
  protected:
   SignatureBits() {
     homeOfTest = installer_.home.path();
+    // What an installer leaves behind becomes this process's child, which can wait for its end.
+    EXPECT_EQ(0, prctl(PR_SET_CHILD_SUBREAPER, 1));
     fs::create_directories(installer_.home.applicationSupport());
     installer_.tail.publicKey = key_.publicKeyHex();
     const std::string padding(3000, 'p');
@@ -127,8 +134,9 @@ class SignatureBits : public testing::TestWithParam<Component> {
   }
 
   void report(const char* what, const Counts& counts) {
-    printf("%s of %zu bytes: %d runs, %d refused, %d installed, %d killed\n", what,
-           archive().size(), counts.runs, counts.refused, counts.installed, counts.killed);
+    printf("%s of %zu bytes: %d runs, %d refused, %d installed, %d started, %d killed\n", what,
+           archive().size(), counts.runs, counts.refused, counts.installed, counts.started,
+           counts.killed);
   }
 
   bool accepted_ = false;  // whether an altered archive may be installed
@@ -176,11 +184,26 @@ class SignatureBits : public testing::TestWithParam<Component> {
     }
     int status = 0;
     waitpid(child, &status, 0);
+    waitForLeftChildren();
     return status;
+  }
+
+  // The java that a launch spawns outlives the installer.
+  static void waitForLeftChildren() {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    pid_t gone = 0;
+    while (gone >= 0 && std::chrono::steady_clock::now() < end) {
+      gone = waitpid(-1, nullptr, WNOHANG);
+      if (gone == 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      }
+    }
+    EXPECT_TRUE(gone < 0 && errno == ECHILD) << "something that was started does not end";
   }
 
   void count(int status, Counts* counts) const {
     ++counts->runs;
+    counts->started += mainClassStarted() ? 1 : 0;
     if (WIFSIGNALED(status)) {
       ++counts->killed;
     } else if (WEXITSTATUS(status) == 0) {
@@ -201,6 +224,7 @@ TEST_P(SignatureBits, OfAnUntouchedArchiveAreAccepted) {
   Counts counts;
   tryArchive(archive(), &counts);
   EXPECT_EQ(1, counts.installed);
+  EXPECT_EQ(1, counts.started);
 }
 
 TEST_P(SignatureBits, FlippedOneByOneAreNeverInstalledWhereSignaturesAreRequired) {
@@ -222,6 +246,7 @@ TEST_P(SignatureBits, FlippedWithoutTheRequirementAreCounted) {
   const Counts counts = flipEveryBit();
   report("flips, unsigned accepted", counts);
   EXPECT_EQ(0, counts.killed);
+  EXPECT_EQ(counts.installed, counts.started);
   EXPECT_GT(counts.refused, counts.installed);
 }
 
@@ -230,6 +255,7 @@ TEST_P(SignatureBits, CutWithoutTheRequirementAreCounted) {
   const Counts counts = cutEverywhere();
   report("truncations, unsigned accepted", counts);
   EXPECT_EQ(0, counts.killed);
+  EXPECT_EQ(counts.installed, counts.started);
   EXPECT_GT(counts.refused, counts.installed);
 }
 
