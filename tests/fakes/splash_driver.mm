@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <thread>
 
 #include "support/clock.h"
 #include "support/keep_alive.h"
@@ -136,6 +137,8 @@ static bool runStepWithArgument(const char* step, char**& word) {
 }
 
 int main(int, char** argv) {
+  // A thread sanitizer starts a thread of its own with the first one: before any are counted.
+  std::thread([] {}).join();
   for (char** word = argv + 1; *word != nullptr;) {
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     const char* step = *word++;

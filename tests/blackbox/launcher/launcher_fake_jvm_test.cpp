@@ -19,6 +19,11 @@ static const char kFirstPlace[] = "lib/server/";
 static const char kSecondPlace[] = "Contents/Home/lib/server/";
 static const char kThirdPlace[] = "Contents/Home/jre/lib/server/";
 
+// The main thread, which sets up the menu while the launch thread runs, logs in between.
+static bool isLaunchThreads(const std::string& line) {
+  return line.rfind("[JNI", 0) == 0 || line.rfind("[Utils]", 0) == 0;
+}
+
 class FakeJvm : public testing::Test {
  protected:
   FakeJvm() { bundle.writeTailFile(test::Tail()); }
@@ -53,7 +58,11 @@ class FakeJvm : public testing::Test {
     }
   }
 
-  std::string lastMessage() const { return messages.empty() ? "" : messages.back(); }
+  // The launch thread's last message.
+  std::string lastMessage() const {
+    const auto last = std::find_if(messages.rbegin(), messages.rend(), isLaunchThreads);
+    return last == messages.rend() ? "" : *last;
+  }
   std::string lastReport() const { return report.empty() ? "" : report.back(); }
 
   test::LauncherBundle bundle;
@@ -80,12 +89,8 @@ TEST_F(FakeJvm, ALaunchIsLoggedStepByStep) {
   const std::string library = bundle.runtime() + "/" + kFirstPlace + "libjvm.so";
   const auto first =
       std::find(messages.begin(), messages.end(), "[JNILaunch] Identified JRE path as " + library);
-  // The main thread, which sets up the menu meanwhile, logs in between.
   Texts launchThreadsLines;
-  std::copy_if(first, messages.end(), std::back_inserter(launchThreadsLines),
-               [](const std::string& line) {
-                 return line.rfind("[JNI", 0) == 0 || line.rfind("[Utils]", 0) == 0;
-               });
+  std::copy_if(first, messages.end(), std::back_inserter(launchThreadsLines), isLaunchThreads);
   EXPECT_EQ(
       (Texts{"[JNILaunch] Identified JRE path as " + library,
              "[JNILaunch] ------- JNI Launch call -------", "[JNILaunch] JVM Argument 0 = -Xmx1g",

@@ -1,5 +1,8 @@
 #include "tests/unit/archive/signed_archive.h"
 
+#include <map>
+#include <memory>
+
 #include "crypto/mixed_hash.h"
 #include "support/owned.h"
 #include "tests/support/test_keys.h"
@@ -26,8 +29,15 @@ std::string signedArchive(const std::string& entries, const std::string& key) {
 }
 
 Rsa_key* publicKey(const std::string& key) {
+  static std::map<std::string, std::unique_ptr<Rsa_key, decltype(&freePublicKey)>> keys;
+  const auto known = keys.find(key);
+  if (known != keys.end()) {
+    return known->second.get();
+  }
   const std::string der = tools::SigningKey::read(keyFile(key)).publicKeyDer();
-  return loadDEREncodedPublicKey(bytesOf(der), static_cast<int>(der.size()));
+  Rsa_key* loaded = loadDEREncodedPublicKey(bytesOf(der), static_cast<int>(der.size()));
+  keys.emplace(key, decltype(keys)::mapped_type(loaded, freePublicKey));
+  return loaded;
 }
 
 }  // namespace test

@@ -13,7 +13,7 @@ std::string signatureOver(const std::string& bytes, const std::string& key = "fi
 // `entries` with the signature record that the writer makes for them.
 std::string signedArchive(const std::string& entries, const std::string& key = "first");
 
-// The public half of a test key, never freed.
+// The public half of a test key, which stays until the process ends.
 Rsa_key* publicKey(const std::string& key = "first");
 
 }  // namespace test

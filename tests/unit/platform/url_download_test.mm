@@ -239,6 +239,7 @@ TEST_F(UrlDownloadTest, TwoDownloadsRunAtTheSameTime) {
     run(0.01);
   }
   [slow release];
+  [other release];
   EXPECT_EQ(test::readFile(folder_ / "other"), "ddd");
   EXPECT_EQ(test::readFile(folder_ / "file").size(), 1000000U);
 }

@@ -155,6 +155,10 @@ TEST_F(DownloaderTest, AnAnswerWithAnErrorStatusEndsTheDownloadAsAFailure) {
   request = [[download request] retain];
   [super download:download didFailWithError:error];
 }
+- (void)dealloc {
+  [request release];
+  [super dealloc];
+}
 @end
 
 static void runUntilDone(Downloader* downloader) {
@@ -174,6 +178,7 @@ TEST_F(DownloaderTest, TheRequestUsesTheDefaultCachePolicyAndWaitsSixtySeconds) 
   ASSERT_TRUE([keeper isDone]);
   EXPECT_EQ([keeper->request timeoutInterval], 60.0);
   EXPECT_EQ([keeper->request cachePolicy], NSURLRequestUseProtocolCachePolicy);
+  [keeper release];
 }
 
 TEST_F(DownloaderTest, AnUnbornDownloadIsLoggedAndIsNeverDone) {

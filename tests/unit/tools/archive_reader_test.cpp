@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_keys.h"
@@ -30,9 +32,10 @@ class ArchiveReader : public testing::Test {
   std::string signatureError(const std::string& bytes, const std::string& key = "first") {
     const std::string der = tools::SigningKey::read(test::keyFile(key)).publicKeyDer();
     const auto* start = reinterpret_cast<const unsigned char*>(der.data());
-    Rsa_key* publicKey = loadDEREncodedPublicKey(start, static_cast<int>(der.size()));
+    const std::unique_ptr<Rsa_key, decltype(&freePublicKey)> publicKey(
+        loadDEREncodedPublicKey(start, static_cast<int>(der.size())), freePublicKey);
     try {
-      tools::checkSignature(path(), "the.p2", read(bytes), publicKey);
+      tools::checkSignature(path(), "the.p2", read(bytes), publicKey.get());
     } catch (const tools::InputError& error) {
       return error.what();
     }

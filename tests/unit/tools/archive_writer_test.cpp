@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 
 #include "archive/archive.h"
 #include "tests/support/capture.h"
@@ -225,13 +226,15 @@ TEST_F(ArchiveWriter, SignsWhatThePackagersAndTheProductsCheckAccept) {
   EXPECT_TRUE(listing.isWrittenForm);
   EXPECT_EQ(listing.recordOffset, listing.signedLength);
   const std::string der = key.publicKeyDer();
-  Rsa_key* publicKey = loadDEREncodedPublicKey(reinterpret_cast<const unsigned char*>(der.data()),
-                                               static_cast<int>(der.size()));
-  EXPECT_NO_THROW(tools::checkSignature(archive(), "it", listing, publicKey));
+  const auto* start = reinterpret_cast<const unsigned char*>(der.data());
+  const std::unique_ptr<Rsa_key, decltype(&freePublicKey)> publicKey(
+      loadDEREncodedPublicKey(start, static_cast<int>(der.size())), freePublicKey);
+  EXPECT_NO_THROW(tools::checkSignature(archive(), "it", listing, publicKey.get()));
   fs::create_directory(folder_ / "dest");
   requireSignature = true;
-  test::logLinesOf(
-      [&] { extractArchive(nullptr, archive().c_str(), (folder_ / "dest").c_str(), publicKey); });
+  test::logLinesOf([&] {
+    extractArchive(nullptr, archive().c_str(), (folder_ / "dest").c_str(), publicKey.get());
+  });
   EXPECT_EQ("content", test::readFile(folder_ / "dest/f"));
   tools::writeArchive(content_, archive(), &key);
   EXPECT_EQ(bytes, test::readFile(archive()));

@@ -10,6 +10,7 @@
 #include "launcher/field_reader.h"
 #include "launcher/tail_marker.h"
 #include "launcher/tail_reader.h"
+#include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/format_examples.h"
@@ -193,9 +194,10 @@ TEST_F(TailInFile, BehindTheExecutableIsReadBackWithItsEleventhField) {
   FILE* stream = fopen(executable().c_str(), "rb");
   ASSERT_EQ(12 + TAIL_MARKER_SIZE, scanToMarker(stream, marker, TAIL_MARKER_SIZE, "Tail"));
   readCommonTailFields(stream);
-  EXPECT_STREQ("17", readString(stream, "Required Java Version", TAIL_FIELD_LIMIT));
-  EXPECT_STREQ("http://127.0.0.1/updates/",
-               readString(stream, "Update URL", TAIL_UPDATE_URL_LIMIT));
+  const Block<char> version(readString(stream, "Required Java Version", TAIL_FIELD_LIMIT));
+  const Block<char> url(readString(stream, "Update URL", TAIL_UPDATE_URL_LIMIT));
+  EXPECT_STREQ("17", version.get());
+  EXPECT_STREQ("http://127.0.0.1/updates/", url.get());
   EXPECT_EQ(EOF, fgetc(stream));
   fclose(stream);
 }
