@@ -127,15 +127,16 @@ static bool startsWith(const std::string& text, const std::string& start) {
   return text.compare(0, start.size(), start) == 0;
 }
 
-// What a Java program's end by an exception left in the file: its message and causes, without the
-// lines of its stack. Empty when there was none.
-static std::string javaExceptionIn(const std::string& path) {
+// What Java printed to the file about the first uncaught exception of a thread whose quoted name
+// begins with `thread`: message and causes, without the lines of its stack. Empty for none.
+static std::string javaExceptionIn(const std::string& path, const std::string& thread) {
+  const std::string first = "Exception in thread " + thread;
   std::ifstream in(path);
   std::string text;
   bool isMessage = false;
   size_t shown = 0;
   for (std::string line; std::getline(in, line);) {
-    if (startsWith(line, text.empty() ? "Exception in thread \"main\"" : "Caused by: ")) {
+    if (startsWith(line, text.empty() ? first : "Caused by: ")) {
       isMessage = true;
     } else if (startsWith(line, "\t")) {
       isMessage = false;
@@ -162,7 +163,7 @@ static std::string endOf(const std::optional<Logs>& logs) {
 
 static void requireGoodEnd(const std::string& executable, int status,
                            const std::optional<Logs>& logs) {
-  const std::string exception = logs ? javaExceptionIn(logs->err) : "";
+  const std::string exception = logs ? javaExceptionIn(logs->err, "\"main\"") : "";
   if (!WIFEXITED(status)) {
     throw InputError(executable + " was ended by signal " + std::to_string(WTERMSIG(status)) +
                      endOf(logs));
@@ -210,6 +211,15 @@ static void keepHome(const std::string& home, const std::string& folder) {
   printf("kept: %s\n", folder.c_str());
 }
 
+// An exception in another thread than the main one ends no application, and may still be why it did
+// not work.
+static void tellOfExceptions(const std::optional<Logs>& logs) {
+  const std::string exception = logs ? javaExceptionIn(logs->err, "\"") : "";
+  if (!exception.empty()) {
+    fprintf(stderr, "quorvane-pack: the application had an exception:%s\n", exception.c_str());
+  }
+}
+
 static void runBundle(const RunOptions& options) {
   const std::string executable = executableOfBundle(bundleAt(options.path));
   const TemporaryFolder work("/tmp");
@@ -231,6 +241,7 @@ static void runBundle(const RunOptions& options) {
     keepHome(account.home(), options.keep);
   }
   requireGoodEnd(executable, status, logs);
+  tellOfExceptions(logs);
   sayInstalled(account.home());
   printf("the installer ended with status 0; its throw-away home is gone\n");
 }

@@ -196,6 +196,22 @@ TEST_F(PackRun, OfAnApplicationThatAnExceptionEndsShowsItWithoutItsStack) {
   EXPECT_EQ("", result.out);
 }
 
+TEST_F(PackRun, OfAnApplicationWithAnExceptionInAnotherThreadTellsOfIt) {
+  build(std::string(kInstall) +
+        "cat >&2 <<'END'\n"
+        "Exception in thread \"AWT-EventQueue-0\" java.lang.IllegalStateException: no window\n"
+        "\tat Hello.main(Hello.java:3)\n"
+        "END\n");
+  const test::Result result = run({});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(kInstalled, result.out);
+  EXPECT_EQ(std::string(kNoDisplay) +
+                "quorvane-pack: the application had an exception:\n"
+                "  Exception in thread \"AWT-EventQueue-0\" java.lang.IllegalStateException: no "
+                "window\n",
+            result.err);
+}
+
 TEST_F(PackRun, KeepsTheHomeInANewFolder) {
   build(std::string(kInstall) + "ln -s nowhere \"$HOME/link\"\n");
   const test::Result result = run({"--keep", "kept"});
