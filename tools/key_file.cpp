@@ -9,6 +9,7 @@
 #include <cstring>
 #include <memory>
 
+#include "tools/folder_tree.h"
 #include "tools/input_error.h"
 
 namespace tools {
@@ -52,21 +53,39 @@ static bool writeAll(int handle, const std::string& text) {
   return true;
 }
 
-void writePrivateKey(const std::string& path, const std::string& pem) {
-  const mode_t ownerOnly = S_IRUSR | S_IWUSR;
-  const int handle = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly);
+static void writeNewFile(const std::string& path, const std::string& text, mode_t mode) {
+  const int handle = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
   if (handle < 0) {
     const std::string hint =
         errno == EEXIST ? "; choose another name, a key is never replaced" : "";
     throw InputError("the key file " + path + " cannot be made: " + strerror(errno) + hint);
   }
-  const bool written =
-      fchmod(handle, ownerOnly) == 0 && writeAll(handle, pem) && fsync(handle) == 0;
+  const bool written = fchmod(handle, mode) == 0 && writeAll(handle, text) && fsync(handle) == 0;
   const int error = errno;
   close(handle);
   if (!written) {
     unlink(path.c_str());
     throw InputError("the key file " + path + " cannot be written: " + strerror(error));
+  }
+}
+
+void writePrivateKey(const std::string& path, const std::string& pem) {
+  writeNewFile(path, pem, S_IRUSR | S_IWUSR);
+}
+
+void writePublicKey(const std::string& path, const std::string& hex) {
+  writeNewFile(path, hex + "\n", S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
+}
+
+std::string faultOfKeyPlace(const std::string& path, const std::string& folder) {
+  const bool isPacked = path != "-" && !folder.empty() && isInside(path, folder);
+  return isPacked ? "which lies in " + folder + " and would be published with it; move it elsewhere"
+                  : "";
+}
+
+void warnOfOpenKey(const std::string& path) {
+  if (path != "-" && isOpenToOthers(path)) {
+    fprintf(stderr, "quorvane-pack: others may read %s; run 'chmod 600' on it\n", path.c_str());
   }
 }
 

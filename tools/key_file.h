@@ -3,7 +3,7 @@
 
 #include <string>
 
-// Files that hold a private key.
+// Files that hold a key.
 
 namespace tools {
 
@@ -15,6 +15,17 @@ std::string readKeyText(const std::string& path);
 // Throws InputError when `path` exists, even as a dangling link, or cannot be written; nothing is
 // left behind then.
 void writePrivateKey(const std::string& path, const std::string& pem);
+
+// Writes a public key to a new file, like writePrivateKey() but for others to read.
+void writePublicKey(const std::string& path, const std::string& hex);
+
+// Returns why a private key must not be the file `path` when the folder `folder` is packed, for a
+// message behind its name, or an empty text.
+std::string faultOfKeyPlace(const std::string& path, const std::string& folder);
+
+// Says on standard error when others than its owner may do anything with the key file `path`;
+// nothing of "-", standard input.
+void warnOfOpenKey(const std::string& path);
 
 // Returns whether others than its owner may do anything with the file `path`; false when it cannot
 // be looked at.

@@ -6,6 +6,7 @@
 #include "tools/ascii_case.h"
 #include "tools/folder_tree.h"
 #include "tools/input_error.h"
+#include "tools/key_file.h"
 #include "tools/project_file.h"
 #include "tools/value_check.h"
 #include "tools/whole_file.h"
@@ -31,33 +32,6 @@ class ProjectCheck {
     checkSigning();
   }
 
- private:
-  [[noreturn]] void fail(const char* section, const std::string& what) const {
-    throw InputError(project_.file + ": [" + section + "] " + what);
-  }
-
-  void require(const char* section, const char* key, const std::string& value,
-               const char* example) const {
-    if (value.empty()) {
-      fail(section,
-           std::string("needs the key '") + key + "', for example " + key + " = " + example);
-    }
-  }
-
-  // A name becomes a file's name, part of a folder's name and a text of Info.plist.
-  void requireName(const char* section, const std::string& name) const {
-    const bool isPlain = std::none_of(name.begin(), name.end(), [](unsigned char c) {
-      return c == '/' || c == '-' || c == ':' || c == '\\' || iscntrl(c) != 0;
-    });
-    if (!isPlain || name[0] == '.' || name[0] == ' ' || name.back() == ' ' ||
-        name.size() > kLongestName) {
-      fail(section, "name is \"" + name +
-                        "\"; folders are named after it, so it has at most 60 bytes, no '/', '-', "
-                        "':', '\\' or control character, and no '.' or blank at its start or blank "
-                        "at its end");
-    }
-  }
-
   void checkNames() const {
     require("application", "name", project_.name, "\"Hello\"");
     requireName("application", project_.name);
@@ -81,6 +55,39 @@ class ProjectCheck {
       fail("application", "identifier is \"" + id +
                               "\"; it may hold letters, digits, '.' and '-', for example "
                               "org.example.hello");
+    }
+  }
+
+ private:
+  // `what` begins with the key, where it is about one; for that an option may stand.
+  [[noreturn]] void fail(const char* section, const std::string& what) const {
+    const size_t keyLength = what.find(' ');
+    const auto option =
+        project_.givenBy.find(std::string(section) + "." + what.substr(0, keyLength));
+    throw InputError(option == project_.givenBy.end()
+                         ? project_.file + ": [" + section + "] " + what
+                         : option->second + what.substr(keyLength));
+  }
+
+  void require(const char* section, const char* key, const std::string& value,
+               const char* example) const {
+    if (value.empty()) {
+      fail(section,
+           std::string("needs the key '") + key + "', for example " + key + " = " + example);
+    }
+  }
+
+  // A name becomes a file's name, part of a folder's name and a text of Info.plist.
+  void requireName(const char* section, const std::string& name) const {
+    const bool isPlain = std::none_of(name.begin(), name.end(), [](unsigned char c) {
+      return c == '/' || c == '-' || c == ':' || c == '\\' || iscntrl(c) != 0;
+    });
+    if (!isPlain || name[0] == '.' || name[0] == ' ' || name.back() == ' ' ||
+        name.size() > kLongestName) {
+      fail(section, "name is \"" + name +
+                        "\"; folders are named after it, so it has at most 60 bytes, no '/', '-', "
+                        "':', '\\' or control character, and no '.' or blank at its start or blank "
+                        "at its end");
     }
   }
 
@@ -220,9 +227,9 @@ class ProjectCheck {
     requireFile("signing", "key", project_.key);
     for (const std::string& folder :
          {project_.appFolder, project_.updaterFolder, project_.runtimeHome}) {
-      if (!folder.empty() && isInside(project_.key, folder)) {
-        fail("signing", "key names " + project_.key + ", which lies in " + folder +
-                            " and would be published with it; move it elsewhere");
+      const std::string fault = faultOfKeyPlace(project_.key, folder);
+      if (!fault.empty()) {
+        fail("signing", "key names " + project_.key + ", " + fault);
       }
     }
   }
@@ -233,6 +240,10 @@ class ProjectCheck {
 };
 
 }  // namespace
+
+void checkNames(const Project& project) {
+  ProjectCheck(project).checkNames();
+}
 
 void checkProject(const Project& project) {
   ProjectCheck(project).run();

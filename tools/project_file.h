@@ -1,6 +1,7 @@
 #ifndef QUORVANE_TOOLS_PROJECT_FILE_H
 #define QUORVANE_TOOLS_PROJECT_FILE_H
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@ constexpr char NO_UPDATE_URL[] = "http://192.0.2.10/";
 
 struct Project {
   std::string file;  // where it was read from, for messages
+  // What messages name instead of the file, for keys like "signing.key" that an option gave.
+  std::map<std::string, std::string> givenBy;
   // [application]
   std::string name;
   std::string version;
@@ -62,6 +65,10 @@ Project readProject(const std::string& path);
 // keys exclude each other, a value cannot do its work in the places where it goes, or a file or
 // folder that is named is not there or not of its kind.
 void checkProject(const Project& project);
+
+// The part of checkProject() that is about names and the identifier, for a project that is only
+// begun.
+void checkNames(const Project& project);
 
 }  // namespace tools
 

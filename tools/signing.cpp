@@ -44,11 +44,19 @@ void SigningKey::Release::operator()(Rsa_key* key) const {
 
 SigningKey::SigningKey(Key key) : key_(std::move(key)) {}
 
+std::string faultOfKeySize(int bits) {
+  if (bits >= LEAST_KEY_BITS && bits <= MOST_KEY_BITS && bits % 16 == 0) {
+    return "";
+  }
+  return "a key of " + std::to_string(bits) + " bits cannot be made; choose from " +
+         std::to_string(LEAST_KEY_BITS) + " to " + std::to_string(MOST_KEY_BITS) +
+         " bits, a multiple of 16";
+}
+
 SigningKey SigningKey::generate(int bits) {
-  if (bits < LEAST_KEY_BITS || bits > MOST_KEY_BITS || bits % 16 != 0) {
-    throw InputError("a key of " + std::to_string(bits) + " bits cannot be made; choose from " +
-                     std::to_string(LEAST_KEY_BITS) + " to " + std::to_string(MOST_KEY_BITS) +
-                     " bits, a multiple of 16");
+  const std::string fault = faultOfKeySize(bits);
+  if (!fault.empty()) {
+    throw InputError(fault);
   }
   prepareLibrary();
   auto record = std::make_unique<Rsa_key>();

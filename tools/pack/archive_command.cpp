@@ -70,12 +70,39 @@ static void addFile(const std::string& option, const std::string& prefix, const 
                     ArchiveContent* content) {
   const size_t split = text.find('=');
   if (split == std::string::npos || split == 0) {
-    throw InputError(option + " " + text + " cannot be read; expected NAME=FILE");
+    failUsage(option + " " + text + " cannot be read; expected NAME=FILE");
   }
   content->files.emplace_back(prefix + text.substr(0, split), text.substr(split + 1));
 }
 
+static bool endsWith(const std::string& text, const std::string& end) {
+  return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// Archives are known by their names, and no other file is for replacing.
+static void requireArchiveName(const std::string& path) {
+  if (!endsWith(path, ".p2") && !endsWith(path, ".p2.l2")) {
+    failUsage(path + " names no archive; expected NAME.p2 or NAME.p2.l2");
+  }
+}
+
+static SigningKey readKey(const CreateOptions& options) {
+  const std::string fault = faultOfKeyPlace(options.keyPath, options.content.folder);
+  if (!fault.empty()) {
+    throw InputError("--key names " + options.keyPath + ", " + fault);
+  }
+  for (const auto& [path, source] : options.content.files) {
+    std::error_code ignored;
+    if (fs::equivalent(options.keyPath, source, ignored)) {
+      throw InputError("the entry " + path + " is the private key and would be published");
+    }
+  }
+  warnOfOpenKey(options.keyPath);
+  return SigningKey::read(options.keyPath);
+}
+
 static void create(CreateOptions options) {
+  requireArchiveName(options.path);
   for (const std::string& text : options.added) {
     addFile("--add", "", text, &options.content);
   }
@@ -83,11 +110,11 @@ static void create(CreateOptions options) {
     addFile("--special", SPECIAL_BLOCK_PREFIX, text, &options.content);
   }
   if (!options.content.pack200.empty() && options.content.pack200Tool.empty()) {
-    throw InputError("--pack200 needs a packing program; name one with --pack200-tool");
+    failUsage("--pack200 needs a packing program; name one with --pack200-tool");
   }
   std::unique_ptr<SigningKey> key;
   if (!options.keyPath.empty()) {
-    key = std::make_unique<SigningKey>(SigningKey::read(options.keyPath));
+    key = std::make_unique<SigningKey>(readKey(options));
   }
   writeArchive(options.content, options.path, key.get());
 }

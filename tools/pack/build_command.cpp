@@ -57,25 +57,32 @@ struct Runtime {
 
 }  // namespace
 
-static void overrideValue(std::string* value, const std::string& given) {
-  if (!given.empty()) {
-    *value = given;
-  }
-}
-
 static Project projectOf(const BuildOptions& options) {
   Project project = readProject(options.project);
-  overrideValue(&project.version, options.appVersion);
-  overrideValue(&project.updateUrl, options.updateUrl);
-  overrideValue(&project.key, options.key);
-  overrideValue(&project.jdk, options.jdk);
+  const auto take = [&](const char* key, std::string* value, const char* option,
+                        const std::string& given) {
+    if (!given.empty()) {
+      *value = given;
+      project.givenBy[key] = option;
+    }
+  };
+  take("application.version", &project.version, "--app-version", options.appVersion);
+  take("installer.update_url", &project.updateUrl, "--update-url", options.updateUrl);
+  take("signing.key", &project.key, "--key", options.key);
+  take("runtime.jdk", &project.jdk, "--jdk", options.jdk);
+  take("runtime.folder", &project.runtimeHome, "--runtime", options.runtime);
   if (!options.runtime.empty()) {
-    project.runtimeHome = options.runtime;
+    // The project's own keys are about the runtime that it makes or takes.
     project.runtimeModules.clear();
     project.jmods.clear();
     project.jdk.clear();
   }
   checkProject(project);
+  if (!options.runtime.empty()) {
+    // The project's version is that of its own runtime, unless this one states none.
+    const std::string number = runtimeNumber(javaHomeIn(options.runtime));
+    project.runtimeVersion = number.empty() ? project.runtimeVersion : number;
+  }
   return project;
 }
 
@@ -83,10 +90,7 @@ static std::optional<SigningKey> keyOf(const Project& project) {
   if (project.key.empty()) {
     return std::nullopt;
   }
-  if (project.key != "-" && isOpenToOthers(project.key)) {
-    fprintf(stderr, "quorvane-pack: others may read %s; run 'chmod 600' on it\n",
-            project.key.c_str());
-  }
+  warnOfOpenKey(project.key);
   return SigningKey::read(project.key);
 }
 

@@ -1,7 +1,9 @@
 #include "tools/pack/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <utility>
 
@@ -89,6 +91,15 @@ void Command::runs(std::function<void()> action) const {
   app_->final_callback(std::move(action));
 }
 
+// What was printed must have got where it was to go.
+static int outputStatus() {
+  if (fflush(stdout) == 0 && ferror(stdout) == 0) {
+    return 0;
+  }
+  fprintf(stderr, "quorvane-pack: the output cannot be written: %s\n", strerror(errno));
+  return kInputError;
+}
+
 int runCommandLine(int argc, char** argv, const ProgramTexts& texts,
                    const std::function<void(const Command&)>& describe) {
   CLI::App app{texts.help};
@@ -99,12 +110,12 @@ int runCommandLine(int argc, char** argv, const ProgramTexts& texts,
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsageError;
+    return app.exit(error) == 0 ? outputStatus() : kUsageError;
   } catch (const std::exception& error) {
     fprintf(stderr, "quorvane-pack: %s\n", error.what());
     return notedInterruption() == 0 ? kInputError : kInterrupted + notedInterruption();
   }
-  return 0;
+  return outputStatus();
 }
 
 }  // namespace tools

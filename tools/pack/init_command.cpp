@@ -29,6 +29,8 @@ struct InitOptions {
 };
 }  // namespace
 
+static const char kPublicExtension[] = ".pub";
+
 static fs::path folderOf(const std::string& file) {
   return fs::absolute(file).lexically_normal().parent_path();
 }
@@ -107,16 +109,38 @@ static NewProject describe(const InitOptions& options) {
   return project;
 }
 
+static void requireKeyName(const std::string& path) {
+  if (path == "-" || fs::path(path).extension() == kPublicExtension) {
+    failUsage("--key " + path + " names no file for a private key; name one like release.key");
+  }
+}
+
+// The project must be one that is built.
+static void requireNames(const InitOptions& options, const NewProject& begun) {
+  Project project;
+  project.file = options.project;
+  project.name = begun.name;
+  project.identifier = begun.identifier;
+  project.givenBy["application.name"] =
+      options.name.empty() ? "the name made of " + options.input + ", unless --name gives another,"
+                           : "--name";
+  checkNames(project);
+}
+
 // Makes the key pair unless the key stands already: a key is never replaced.
 static void makeKey(const std::string& path) {
   if (fs::exists(fs::symlink_status(path))) {
     printf("%s: your signing key, as it stood\n", path.c_str());
     return;
   }
+  const std::string publicPath = fs::path(path).replace_extension(kPublicExtension);
+  if (fs::exists(fs::symlink_status(publicPath))) {
+    throw InputError(publicPath + " stands, where the public half of " + path +
+                     " would go; move it away, or name another key with --key");
+  }
   const SigningKey key = SigningKey::generate(DEFAULT_KEY_BITS);
   writePrivateKey(path, key.privateKeyPem());
-  const std::string publicPath = fs::path(path).replace_extension(".pub");
-  writeWhole(publicPath, key.publicKeyHex() + "\n");
+  writePublicKey(publicPath, key.publicKeyHex());
   printf("%s: your new signing key; keep it safe, and out of what you publish\n", path.c_str());
   printf("%s: its public half\n", publicPath.c_str());
 }
@@ -128,11 +152,13 @@ static void runInit(InitOptions options) {
   if (options.key.empty()) {
     options.key = (fs::path(options.project).parent_path() / "release.key").string();
   }
+  requireKeyName(options.key);
   if (fs::exists(fs::symlink_status(options.project)) && !options.mayReplace) {
     throw InputError(options.project +
                      " exists; name another file with --project, or replace it with --force");
   }
   const NewProject project = describe(options);
+  requireNames(options, project);
   const std::string text = projectText(project);
   makeKey(options.key);
   writeWhole(options.project, text);

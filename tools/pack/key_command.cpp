@@ -16,6 +16,10 @@ struct KeyOptions {
 }  // namespace
 
 static void makeKey(const KeyOptions& options) {
+  const std::string fault = faultOfKeySize(options.bits);
+  if (!fault.empty()) {
+    failUsage(fault);
+  }
   const SigningKey key = SigningKey::generate(options.bits);
   writePrivateKey(options.path, key.privateKeyPem());
   fprintf(stderr,
@@ -26,10 +30,7 @@ static void makeKey(const KeyOptions& options) {
 
 static void showKey(const KeyOptions& options) {
   const SigningKey key = SigningKey::read(options.path);
-  if (options.path != "-" && isOpenToOthers(options.path)) {
-    fprintf(stderr, "quorvane-pack: others may read %s; run 'chmod 600' on it\n",
-            options.path.c_str());
-  }
+  warnOfOpenKey(options.path);
   printf("%s\n", key.publicKeyHex().c_str());
 }
 

@@ -6,6 +6,7 @@
 #include "tools/launch_file_text.h"
 #include "tools/launch_file_writer.h"
 #include "tools/pack/commands.h"
+#include "tools/pack/replaceable.h"
 #include "tools/whole_file.h"
 
 namespace tools {
@@ -14,6 +15,7 @@ namespace {
 struct LaunchFileOptions {
   std::string input;
   std::string output;
+  bool mayReplace = false;
 };
 }  // namespace
 
@@ -31,6 +33,10 @@ static void writeLaunchFile(const LaunchFileOptions& options) {
   const std::string text = readWhole(options.input);
   const std::string bytes =
       aboutFile(options.input, [&] { return encodeLaunchFile(launchFileFromText(text)); });
+  if (!options.mayReplace) {
+    requireReplaceable(options.output, "launch file",
+                       [&] { decodeLaunchFile(readWhole(options.output)); });
+  }
   writeWhole(options.output, bytes);
 }
 
@@ -49,6 +55,7 @@ static void addWrite(const Command& launchFile) {
   auto options = std::make_shared<LaunchFileOptions>();
   command.text("TEXT", &options->input, "The TOML text; \"read\" shows its keys").required();
   command.text("FILE", &options->output, "Where the launch file goes").required();
+  command.flag("--force", &options->mayReplace, "Replace the file whatever it is");
   command.runs([options] { writeLaunchFile(*options); });
 }
 

@@ -6,6 +6,7 @@
 
 #include "tools/input_error.h"
 #include "tools/pack/commands.h"
+#include "tools/pack/replaceable.h"
 #include "tools/params_check.h"
 #include "tools/params_writer.h"
 #include "tools/whole_file.h"
@@ -43,16 +44,12 @@ static Properties readProperties(const std::string& path) {
 
 // The properties that stand in the file. One that is no params file is not for replacing.
 static Properties standingProperties(const ParamsOptions& options, const std::string& path) {
-  if (!fs::exists(path) || options.mayReplace) {
-    return {};
+  Properties properties;
+  if (!options.mayReplace) {
+    requireReplaceable(path, "whole params file",
+                       [&] { properties = decodeParams(readWhole(path)); });
   }
-  try {
-    const Properties properties = decodeParams(readWhole(path));
-    return options.isNew ? Properties{} : properties;
-  } catch (const InputError& error) {
-    throw InputError(path + " stands and is no whole params file (" + error.what() +
-                     "); name another file, or replace it with --force");
-  }
+  return options.isNew ? Properties{} : properties;
 }
 
 static Properties propertiesOf(const std::vector<std::string>& pairs) {

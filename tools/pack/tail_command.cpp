@@ -6,6 +6,7 @@
 
 #include "tools/input_error.h"
 #include "tools/pack/commands.h"
+#include "tools/pack/replaceable.h"
 #include "tools/tail_writer.h"
 
 namespace tools {
@@ -16,6 +17,7 @@ struct TailOptions {
   std::string executable;
   std::string name;
   Tail tail;
+  bool mayReplace = false;
 };
 }  // namespace
 
@@ -28,12 +30,27 @@ static std::string tailPath(const std::string& path) {
   return isFolder(path) ? tailPathInBundle(path) : path;
 }
 
-static void writeTail(const TailOptions& options) {
-  if (options.executable.empty()) {
-    writeTailFile(tailPath(options.path), options.tail);
-  } else {
-    appendTail(options.executable, options.tail);
+// A record may be replaced, but nothing that stands in front of it or behind it.
+static void requireRecordAlone(const std::string& path) {
+  const FoundTail found = findTail(path);
+  if (found.isAppended) {
+    throw InputError("it stands behind an executable");
   }
+  if (found.bytesBehind > 0) {
+    throw InputError(std::to_string(found.bytesBehind) + " bytes of archives follow the record");
+  }
+}
+
+static void writeTail(const TailOptions& options) {
+  if (!options.executable.empty()) {
+    appendTail(options.executable, options.tail);
+    return;
+  }
+  const std::string path = tailPath(options.path);
+  if (!options.mayReplace) {
+    requireReplaceable(path, "Tail record alone", [&] { requireRecordAlone(path); });
+  }
+  writeTailFile(path, options.tail);
 }
 
 static void printPlace(const FoundTail& found) {
@@ -92,6 +109,7 @@ static void addWrite(const Command& tail) {
   const Option append = command.text("--append", &options->executable,
                                      "Put the record behind this executable instead");
   append.excludes(path);
+  command.flag("--force", &options->mayReplace, "Replace the file whatever it is");
   addValues(command, &options->tail);
   command.runs([=] {
     requireOneOf(path, append, "PATH or --append");

@@ -163,10 +163,6 @@ TEST_F(PackArchive, NamesWhatIsWrongWithItsInput) {
   const std::string out = folder_ / "out.p2";
   expectError(pack({"archive", "create", folder_ / "missing", out}),
               folder_ / "missing" + " is no folder; name one");
-  expectError(pack({"archive", "create", "--pack200", "*.jar", source(), out}),
-              "--pack200 needs a packing program; name one with --pack200-tool");
-  expectError(pack({"archive", "create", "--add", "x", source(), out}),
-              "--add x cannot be read; expected NAME=FILE");
   expectError(
       pack({"archive", "list", folder_ / "junk.p2"}),
       folder_ / "junk.p2" + " is damaged at byte 0: it ends inside an entry's type; make it again");
@@ -183,6 +179,53 @@ TEST_F(PackArchive, UsedWronglyEndsWith2) {
   EXPECT_EQ(2, pack({"archive", "create", "only-one"}).status);
   EXPECT_EQ(2, pack({"archive", "verify", "a.p2"}).status);
   EXPECT_EQ(2, pack({"archive", "burn"}).status);
+}
+
+TEST_F(PackArchive, CreatedWithWordsThatCannotBeMeantEndsWith2) {
+  const auto expectUsage = [&](std::vector<std::string> words, const std::string& message) {
+    words.insert(words.begin(), {"archive", "create"});
+    const test::Result result = pack(words);
+    EXPECT_EQ(2, result.status);
+    EXPECT_EQ(0u, result.err.find(message + "\n")) << result.err;
+  };
+  test::writeFile(inSource("a.jar"), "x");
+  const std::string out = folder_ / "out.p2";
+  expectUsage({"--pack200", "*.jar", source(), out},
+              "--pack200 needs a packing program; name one with --pack200-tool");
+  expectUsage({"--add", "x", source(), out}, "--add x cannot be read; expected NAME=FILE");
+  expectUsage({"--special", "note", source(), out},
+              "--special note cannot be read; expected NAME=FILE");
+  EXPECT_FALSE(test::exists(out));
+  const std::string key = folder_ / "my.key";
+  test::writeFile(key, "mine");
+  for (const std::string& name : {key, folder_ / "out.l2", folder_ / "q2.toml"}) {
+    expectUsage({source(), name}, name + " names no archive; expected NAME.p2 or NAME.p2.l2");
+  }
+  EXPECT_EQ("mine", test::readFile(key));
+}
+
+TEST_F(PackArchive, DoesNotPackThePrivateKey) {
+  const std::string key = inSource("lib/k.key");
+  test::writeFile(key, test::readFile(test::keyFile("first")), 0600);
+  const std::string out = folder_ / "out.p2";
+  expectError(pack({"archive", "create", "--key", key, source(), out}),
+              "--key names " + key + ", which lies in " + source() +
+                  " and would be published with it; move it elsewhere");
+  fs::rename(key, folder_ / "k.key");
+  expectError(pack({"archive", "create", "--key", folder_ / "k.key", "--add",
+                    "x=" + (folder_ / "k.key"), source(), out}),
+              "the entry x is the private key and would be published");
+  EXPECT_FALSE(test::exists(out));
+}
+
+TEST_F(PackArchive, SignedWithAKeyThatOthersMayReadSaysSo) {
+  const std::string key = folder_ / "k.key";
+  test::writeFile(inSource("f"), "x");
+  test::writeFile(key, test::readFile(test::keyFile("first")), 0644);
+  const test::Result result =
+      pack({"archive", "create", "--key", key, source(), folder_ / "out.p2"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ("quorvane-pack: others may read " + key + "; run 'chmod 600' on it\n", result.err);
 }
 
 TEST_F(PackArchive, HelpGivesAnExample) {

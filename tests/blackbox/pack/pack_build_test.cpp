@@ -196,6 +196,35 @@ TEST(PackBuild, TakesTheCommandLineRatherThanTheProjectFile) {
             tailValue(project, kOffline, "public-key"));
 }
 
+TEST(PackBuild, NamesTheOptionThatGaveAWrongValue) {
+  const test::SmallProject project;
+  const char* const wrong[][3] = {
+      {"--app-version", "1.2",
+       "is \"1.2\"; versions are compared as whole numbers, so use up to 18 digits"},
+      {"--key", "nope", "names nope, which is no file there"},
+      {"--runtime", "nope", "names nope, which is no folder there"},
+      {"--jdk", "nope", "names nope, which is no folder there"},
+      {"--update-url", "ftp://x",
+       "is \"ftp://x\"; it begins with http:// or https://, or is D for one that the property "
+       "update_url gives"}};
+  for (const auto& [option, value, message] : wrong) {
+    const test::Result result = project.build({option, value});
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + std::string(option) + " " + message + "\n", result.err);
+  }
+}
+
+TEST(PackBuild, TakesTheVersionOfTheRuntimeThatTheCommandLineNames) {
+  test::SmallProject project;
+  project.replace("[runtime]", "[runtime]\nversion = 7");
+  test::writeFile(project / "other/bin/java", "a java", 0755);
+  ASSERT_EQ(0, project.build({"--runtime", "other"}).status);
+  EXPECT_EQ("7\n", tailValue(project, kOffline, "jre-version"));
+  test::writeFile(project / "other/release", "JAVA_VERSION=\"21.0.4\"\n");
+  ASSERT_EQ(0, project.build({"--runtime", "other"}).status);
+  EXPECT_EQ("210004\n", tailValue(project, kOffline, "jre-version"));
+}
+
 TEST(PackBuild, TakesTheKeyFromStandardInput) {
   const test::SmallProject project;
   test::writeFile(project / "quorvane.toml", project.text);

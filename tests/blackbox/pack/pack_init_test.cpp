@@ -181,6 +181,61 @@ TEST(PackInit, OfATextInAnotherEncodingSaysSo) {
   EXPECT_FALSE(test::exists(folder / "release.key"));
 }
 
+TEST(PackInit, WithoutANameForThePrivateKeyEndsWith2AndMakesNothing) {
+  for (const char* key : {"release.pub", "-"}) {
+    const test::TempFolder folder;
+    makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
+    const std::vector<std::string> before = test::namesIn(folder.path());
+    const test::Result result = init(folder, {"a.jar", "--key", key});
+    EXPECT_EQ(2, result.status);
+    EXPECT_EQ(0u, result.err.find("--key " + std::string(key) +
+                                  " names no file for a private key; name one like release.key\n"))
+        << result.err;
+    EXPECT_EQ(before, test::namesIn(folder.path()));
+  }
+}
+
+TEST(PackInit, DoesNotReplaceAPublicKeyThatStands) {
+  const test::TempFolder folder;
+  makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
+  test::writeFile(folder / "release.pub", "another's");
+  const test::Result result = init(folder, {"a.jar"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: release.pub stands, where the public half of release.key would go; move it "
+      "away, or name another key with --key\n",
+      result.err);
+  EXPECT_EQ("another's", test::readFile(folder / "release.pub"));
+  EXPECT_FALSE(test::exists(folder / "release.key"));
+  EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
+}
+
+TEST(PackInit, OfANameThatBuildRefusesSaysWhy) {
+  const std::string long70(70, 'A');
+  const std::string why =
+      "\"; folders are named after it, so it has at most 60 bytes, no '/', '-', ':', '\\' or "
+      "control character, and no '.' or blank at its start or blank at its end\n";
+  const test::TempFolder folder;
+  writeKey(folder);
+  makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
+  const auto errorOf = [&](const std::vector<std::string>& words) {
+    const test::Result result = init(folder, words);
+    EXPECT_EQ(1, result.status);
+    EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
+    return result.err;
+  };
+  EXPECT_EQ("quorvane-pack: --name is \"a-b" + why, errorOf({"a.jar", "--name", "a-b"}));
+  EXPECT_EQ("quorvane-pack: --name is \"" + long70 + why, errorOf({"a.jar", "--name", long70}));
+  EXPECT_EQ(
+      "quorvane-pack: --name is \"Quorvane\", which names another component's folders; choose "
+      "another one\n",
+      errorOf({"a.jar", "--name", "Quorvane"}));
+  fs::rename(folder / "a.jar", folder / (long70 + ".jar"));
+  EXPECT_EQ("quorvane-pack: the name made of " + long70 +
+                ".jar, unless --name gives another, is \"" + long70 + why,
+            errorOf({long70 + ".jar"}));
+}
+
 TEST(PackInit, OfADamagedJarNamesIt) {
   const test::TempFolder folder;
   test::writeFile(folder / "a.jar", "no jar");

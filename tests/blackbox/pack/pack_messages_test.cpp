@@ -44,8 +44,8 @@ const WrongInput kWrongInputs[] = {
      "folder/out.p2 lies in the folder that it is made of; choose a place outside of folder"},
     {"ArchiveInAMissingFolder", "archive create folder no/out.p2",
      "no/out.p2 cannot be written: No such file or directory"},
-    {"ArchiveInPlaceOfAFolder", "archive create folder Demo.app",
-     "Demo.app cannot be put in place: Is a directory"},
+    {"ArchiveInPlaceOfAFolder", "archive create folder Demo.p2",
+     "Demo.p2 cannot be put in place: Is a directory"},
     {"ArchiveOfAFolderThatHoldsALinkToItself", "archive create loop out.p2",
      "loop/self is a link to a folder that holds it; remove it"},
     {"ArchiveOfALinkToNothing", "archive create dangling out.p2",
@@ -61,8 +61,6 @@ const WrongInput kWrongInputs[] = {
      "folder is no plain file; name one"},
     {"ASecondSignature", "archive create --special DigitalSignature1=file folder out.p2",
      "the name qvArcSpBlock_DigitalSignature1 is the signature's own; rename the file"},
-    {"ASpecialBlockWithoutAFile", "archive create --special note folder out.p2",
-     "--special note cannot be read; expected NAME=FILE"},
     {"APatternThatMatchesNothing",
      "archive create --pack200 *.jar --pack200-tool /bin/false folder out.p2",
      "the pack200 pattern *.jar matches no file; correct or remove it"},
@@ -122,6 +120,10 @@ const WrongInput kWrongInputs[] = {
      "zero.toml: Class holds a zero byte, which ends a field; remove it"},
     {"ALaunchTextThatIsTooLong", "launchfile write long.toml out",
      "long.toml: Class is 2000 bytes long, at most 1022 are read; shorten it"},
+    {"ALaunchFileInPlaceOfItsText", "launchfile write good.toml good.toml",
+     "good.toml stands and is no launch file (the launch file ends at byte 32 where LaunchFile VER "
+     "should stand; it is cut short or no launch file); name another file, or replace it with "
+     "--force"},
     {"ALaunchFileInAMissingFolder", "launchfile write good.toml no/out",
      "no/out cannot be written: No such file or directory"},
     // launchfile read
@@ -161,6 +163,15 @@ const WrongInput kWrongInputs[] = {
      "the install type is \"all\"; known are perm_all, perm_user and temporary"},
     {"ATailOfAFolderThatIsNoBundle", "tail write folder --app-name A",
      "folder is no bundle, it holds no folder Contents; name a bundle or a file"},
+    {"ATailInPlaceOfAText", "tail write good.toml --app-name A",
+     "good.toml stands and is no Tail record alone (good.toml: the record ends inside app-name; it "
+     "is cut short or no Tail record); name another file, or replace it with --force"},
+    {"ATailInPlaceOfAnInstallers", "tail write installer.tail --app-name A",
+     "installer.tail stands and is no Tail record alone (5 bytes of archives follow the record); "
+     "name another file, or replace it with --force"},
+    {"ATailInPlaceOfAnExecutableThatCarriesOne", "tail write carrying --app-name A",
+     "carrying stands and is no Tail record alone (it stands behind an executable); name another "
+     "file, or replace it with --force"},
     {"ATailBehindAMissingExecutable", "tail write --append no/exe --app-name A",
      "no/exe cannot be read: No such file or directory"},
     {"ASecondTailBehindAnExecutable", "tail write --append carrying --app-name A",
@@ -194,7 +205,7 @@ class PackInput : public testing::TestWithParam<WrongInput> {
   void writeFolders() {
     write("file", "content");
     write("folder/f", "content");
-    for (const char* name : {"loop", "dangling", "pipes", "Demo.app/Contents"}) {
+    for (const char* name : {"loop", "dangling", "pipes", "Demo.app/Contents", "Demo.p2"}) {
       fs::create_directories(folder_ / name);
     }
     fs::create_symlink("../loop", folder_ / "loop/self");
@@ -207,6 +218,11 @@ class PackInput : public testing::TestWithParam<WrongInput> {
     write("short.p2.l2", "\x5d\0\0\x80\0\xff\xff\xff\xff\xff\xff\xff\xff\0"s);
     write("junk.p2.l2", std::string(100, '\xff'));
     write("short.tail", field("Demo") + field("12") + "1407");
+    std::string record;
+    for (int i = 0; i < 11; ++i) {
+      record += field("x");
+    }
+    write("installer.tail", record + "12345");
     write("long.tail", std::string(5000, 'x'));
     write("six.launch", field("six"));
     const std::string start = field("1") + field("a.Main") + field("");

@@ -263,6 +263,18 @@ TEST(PackHelp, OfEveryCommandHasAnExample) {
   }
 }
 
+TEST(PackOutput, ThatCannotBeWrittenEndsWithStatus1) {
+  const test::SmallProject project;
+  for (const std::string words : {"key show release.key", "--help", "--version"}) {
+    test::Command command;
+    command.arguments = {"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + words + " > /dev/full"};
+    command.folder = project.path();
+    const test::Result result = test::run(command);
+    EXPECT_EQ(1, result.status) << words;
+    EXPECT_EQ("quorvane-pack: the output cannot be written: No space left on device\n", result.err);
+  }
+}
+
 TEST(PackUsage, ThatIsWrongEndsWithStatus2) {
   EXPECT_EQ(2, test::runPack("", {}).status);
   EXPECT_EQ(2, test::runPack("", {"pack"}).status);
