@@ -1,6 +1,7 @@
 #include "tools/interruption.h"
 
 #include <csignal>
+#include <initializer_list>
 
 #include "tools/input_error.h"
 
