@@ -321,6 +321,16 @@ TEST_F(Conditions, TableOfOpenFilesThatIsSmallStillInstalls) {
   EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Demo-4-complete/demo.jar")));
 }
 
+TEST_F(Conditions, ParentThatIgnoresTheEndOfChildrenStillInstalls) {
+  installOldVersion();
+  installer_.write();
+  const test::Result result = runWith([] { signal(SIGCHLD, SIG_IGN); });
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(installer_.launched());
+  EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Demo-4-complete/demo.jar")));
+  expectNothingLost();
+}
+
 struct Clock {
   const char* name;
   const char* startAndStep;
