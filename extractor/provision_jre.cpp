@@ -88,6 +88,18 @@ void layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earl
   }
 }
 
+// The plain folder and the bundle both count as the runtime, whatever they hold: without a Java
+// they would hide an older runtime that works.
+static void requireJavaInPlace(const ExtractorRun& run, const char* home) {
+  char java[PATH_BUFFER_SIZE];
+  if (isExecutable(setPath(java, home, "bin", "java"))) {
+    return;
+  }
+  removeTree(home);
+  removeTree(run.jreFolder);
+  failRun("[Extractor] The folder of the %s could not be put into place\n", "JRE");
+}
+
 static void finishJre(ExtractorRun& run) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, run.jreFolder);
@@ -95,6 +107,7 @@ static void finishJre(ExtractorRun& run) {
   moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder);
   logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
   layOutRuntime(run, run.jreFolder, isThere(home) ? home : nullptr);
+  requireJavaInPlace(run, home);
   chmod777(run.jreFolder);
   logMessage("[Extractor] Ensuring JRE bin is writable.\n");
   char bin[PATH_BUFFER_SIZE];
