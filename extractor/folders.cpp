@@ -63,7 +63,7 @@ static bool replaceInTwoSteps(const ExtractorRun& run, const char* temp, const c
     return false;
   }
   if (!moveToFreePlace(temp, target)) {
-    doRename(aside, target);
+    static_cast<void>(moveToFreePlace(aside, target));
     return false;
   }
   removeTree(aside);

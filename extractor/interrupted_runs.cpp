@@ -40,10 +40,17 @@ static std::string plainFolderOf(const std::string& bundle) {
   return bundle.substr(0, bundle.size() - strlen(".plugin"));
 }
 
-// Whether the bundle still holds a Java home of its own, as a bundle or as a plain Java home does.
+// Whether Contents/Home is there, as a folder or as the link of a prepared bundle.
+static bool hasHomeOrLink(const std::string& bundle) {
+  return isThere((bundle + "/Contents/Home").c_str());
+}
+
+// Whether the bundle still holds a Java home of its own: in Contents/Home or, where there is none,
+// as a plain Java home does. A prepared bundle may have a "bin" that is no Java's.
 static bool holdsHome(const std::string& bundle) {
   const bool isHomeReal = hasFolder(bundle, "Contents/Home");
-  return (isHomeReal && hasFolder(bundle, "Contents/Home/bin")) || hasFolder(bundle, "bin");
+  return (isHomeReal && hasFolder(bundle, "Contents/Home/bin")) ||
+         (!hasHomeOrLink(bundle) && hasFolder(bundle, "bin"));
 }
 
 // The plain folder beside a bundle that holds a home is an earlier runtime of the same version. A
@@ -80,9 +87,8 @@ static bool isUnfinished(const std::string& bundle) {
   if (leadsElsewhere(bundle)) {
     return false;
   }
-  const bool isLinkMissing = !isThere((bundle + "/Contents/Home").c_str());
   return holdsHome(bundle) || isMoveCutShort(bundle) ||
-         (isLinkMissing && hasFolder(plainFolderOf(bundle), "bin"));
+         (!hasHomeOrLink(bundle) && hasFolder(plainFolderOf(bundle), "bin"));
 }
 
 static std::vector<std::string> unfinishedRuntimesIn(const char* masterFolder) {
@@ -109,7 +115,10 @@ void finishInterruptedRuntimes(const ExtractorRun& run) {
       // It may have been created, and died, before that.
       mkdir((path + "/Contents").c_str(), 0777);
     }
-    layOutRuntime(run, path.c_str(), hasEarlierHome(path) ? plainFolderOf(path).c_str() : nullptr);
+    const std::string earlier = hasEarlierHome(path) ? plainFolderOf(path) : "";
+    if (!layOutRuntime(run, path.c_str(), earlier.empty() ? nullptr : earlier.c_str())) {
+      logMessage("[Extractor] %s stays as it was before\n", earlier.c_str());
+    }
   }
 }
 

@@ -77,26 +77,49 @@ static bool exchangeHomes(const char* bundle, const char* earlierHome, const cha
   return false;
 }
 
-void layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
+static bool holdsJava(const char* home) {
+  char java[PATH_BUFFER_SIZE];
+  return isExecutable(setPath(java, home, "bin", "java"));
+}
+
+// Lays out the earlier runtime, which waits aside, in the place of the new one, which could not be
+// moved there.
+static void takeBack(const char* bundle, const char* earlierHome, const char* aside) {
+  char home[PATH_BUFFER_SIZE];
+  removeTree(earlierHome);
+  if (rename(aside, earlierHome) == 0) {
+    removeTree(setPath(home, bundle, "Contents", "Home"));
+    initOSXJRE(bundle);
+  }
+}
+
+bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
   char aside[PATH_BUFFER_SIZE];
   nameTempFolder(run, aside);
   const bool isAside = earlierHome != nullptr && (exchangeHomes(bundle, earlierHome, aside) ||
                                                   rename(earlierHome, aside) == 0);
   initOSXJRE(bundle);
+  if (isAside && holdsJava(aside) && !holdsJava(earlierHome)) {
+    takeBack(bundle, earlierHome, aside);
+    return false;
+  }
   if (isAside && !removeTree(aside)) {
     remove(aside);  // a link, or a file, in the place of the folder
   }
+  return true;
 }
 
 // The plain folder and the bundle both count as the runtime, whatever they hold: without a Java
 // they would hide an older runtime that works.
-static void requireJavaInPlace(const ExtractorRun& run, const char* home) {
-  char java[PATH_BUFFER_SIZE];
-  if (isExecutable(setPath(java, home, "bin", "java"))) {
+static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
+  const bool isNew = layOutRuntime(run, run.jreFolder, isThere(home) ? home : nullptr);
+  if (isNew && holdsJava(home)) {
     return;
   }
-  removeTree(home);
-  removeTree(run.jreFolder);
+  if (isNew) {
+    removeTree(home);
+    removeTree(run.jreFolder);
+  }
   failRun("[Extractor] The folder of the %s could not be put into place\n", "JRE");
 }
 
@@ -106,8 +129,7 @@ static void finishJre(ExtractorRun& run) {
   appendToPath(run.jreFolder, ".plugin");
   moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder);
   logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
-  layOutRuntime(run, run.jreFolder, isThere(home) ? home : nullptr);
-  requireJavaInPlace(run, home);
+  putHomeIntoPlace(run, home);
   chmod777(run.jreFolder);
   logMessage("[Extractor] Ensuring JRE bin is writable.\n");
   char bin[PATH_BUFFER_SIZE];

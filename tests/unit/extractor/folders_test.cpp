@@ -176,6 +176,28 @@ TEST_F(InterruptedRuns, EarlierRuntimeOfTheSameVersionDoesNotMixWithTheNewOne) {
   EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
 }
 
+TEST_F(InterruptedRuns, BundleWithAnotherBinFolderIsFinishedOnlyOnce) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
+  writeFile(plain + ".plugin/bin/tool", "tool", 0755);
+  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
+  EXPECT_EQ("tool", test::readFile(plain + ".plugin/bin/tool"));
+  EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
+}
+
+TEST_F(InterruptedRuns, HomeWithoutJavaDoesNotTakeTheEarlierOnesPlace) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + "/bin/java", "old", 0755);
+  writeFile(plain + ".plugin/Contents/Home/bin/jav", "new", 0755);
+  const auto lines = test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); });
+  EXPECT_EQ("[Extractor] " + plain + " stays as it was before", lines.back());
+  EXPECT_EQ("old", test::readFile(plain + "/bin/java"));
+  EXPECT_EQ("old", test::readFile(plain + ".plugin/Contents/Home/bin/java"));
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+}
+
 TEST_F(InterruptedRuns, HomeWithAHiddenFolderIsFinishedOnlyOnce) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
