@@ -7,6 +7,7 @@
 #include "archive/destination.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -70,6 +71,10 @@ void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder)
   logMessage("\t[ExtractArchiveFile] Created outpath %s and spawning\n", output);
   runToolFor(output, *entry, folder, lzmaExe, {"d", entry->target, output});
   removeFile(folder, pathToFile(entry->target));
+  if (!isThere(output)) {
+    logMessage("\t[ExtractArchiveFile] ERROR: %s could not be decompressed\n", entry->target);
+    endProcess(EXIT_STATUS_FAILURE);
+  }
   setPath(entry->target, output);
   logMessage("\t[ExtractArchiveFile] Finished decompressing\n");
 }

@@ -25,7 +25,7 @@ void addClassPath(Launch* launch);
 void createProperties(Launch* launch);
 
 // Adds the JVM options that last worked with the private runtime, where its options file can be
-// read.
+// read. A damaged one is an error line and adds none.
 void addRememberedOptions(Launch* launch);
 
 // Writes the properties into a new file in the application's folder. Ends the process with

@@ -1,5 +1,9 @@
 #include <unistd.h>
 
+#include <cstdio>
+#include <string>
+#include <vector>
+
 #include "launch/launch_file.h"
 #include "launch/launch_steps.h"
 #include "launch/retry.h"
@@ -36,8 +40,7 @@ static void logOption(const char* key, const std::string& option) {
   }
 }
 
-static void addRememberedOption(Launch* launch, FILE* file, long index) {
-  const std::string option = readText(file, "LSO Entry");
+static void addRememberedOption(Launch* launch, const std::string& option, size_t index) {
   appendText(&launch->commandLine, option.c_str());
   appendText(&launch->jvmOptions, option.c_str());
   const std::string key = "jvm_options_" + std::to_string(index);
@@ -45,14 +48,31 @@ static void addRememberedOption(Launch* launch, FILE* file, long index) {
   addStatic(launch, key.c_str(), option.c_str());
 }
 
-static void readOptions(Launch* launch, FILE* file) {
+// Reads `count` options; false when the file ends before the last one does, or cannot be read.
+static bool readOptions(FILE* file, long count, std::vector<std::string>* options) {
+  for (long i = 0; i < count; ++i) {
+    options->push_back(readText(file, "LSO Entry"));
+    if (feof(file) != 0 || ferror(file) != 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// The file outlives every version of the application: a damaged one must not stop them all from
+// starting for good, and half of its options are not what has worked.
+static void addOptionsOf(Launch* launch, FILE* file) {
   logMessage("[Extractor] JRE LSO file exists\n");
   const long count = readInt(file, "LSO Count");
   logMessage("[Extractor] Found %ld JVM Options\n", count);
-  requireRoom(launch->commandLine, count);
+  std::vector<std::string> options;
+  if (!hasRoom(launch->commandLine, count) || !readOptions(file, count, &options)) {
+    logError("JRE LSO file is damaged, no option of it is used\n");
+    return;
+  }
   addStatic(launch, "jvm_options_count", std::to_string(count).c_str());
-  for (long i = 0; i < count; ++i) {
-    addRememberedOption(launch, file, i);
+  for (size_t i = 0; i < options.size(); ++i) {
+    addRememberedOption(launch, options[i], i);
   }
 }
 
@@ -64,6 +84,6 @@ void addRememberedOptions(Launch* launch) {
   }
   const Stream file = openOptionsFile(launch->optionsFile);
   if (file != nullptr) {
-    readOptions(launch, file.get());
+    addOptionsOf(launch, file.get());
   }
 }

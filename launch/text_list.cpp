@@ -13,11 +13,18 @@ int textCount(const TextList& list) {
   return static_cast<int>(list.entries.size()) - 1;
 }
 
+static int roomLeft(const TextList& list) {
+  return list.room - textCount(list);
+}
+
+bool hasRoom(const TextList& list, long count) {
+  return count >= 0 && count <= roomLeft(list);
+}
+
 void requireRoom(const TextList& list, long count) {
-  const int left = list.room - textCount(list);
-  if (count < 0 || count > left) {
+  if (!hasRoom(list, count)) {
     logError("Unable to launch: %ld more entries do not fit the %s, which has room for %d\n", count,
-             list.name, left);
+             list.name, roomLeft(list));
     endProcess(EXIT_STATUS_FAILURE);
   }
 }

@@ -22,6 +22,9 @@ struct TextList {
 // Returns the number of entries, empty slots included.
 int textCount(const TextList& list);
 
+// Returns whether `count` more entries fit; a negative count never does.
+[[nodiscard]] bool hasRoom(const TextList& list, long count);
+
 // Ends the process as described above unless `count` more entries fit; a negative count never does.
 void requireRoom(const TextList& list, long count);
 

@@ -12,6 +12,16 @@ class RememberedOptions : public Launching {
  protected:
   RememberedOptions() { scene.installFakeRuntime(scene.runtime()); }
 
+  // The application starts nevertheless.
+  void expectNoneOfADamagedFile() {
+    const Launched launched = launch();
+    EXPECT_EQ(0, launched.result);
+    EXPECT_TRUE(startedOptions().empty());
+    EXPECT_EQ("(none)", test::propertyIn(written(), "qvstat_jvm_options_count"));
+    EXPECT_EQ((Texts{"JRE LSO file is damaged, no option of it is used"}),
+              errorsIn(launched.lines));
+  }
+
   static Texts optionsOf(size_t count) {
     Texts options;
     for (size_t i = 0; i < count; ++i) {
@@ -121,24 +131,24 @@ TEST_F(RememberedOptions, AreNotLookedForWithoutAPrivateRuntime) {
   EXPECT_EQ("(none)", test::propertyIn(written(), "qvstat_jvm_options_count"));
 }
 
-TEST_F(RememberedOptions, OfMoreThanTheCommandLineHoldsEndTheProcess) {
-  scene.writeOptionsFile(optionsOf(497));
-  const Launched launched = launch();
-  EXPECT_FALSE(launched.returned);
-  EXPECT_EQ(1, launched.result);
-  EXPECT_EQ((Texts{"Unable to launch: 497 more entries do not fit the process command line, which "
-                   "has room for 496"}),
-            errorsIn(launched.lines));
+TEST_F(RememberedOptions, OfANegativeCountAreNone) {
+  test::writeFile(scene.optionsFile(), test::field("-1"));
+  expectNoneOfADamagedFile();
 }
 
-TEST_F(RememberedOptions, OfANegativeCountEndTheProcess) {
-  test::writeFile(scene.optionsFile(), test::field("-1"));
-  const Launched launched = launch();
-  EXPECT_FALSE(launched.returned);
-  EXPECT_EQ(1, launched.result);
-  EXPECT_EQ((Texts{"Unable to launch: -1 more entries do not fit the process command line, which "
-                   "has room for 496"}),
-            errorsIn(launched.lines));
+TEST_F(RememberedOptions, OfMoreThanTheCommandLineHoldsAreNone) {
+  scene.writeOptionsFile(optionsOf(497));
+  expectNoneOfADamagedFile();
+}
+
+TEST_F(RememberedOptions, OfAFileThatEndsBeforeTheLastOneAreNone) {
+  test::writeFile(scene.optionsFile(), test::field("2") + test::field("-Dname=value"));
+  expectNoneOfADamagedFile();
+}
+
+TEST_F(RememberedOptions, OfAFileThatEndsInsideOfOneAreNone) {
+  test::writeFile(scene.optionsFile(), test::field("1") + "-Dname=val");
+  expectNoneOfADamagedFile();
 }
 
 TEST_F(RememberedOptions, ThatDoNotFitThePropertiesEndTheProcess) {
