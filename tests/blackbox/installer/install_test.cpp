@@ -282,6 +282,25 @@ TEST_F(Installation, ThatLostItsEndInstallsNoApplication) {
   EXPECT_FALSE(fs::exists(installer_.master(kAppFolder)));
 }
 
+TEST_F(Installation, ThatIsCutAnywhereInItsLastRecordInstallsNoApplication) {
+  const std::string record = nestedRecord("more", fileRecord("more.jar", "more"));
+  const size_t head = record.find("more");
+  for (const size_t length : {size_t{1}, head, head + 4, record.size() / 2, record.size() - 1}) {
+    SCOPED_TRACE(length);
+    installer_.application.back() = record.substr(0, length);
+    EXPECT_EQ(1, install().status);
+    EXPECT_FALSE(fs::exists(installer_.master(kAppFolder)));
+  }
+}
+
+TEST_F(Installation, OfAnEntryThatCannotBeDecompressedInstallsNothing) {
+  installer_.updater[2] = fileRecord("help.txt.l2", "not compressed");
+  const test::Result result = install();
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.out.find("help.txt.l2 could not be decompressed"));
+  expectNothingInstalled();
+}
+
 TEST_F(Installation, OfARuntimeWithoutJavaInstallsNoRuntime) {
   installer_.runtime = nestedRecord("runtime", fileRecord("Contents/Home/release", "none"));
   const test::Result result = install();
