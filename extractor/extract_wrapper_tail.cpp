@@ -1,5 +1,6 @@
 #include "extractor/extract_wrapper_tail.h"
 
+#include <csignal>
 #include <string>
 
 #include "extractor/decision.h"
@@ -17,8 +18,15 @@
 
 static ExtractorRun extractorRun;
 
+// A parent that ignores the end of its children hands that on, and the system would then throw away
+// how the tools ended that an installation runs.
+static void noticeEndOfChildren() {
+  signal(SIGCHLD, SIG_DFL);
+}
+
 // From the invocation to a known master folder with a log file in it.
 static void startUp(ExtractorRun& run) {
+  noticeEndOfChildren();
   prepareSplash();
   resolveWrapperPaths(run);
   readDynamicProperties(run);

@@ -1,4 +1,3 @@
-#include <csignal>
 #include <cstring>
 
 #include "extractor/extract_wrapper_tail.h"
@@ -22,18 +21,11 @@ static bool takeElevatedFlag(int* argc, char** argv) {
   return true;
 }
 
-// A parent that ignores the end of its children hands that on, and the system would then throw away
-// how the tools ended that an installation runs.
-static void noticeEndOfChildren() {
-  signal(SIGCHLD, SIG_DFL);
-}
-
 int main(int argc, char** argv) {
   if (argc < 1) {
     return EXIT_STATUS_FAILURE;
   }
   const bool elevated = takeElevatedFlag(&argc, argv);
-  noticeEndOfChildren();
   prepareApplication(argv);
   createAutoreleasePool();
   // A silent or elevated run works without a window system.
