@@ -1,19 +1,19 @@
 #!/usr/bin/env bash
 # The whole job: an offline installation of a runtime and an application beside the floor of the same
-# work done with xz, tar, one hash pass and Java alone; its growth with the application; its peak
-# memory; and the start of what is installed already. TMPDIR needs two gigabytes.
-# Usage: bench/install.sh [ROUNDS [MEGABYTES ...]]   (10; applications of 10, 40 and 160 MB)
+# work done with xz, tar, one hash pass and Java alone; its growth with the payload; its peak memory;
+# and the start of what is installed already. TMPDIR needs eight gigabytes.
+# Usage: bench/install.sh [ROUNDS [FACTOR ...]]   (10; 1, 4 and 16 times 60 MB and 10 MB)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 build=$QUORVANE_BENCH_BUILD
 rounds=${1:-${QUORVANE_BENCH_SHORT:-10}}
 shift || true
-modules=java.base,java.desktop,java.logging,java.xml
-sizes="10 40 160"
+modules=java.base,java.logging,java.naming,java.xml
+factors=(1 4 16)
 if [ -n "$QUORVANE_BENCH_SHORT" ]; then
   modules=java.base
-  sizes=1
+  factors=(0.1)
 fi
 jdk=$(dirname "$(dirname "$(readlink -f "$(command -v javac)")")")
 work=$(mktemp -d)
@@ -27,4 +27,4 @@ quietly "$jdk/bin/javac" -d "$work/classes" bench/startup/Startup.java
 quietly "$jdk/bin/jar" --create --file "$work/updater/updater.jar" -C "$work/classes" .
 quietly "$jdk/bin/jlink" --add-modules "$modules" \
   --strip-debug --no-header-files --no-man-pages --output "$work/runtime"
-python3 bench/install/measure.py "$rounds" "$work" "$build/bin" "${@:-$sizes}"
+python3 bench/install/measure.py "$rounds" "$work" "$build/bin" "${@:-${factors[@]}}"

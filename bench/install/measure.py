@@ -1,6 +1,8 @@
 """Measures whole installations; bench/install.sh prepares what it needs.
 
-Usage: measure.py ROUNDS WORK BIN MEGABYTES   (WORK: runtime/ and updater/; MEGABYTES: "10 40 160")
+Usage: measure.py ROUNDS WORK BIN FACTOR...   (WORK: runtime/ and updater/)
+
+FACTOR says how many times 60 MB of runtime and 10 MB of application are installed.
 """
 
 import os
@@ -14,7 +16,9 @@ import time
 from pathlib import Path
 
 ROUNDS, WORK, BIN = int(sys.argv[1]), sys.argv[2], os.path.abspath(sys.argv[3])
-SIZES = [int(word) for text in sys.argv[4:] for word in text.split()]
+FACTORS = sys.argv[4:]
+RUNTIME, APPLICATION = 60_000_000, 10_000_000
+PIECE = 8000
 
 LAUNCH = """version = 6
 class = "Startup"
@@ -40,41 +44,60 @@ def write(name, text):
         file.write(text)
 
 
-def make_application(size):
-    """Pieces of the runtime's own class data, in an order of their own: they compress as real
-    programs do, and not against each other."""
+def fill(folder, size, source, rng):
+    """Files of a megabyte out of pieces of class data, in an order of their own: they compress as
+    real programs do, and not against each other."""
+    os.makedirs(folder)
+    number = 0
+    while size > 0:
+        pieces = (min(size, 1_000_000) + PIECE - 1) // PIECE
+        starts = [rng.randrange(len(source) - PIECE) for _ in range(pieces)]
+        with open(os.path.join(folder, f"data{number}"), "wb") as file:
+            file.writelines(source[start:start + PIECE] for start in starts)
+        number, size = number + 1, size - pieces * PIECE
+
+
+def size_of(folder):
+    return sum(os.path.getsize(os.path.join(parent, name))
+               for parent, _, names in os.walk(folder) for name in names)
+
+
+def make_payload(factor):
+    """A runtime that runs, filled up to its size, and an application of data."""
     with open(path("runtime", "lib", "modules"), "rb") as file:
         source = file.read()
-    rng = random.Random(size)
-    os.makedirs(path(f"app-{size}"))
-    for number in range(size):
-        with open(path(f"app-{size}", f"data{number}"), "wb") as file:
-            for _ in range(125):
-                start = rng.randrange(len(source) - 8000)
-                file.write(source[start:start + 8000])
-    shutil.copy(path("updater", "QuorvaneLaunch"), path(f"app-{size}", "QuorvaneLaunch"))
+    rng = random.Random(factor)
+    runtime, application = path(f"runtime-{factor}"), path(f"app-{factor}")
+    shutil.copytree(path("runtime"), runtime, symlinks=True)
+    fill(os.path.join(runtime, "data"), int(float(factor) * RUNTIME) - size_of(runtime), source, rng)
+    fill(application, int(float(factor) * APPLICATION), source, rng)
+    shutil.copy(path("updater", "QuorvaneLaunch"), application)
 
 
-def pack(size):
+def pack(factor):
     project = PROJECT.read_text(encoding="utf-8")
-    write(f"project-{size}.toml", project.replace('folder = "app"', f'folder = "app-{size}"'))
-    run(f"{BIN}/quorvane-pack", "build", path(f"project-{size}.toml"), "--output",
-        path(f"dist-{size}"), "--executables", BIN)
+    for folder in ("app", "runtime"):
+        project = project.replace(f'folder = "{folder}"', f'folder = "{folder}-{factor}"')
+    write(f"project-{factor}.toml", project)
+    run(f"{BIN}/quorvane-pack", "build", path(f"project-{factor}.toml"), "--output",
+        path(f"dist-{factor}"), "--executables", BIN)
 
 
-def make_tarball(size):
-    run("tar", "-cJf", path(f"{size}.tar.xz"), "-C", WORK, "runtime", f"app-{size}", "updater")
+def make_tarball(factor):
+    run("tar", "-cJf", path(f"{factor}.tar.xz"), "-C", WORK, f"--transform=s,^runtime-{factor},runtime,",
+        f"runtime-{factor}", f"app-{factor}", "updater")
 
 
-def prepare():
-    pack_tool = f"{BIN}/quorvane-pack"
-    run(pack_tool, "key", "new", path("release.key"))
-    write("launch.toml", LAUNCH)
-    run(pack_tool, "launchfile", "write", path("launch.toml"), path("updater", "QuorvaneLaunch"))
-    for size in SIZES:
-        make_application(size)
-        pack(size)
-        make_tarball(size)
+def prepare(factor):
+    make_payload(factor)
+    pack(factor)
+    make_tarball(factor)
+
+
+def clean_up(factor):
+    for name in (f"runtime-{factor}", f"app-{factor}", f"dist-{factor}"):
+        shutil.rmtree(path(name))
+    os.remove(path(f"{factor}.tar.xz"))
 
 
 def make_account():
@@ -88,7 +111,8 @@ def make_account():
 
 
 def measure(command, variables=None):
-    """Runs a command once; wall time in seconds, peak memory in MB, and what it printed."""
+    """Runs a command once; wall time in seconds, peak memory in MB of the largest process, and what
+    it printed."""
     with open(path("log"), "wb") as log:
         start = time.perf_counter()
         process = subprocess.Popen(command, stdout=log, stderr=subprocess.DEVNULL, env=variables)
@@ -101,24 +125,24 @@ def measure(command, variables=None):
     return wall, usage.ru_maxrss / 1024, output
 
 
-def installer(size):
-    folder = path(f"dist-{size}", "Sample Installer.app", "Contents", "MacOS")
+def installer(factor):
+    folder = path(f"dist-{factor}", "Sample Installer.app", "Contents", "MacOS")
     return os.path.join(folder, os.listdir(folder)[0])
 
 
-def install(size, variables):
-    wall, memory, output = measure([installer(size), "-silent"], variables)
+def install(factor, variables):
+    wall, memory, output = measure([installer(factor), "-silent"], variables)
     if b"Archive signature verified." not in output or b"\nmain " not in output:
         sys.exit("the installer did not install and start the program")
     return wall, memory
 
 
-def floor(size):
+def floor(factor):
     """The same files decompressed, hashed, extracted, the class data written, Java started."""
     shutil.rmtree(path("floor"), ignore_errors=True)
     os.mkdir(path("floor"))
     java = path("floor", "runtime", "bin", "java")
-    tarball = path(f"{size}.tar.xz")
+    tarball = path(f"{factor}.tar.xz")
     return measure(["sh", "-ec", f"""
         xz -dc '{tarball}' > '{path("floor", "tar")}'
         sha256sum '{path("floor", "tar")}'
@@ -128,9 +152,9 @@ def floor(size):
         '{java}' -cp '{path("floor", "updater", "updater.jar")}' Startup"""])[:2]
 
 
-def quick_launch(size, variables):
+def quick_launch(factor, variables):
     """Milliseconds from exec to the first line of Java's main of what is installed already."""
-    _, _, output = measure([f"{BIN}/exec_stamp", installer(size), "-silent"], variables)
+    _, _, output = measure([f"{BIN}/exec_stamp", installer(factor), "-silent"], variables)
     if b"Running without extraction now" not in output:
         sys.exit("the second run installed again")
     begin, entered = (int(re.search(rb"(?:^|\n|\.)" + word + rb" (\d+)\n", output).group(1))
@@ -138,27 +162,57 @@ def quick_launch(size, variables):
     return (entered - begin) / 1e6
 
 
-def measure_size(size):
+def own_memory(factor, variables):
+    """The largest memory of the Extractor alone, in MB: Java runs as a process of its own here."""
+    bundle = path(f"dist-{factor}", "Sample Installer.app")
+    params = (f"{BIN}/quorvane-pack", "params", "write", bundle)
+    run(*params, "force_spawn=true")
+    peak = 0
+    process = subprocess.Popen([installer(factor), "-silent"], stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL, env=variables)
+    while process.poll() is None:
+        with open(f"/proc/{process.pid}/status", encoding="ascii") as status:
+            found = re.search(r"VmHWM:\s*(\d+) kB", status.read())
+        peak = int(found.group(1)) if found else peak
+        time.sleep(0.005)
+    run(*params, "--unset", "force_spawn")
+    if process.returncode != 0:
+        sys.exit("the installation with Java as a process of its own failed")
+    return peak / 1024
+
+
+def measure_all(factor):
     installs, floors, launches = [], [], []
     for _ in range(ROUNDS):
-        floors.append(floor(size))
+        floors.append(floor(factor))
         variables = make_account()
-        installs.append(install(size, variables))
-        launches.append(quick_launch(size, variables))
+        installs.append(install(factor, variables))
+        launches.append(quick_launch(factor, variables))
+    own = own_memory(factor, make_account())
     wall, least = (statistics.median(r[0] for r in rows) for rows in (installs, floors))
-    print(f"| {size} MB | {wall:.2f} | {least:.2f} | {wall / least:.2f} | "
-          f"{max(r[1] for r in installs):.0f} | {max(r[1] for r in floors):.0f} | {statistics.median(launches):.0f} |", flush=True)
+    runtime, application = (size_of(path(f"{name}-{factor}")) / 1e6 for name in ("runtime", "app"))
+    peak, other = (max(r[1] for r in rows) for rows in (installs, floors))
+    print(f"| {runtime:.0f} + {application:.0f} MB | {wall:.2f} | {least:.2f} | {wall / least:.2f} | "
+          f"{own:.0f} | {peak:.0f} | {other:.0f} | {statistics.median(launches):.0f} |", flush=True)
+
+
+def prepare_tools():
+    run(f"{BIN}/quorvane-pack", "key", "new", path("release.key"))
+    write("launch.toml", LAUNCH)
+    run(f"{BIN}/quorvane-pack", "launchfile", "write", path("launch.toml"),
+        path("updater", "QuorvaneLaunch"))
 
 
 def main():
-    prepare()
-    runtime = sum(os.path.getsize(os.path.join(folder, name))
-                  for folder, _, names in os.walk(path("runtime")) for name in names)
-    print(f"runtime of {runtime / 1e6:.0f} MB, medians of {ROUNDS} rounds\n")
-    print("| application | installation, s | floor, s | ratio | peak memory, MB | floor's | quick launch, ms |")
-    print("|---|---|---|---|---|---|---|")
-    for size in SIZES:
-        measure_size(size)
+    prepare_tools()
+    print(f"medians of {ROUNDS} rounds; the memory is the largest of all rounds\n")
+    print("| runtime + application | installation, s | floor, s | ratio | Extractor's own memory, MB "
+          "| largest process, MB | the floor's, MB | quick launch, ms |")
+    print("|---|---|---|---|---|---|---|---|")
+    for factor in FACTORS:
+        prepare(factor)
+        measure_all(factor)
+        clean_up(factor)
 
 
 if __name__ == "__main__":
