@@ -78,14 +78,17 @@ class SignatureBits : public testing::TestWithParam<Component> {
       records = test::signedBy(key_, records);
     }
     installer_.updater[0] = fileRecord("lzma64", "no tool is needed");
-    installer_.write();
+    writeInstaller();
+    setUpToolkit();
   }
+
+  ~SignatureBits() override { drainAutoreleasePool(pool_); }
 
   const std::string& archive() { return archives_[GetParam()]; }
 
   void requireSignatures() {
     installer_.properties = {{"require_signature", "true"}};
-    installer_.write();
+    writeInstaller();
   }
 
   // Installs with `bytes` in place of the component's archive; counts how that ended.
@@ -168,6 +171,20 @@ class SignatureBits : public testing::TestWithParam<Component> {
 
   bool mainClassStarted() const { return test::exists(installer_ / "started"); }
 
+  // The forks are the installer: its file is only searched for a Tail record.
+  void writeInstaller() {
+    installer_.write();
+    test::writeFile(installer_.executable(), "no program");
+  }
+
+  // What the toolkit sets up once in a process is not set up in every fork again.
+  void setUpToolkit() {
+    std::string path = installer_.executable();
+    char* words[] = {path.data(), nullptr};
+    prepareApplication(words);
+    pool_ = createAutoreleasePool();
+  }
+
   // Forks a process that does all that the extractor's main function does, and returns its status.
   int runInstaller() {
     const pid_t child = fork();
@@ -215,6 +232,7 @@ class SignatureBits : public testing::TestWithParam<Component> {
 
   tools::SigningKey key_ = tools::SigningKey::generate(2048);
   std::map<Component, std::string> archives_;
+  void* pool_ = nullptr;
 };
 
 }  // namespace
