@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The extraction of archives beside tar, and its peak memory. ROUNDS sets how often each is run (15),
-# TMPDIR where; two gigabytes are needed there.
+# The extraction of archives beside tar, and its peak memory. TMPDIR needs two gigabytes.
+# Usage: [ROUNDS=N] scripts/bench archive   (15 rounds)
 set -euo pipefail
 
 build=$QUORVANE_BENCH_BUILD

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The hashes of archive signatures against OpenSSL's SHA3-256 and against one hash after the other,
 # all on one core in one run.
+# Usage: scripts/bench crypto
 set -euo pipefail
 
 build=$QUORVANE_BENCH_BUILD

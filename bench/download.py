@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Measures the downloader beside curl; see download.sh.
 
 Usage: download.py DOWNLOADER ROUNDS

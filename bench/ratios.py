@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Prints the speeds in a Google Benchmark result file, and the ratios of chosen pairs.
 
 Usage: ratios.py RESULTS.json A/B ...

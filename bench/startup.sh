@@ -2,7 +2,7 @@
 # From exec to the first line of Java's main: plain java, the Launcher, and an application image
 # made by the JDK's jpackage, all in one run with the same runtime and class path, without and with
 # class-data sharing.
-# Usage: bench/startup.sh [ROUNDS]
+# Usage: scripts/bench startup [ROUNDS]   (40)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

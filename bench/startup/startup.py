@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Compares how long programs take from exec to the first line of Java's main.
 
 Usage: startup.py ROUNDS FOLDER EXEC_STAMP

@@ -11,7 +11,6 @@ make_project() {
   mkdir -p "$project"
   cp "$demo/app.jar" "$project/"
   cp examples/splash/nativesplash.png "$project/splash.png"
-  cp build/pack200-tools/unpack200 "$demo/runtime/bin/" 2> /dev/null || true
   pack key new "$project/release.key"
   cp examples/app/quorvane.toml "$project/"
 }
