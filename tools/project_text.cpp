@@ -131,7 +131,7 @@ static const char kOtherSections[] = R"(
 # silent_parameter = "-silent"  # the word that installs without a window
 # splash = "splash.png"
 # minimum_splash_ms = 1500
-# required_java = "17"  # for an online installer that finds a Java on the machine
+# required_java = "8"  # oldest Java of the machine that an online installer takes
 # require_signature = true
 
 [signing]

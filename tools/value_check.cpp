@@ -8,9 +8,7 @@ std::string faultOfRequiredJava(const std::string& version) {
   constexpr size_t kMostDigits = 9;
   const bool isNumber =
       version.size() <= kMostDigits && version.find_first_not_of("0123456789") == std::string::npos;
-  return isNumber ? ""
-                  : "Java versions are compared as whole numbers; write 17 for Java 17, and 8 for "
-                    "Java 1.8";
+  return isNumber ? "" : "Java versions are compared as whole numbers; write 8 for Java 1.8";
 }
 
 static bool beginsWith(const std::string& text, const std::string& start) {

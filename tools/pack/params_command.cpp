@@ -95,11 +95,12 @@ static void readParams(const ParamsOptions& options) {
 }
 
 static void addWrite(const Command& params) {
-  const Command command =
-      params.add("write", "Writes a params file, or changes one.",
-                 "Properties that stand in the file stay unless they are given or unset.\n"
-                 "The file may be changed without signing the bundle again.\n"
-                 "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
+  const Command command = params.add(
+      "write", "Writes a params file, or changes one.",
+      "Properties that stand in the file stay unless they are given or unset.\n"
+      "No archive's signature covers the file. codesign seals it like any resource: write\n"
+      "it before the bundle is signed, or sign the bundle again.\n"
+      "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
   auto options = std::make_shared<ParamsOptions>();
   command.text("PATH", &options->path, "An installer bundle, whose params file is meant, or a file")
       .required();

@@ -249,7 +249,8 @@ static void runBundle(const RunOptions& options) {
 void addRunCommand(const Command& app) {
   const Command command = app.add(
       "run", "Runs an installer in a throw-away home, to try it.",
-      "The command ends when the application does. It needs a display, as the application does.\n"
+      "Works on Linux only, where nss_wrapper gives it the home. The command ends when the\n"
+      "application does. It needs a display, as the application does.\n"
       "Example:\n  quorvane-pack run dist --verbose");
   auto options = std::make_shared<RunOptions>();
   command.text("PATH", &options->path, "A folder that 'build' made, or a bundle").withDefault();

@@ -93,7 +93,7 @@ static void addValues(const Command& command, Tail* tail) {
   command.text("--silent-parameter", &tail->silentParameter,
                "Command-line word that asks for a silent run");
   command.text("--required-java-version", &tail->requiredJavaVersion,
-               "Oldest Java version that the application runs on");
+               "Oldest Java of the machine that an online installer adopts, a whole number");
   command.text("--update-url", &tail->updateUrl,
                "Where updates are, or D when that is given from outside");
 }

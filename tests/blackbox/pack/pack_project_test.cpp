@@ -141,10 +141,10 @@ const WrongProject kWrongProjects[] = {
      "and nothing but ASCII; write others as %20 and so on"},
     {"RequiredJavaInWords", "[installer]", "[installer]\nrequired_java = \"seventeen\"",
      "quorvane.toml: [installer] required_java is \"seventeen\"; Java versions are compared as "
-     "whole numbers; write 17 for Java 17, and 8 for Java 1.8"},
+     "whole numbers; write 8 for Java 1.8"},
     {"RequiredJavaWithDot", "[installer]", "[installer]\nrequired_java = \"1.8\"",
      "quorvane.toml: [installer] required_java is \"1.8\"; Java versions are compared as whole "
-     "numbers; write 17 for Java 17, and 8 for Java 1.8"},
+     "numbers; write 8 for Java 1.8"},
     {"OwnProperty", "[installer]", "[installer]\nproperties = {jre_name = \"x\"}",
      "quorvane.toml: [installer.properties] has jre_name; set it with 'name' in [runtime]"},
     {"UnknownInstallType", "[installer]", "[installer]\ninstall_type = \"all\"",

@@ -114,8 +114,8 @@ TEST(EncodeTail, RefusesANameThatCannotNameFolders) {
 
 TEST(EncodeTail, RefusesARequiredJavaThatIsNoWholeNumber) {
   EXPECT_EQ(
-      "the required Java version is \"1.8\"; Java versions are compared as whole numbers; write 17 "
-      "for Java 17, and 8 for Java 1.8",
+      "the required Java version is \"1.8\"; Java versions are compared as whole numbers; write 8 "
+      "for Java 1.8",
       refusal([](tools::Tail* tail) { tail->requiredJavaVersion = "1.8"; }));
 }
 
