@@ -82,12 +82,14 @@ static void addValues(const Command& command, Tail* tail) {
   command.text("--app-version", &tail->appVersion, "Number of the application carried");
   command.text("--jre-version", &tail->jreVersion, "Number of the runtime carried");
   command.text("--gu-version", &tail->guVersion, "Number of the GenericUpdater carried");
-  command.number("--min-splash-ms", &tail->minSplashMs, "Shortest splash time in milliseconds")
+  command
+      .number("--min-splash-ms", &tail->minSplashMs,
+              "Shortest splash time in milliseconds, for the updater")
       .withDefault();
   command.text("--public-key", &tail->publicKeyHex,
                "Public key that verifies archives, as 'key show' prints it");
   command.flag("--can-override-splash", &tail->canOverrideSplash,
-               "Let the application replace the splash image");
+               "Let the property splash_image replace the splash image");
   command.text("--install-type", &tail->installType, "perm_all, perm_user or temporary")
       .withDefault();
   command.text("--silent-parameter", &tail->silentParameter,
