@@ -11,6 +11,7 @@ is noted on standard output as "request METHOD TARGET".
   /short?size=N       half of N promised bytes, an orderly end
   /reset?size=N       half of N promised bytes, then a reset
   /stall              no answer at all                  /stall-body       half the body, then nothing
+  /held?size=N&path=P     half of N bytes, the other half once the file P stands
   /drip?count=N&pause=S   N bytes, S seconds apart      /agent            the User-Agent it was sent
   /endless-head       header lines without end
 
@@ -21,6 +22,7 @@ Usage: web_server.py [--tls CERTIFICATE KEY]
 """
 import argparse
 import http.server
+import os
 import select
 import socket
 import socketserver
@@ -145,6 +147,15 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.write(1000)
         self.wfile.flush()
         time.sleep(60)
+
+    def page_held(self):
+        self.head(Content_Length=self.size())
+        body = b"".join(pattern(self.size()))
+        self.wfile.write(body[:len(body) // 2])
+        self.wfile.flush()
+        while not os.path.exists(self.query["path"]):
+            time.sleep(0.01)
+        self.wfile.write(body[len(body) // 2:])
 
     def page_drip(self):
         count = int(self.query["count"])

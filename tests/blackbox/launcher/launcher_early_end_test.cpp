@@ -189,7 +189,7 @@ TEST(LauncherWithoutDisplay, SaysSoInOneLineOnStandardErrorAndEndsWithFailure) {
             lastOf(test::linesOf(result.err)));
 }
 
-TEST(LauncherWithADisplayThatNobodyServes, SaysTheSame) {
+TEST(LauncherWithADisplayThatNobodyServes, SaysSoInOneLineOnStandardErrorAndEndsWithFailure) {
   const LauncherBundle bundle;
   bundle.writeTailFile(Tail());
   bundle.installRuntime();

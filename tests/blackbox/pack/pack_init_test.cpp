@@ -8,21 +8,9 @@
 #include "tests/support/test_keys.h"
 
 namespace fs = std::filesystem;
+using test::makeJar;
 
 namespace {
-
-// A jar without classes whose manifest has these lines more.
-void makeJar(const std::string& folder, const std::string& path, const std::string& lines) {
-  test::writeFile(folder + "/manifest", lines);
-  test::writeFile(folder + "/content", "content");
-  fs::create_directories(fs::path(folder + "/" + path).parent_path());
-  test::Command command;
-  command.arguments = {"/bin/sh", "-c", "jar --create --file \"$0\" --manifest manifest content",
-                       path};
-  command.folder = folder;
-  const test::Result result = test::run(command);
-  ASSERT_EQ(0, result.status) << result.err;
-}
 
 // A key that stands, which costs less than making one.
 void writeKey(const test::TempFolder& folder) {

@@ -16,23 +16,38 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A build that is stopped by a signal once the file `sign` is there.
+// A build that a signal reaches once the file `sign` is there.
 class PackInterruption : public testing::Test {
  protected:
-  void interrupt(int signal, const std::string& sign) {
+  // Starts the build and waits for the sign.
+  void start(const std::string& sign) {
     test::writeFile(project_ / "quorvane.toml", project_.text);
     fs::create_directory(project_ / "tmp");
-    test::Command command;
-    command.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--executables", "bin"};
-    command.environment = {{"TMPDIR", project_ / "tmp"}};
-    command.folder = project_.path();
-    const pid_t build = test::start(command, project_ / "out", project_ / "err");
+    command_.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--executables", "bin"};
+    command_.environment = {{"TMPDIR", project_ / "tmp"}};
+    command_.folder = project_.path();
+    build_ = test::start(command_, project_ / "out", project_ / "err");
     for (int i = 0; i < 6000 && !test::exists(project_ / sign); ++i) {
       usleep(10000);
     }
-    kill(build, signal);
+    EXPECT_TRUE(test::exists(project_ / sign)) << test::readFile(project_ / "err");
+  }
+
+  void waitForEnd() {
     constexpr double kSeconds = 60;
-    result_ = test::waitForChild(build, kSeconds);
+    result_ = test::waitForChild(build_, kSeconds);
+  }
+
+  void interrupt(int signal, const std::string& sign) {
+    start(sign);
+    kill(build_, signal);
+    waitForEnd();
+  }
+
+  // The runtime is made by a jlink that is this script.
+  void useJlink(const std::string& script) {
+    project_.replace("folder = \"runtime\"", "jdk = \"jdk\"\nmodules = [\"java.base\"]");
+    test::writeFile(project_ / "jdk/bin/jlink", "#!/bin/sh\n" + script, 0755);
   }
 
   void expectNothingLeft() {
@@ -43,6 +58,8 @@ class PackInterruption : public testing::Test {
   }
 
   test::SmallProject project_;
+  test::Command command_;
+  pid_t build_ = 0;
   test::Result result_;
 };
 
@@ -60,24 +77,36 @@ TEST_F(PackInterruption, WhilePackingLeavesNothing) {
 }
 
 TEST_F(PackInterruption, WhileAProgramRunsEndsItAndLeavesNothing) {
-  project_.replace("folder = \"runtime\"", "jdk = \"jdk\"\nmodules = [\"java.base\"]");
-  test::writeFile(project_ / "jdk/bin/jlink",
-                  "#!/bin/sh\necho $$ > " + (project_ / "started") + "\nexec sleep 600\n", 0755);
+  useJlink("echo $$ > " + (project_ / "started") + "\nexec sleep 600\n");
   interrupt(SIGTERM, "started");
   EXPECT_EQ(128 + SIGTERM, result_.status);
   EXPECT_NE(0, kill(atoi(test::readFile(project_ / "started").c_str()), 0));
   expectNothingLeft();
 }
 
+TEST_F(PackInterruption, ByAHangupEndsItAndLeavesNothing) {
+  useJlink(": > " + (project_ / "started") + "\nexec sleep 600\n");
+  interrupt(SIGHUP, "started");
+  EXPECT_EQ(128 + SIGHUP, result_.status);
+  expectNothingLeft();
+}
+
 TEST_F(PackInterruption, ByASignalThatIsIgnoredChangesNothing) {
-  test::writeFile(project_ / "quorvane.toml", project_.text);
-  test::Command command;
-  command.arguments = {"/bin/sh", "-c",
-                       "trap '' HUP; " QUORVANE_BIN
-                       "/quorvane-pack build --executables bin & kill -HUP $!; wait $!"};
-  command.folder = project_.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(0, result.status) << result.err;
+  // While this jlink runs the build would note the signal.
+  useJlink(": > " + (project_ / "started") + "\nwhile [ ! -e " + (project_ / "go") +
+           " ]; do sleep 0.05; done\n"
+           "while [ \"$1\" != --output ]; do shift; done\n"
+           "mkdir -p \"$2/bin\" && echo java > \"$2/bin/java\"\n"
+           "echo 'JAVA_VERSION=\"21.0.4\"' > \"$2/release\"\n");
+  command_.prepare = [] { signal(SIGHUP, SIG_IGN); };
+  start("started");
+  kill(build_, SIGHUP);
+  test::writeFile(project_ / "go", "");
+  waitForEnd();
+  EXPECT_EQ(0, result_.status) << test::readFile(project_ / "err");
+  EXPECT_EQ("", test::readFile(project_ / "err"));
+  EXPECT_TRUE(test::exists(project_ / "dist/site/Quorvane-Mac64JRE-210004-archive.p2.l2"));
+  EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "tmp"));
 }
 
 }  // namespace

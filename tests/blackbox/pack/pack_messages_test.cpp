@@ -75,6 +75,10 @@ const WrongInput kWrongInputs[] = {
      "short.p2.l2 ends before its LZMA data do; fetch or make it again"},
     {"NoLzmaData", "archive list junk.p2.l2",
      "junk.p2.l2 is no LZMA data, or damaged; fetch or make it again"},
+    {"LzmaDataThatCannotBeReadToTheirEnd", "archive list unreadable.p2.l2",
+     "unreadable.p2.l2 cannot be read to its end"},
+    {"LzmaDataThatNeedTooMuchMemory", "archive list large.p2.l2",
+     "large.p2.l2 needs more memory than is allowed or there is"},
     {"AFileToExtractInto", "archive extract empty.p2 file",
      "file cannot be made a folder: Not a directory"},
     // key
@@ -142,6 +146,8 @@ const WrongInput kWrongInputs[] = {
     {"ParamsOfAFolderThatIsNoBundle", "params write folder a=b",
      "folder/Contents/Resources/AppParams.excludefromsigning cannot be written: No such file or "
      "directory"},
+    {"ParamsThatCannotBeReadToTheirEnd", "params read unreadable.p2.l2",
+     "unreadable.p2.l2 cannot be read to its end: Input/output error"},
     // tail write
     {"ATailWithTheNameOfAnotherComponent", "tail write out --app-name Quorvane",
      "the application's name \"Quorvane\" is that of another component; choose a different one"},
@@ -217,6 +223,10 @@ class PackInput : public testing::TestWithParam<WrongInput> {
     write("empty.p2", "");
     write("short.p2.l2", "\x5d\0\0\x80\0\xff\xff\xff\xff\xff\xff\xff\xff\0"s);
     write("junk.p2.l2", std::string(100, '\xff'));
+    // A dictionary of 1 GiB.
+    write("large.p2.l2", "\x5d\0\0\0\x40\xff\xff\xff\xff\xff\xff\xff\xff\0"s);
+    // An ordinary file by its kind, of which no byte can be read: nothing lies at the address 0.
+    fs::create_symlink("/proc/self/mem", folder_ / "unreadable.p2.l2");
     write("short.tail", field("Demo") + field("12") + "1407");
     std::string record;
     for (int i = 0; i < 11; ++i) {

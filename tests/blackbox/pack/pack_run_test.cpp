@@ -229,6 +229,14 @@ TEST_F(PackRun, KeepsTheHomeOfARunThatFails) {
   EXPECT_EQ(Texts{"Library"}, test::namesIn(project_ / "kept"));
 }
 
+TEST_F(PackRun, SaysSoWhereTheHomeCannotBeKept) {
+  const std::string kept = project_ / "kept";
+  build("rmdir '" + kept + "' && touch '" + kept + "'\n");
+  const test::Result result = run({"--keep", "kept"});
+  expectErrorOfRun(result, "the home cannot be copied to kept: Is a directory");
+  EXPECT_EQ("", result.out);
+}
+
 TEST_F(PackRun, KeepsNothingWhereSomethingStandsAndDoesNotRun) {
   build("touch '" + project_ / "ran" + "'\n");
   test::writeFile(project_ / "folder/mine", "mine");

@@ -53,6 +53,28 @@ class PackVerifyLimits : public testing::Test {
     test::writeFile(tailPath(), bytes.replace(at, from.size(), to));
   }
 
+  // Puts the bytes of the file `path` in place of those of the Tail's file record `name`.
+  void replaceRecordInTail(const std::string& name, const std::string& path) {
+    std::string bytes = test::readFile(tailPath());
+    const size_t found = bytes.find(test::field(name));
+    ASSERT_NE(std::string::npos, found);
+    const size_t at = found + test::field(name).size();
+    const std::string length = bytes.c_str() + at;
+    const std::string other = test::readFile(path);
+    bytes.replace(at, test::field(length).size() + std::stoul(length),
+                  test::field(std::to_string(other.size())) + other);
+    test::writeFile(tailPath(), bytes);
+  }
+
+  // An installer that asks for no signatures.
+  void buildWithoutAskingForSignatures(bool isSigned) {
+    project_.replace("[installer]\n", "[installer]\nrequire_signature = false\n");
+    if (!isSigned) {
+      project_.replace("[signing]\nkey = \"release.key\"\n", "");
+    }
+    build();
+  }
+
   // An updater whose launch file is `launch`.
   void writeUpdater(const tools::LaunchFile& launch) {
     test::writeFile(project_ / "updater/QuorvaneLaunch", tools::encodeLaunchFile(launch));
@@ -146,6 +168,39 @@ TEST_F(PackVerifyLimits, FindsALaunchFileWithANumberInAnotherForm) {
        "'quorvane-pack launchfile'"});
 }
 
+TEST_F(PackVerifyLimits, FindsALaunchFileWithoutAMainClass) {
+  std::string bytes = tools::encodeLaunchFile(launchFile());
+  const std::string mainClass = "org.example.Updater";
+  test::writeFile(project_ / "updater/QuorvaneLaunch",
+                  bytes.erase(bytes.find(mainClass), mainClass.size()));
+  build();
+  expectProblems({"updater: its launch file names no main class"});
+}
+
+TEST_F(PackVerifyLimits, FindsAnApplicationWithoutALaunchFile) {
+  buildWithoutAskingForSignatures(false);
+  const test::Result created =
+      test::runPack(project_.path(), {"archive", "create", "app", "other.p2.l2"});
+  ASSERT_EQ(0, created.status) << created.err;
+  replaceRecordInTail("application.p2.l2", project_ / "other.p2.l2");
+  expectProblems({"application: the launch file QuorvaneLaunch is missing, so nothing can start"});
+}
+
+TEST_F(PackVerifyLimits, FindsASplashImageThatIsNoPng) {
+  build();
+  replaceInTail("\x89PNG\r\n", "\x88PNG\r\n");
+  expectProblems({"updater: nativesplash.png is no PNG image"});
+}
+
+TEST_F(PackVerifyLimits, FindsSignedArchivesWithoutAKeyToCheckThemWith) {
+  buildWithoutAskingForSignatures(true);
+  const std::string bytes = test::readFile(tailPath());
+  replaceInTail(test::field(bytes.c_str() + bytes.find("3082")), test::field(""));
+  const std::string what = ".p2.l2 is signed, and the Tail record has no key to check that with";
+  expectProblems(
+      {"updater: updater" + what, "runtime: runtime" + what, "application: application" + what});
+}
+
 TEST_F(PackVerifyLimits, FindsATailValueThatIsReadAsSomethingElse) {
   build();
   const std::string bytes = test::readFile(tailPath());
@@ -176,9 +231,7 @@ TEST_F(PackVerifyLimits, FindsAnEmptyDecompressionTool) {
 }
 
 TEST_F(PackVerifyLimits, TakesSignaturesForAskedForOnceAPropertySaysSo) {
-  project_.replace("[installer]\n", "[installer]\nrequire_signature = false\n");
-  project_.replace("[signing]\nkey = \"release.key\"\n", "");
-  build();
+  buildWithoutAskingForSignatures(false);
   writeParams({{"require_signature", "true"}, {"require_signature", "false"}});
   expectProblems({"the params file asks for signatures, and the Tail record has no key",
                   "updater: updater.p2.l2 is not signed, and the params file asks for signatures",

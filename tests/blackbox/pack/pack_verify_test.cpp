@@ -87,6 +87,21 @@ TEST_F(PackVerify, FindsAnExecutableThatMayNotBeExecuted) {
                 "/Contents/MacOS/Small App may not be executed; run 'chmod 755' on it");
 }
 
+TEST_F(PackVerify, FindsAnInfoPlistThatNamesNoExecutable) {
+  const std::string sound = test::readFile(inBundle("Info.plist"));
+  const std::string name = "<string>Small App</string>";
+  const size_t at = sound.find(name, sound.find("<key>CFBundleExecutable</key>"));
+  ASSERT_NE(std::string::npos, at);
+  for (const std::string other : {"", "../Small App"}) {
+    std::string changed = sound;
+    changed.replace(at, name.size(), "<string>" + other + "</string>");
+    test::writeFile(inBundle("Info.plist"), changed);
+    expectProblem(std::string(kBundle) +
+                  "/Contents/Info.plist names no executable: CFBundleExecutable is \"" + other +
+                  "\"");
+  }
+}
+
 TEST_F(PackVerify, FindsAMissingTailRecord) {
   fs::remove(inBundle("Resources/Tail"));
   expectProblem(std::string(kBundle) +
@@ -282,7 +297,7 @@ TEST(PackUsage, ThatIsWrongEndsWithStatus2) {
   EXPECT_EQ(2, test::runPack("", {"verify"}).status);
 }
 
-TEST(PackVersion, IsPrinted) {
+TEST(PackVersion, IsPrintedAsNameAndNumberInOneLine) {
   const test::Result result = test::runPack("", {"--version"});
   EXPECT_EQ(0, result.status);
   EXPECT_EQ("quorvane-pack " QUORVANE_VERSION "\n", result.out);

@@ -85,6 +85,18 @@ void SmallProject::replace(const std::string& from, const std::string& to) {
   text.replace(at, from.size(), to);
 }
 
+void makeJar(const std::string& folder, const std::string& path, const std::string& lines) {
+  writeFile(folder + "/manifest", lines);
+  writeFile(folder + "/content", "content");
+  fs::create_directories(fs::path(folder + "/" + path).parent_path());
+  Command command;
+  command.arguments = {"/bin/sh", "-c", "jar --create --file \"$0\" --manifest manifest content",
+                       path};
+  command.folder = folder;
+  const Result result = run(command);
+  ASSERT_EQ(0, result.status) << result.err;
+}
+
 static std::string digestOf(const std::string& path) {
   const Result result = run({{"/usr/bin/sha256sum", "--", path}, {}, {}, "", 60});
   EXPECT_EQ(0, result.status) << result.err;

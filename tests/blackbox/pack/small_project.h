@@ -36,6 +36,9 @@ class SmallProject {
   TempFolder folder_;
 };
 
+// Makes the jar `path` in `folder`, without classes and with these lines more in its manifest.
+void makeJar(const std::string& folder, const std::string& path, const std::string& lines);
+
 // A line for each file and folder below `folder`: permission bits, SHA-256 of a file, path.
 std::string manifestOf(const std::string& folder);
 

@@ -368,8 +368,8 @@ TEST(LoadDerEncodedPublicKey, OfANegativeLengthGivesNoneAndSaysSo) {
   EXPECT_EQ("ERROR - unable to import public key.\n", out);
 }
 
-TEST(FreePublicKey, TakesNull) {
-  freePublicKey(nullptr);
+TEST(FreePublicKey, OfNullComesBack) {
+  EXPECT_EQ(test::CODE_RETURNED, test::runInChild([] { freePublicKey(nullptr); }).status);
 }
 
 // One verification by the program's function and by the library's own.

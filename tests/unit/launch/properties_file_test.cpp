@@ -102,7 +102,7 @@ class PropertiesFileOfClass : public Launching, public testing::WithParamInterfa
 INSTANTIATE_TEST_SUITE_P(Classes, PropertiesFileOfClass,
                          testing::Values(LAUNCH_APPLICATION, LAUNCH_COMPATIBILITY, 2, -1, 1000));
 
-TEST_P(PropertiesFileOfClass, IsWritten) {
+TEST_P(PropertiesFileOfClass, HoldsTheApplicationFolderWhateverIsLaunched) {
   launchClass = GetParam();
   scene.installFakeRuntime(scene.runtime());
   launch();

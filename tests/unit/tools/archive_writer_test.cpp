@@ -8,6 +8,9 @@
 #include <memory>
 
 #include "archive/archive.h"
+#include "crypto/mixed_hash.h"
+#include "crypto/tomcrypt.h"
+#include "platform/process_end.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -32,9 +35,9 @@ class ArchiveWriter : public testing::Test {
     return test::readFile(archive());
   }
 
-  void expectError(const std::string& wanted) {
+  void expectError(const std::string& wanted, const tools::SigningKey* key = nullptr) {
     try {
-      tools::writeArchive(content_, archive(), nullptr);
+      tools::writeArchive(content_, archive(), key);
       FAIL() << "no error, expected " << wanted;
     } catch (const tools::InputError& error) {
       EXPECT_EQ(wanted, error.what());
@@ -109,6 +112,32 @@ TEST_F(ArchiveWriter, RefusesWhatIsNeitherFileNorFolder) {
 TEST_F(ArchiveWriter, RefusesAFolderThatIsNone) {
   content_.folder = folder_ / "missing";
   expectError(folder_ / "missing is no folder; name one");
+}
+
+TEST_F(ArchiveWriter, WhoseHashCannotBeSetUpSaysSo) {
+  const test::Result result = test::runInChild([this] {
+    unregister_hash(&mixedDescriptor);
+    ltc_hash_descriptor filler = sha256_desc;
+    do {
+      ++filler.ID;
+    } while (register_hash(&filler) != -1);
+    expectError("the archive's hash cannot be set up");
+    endProcess(HasFailure() ? 1 : 0);
+  });
+  EXPECT_EQ(0, result.status) << result.out;
+}
+
+TEST_F(ArchiveWriter, WhoseHashCannotBeFinishedSaysSo) {
+  const test::Result result = test::runInChild([this] {
+    unregister_hash(&mixedDescriptor);
+    ltc_hash_descriptor failing = mixedDescriptor;
+    failing.done = [](Hash_state*, unsigned char*) { return static_cast<int>(CRYPT_ERROR); };
+    register_hash(&failing);
+    const auto key = tools::SigningKey::read(test::keyFile("first"));
+    expectError("the archive's hash cannot be finished", &key);
+    endProcess(HasFailure() ? 1 : 0);
+  });
+  EXPECT_EQ(0, result.status) << result.out;
 }
 
 TEST_F(ArchiveWriter, RefusesAPathThatIsTooLongToBeExtracted) {

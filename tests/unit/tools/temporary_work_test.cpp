@@ -23,6 +23,18 @@ TEST(TemporaryFolder, IsMadeInTmpWhenTheEnvironmentNamesNoFolder) {
   }
 }
 
+TEST(TemporaryFolder, ThatCannotBeMadeIsNamedWithTheReason) {
+  try {
+    const tools::TemporaryFolder folder("/nowhere");
+    ADD_FAILURE();
+  } catch (const tools::InputError& error) {
+    const std::string what = error.what();
+    const std::string reason = ": No such file or directory";
+    EXPECT_EQ(0u, what.find("no temporary folder can be made as /nowhere/quorvane-")) << what;
+    EXPECT_EQ(what.size() - reason.size(), what.rfind(reason)) << what;
+  }
+}
+
 TEST(RunForOutput, OfAProgramThatFailsLeavesStackTracesOut) {
   const std::string script =
       "echo 'Exception: why' >&2; printf '\\tat a.b(C.java)\\n\\t... 3 more\\n' >&2; exit 1";

@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tests/support/test_keys.h"
+
+// The packager where 'cmake --install build --prefix P' puts it, called by its name.
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class InstalledPackager : public testing::Test {
+ protected:
+  void SetUp() override {
+    const test::Result result =
+        test::run({{QUORVANE_CMAKE, "--install", QUORVANE_BUILD, "--prefix", prefix_}});
+    ASSERT_EQ(0, result.status) << result.out << result.err;
+    test::makeJar(folder_.path(), "hello.jar", "Main-Class: org.example.Hello\n");
+    test::writeFile(folder_ / "release.key", test::readFile(test::keyFile("first")), 0600);
+    test::writeFile(folder_ / "runtime/bin/java", "a java", 0755);
+    test::writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");
+  }
+
+  test::Result run(const std::vector<std::string>& words) {
+    test::Command command;
+    command.arguments = {"/bin/sh", "-c", "exec quorvane-pack \"$@\"", "sh"};
+    command.arguments.insert(command.arguments.end(), words.begin(), words.end());
+    command.environment = {{"PATH", prefix_ + "/bin:" + getenv("PATH")}};
+    command.folder = folder_.path();
+    return test::run(command);
+  }
+
+  std::string companion(const std::string& name) { return prefix_ + "/lib/quorvane/" + name; }
+
+  // Takes a companion away, so that a build must fail with the message.
+  void expectNeeded(const std::string& name, const std::string& message) {
+    fs::rename(companion(name), folder_ / "away");
+    const test::Result result = run({"build", "--runtime", "runtime"});
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
+    fs::rename(folder_ / "away", companion(name));
+  }
+
+  const test::TempFolder folder_;
+  const std::string prefix_ = folder_ / "prefix";
+};
+
+TEST_F(InstalledPackager, MakesInstallersWithTheCompanionsBesideIt) {
+  const test::Result init = run({"init", "hello.jar"});
+  ASSERT_EQ(0, init.status) << init.err;
+  const test::Result build = run({"build", "--runtime", "runtime"});
+  ASSERT_EQ(0, build.status) << build.err;
+  EXPECT_TRUE(test::readFile(companion("launcher")) ==
+              test::readFile(folder_ / "dist/Hello.app/Contents/MacOS/Hello"));
+  EXPECT_TRUE(test::readFile(companion("extractor")) ==
+              test::readFile(folder_ / "dist/Hello Installer.app/Contents/MacOS/Hello"));
+  const test::Result verify = run({"verify", "dist/Hello Installer.app"});
+  EXPECT_EQ(0, verify.status) << verify.err;
+}
+
+TEST_F(InstalledPackager, UsesNoOtherCompanions) {
+  ASSERT_EQ(0, run({"init", "hello.jar"}).status);
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    expectNeeded(name, companion(name) +
+                           " is missing; name the folder of launcher, extractor and lzma64 for the "
+                           "target system with --executables");
+  }
+  expectNeeded("updater.jar", "the sample updater is not at " + companion("updater.jar") +
+                                  ": it was built without a JDK; build it with one, or name an "
+                                  "updater as 'folder' and 'version' in [updater]");
+}
+
+TEST_F(InstalledPackager, HasItsManualPagesWhereManLooksForThem) {
+  for (const char* page : {"man1/quorvane-pack.1", "man1/lzma64.1", "man7/quorvane-launcher.7"}) {
+    EXPECT_EQ(0u, test::readFile(prefix_ + "/share/man/" + page).find(".TH ")) << page;
+  }
+}
+
+}  // namespace
