@@ -19,15 +19,6 @@ namespace tools {
 
 static const int kNotStarted = 127;
 
-static std::vector<char*> vectorOf(const std::vector<std::string>& arguments) {
-  std::vector<char*> vector;
-  for (const std::string& argument : arguments) {
-    vector.push_back(const_cast<char*>(argument.c_str()));
-  }
-  vector.push_back(nullptr);
-  return vector;
-}
-
 // Waits for the child and returns whether it ended with status 0.
 static bool endsWell(pid_t child) {
   int status = 0;
@@ -37,6 +28,15 @@ static bool endsWell(pid_t child) {
   endWhenInterrupted(0);
   stopWhenInterrupted();
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+std::vector<char*> vectorOf(const std::vector<std::string>& texts) {
+  std::vector<char*> vector;
+  for (const std::string& text : texts) {
+    vector.push_back(const_cast<char*>(text.c_str()));
+  }
+  vector.push_back(nullptr);
+  return vector;
 }
 
 void runProgram(const std::vector<std::string>& arguments) {

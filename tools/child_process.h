@@ -6,6 +6,10 @@
 
 namespace tools {
 
+// Returns the texts as a program's arguments or environment are handed over: closed by a null
+// pointer. They point into `texts`.
+std::vector<char*> vectorOf(const std::vector<std::string>& texts);
+
 // Runs the program arguments[0], a path, with this process's streams and waits for its end. Throws
 // InputError when it cannot be started or ends with anything but status 0.
 void runProgram(const std::vector<std::string>& arguments);

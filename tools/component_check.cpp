@@ -9,16 +9,13 @@
 #include "tools/launch_check.h"
 #include "tools/launch_file_writer.h"
 #include "tools/lzma.h"
+#include "tools/texts.h"
 #include "tools/whole_file.h"
 
 namespace tools {
 
 static const char kLaunchFile[] = "QuorvaneLaunch";
 static const char kPngStart[] = "\x89PNG\r\n\x1a\n";
-
-static bool endsWith(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
 
 void ComponentCheck::addName(const std::string& path, bool isFolder) {
   const auto [at, isNew] = names_.emplace(lowerCase(path), Name{path, isFolder});

@@ -2,6 +2,7 @@
 #define QUORVANE_TOOLS_INPUT_ERROR_H
 
 #include <stdexcept>
+#include <string>
 
 namespace tools {
 
@@ -11,6 +12,16 @@ class InputError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+// Returns what the function returns; in front of what it finds wrong it puts the file's name.
+template <typename Function>
+auto aboutFile(const std::string& path, Function function) {
+  try {
+    return function();
+  } catch (const InputError& error) {
+    throw InputError(path + ": " + error.what());
+  }
+}
 
 }  // namespace tools
 

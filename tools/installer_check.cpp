@@ -115,7 +115,7 @@ class BundleCheck {
   std::string compareTail() {
     const std::string record = encodeTail(tail());
     size_t at = 0;
-    for (int i = 0; i < 11; ++i) {
+    for (int i = 0; i < TAIL_VALUE_COUNT; ++i) {
       const std::string read = record.c_str() + at;
       at += read.size() + 1;
       if (read != found_.values[i]) {

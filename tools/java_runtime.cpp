@@ -6,6 +6,7 @@
 
 #include "tools/input_error.h"
 #include "tools/jar_manifest.h"
+#include "tools/texts.h"
 
 namespace fs = std::filesystem;
 
@@ -36,14 +37,6 @@ std::string runtimeNumber(const std::string& home) {
     }
   }
   return numbers[0].empty() ? "" : numbers[0] + numbers[1] + numbers[2];
-}
-
-static std::string joined(const std::vector<std::string>& texts, char separator) {
-  std::string all;
-  for (const std::string& text : texts) {
-    all += (all.empty() ? "" : std::string(1, separator)) + text;
-  }
-  return all;
 }
 
 static std::vector<std::string> absolute(const std::vector<std::string>& paths) {
@@ -77,11 +70,11 @@ std::vector<std::string> modulesOf(const Jdk& jdk, const std::vector<std::string
   const std::string release = jdk.featureVersion();
   std::vector<std::string> arguments = {"--print-module-deps", "--ignore-missing-deps",
                                         "--multi-release",     release.empty() ? "base" : release,
-                                        "--class-path",        joined(paths, ':')};
+                                        "--class-path",        joined(paths, ":")};
   arguments.insert(arguments.end(), paths.begin(), paths.end());
   std::vector<std::string> modules = namesIn(jdk.run("jdeps", arguments));
   if (modules.empty()) {
-    throw InputError("jdeps finds no modules for " + joined(jars, ' ') +
+    throw InputError("jdeps finds no modules for " + joined(jars, " ") +
                      "; list them as 'modules' in [runtime]");
   }
   const bool isThere = std::count(modules.begin(), modules.end(), kEllipticCurves) > 0;
@@ -94,7 +87,7 @@ std::vector<std::string> modulesOf(const Jdk& jdk, const std::vector<std::string
 void linkRuntime(const Jdk& jdk, const std::vector<std::string>& modules, const std::string& jmods,
                  const std::string& folder) {
   std::vector<std::string> arguments = {
-      "--add-modules",     joined(modules, ','), "--strip-java-debug-attributes",
+      "--add-modules",     joined(modules, ","), "--strip-java-debug-attributes",
       "--no-header-files", "--no-man-pages",     "--compress=2",
       "--output",          fs::absolute(folder)};
   if (!jmods.empty()) {

@@ -3,10 +3,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "tools/child_process.h"
 #include "tools/input_error.h"
+#include "tools/program_path.h"
 
 namespace fs = std::filesystem;
 
@@ -22,15 +22,8 @@ static bool isFile(const fs::path& path) {
 
 // Returns the JDK whose jlink PATH finds, or an empty text.
 static std::string homeFromPath() {
-  const char* path = getenv("PATH");
-  std::istringstream folders(path == nullptr ? "" : path);
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    const fs::path program = fs::path(folder) / "jlink";
-    if (!folder.empty() && isFile(program)) {
-      return fs::canonical(program).parent_path().parent_path();
-    }
-  }
-  return "";
+  const std::string program = findInPath("jlink", false);
+  return program.empty() ? "" : fs::canonical(program).parent_path().parent_path().string();
 }
 
 Jdk Jdk::find(const std::string& home) {

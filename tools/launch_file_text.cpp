@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "tools/input_error.h"
+#include "tools/texts.h"
 
 namespace tools {
 
@@ -97,11 +98,11 @@ static const Key& keyNamed(const std::string& name) {
       return key;
     }
   }
-  std::string known;
+  std::vector<std::string> known;
   for (const Key& key : keys()) {
-    known += std::string(known.empty() ? "" : ", ") + key.name;
+    known.emplace_back(key.name);
   }
-  throw InputError("unknown key \"" + name + "\"; known are " + known);
+  throw InputError("unknown key \"" + name + "\"; known are " + joined(known, ", "));
 }
 
 static toml::table parsed(const std::string& text) {
@@ -138,11 +139,11 @@ static std::string valueOf(const Key& key, const LaunchFile& file) {
   if (key.flag != nullptr) {
     return file.*key.flag ? "true" : "false";
   }
-  std::string list;
+  std::vector<std::string> list;
   for (const std::string& text : file.*key.texts) {
-    list += (list.empty() ? "" : ", ") + quoted(text);
+    list.push_back(quoted(text));
   }
-  return "[" + list + "]";
+  return "[" + joined(list, ", ") + "]";
 }
 
 static bool isSameField(const Key& key, const LaunchFile& a, const LaunchFile& b) {

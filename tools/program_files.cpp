@@ -1,8 +1,8 @@
 #include "tools/program_files.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <sstream>
+
+#include "tools/program_path.h"
 
 namespace fs = std::filesystem;
 
@@ -13,16 +13,8 @@ static fs::path pathOf(const std::string& program) {
   if (program.find('/') != std::string::npos) {
     return program;
   }
-  const char* path = getenv("PATH");
-  std::istringstream folders(path == nullptr ? "" : path);
-  std::error_code ignored;
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    const fs::path candidate = fs::path(folder.empty() ? "." : folder) / program;
-    if (fs::is_regular_file(candidate, ignored)) {
-      return candidate;
-    }
-  }
-  return program;
+  const std::string found = findInPath(program, true);
+  return found.empty() ? program : found;
 }
 
 ProgramFiles findProgramFiles(const std::string& program) {

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "tools/input_error.h"
+#include "tools/texts.h"
 #include "tools/whole_file.h"
 
 namespace fs = std::filesystem;
@@ -149,11 +150,11 @@ std::map<std::string, Keys> sectionsOf(Project* project, const fs::path& base) {
 
 template <typename Map>
 std::string namesOf(const Map& map) {
-  std::string names;
+  std::vector<std::string> names;
   for (const auto& entry : map) {
-    names += (names.empty() ? "" : ", ") + entry.first;
+    names.push_back(entry.first);
   }
-  return names;
+  return joined(names, ", ");
 }
 
 std::string placeOf(const std::string& file, const toml::node& node) {

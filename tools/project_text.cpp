@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "tools/input_error.h"
+#include "tools/texts.h"
 
 namespace fs = std::filesystem;
 
@@ -81,11 +82,11 @@ static std::string quoted(const std::string& text) {
 }
 
 static std::string quotedList(const std::vector<std::string>& texts) {
-  std::string list;
+  std::vector<std::string> list;
   for (const std::string& text : texts) {
-    list += (list.empty() ? "" : ", ") + quoted(text);
+    list.push_back(quoted(text));
   }
-  return "[" + list + "]";
+  return "[" + joined(list, ", ") + "]";
 }
 
 static std::string contentText(const NewProject& project) {

@@ -10,17 +10,17 @@
 
 namespace tools {
 
-const char* const TAIL_VALUE_NAMES[11] = {"app-name",
-                                          "app-version",
-                                          "jre-version",
-                                          "gu-version",
-                                          "min-splash-ms",
-                                          "public-key",
-                                          "can-override-splash",
-                                          "install-type",
-                                          "silent-parameter",
-                                          "required-java-version",
-                                          "update-url"};
+const char* const TAIL_VALUE_NAMES[TAIL_VALUE_COUNT] = {"app-name",
+                                                        "app-version",
+                                                        "jre-version",
+                                                        "gu-version",
+                                                        "min-splash-ms",
+                                                        "public-key",
+                                                        "can-override-splash",
+                                                        "install-type",
+                                                        "silent-parameter",
+                                                        "required-java-version",
+                                                        "update-url"};
 
 static const int kLauncherOnlyCount = 10;
 
@@ -76,7 +76,7 @@ FoundTail findTail(const std::string& path) {
   } else {
     rewind(stream.get());
   }
-  for (int i = 0; i < 11; ++i) {
+  for (int i = 0; i < TAIL_VALUE_COUNT; ++i) {
     if (i == kLauncherOnlyCount && isAtEnd(stream.get())) {
       break;
     }

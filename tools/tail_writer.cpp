@@ -2,22 +2,22 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
+
 #include "launcher/tail_marker.h"
 #include "support/owned.h"
 #include "tools/input_error.h"
 #include "tools/marker_search.h"
 #include "tools/whole_file.h"
 
-namespace tools {
+namespace fs = std::filesystem;
 
-static bool isFolder(const std::string& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
+namespace tools {
 
 std::string tailPathInBundle(const std::string& bundle) {
   const std::string contents = bundle + "/Contents";
-  if (!isFolder(contents)) {
+  std::error_code ignored;
+  if (!fs::is_directory(contents, ignored)) {
     throw InputError(bundle +
                      " is no bundle, it holds no folder Contents; name a bundle or a file");
   }

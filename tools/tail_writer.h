@@ -45,18 +45,21 @@ void writeTailFile(const std::string& path, const Tail& tail);
 // its mode. Throws InputError when it carries a record already, since that one would be found.
 void appendTail(const std::string& path, const Tail& tail);
 
+// The number of values in a record.
+constexpr int TAIL_VALUE_COUNT = 11;
+
 // A record as it stands in a file.
 struct FoundTail {
   // The values in the order of the record, as they are; the eleventh is empty in a record that ends
   // behind the tenth.
-  std::string values[11];
+  std::string values[TAIL_VALUE_COUNT];
   bool isAppended = false;    // behind an executable, not a file of its own
   long long offset = 0;       // of the first field, in bytes
   long long bytesBehind = 0;  // archives that follow the fields, in bytes
 };
 
 // The names of the values, as the command line and the output spell them.
-extern const char* const TAIL_VALUE_NAMES[11];
+extern const char* const TAIL_VALUE_NAMES[TAIL_VALUE_COUNT];
 
 // Reads the record behind the marker in the file `path`, or the one that the file is. Throws
 // InputError, naming the value, when the record is cut short or a value is longer than the product

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/texts.h"
+
 namespace tools {
 
 std::string faultOfRequiredJava(const std::string& version) {
@@ -9,10 +11,6 @@ std::string faultOfRequiredJava(const std::string& version) {
   const bool isNumber =
       version.size() <= kMostDigits && version.find_first_not_of("0123456789") == std::string::npos;
   return isNumber ? "" : "Java versions are compared as whole numbers; write 8 for Java 1.8";
-}
-
-static bool beginsWith(const std::string& text, const std::string& start) {
-  return text.compare(0, start.size(), start) == 0;
 }
 
 // The host of an http or https URL, and what stands before and behind it up to the path.
@@ -25,7 +23,7 @@ std::string faultOfUpdateUrl(const std::string& url) {
   if (url == "D") {
     return "";
   }
-  if (!beginsWith(url, "http://") && !beginsWith(url, "https://")) {
+  if (!startsWith(url, "http://") && !startsWith(url, "https://")) {
     return "it begins with http:// or https://, or is D for one that the property update_url gives";
   }
   const std::string authority = authorityOf(url);

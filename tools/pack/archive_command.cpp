@@ -13,6 +13,7 @@
 #include "tools/public_key.h"
 #include "tools/signing.h"
 #include "tools/temporary_folder.h"
+#include "tools/texts.h"
 
 namespace fs = std::filesystem;
 
@@ -75,13 +76,14 @@ static void addFile(const std::string& option, const std::string& prefix, const 
   content->files.emplace_back(prefix + text.substr(0, split), text.substr(split + 1));
 }
 
-static bool endsWith(const std::string& text, const std::string& end) {
-  return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+// Whether the path has something in front of the ending.
+static bool isNamed(const std::string& path, const std::string& ending) {
+  return endsWith(path, ending) && path != ending;
 }
 
 // Archives are known by their names, and no other file is for replacing.
 static void requireArchiveName(const std::string& path) {
-  if (!endsWith(path, ".p2") && !endsWith(path, ".p2.l2")) {
+  if (!isNamed(path, ".p2") && !isNamed(path, ".p2.l2")) {
     failUsage(path + " names no archive; expected NAME.p2 or NAME.p2.l2");
   }
 }

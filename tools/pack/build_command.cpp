@@ -14,6 +14,7 @@
 #include "tools/pack/commands.h"
 #include "tools/pack/progress.h"
 #include "tools/project_file.h"
+#include "tools/texts.h"
 
 namespace fs = std::filesystem;
 
@@ -105,14 +106,6 @@ static void requireApart(const BuildOptions& options, const Project& project) {
   }
 }
 
-static std::string listed(const std::vector<std::string>& texts) {
-  std::string all;
-  for (const std::string& text : texts) {
-    all += (all.empty() ? "" : ", ") + text;
-  }
-  return all;
-}
-
 static void requireExecutables(const std::string& folder) {
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
     if (!fs::is_regular_file(fs::path(folder) / name)) {
@@ -131,7 +124,7 @@ static Runtime runtimeOf(const Project& project, const std::string& work, Progre
     progress.step("finding the modules that the runtime needs");
     const std::vector<std::string> modules =
         project.runtimeModules.empty() ? modulesOf(jdk, jarsOf(project)) : project.runtimeModules;
-    progress.detail(listed(modules));
+    progress.detail(joined(modules, ", "));
     progress.step("making the runtime with " + jdk.home() + "/bin/jlink");
     linkRuntime(jdk, modules, project.jmods, work);
     runtime.home = work;

@@ -19,16 +19,6 @@ struct LaunchFileOptions {
 };
 }  // namespace
 
-// Puts the file's name in front of what is wrong with its content.
-template <typename Function>
-static auto aboutFile(const std::string& path, Function function) {
-  try {
-    return function();
-  } catch (const InputError& error) {
-    throw InputError(path + ": " + error.what());
-  }
-}
-
 static void writeLaunchFile(const LaunchFileOptions& options) {
   const std::string text = readWhole(options.input);
   const std::string bytes =

@@ -35,11 +35,7 @@ static std::string paramsPath(const std::string& path) {
 
 static Properties readProperties(const std::string& path) {
   const std::string bytes = readWhole(path);
-  try {
-    return decodeParams(bytes);
-  } catch (const InputError& error) {
-    throw InputError(path + ": " + error.what());
-  }
+  return aboutFile(path, [&] { return decodeParams(bytes); });
 }
 
 // The properties that stand in the file. One that is no params file is not for replacing.

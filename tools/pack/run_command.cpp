@@ -17,11 +17,13 @@
 
 #include "platform/display.h"
 #include "tools/bundle_reader.h"
+#include "tools/child_process.h"
 #include "tools/input_error.h"
 #include "tools/last_lines.h"
 #include "tools/output_folder.h"
 #include "tools/pack/commands.h"
 #include "tools/temporary_folder.h"
+#include "tools/texts.h"
 #include "tools/throw_away_account.h"
 
 namespace fs = std::filesystem;
@@ -44,10 +46,6 @@ struct Logs {
 }  // namespace
 
 static const size_t kShownLines = 12;
-
-static bool endsWith(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
 
 // The offline installer among the names in an output folder, known by the two bundles beside it: an
 // application's own name may end like an installer's. Empty when there is none.
@@ -81,15 +79,6 @@ static std::string bundleAt(const std::string& path) {
   return path + "/" + name;
 }
 
-static std::vector<char*> vectorOf(const std::vector<std::string>& texts) {
-  std::vector<char*> vector;
-  for (const std::string& text : texts) {
-    vector.push_back(const_cast<char*>(text.c_str()));
-  }
-  vector.push_back(nullptr);
-  return vector;
-}
-
 // Waits for the child; an interrupt from the keyboard ends the child, not this process.
 static int waitFor(pid_t child) {
   const auto before = signal(SIGINT, SIG_IGN);
@@ -121,10 +110,6 @@ static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>
                      "; was it built for this system?");
   }
   return waitFor(child);
-}
-
-static bool startsWith(const std::string& text, const std::string& start) {
-  return text.compare(0, start.size(), start) == 0;
 }
 
 // What Java printed to the file about the first uncaught exception of a thread whose quoted name

@@ -1,6 +1,5 @@
-#include <sys/stat.h>
-
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -8,6 +7,8 @@
 #include "tools/pack/commands.h"
 #include "tools/pack/replaceable.h"
 #include "tools/tail_writer.h"
+
+namespace fs = std::filesystem;
 
 namespace tools {
 
@@ -21,13 +22,9 @@ struct TailOptions {
 };
 }  // namespace
 
-static bool isFolder(const std::string& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 static std::string tailPath(const std::string& path) {
-  return isFolder(path) ? tailPathInBundle(path) : path;
+  std::error_code ignored;
+  return fs::is_directory(path, ignored) ? tailPathInBundle(path) : path;
 }
 
 // A record may be replaced, but nothing that stands in front of it or behind it.
@@ -64,7 +61,7 @@ static void printPlace(const FoundTail& found) {
 
 static void readTail(const TailOptions& options) {
   const FoundTail found = findTail(tailPath(options.path));
-  for (int i = 0; i < 11; ++i) {
+  for (int i = 0; i < TAIL_VALUE_COUNT; ++i) {
     if (options.name == TAIL_VALUE_NAMES[i]) {
       printf("%s\n", found.values[i].c_str());
     } else if (options.name.empty()) {
