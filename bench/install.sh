@@ -2,7 +2,7 @@
 # The whole job: an offline installation of a runtime and an application beside the floor of the same
 # work done with xz, tar, one hash pass and Java alone; its growth with the payload; its peak memory;
 # and the start of what is installed already. TMPDIR needs eight gigabytes.
-# Usage: bench/install.sh [ROUNDS [FACTOR ...]]   (10; 1, 4 and 16 times 60 MB and 10 MB)
+# Usage: scripts/bench install [ROUNDS [FACTOR ...]]   (10; 1, 4 and 16 times 60 MB and 10 MB)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -82,8 +82,6 @@ class Conditions : public testing::Test {
   Installer installer_;
 };
 
-const char kUnreachable[] = "an ordinary user cannot reach the build folder";
-
 // A disk of its own for the accounts folder, mounted for this process alone.
 class DiskFull : public Conditions {
  protected:
@@ -177,7 +175,7 @@ TEST_F(Conditions, ReadOnlyMasterFolderOfAnOrdinaryUserAssumesThatElevationIsNee
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    return test::unavailable(kUnreachable);
+    return test::unreachable();
   }
   fs::permissions(installer_.master(), static_cast<fs::perms>(0555));
   const test::Result result = installer_.run();
@@ -196,7 +194,7 @@ TEST_F(Conditions, MasterFolderOfAnotherUserThatIsReadOnlyAssumesThatElevationIs
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    return test::unavailable(kUnreachable);
+    return test::unreachable();
   }
   test::giveTo({0, 0}, installer_.master());
   fs::permissions(installer_.master(), static_cast<fs::perms>(0755));
@@ -211,7 +209,7 @@ TEST_F(Conditions, ReadOnlyMasterFolderWithEverythingCurrentStillLaunches) {
   EXPECT_EQ(0, installer_.run().status);
   fs::remove(installer_.jvmReport());
   if (!becomeOrdinary()) {
-    return test::unavailable(kUnreachable);
+    return test::unreachable();
   }
   fs::permissions(installer_.master(), static_cast<fs::perms>(0555));
   const test::Result result = installer_.run();
@@ -223,7 +221,7 @@ TEST_F(Conditions, UnreadableMasterFolderAssumesThatElevationIsNeeded) {
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    return test::unavailable(kUnreachable);
+    return test::unreachable();
   }
   test::giveTo({geteuid(), getegid()}, installer_.home.applicationSupport());
   fs::permissions(installer_.master(), static_cast<fs::perms>(geteuid() == 0 ? 0700 : 0000));
@@ -239,7 +237,7 @@ TEST_F(Conditions, ReadOnlyUpdaterFolderEndsWithStatus99AfterItsRetries) {
   EXPECT_EQ(0, installer_.run().status);
   fs::remove(installer_.jvmReport());
   if (!becomeOrdinary()) {
-    return test::unavailable(kUnreachable);
+    return test::unreachable();
   }
   const std::string updater = installer_.master("Quorvane-Quorvane-5-complete");
   fs::permissions(updater, static_cast<fs::perms>(0555));
@@ -290,7 +288,7 @@ TEST_F(Conditions, FullProcessTableInstallsNothingAndLosesNothing) {
   installOldVersion();
   installer_.write();
   if (!becomeOrdinary()) {
-    return test::unavailable(kUnreachable);
+    return test::unreachable();
   }
   const test::Result result = runWith([] {
     const rlimit limit{0, 0};
@@ -308,7 +306,7 @@ TEST_F(Conditions, FullProcessTableStillLaunchesWhatIsCurrentInThisProcess) {
   EXPECT_EQ(0, installer_.run().status);
   fs::remove(installer_.jvmReport());
   if (!becomeOrdinary()) {
-    return test::unavailable(kUnreachable);
+    return test::unreachable();
   }
   const test::Result result = runWith([] {
     const rlimit limit{0, 0};
