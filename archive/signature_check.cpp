@@ -74,21 +74,40 @@ static void rewindToData(FILE* archive) {
   }
 }
 
-// Hashes bytes 0 to length - 1, or up to the end of a file that is shorter. Returns the digest, or
-// null when it could not be made.
-static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* chunk) {
-  logMessage("[ExtractArchive] Starting hash...\n");
-  const Block<Hash_state> state(allocHashState());
-  initHash(state.get());
-  rewindToData(archive);
+// Feeds bytes 0 to length - 1, or up to the end of a file that is shorter, to the hash. Returns
+// whether it took them all.
+static bool hashBytes(FILE* archive, long length, unsigned char* chunk, Hash_state* state) {
   size_t count = 1;
   for (long left = length; left > 0 && count > 0; left -= static_cast<long>(count)) {
     count = fread(chunk, 1, std::min(kHashChunk, static_cast<size_t>(left)), archive);
-    updateHash(state.get(), chunk, static_cast<int>(count));
+    if (!updateHash(state, chunk, static_cast<int>(count))) {
+      return false;
+    }
     keepAlive();
   }
+  return true;
+}
+
+// Hashes the signed bytes. Returns the digest, or null, after a logged line, when it could not be
+// made.
+static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* chunk) {
+  logMessage("[ExtractArchive] Starting hash...\n");
+  const Block<Hash_state> state(allocHashState());
+  if (!initHash(state.get())) {
+    logMessage("[ExtractArchive] ERROR - unable to start hash of archive.\n");
+    return nullptr;
+  }
+  rewindToData(archive);
+  if (!hashBytes(archive, length, chunk, state.get())) {
+    logMessage("[ExtractArchive] ERROR - unable to hash archive.\n");
+    return nullptr;
+  }
   logMessage("[ExtractArchive] Completed hash\n");
-  return Block<unsigned char>(doFinal(state.get()));
+  Block<unsigned char> digest(doFinal(state.get()));
+  if (digest == nullptr) {
+    logMessage("[ExtractArchive] ERROR - unable to finish hash of archive.\n");
+  }
+  return digest;
 }
 
 static void logDigest(const unsigned char* digest) {

@@ -114,8 +114,9 @@ void MixedDigest(benchmark::State& state) {
   const std::vector<unsigned char> message = messageFor(state);
   Hash_state hash;
   for (auto _ : state) {
-    initHash(&hash);
-    updateHash(&hash, message.data(), static_cast<int>(message.size()));
+    if (!initHash(&hash) || !updateHash(&hash, message.data(), static_cast<int>(message.size()))) {
+      return state.SkipWithError("the hash cannot be made");
+    }
     free(doFinal(&hash));
   }
   countBytes(state);

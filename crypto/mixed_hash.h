@@ -18,10 +18,10 @@ constexpr int MIXED_DIGEST_SIZE = 64;
 // Registers the hashes "mixed", "sha256" and "sha3_256" with LibTomCrypt (again without harm) and
 // starts a mixed hash in `state`. Returns false, with a warning on standard output, when the
 // registration fails; `state` is then left as it was.
-bool initHash(Hash_state* state);
+[[nodiscard]] bool initHash(Hash_state* state);
 
 // Hashes `length` more bytes. Returns whether the hash took them all; nothing is printed.
-bool updateHash(Hash_state* state, const unsigned char* data, int length);
+[[nodiscard]] bool updateHash(Hash_state* state, const unsigned char* data, int length);
 
 // Finishes the hash. Returns the digest as a new block of MIXED_DIGEST_SIZE bytes, owned by the
 // caller, or null on failure; nothing is printed.

@@ -14,7 +14,8 @@ struct ExtractorRun;
 
 // Runs the compatibility probe of the installed updater `guFolderName` on the system's Java
 // executable `java`. Returns its exit status, or -1.
-int probeSystemJava(const ExtractorRun& run, const char* guFolderName, const char* java);
+[[nodiscard]] int probeSystemJava(const ExtractorRun& run, const char* guFolderName,
+                                  const char* java);
 
 // Does nothing on this platform but end the process with status 1: a run that needs more rights is
 // not started again with them.

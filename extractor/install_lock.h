@@ -20,6 +20,7 @@ class InstallLock {
   // Whether the wait ended with another installer still at work.
   [[nodiscard]] bool isAnothers() const { return anothers_; }
 
+  // Lets go of the lock before the end of the scope; does nothing where it is not held.
   void release();
 
  private:

@@ -82,9 +82,9 @@ struct ExtractorRun {
 
 // Whether the installer carries a GenericUpdater; whether it carries an application, and so needs
 // no network; whether nothing may be shown.
-bool carriesUpdater(const ExtractorRun& run);
-bool isOffline(const ExtractorRun& run);
-bool isQuiet(const ExtractorRun& run);
+[[nodiscard]] bool carriesUpdater(const ExtractorRun& run);
+[[nodiscard]] bool isOffline(const ExtractorRun& run);
+[[nodiscard]] bool isQuiet(const ExtractorRun& run);
 
 // Logs the printf-style message as an error and ends the process with EXIT_STATUS_FAILURE.
 [[noreturn]] void failRun(const char* format, ...) __attribute__((format(printf, 1, 2)));

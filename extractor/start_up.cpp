@@ -160,21 +160,21 @@ void openMasterFolder(ExtractorRun& run) {
 void overrideJreName(ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   setPath(path, run.masterFolder, "QVApps", "JreNameOverride");
-  FILE* file = fopen(path, "r");
+  Stream file(fopen(path, "r"));
   if (file == nullptr) {
     logMessage("[JREOverride] No JRE name override, will continue to use %s\n", run.jreName);
     return;
   }
   logMessage("[JREOverride] Processing JRE Override file (JreNameOverride)\n");
   constexpr int kOverrideLimit = 500;
-  const Block<char> name(readString(file, "JRE Override App Name", kOverrideLimit));
+  const Block<char> name(readString(file.get(), "JRE Override App Name", kOverrideLimit));
   if (strcmp(name.get(), "-") == 0) {
-    // The file stays open on this path.
+    (void)file.release();  // the file stays open on this path
     logMessage("[JREOverride] Ignoring JRE name -, keeping %s\n", run.jreName);
     return;
   }
   setPath(run.jreName, name.get());
-  fclose(file);
+  file.reset();
   logMessage("[JREOverride] JRE name overriden to %s\n", run.jreName);
   requireFolderNamePart("JRE name", run.jreName);
 }

@@ -63,11 +63,10 @@ void callVerPatchOn(const char* verpatchExe, const char* targetExe, const char* 
       targetExe, "4.0.0.0",     "/s",     "description",    name, "/s", "ProductName", name,
       "/pv",     "4.0.0.0",     "/s",     "LegalCopyright", " ",  "/s", "Company",     " ",
       "/s",      "FullVersion", "4.0.0.0"};
-  Spawner* spawner = createSpawner();
-  setSpawnerExe(spawner, verpatchExe);
+  const OwnedSpawner spawner(createSpawner());
+  setSpawnerExe(spawner.get(), verpatchExe);
   for (const char* argument : arguments) {
-    addSpawnerArg(spawner, argument);
+    addSpawnerArg(spawner.get(), argument);
   }
-  logMessage("[VerPath] Returned %d\n", runSpawnerAndWait(spawner));
-  deleteSpawner(spawner);
+  logMessage("[VerPath] Returned %d\n", runSpawnerAndWait(spawner.get()));
 }

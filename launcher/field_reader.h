@@ -15,7 +15,8 @@ constexpr int NUMBER_FIELD_LIMIT = 40;
 // number of bytes consumed (INT_MAX when there were more), or -1, with a logged line that names
 // `markerName`, when the stream ends first. A length of 0 returns 0 without reading. A byte that
 // breaks a partial match is not looked at again as the marker's first byte.
-int scanToMarker(FILE* stream, const char* marker, int markerLength, const char* markerName);
+[[nodiscard]] int scanToMarker(FILE* stream, const char* marker, int markerLength,
+                               const char* markerName);
 
 // Reads one field. Returns a new zero-filled block of `limit` bytes (at least 2), owned by the
 // caller. A field cut short by the end of the stream is returned as read. Of a field longer than

@@ -3,6 +3,8 @@
 
 #include <sys/types.h>
 
+#include <memory>
+
 // Starting of other programs: collect the argument vector in a fixed table, then start the program
 // in this process's environment, and wait for its end or not. Starting with a working folder
 // changes the folder of the whole process for a moment, so that no other thread may rely on it
@@ -23,6 +25,13 @@ Spawner* createSpawner();
 
 // Frees the table, not the texts.
 void deleteSpawner(Spawner* spawner);
+
+struct DeleteSpawner {
+  void operator()(Spawner* spawner) const { deleteSpawner(spawner); }
+};
+
+// A table that is freed when its owner goes out of scope.
+using OwnedSpawner = std::unique_ptr<Spawner, DeleteSpawner>;
 
 // Appends `arg`. When all slots are taken it is refused with a logged warning.
 void addSpawnerArg(Spawner* spawner, const char* arg);

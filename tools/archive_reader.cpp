@@ -137,16 +137,21 @@ ArchiveListing readArchive(const std::string& path, const std::string& name) {
   return RecordReader(path, name).read();
 }
 
+// Returns the digest of the first `length` bytes, or null when it cannot be made.
 static Block<unsigned char> hashStart(const std::string& path, long length) {
   const Stream stream = openInput(path);
   const Block<Hash_state> state(allocHashState());
-  initHash(state.get());
+  if (!initHash(state.get())) {
+    return nullptr;
+  }
   const auto chunk = std::make_unique<unsigned char[]>(kChunk);
   size_t count = 1;
   for (long left = length; left > 0 && count > 0; left -= static_cast<long>(count)) {
     const size_t wanted = std::min(kChunk, static_cast<size_t>(left));
     count = fread(chunk.get(), 1, wanted, stream.get());
-    updateHash(state.get(), chunk.get(), static_cast<int>(count));
+    if (!updateHash(state.get(), chunk.get(), static_cast<int>(count))) {
+      return nullptr;
+    }
   }
   return Block<unsigned char>(doFinal(state.get()));
 }

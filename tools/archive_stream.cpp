@@ -23,7 +23,9 @@ ArchiveStream::ArchiveStream(const std::string& path)
 void ArchiveStream::append(const void* data, size_t size) {
   stopWhenInterrupted();
   file_.write(data, size);
-  updateHash(hash_.get(), static_cast<const unsigned char*>(data), static_cast<int>(size));
+  if (!updateHash(hash_.get(), static_cast<const unsigned char*>(data), static_cast<int>(size))) {
+    throw InputError("the archive's hash cannot be continued");
+  }
   size_ += static_cast<long>(size);
 }
 

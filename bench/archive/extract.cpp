@@ -31,11 +31,11 @@ static int hash(const char* path) {
     return 1;
   }
   const Block<Hash_state> state(allocHashState());
-  initHash(state.get());
-  while (const size_t count = fread(chunk, 1, sizeof chunk, file.get())) {
-    updateHash(state.get(), chunk, static_cast<int>(count));
+  bool isTaken = initHash(state.get());
+  while (const size_t count = isTaken ? fread(chunk, 1, sizeof chunk, file.get()) : 0) {
+    isTaken = updateHash(state.get(), chunk, static_cast<int>(count));
   }
-  return Block<unsigned char>(doFinal(state.get())) == nullptr ? 1 : 0;
+  return isTaken && Block<unsigned char>(doFinal(state.get())) != nullptr ? 0 : 1;
 }
 
 int main(int argc, char** argv) {

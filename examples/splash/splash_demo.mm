@@ -23,16 +23,14 @@ static bool photograph(NSRect frame, const std::string& file) {
   snprintf(crop, sizeof crop, "%dx%d+%d+%d", static_cast<int>(frame.size.width),
            static_cast<int>(frame.size.height), static_cast<int>(frame.origin.x),
            static_cast<int>(top));
-  Spawner* import = createSpawner();
-  setSpawnerExe(import, "/usr/bin/import");
+  const OwnedSpawner import(createSpawner());
+  setSpawnerExe(import.get(), "/usr/bin/import");
   const char* const words[] = {"-silent", "-window", "root",      "-crop",
                                crop,      "+repage", file.c_str()};
   for (const char* word : words) {
-    addSpawnerArg(import, word);
+    addSpawnerArg(import.get(), word);
   }
-  const bool taken = runSpawnerAndWait(import) == 0;
-  deleteSpawner(import);
-  return taken;
+  return runSpawnerAndWait(import.get()) == 0;
 }
 
 @interface Photographer : NSObject {

@@ -1,5 +1,7 @@
 #include "tests/installer/records.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <memory>
 
@@ -20,9 +22,9 @@ std::string folderRecord(const std::string& path) {
 
 std::string signedBy(const tools::SigningKey& key, const std::string& records) {
   const std::unique_ptr<Hash_state, decltype(&free)> state(allocHashState(), &free);
-  initHash(state.get());
-  updateHash(state.get(), reinterpret_cast<const unsigned char*>(records.data()),
-             static_cast<int>(records.size()));
+  EXPECT_TRUE(initHash(state.get()));
+  EXPECT_TRUE(updateHash(state.get(), reinterpret_cast<const unsigned char*>(records.data()),
+                         static_cast<int>(records.size())));
   const std::unique_ptr<unsigned char, decltype(&free)> digest(doFinal(state.get()), &free);
   const std::string data =
       field(std::to_string(records.size())) + field(key.signatureHex(digest.get()));

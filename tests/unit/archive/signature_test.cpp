@@ -2,8 +2,10 @@
 
 #include <csignal>
 #include <filesystem>
+#include <functional>
 
 #include "archive/archive.h"
+#include "crypto/mixed_hash.h"
 #include "crypto/tomcrypt.h"
 #include "tests/support/hex_text.h"
 #include "tests/unit/archive/archive_fixture.h"
@@ -51,6 +53,44 @@ class SignedArchive : public ArchiveTest {
 
   const std::string entries_ = fileRecord("f", "content") + test::folderRecord("d");
 };
+
+// A signature whose hash cannot be made is a wrong one.
+TEST_F(SignedArchive, WhoseHashCannotBeMadeIsRejectedWithALine) {
+  const std::string bytes = signedArchive(entries_);
+  const auto expectLine = [&](const char* line, const std::function<void()>& breakHash) {
+    fs::create_directories(dest());
+    test::writeFile(archivePath(), bytes);
+    const test::Result result = test::runInChild([&] {
+      unregister_hash(&mixedDescriptor);
+      breakHash();
+      extractArchive(nullptr, archivePath().c_str(), dest().c_str(), key_);
+    });
+    EXPECT_EQ(test::CODE_RETURNED, result.status);
+    EXPECT_NE(std::string::npos, result.out.find(std::string("[ExtractArchive] ERROR - ") + line))
+        << result.out;
+    EXPECT_NE(std::string::npos, result.out.find("unable to verify signature of hash of archive"));
+    EXPECT_EQ(std::string::npos, result.out.find(kVerified));
+    EXPECT_FALSE(test::exists(dest()));
+  };
+  expectLine("unable to start hash of archive.", [] {
+    ltc_hash_descriptor filler = sha256_desc;
+    do {
+      ++filler.ID;
+    } while (register_hash(&filler) != -1);
+  });
+  expectLine("unable to hash archive.", [] {
+    ltc_hash_descriptor failing = mixedDescriptor;
+    failing.process = [](Hash_state*, const unsigned char*, unsigned long) {
+      return static_cast<int>(CRYPT_ERROR);
+    };
+    register_hash(&failing);
+  });
+  expectLine("unable to finish hash of archive.", [] {
+    ltc_hash_descriptor failing = mixedDescriptor;
+    failing.done = [](Hash_state*, unsigned char*) { return static_cast<int>(CRYPT_ERROR); };
+    register_hash(&failing);
+  });
+}
 
 TEST_F(SignedArchive, IsVerifiedInTheseStepsAndThenDeleted) {
   const std::string bytes = signedArchive(entries_);

@@ -1,5 +1,7 @@
 #include "tests/unit/archive/signed_archive.h"
 
+#include <gtest/gtest.h>
+
 #include <map>
 #include <memory>
 
@@ -17,8 +19,8 @@ static const unsigned char* bytesOf(const std::string& text) {
 
 std::string signatureOver(const std::string& bytes, const std::string& key) {
   const Block<Hash_state> state(allocHashState());
-  initHash(state.get());
-  updateHash(state.get(), bytesOf(bytes), static_cast<int>(bytes.size()));
+  EXPECT_TRUE(initHash(state.get()));
+  EXPECT_TRUE(updateHash(state.get(), bytesOf(bytes), static_cast<int>(bytes.size())));
   const Block<unsigned char> digest(doFinal(state.get()));
   return tools::SigningKey::read(keyFile(key)).signatureHex(digest.get());
 }

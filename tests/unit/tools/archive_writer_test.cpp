@@ -127,17 +127,26 @@ TEST_F(ArchiveWriter, WhoseHashCannotBeSetUpSaysSo) {
   EXPECT_EQ(0, result.status) << result.out;
 }
 
-TEST_F(ArchiveWriter, WhoseHashCannotBeFinishedSaysSo) {
-  const test::Result result = test::runInChild([this] {
-    unregister_hash(&mixedDescriptor);
-    ltc_hash_descriptor failing = mixedDescriptor;
-    failing.done = [](Hash_state*, unsigned char*) { return static_cast<int>(CRYPT_ERROR); };
-    register_hash(&failing);
-    const auto key = tools::SigningKey::read(test::keyFile("first"));
-    expectError("the archive's hash cannot be finished", &key);
-    endProcess(HasFailure() ? 1 : 0);
-  });
-  EXPECT_EQ(0, result.status) << result.out;
+TEST_F(ArchiveWriter, WhoseHashFailsLaterSaysSo) {
+  test::writeFile(inSource("f"), "content");
+  const auto key = tools::SigningKey::read(test::keyFile("first"));
+  const auto expectErrorWith = [&](const ltc_hash_descriptor& failing, const char* error) {
+    const test::Result result = test::runInChild([&] {
+      unregister_hash(&mixedDescriptor);
+      register_hash(&failing);
+      expectError(error, &key);
+      endProcess(HasFailure() ? 1 : 0);
+    });
+    EXPECT_EQ(0, result.status) << result.out;
+  };
+  ltc_hash_descriptor failing = mixedDescriptor;
+  failing.process = [](Hash_state*, const unsigned char*, unsigned long) {
+    return static_cast<int>(CRYPT_ERROR);
+  };
+  expectErrorWith(failing, "the archive's hash cannot be continued");
+  failing = mixedDescriptor;
+  failing.done = [](Hash_state*, unsigned char*) { return static_cast<int>(CRYPT_ERROR); };
+  expectErrorWith(failing, "the archive's hash cannot be finished");
 }
 
 TEST_F(ArchiveWriter, RefusesAPathThatIsTooLongToBeExtracted) {
