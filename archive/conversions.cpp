@@ -24,13 +24,12 @@ static bool endsWith(const char* text, const char* suffix) {
 }
 
 static bool runTool(const char* exe, std::initializer_list<const char*> arguments) {
-  Spawner* spawner = createSpawner();
-  setSpawnerExe(spawner, exe == nullptr ? "" : exe);
+  const OwnedSpawner spawner(createSpawner());
+  setSpawnerExe(spawner.get(), exe == nullptr ? "" : exe);
   for (const char* argument : arguments) {
-    addSpawnerArg(spawner, argument);
+    addSpawnerArg(spawner.get(), argument);
   }
-  const int status = runSpawnerAndWait(spawner);
-  deleteSpawner(spawner);
+  const int status = runSpawnerAndWait(spawner.get());
   return status == 0 && !wasSpawnEndedBySignal();
 }
 

@@ -1,5 +1,4 @@
 #include <cerrno>
-#include <cstdlib>
 #include <string>
 
 #include "archive/archive.h"
@@ -15,6 +14,7 @@
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/paths.h"
 #include "support/spawner.h"
 #include "support/splash.h"
@@ -45,17 +45,16 @@ static void fetchVersionFile(const ExtractorRun& run, char* path) {
 // Reads the version to download into run.jreVersion.
 static void readJreVersion(ExtractorRun& run, const char* path) {
   static_assert(sizeof run.jreVersion == VERSION_TEXT_SIZE, "the version text fits its buffer");
-  FILE* file = fopen(path, "rb");
+  const Stream file(fopen(path, "rb"));
   if (file == nullptr) {
     logMessage("[JREDownload] ************************** Unable to open version file! [%d]", errno);
     return;
   }
   logMessage("[JREDownload] Extracting version: ");
-  if (!readVersionText(file, run.jreVersion)) {
+  if (!readVersionText(file.get(), run.jreVersion)) {
     endProcess(EXIT_STATUS_FAILURE);
   }
   logMessage("\n");
-  fclose(file);
   logMessage("[JREDownload] JRE Version is %s\n", run.jreVersion);
 }
 
@@ -94,16 +93,13 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
 static void decompressArchive(const ExtractorRun& run, char* compressed, char* archive) {
   setPath(archive, run.jreTemp, "JREArchive.p2");
   char lzma[PATH_BUFFER_SIZE];
-  char decompress[] = "d";
-  Spawner* spawner = createSpawner();
-  setSpawnerExe(spawner, setPath(lzma, run.lzmaPath));
-  addSpawnerArg(spawner, decompress);
-  addSpawnerArg(spawner, compressed);
-  addSpawnerArg(spawner, archive);
+  const OwnedSpawner spawner(createSpawner());
+  setSpawnerExe(spawner.get(), setPath(lzma, run.lzmaPath));
+  addSpawnerArg(spawner.get(), "d");
+  addSpawnerArg(spawner.get(), compressed);
+  addSpawnerArg(spawner.get(), archive);
   logMessage("[JREDownload] Decompressing JRE archive\n");
-  const int result = runSpawnerAndWait(spawner);
-  deleteSpawner(spawner);
-  if (result != 0) {
+  if (runSpawnerAndWait(spawner.get()) != 0) {
     removeTree(run.jreTemp);
     failRun("[JREDownload] Failed to decompress JRE archive\n");
   }
@@ -112,9 +108,8 @@ static void decompressArchive(const ExtractorRun& run, char* compressed, char* a
 static void extractDownloadedArchive(ExtractorRun& run, const char* compressed,
                                      const char* archive) {
   logMessage("[JREDownload] Extracting JRE archive to %s\n", run.jreTemp);
-  char* unpack200 = getUnpack200Executable(run.jreTemp);
-  extractArchive(unpack200, archive, run.jreTemp, run.publicKey);
-  free(unpack200);
+  const Block<char> unpack200(getUnpack200Executable(run.jreTemp));
+  extractArchive(unpack200.get(), archive, run.jreTemp, run.publicKey);
   remove(compressed);
   logMessage("[JREDownload] Done extracting JRE archive\n");
   requireJavaInTemp(run);

@@ -18,7 +18,7 @@ class InstallLock {
   [[nodiscard]] bool isHeld() const { return handle_ >= 0; }
 
   // Whether the wait ended with another installer still at work.
-  [[nodiscard]] bool isAnothers() const { return anothers_; }
+  [[nodiscard]] bool isHeldByAnother() const { return anothers_; }
 
   // Lets go of the lock before the end of the scope; does nothing where it is not held.
   void release();

@@ -106,7 +106,7 @@ void finishInterruptedRuntimes(const ExtractorRun& run) {
     return;
   }
   const InstallLock lock(run.masterFolder);
-  if (lock.isAnothers()) {
+  if (lock.isHeldByAnother()) {
     return;
   }
   for (const std::string& path : unfinishedRuntimesIn(run.masterFolder)) {

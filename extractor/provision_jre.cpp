@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -14,20 +13,18 @@
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/paths.h"
 #include "support/spawner.h"
 
 static const char kOnlineSection[] = "Setting up online JRE";
 
 void regenerateClassData(const ExtractorRun& run) {
-  char* java = getJavaExecutable(run.jreTemp);
-  char option[] = "-Xshare:dump";
-  Spawner* spawner = createSpawner();
-  setSpawnerExe(spawner, java);
-  addSpawnerArg(spawner, option);
-  runSpawnerAndWait(spawner);
-  deleteSpawner(spawner);
-  free(java);
+  const Block<char> java(getJavaExecutable(run.jreTemp));
+  const OwnedSpawner spawner(createSpawner());
+  setSpawnerExe(spawner.get(), java.get());
+  addSpawnerArg(spawner.get(), "-Xshare:dump");
+  runSpawnerAndWait(spawner.get());
 }
 
 void requireJavaInTemp(ExtractorRun& run) {
