@@ -174,6 +174,10 @@ Result Installer::run(const std::vector<std::string>& words,
   return test::run(command);
 }
 
+bool Installer::isReachableForOrdinary() {
+  return canReach(ordinaryAccount(), QUORVANE_TEST_FILES "/folder");
+}
+
 void Installer::becomeOrdinary() {
   isOrdinary_ = true;
   const Account account = ordinaryAccount();

@@ -85,6 +85,9 @@ class Installer {
   // that this installer has.
   void becomeOrdinary();
 
+  // Returns whether that account can reach the checkout at all.
+  static bool isReachableForOrdinary();
+
   // The files in which the fake java and the fake JVM library record what they got.
   std::string javaReport() const { return folder_ / "java-report"; }
   std::string jvmReport() const { return folder_ / "jvm-report"; }

@@ -59,7 +59,7 @@ class Conditions : public testing::Test {
   // Everything of the installer becomes an ordinary user's; where that one cannot reach the build
   // folder there is nothing to test.
   bool becomeOrdinary() {
-    if (!test::canReach(test::ordinaryAccount(), QUORVANE_TEST_FILES "/folder")) {
+    if (!Installer::isReachableForOrdinary()) {
       return false;
     }
     installer_.becomeOrdinary();

@@ -69,7 +69,7 @@ class Links : public testing::Test {
 
   // As the superuser an installer would be stopped by no mode at all.
   void SetUp() override {
-    if (!test::canReach(test::ordinaryAccount(), QUORVANE_TEST_FILES "/folder")) {
+    if (!Installer::isReachableForOrdinary()) {
       return test::unreachable();
     }
   }

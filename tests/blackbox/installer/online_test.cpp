@@ -458,6 +458,9 @@ TEST_F(OnlineWithOwnRoot, SharedInstallationGoesBelowTheRootsLibrary) {
 }
 
 TEST_F(OnlineWithOwnRoot, SharedInstallationOfAnOrdinaryUserNeedsElevation) {
+  if (!Installer::isReachableForOrdinary()) {
+    return test::unreachable();
+  }
   installer_.makeOnline("http://192.0.2.10/");
   installer_.tail.installType = "perm_all";
   fs::create_directories(installer_ / "Library/Application Support");
