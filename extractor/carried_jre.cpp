@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include "extractor/folders.h"
+#include "extractor/jre_temp.h"
 #include "extractor/provision_jre.h"
 #include "extractor/run.h"
 #include "extractor/tail_stream.h"

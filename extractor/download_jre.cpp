@@ -3,6 +3,7 @@
 
 #include "archive/archive.h"
 #include "extractor/folders.h"
+#include "extractor/jre_temp.h"
 #include "extractor/names.h"
 #include "extractor/provision_jre.h"
 #include "extractor/run.h"

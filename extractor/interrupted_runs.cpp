@@ -9,7 +9,7 @@
 
 #include "extractor/folders.h"
 #include "extractor/install_lock.h"
-#include "extractor/provision_jre.h"
+#include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"

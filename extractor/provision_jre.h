@@ -21,20 +21,4 @@ void extractCarriedJre(ExtractorRun& run);
 // Downloads a runtime from the update site.
 void downloadJre(ExtractorRun& run);
 
-// Prepares the bundle `bundle`, a version folder, with initOSXJRE(). An earlier runtime of the same
-// version, or what else stands in its place, in `earlierHome`, null when there is none, is taken
-// out of its way first, because its entries and the new ones must not mix, in one step where the
-// system can do that, and removed once the new one stands. Where the new one's Java did not get to
-// its place but the earlier one had one, that comes back, linked into the bundle. Returns whether
-// it did not have to.
-[[nodiscard]] bool layOutRuntime(const ExtractorRun& run, const char* bundle,
-                                 const char* earlierHome);
-
-// Writes the class data archive of the runtime in run.jreTemp; its result is not looked at.
-void regenerateClassData(const ExtractorRun& run);
-
-// Ends the process with a logged error line unless the folder run.jreTemp stands and holds a Java
-// executable; what stands of it is removed.
-void requireJavaInTemp(ExtractorRun& run);
-
 #endif

@@ -1,0 +1,28 @@
+#include "extractor/jre_temp.h"
+
+#include "extractor/folders.h"
+#include "extractor/run.h"
+#include "launcher/jre_layout.h"
+#include "support/file_kind.h"
+#include "support/file_operations.h"
+#include "support/owned.h"
+#include "support/paths.h"
+#include "support/spawner.h"
+
+void regenerateClassData(const ExtractorRun& run) {
+  const Block<char> java(getJavaExecutable(run.jreTemp));
+  const OwnedSpawner spawner(createSpawner());
+  setSpawnerExe(spawner.get(), java.get());
+  addSpawnerArg(spawner.get(), "-Xshare:dump");
+  runSpawnerAndWait(spawner.get());
+}
+
+void requireJavaInTemp(ExtractorRun& run) {
+  char inBundle[PATH_BUFFER_SIZE];
+  setPath(inBundle, run.jreTemp, "Contents", "Home", "bin", "java");
+  if (isExecutable(inBundle)) {
+    return;
+  }
+  removeTree(run.jreTemp);
+  failRun("[Extractor] The JRE archive was rejected or holds no bin/java, it is not installed\n");
+}

@@ -1,0 +1,70 @@
+#include "extractor/lay_out_runtime.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "extractor/folders.h"
+#include "launcher/jre_layout.h"
+#include "platform/exchange_folders.h"
+#include "support/file_kind.h"
+#include "support/file_operations.h"
+#include "support/folder_walk.h"
+#include "support/paths.h"
+
+static bool holdsHiddenNames(const char* folder) {
+  const std::vector<std::string> names = allNames(openFolderWithoutLink(folder));
+  return std::any_of(names.begin(), names.end(),
+                     [](const std::string& name) { return name[0] == '.'; });
+}
+
+// Puts the bundle's home in the place of the earlier one, and that aside, without a moment at which
+// a program that runs from the earlier one would miss its files. Hidden files must not come along:
+// with those, and where the system cannot exchange folders, nothing is done. Returns whether it
+// was.
+static bool exchangeHomes(const char* bundle, const char* earlierHome, const char* aside) {
+  char home[PATH_BUFFER_SIZE];
+  setPath(home, bundle, "Contents", "Home");
+  if (!isFolder(earlierHome) || !isFolder(home) || holdsHiddenNames(home) ||
+      !exchangeFolders(home, earlierHome)) {
+    return false;
+  }
+  if (rename(home, aside) == 0) {
+    return true;
+  }
+  static_cast<void>(exchangeFolders(home, earlierHome));
+  return false;
+}
+
+bool holdsJava(const char* home) {
+  char java[PATH_BUFFER_SIZE];
+  return isExecutable(setPath(java, home, "bin", "java"));
+}
+
+// Lays out the earlier runtime, which waits aside, in the place of the new one, which could not be
+// moved there.
+static void takeBack(const char* bundle, const char* earlierHome, const char* aside) {
+  char home[PATH_BUFFER_SIZE];
+  removeTree(earlierHome);
+  if (rename(aside, earlierHome) == 0) {
+    removeTree(setPath(home, bundle, "Contents", "Home"));
+    initOSXJRE(bundle);
+  }
+}
+
+bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
+  char aside[PATH_BUFFER_SIZE];
+  nameTempFolder(run, aside);
+  const bool isAside = earlierHome != nullptr && (exchangeHomes(bundle, earlierHome, aside) ||
+                                                  rename(earlierHome, aside) == 0);
+  initOSXJRE(bundle);
+  if (isAside && holdsJava(aside) && !holdsJava(earlierHome)) {
+    takeBack(bundle, earlierHome, aside);
+    return false;
+  }
+  if (isAside && !removeTree(aside)) {
+    remove(aside);  // a link, or a file, in the place of the folder
+  }
+  return true;
+}
