@@ -12,13 +12,24 @@ static const int kNextRecord = 0;
 static const int kEndOfArchive = -1;
 static const long kNoSignatureYet = -1;
 
+[[noreturn]] static void fail(const char* message) {
+  logMessage("\t[ExtractArchiveFile] *************************** %s\n", message);
+  endProcess(EXIT_STATUS_FAILURE);
+}
+
 // A record that cannot be read looks like one that ends early, or like the end of the archive.
 static void requireReadable(FILE* stream) {
   if (ferror(stream) != 0) {
-    logMessage(
-        "\t[ExtractArchiveFile] *************************** Unable to read the archive's "
-        "records\n");
-    endProcess(EXIT_STATUS_FAILURE);
+    fail("Unable to read the archive's records");
+  }
+}
+
+// The fields of a whole record end in a zero byte. What is left of a cut one would pass for an
+// empty file, or for a folder, of a name that is cut too.
+static void requireWhole(FILE* stream) {
+  requireReadable(stream);
+  if (feof(stream) != 0) {
+    fail("The archive ends inside of a record");
   }
 }
 
@@ -34,6 +45,7 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
   if (!isThere) {
     return kEndOfArchive;
   }
+  requireWhole(stream);
   const Descriptor folder = openEntryFolder(destDir, entry.path.get());
   if (entry.type == FOLDER_ENTRY) {
     createFolder(folder, entry.path.get(), entry.target);
@@ -47,6 +59,7 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
     requireReadable(stream);
     return kEndOfArchive;
   }
+  requireWhole(stream);
   writeEntryData(stream, entry, length, folder);
   if (entry.type == PACK200_ENTRY) {
     unpackPack200(unpack200Exe, &entry, folder);

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <string>
@@ -77,10 +76,11 @@ TEST_F(PackInterruption, WhilePackingLeavesNothing) {
 }
 
 TEST_F(PackInterruption, WhileAProgramRunsEndsItAndLeavesNothing) {
-  useJlink("echo $$ > " + (project_ / "started") + "\nexec sleep 600\n");
+  useJlink("echo $$ > " + (project_ / "pid") + "\n: > " + (project_ / "started") +
+           "\nexec sleep 600\n");
   interrupt(SIGTERM, "started");
   EXPECT_EQ(128 + SIGTERM, result_.status);
-  EXPECT_NE(0, kill(atoi(test::readFile(project_ / "started").c_str()), 0));
+  EXPECT_NE(0, kill(std::stoi(test::readFile(project_ / "pid")), 0));
   expectNothingLeft();
 }
 
