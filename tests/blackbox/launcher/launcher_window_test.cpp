@@ -10,6 +10,7 @@
 #include "tests/support/background.h"
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"
+#include "tests/support/temp_folder.h"
 
 class LauncherWindow : public testing::Test {
  protected:
@@ -73,13 +74,17 @@ TEST_F(LauncherWindow, AUrlSentWhileTheProgramRunsIsReceived) {
 
 TEST_F(LauncherWindow, QuittingThroughTheMenuEndsTheProcessWithZero) {
   static const char kQuitThroughMenu[] = R"sh(
-    menu=$1; shift
-    "$@" > /dev/null 2>&1 & launcher=$!
-    "$menu" open Demo && "$menu" quit Demo && wait "$launcher"; echo "status $?"
+    menu=$1; log=$2; shift 2
+    "$@" > "$log" 2>&1 & launcher=$!
+    "$menu" open Demo && "$menu" quit Demo && wait "$launcher"; status=$?
+    echo "status $status"
+    [ "$status" -eq 0 ] || tail -n 30 "$log" >&2
   )sh";
   test::Command script = stayingProgram();
-  script.arguments.insert(script.arguments.begin(), {"/bin/bash", "-c", kQuitThroughMenu, "script",
-                                                     QUORVANE_SOURCE "/scripts/app-menu"});
+  const test::TempFolder folder;
+  script.arguments.insert(script.arguments.begin(),
+                          {"/bin/bash", "-c", kQuitThroughMenu, "script",
+                           QUORVANE_SOURCE "/scripts/app-menu", folder / "log"});
   script.seconds = 150;
   const test::Result result = test::run(script);
   EXPECT_EQ("status 0\n", result.out) << result.err;
