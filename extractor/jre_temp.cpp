@@ -1,9 +1,8 @@
 #include "extractor/jre_temp.h"
 
-#include "extractor/folders.h"
+#include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
 #include "launcher/jre_layout.h"
-#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/owned.h"
 #include "support/paths.h"
@@ -18,9 +17,8 @@ void regenerateClassData(const ExtractorRun& run) {
 }
 
 void requireJavaInTemp(ExtractorRun& run) {
-  char inBundle[PATH_BUFFER_SIZE];
-  setPath(inBundle, run.jreTemp, "Contents", "Home", "bin", "java");
-  if (isExecutable(inBundle)) {
+  char home[PATH_BUFFER_SIZE];
+  if (holdsJava(setPath(home, run.jreTemp, "Contents", "Home"))) {
     return;
   }
   removeTree(run.jreTemp);

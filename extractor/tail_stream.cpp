@@ -85,14 +85,14 @@ enum class Extraction {
 static Extraction extractNextArchive(ExtractorRun& run, const char* unpack200,
                                      const char* destination) {
   long signedLength = -1;
-  static_cast<void>(extractArchiveFileCheckSignature(
-      run.lzmaPath, unpack200, destination, run.tailStream, &signedLength, nullptr, run.publicKey));
+  const int result = extractArchiveFileCheckSignature(
+      run.lzmaPath, unpack200, destination, run.tailStream, &signedLength, nullptr, run.publicKey);
   if (!isFolder(destination)) {
     return Extraction::Rejected;
   }
-  // An empty record that ends in its zero byte is a placeholder. No whole record makes its reader
-  // meet the end of the stream: one that does belongs to an installer that lost its end.
-  return feof(run.tailStream) != 0 ? Extraction::Missing : Extraction::Done;
+  // An empty record that ends in its zero byte is a placeholder; without it the installer lost its
+  // end. One that was begun ends the process where it is read.
+  return result != 0 && feof(run.tailStream) != 0 ? Extraction::Missing : Extraction::Done;
 }
 
 void requireNextArchive(ExtractorRun& run, const char* component, const char* unpack200,
