@@ -58,6 +58,9 @@ const Fault kFaults[] = {
     {"MallocFails", "malloc", "12"},
     {"MallocKeepsFailing", "malloc", "12+"},
     {"MallocDies", "malloc", "kill"},
+    {"HeapFails", "heap", "12"},
+    {"HeapKeepsFailing", "heap", "12+"},
+    {"HeapDies", "heap", "kill"},
 };
 
 // Calls of installations, that a mere start does not make.

@@ -9,7 +9,8 @@
 //
 // Kinds: open, scan (the program's own executable), read (anything else), log (what is written to
 // the log file), write (to anything else), close, rename, delete, link, mkdir, chmod, look (at a
-// file's state), list (a folder's names), spawn, wait, malloc.
+// file's state), list (a folder's names), spawn, wait, malloc (what the program's own code
+// allocates), heap (what its libraries allocate).
 #include "tests/fakes/faults/plan.h"
 
 #include <fcntl.h>

@@ -1,5 +1,4 @@
-// Calls that make processes and blocks of memory, that tests/fakes/faults/plan.cpp may let
-// fail.
+// Calls that make processes and await them, that tests/fakes/faults/plan.cpp may let fail.
 
 #include <spawn.h>
 #include <sys/wait.h>
@@ -7,15 +6,10 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 
 #include "tests/fakes/faults/plan.h"
 
 extern "C" {
-
-void* __libc_malloc(size_t);
-void* __libc_calloc(size_t, size_t);
-void* __libc_realloc(void*, size_t);
 
 int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
                 const posix_spawnattr_t* attributes, char* const* words, char* const* environment) {
@@ -46,18 +40,6 @@ int pclose(FILE* stream) {
   static const auto next = real<int (*)(FILE*)>("pclose");
   const int result = next(stream);
   return fails("wait") ? -1 : result;
-}
-
-void* malloc(size_t size) {
-  return fails("malloc") ? nullptr : __libc_malloc(size);
-}
-
-void* calloc(size_t count, size_t size) {
-  return fails("malloc") ? nullptr : __libc_calloc(count, size);
-}
-
-void* realloc(void* block, size_t size) {
-  return fails("malloc") ? nullptr : __libc_realloc(block, size);
 }
 
 }  // extern "C"
