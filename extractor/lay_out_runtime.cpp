@@ -42,6 +42,11 @@ bool holdsJava(const char* home) {
   return isExecutable(setPath(java, home, "bin", "java"));
 }
 
+bool lacksJava(const char* home) {
+  char java[PATH_BUFFER_SIZE];
+  return isKnownNotExecutable(setPath(java, home, "bin", "java"));
+}
+
 // Lays out the earlier runtime, which waits aside, in the place of the new one, which could not be
 // moved there.
 static void takeBack(const char* bundle, const char* earlierHome, const char* aside) {
@@ -59,7 +64,7 @@ bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earl
   const bool isAside = earlierHome != nullptr && (exchangeHomes(bundle, earlierHome, aside) ||
                                                   rename(earlierHome, aside) == 0);
   initOSXJRE(bundle);
-  if (isAside && holdsJava(aside) && !holdsJava(earlierHome)) {
+  if (isAside && lacksJava(earlierHome) && !lacksJava(aside)) {
     takeBack(bundle, earlierHome, aside);
     return false;
   }

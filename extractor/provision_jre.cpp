@@ -28,7 +28,7 @@ static void setUpOnlineJre(ExtractorRun& run) {
 // they would hide an older runtime that works.
 static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
   const bool isNew = layOutRuntime(run, run.jreFolder, isThere(home) ? home : nullptr);
-  if (isNew && holdsJava(home)) {
+  if (isNew && !lacksJava(home)) {
     return;
   }
   if (isNew) {

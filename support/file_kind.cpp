@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 // The kind of what stands at `path`, 0 for nothing.
 static mode_t kindOf(const char* path) {
   struct stat status {};
@@ -32,4 +34,12 @@ bool isPlainFile(const char* path) {
 
 bool isExecutable(const char* path) {
   return kindBehindLinks(path) == S_IFREG && access(path, X_OK) == 0;
+}
+
+bool isKnownNotExecutable(const char* path) {
+  struct stat status {};
+  if (stat(path, &status) != 0) {
+    return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+  }
+  return !S_ISREG(status.st_mode) || (access(path, X_OK) != 0 && errno == EACCES);
 }

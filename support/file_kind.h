@@ -19,4 +19,8 @@
 // Returns whether `path` is a plain file, or a link to one, that may be executed.
 [[nodiscard]] bool isExecutable(const char* path);
 
+// Returns whether `path` is known to be nothing that may be executed. Where the system cannot tell,
+// as after a read error, it is not known: what asks this is about to delete.
+[[nodiscard]] bool isKnownNotExecutable(const char* path);
+
 #endif

@@ -1,0 +1,52 @@
+#include "support/file_kind.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class ExecutableQuestion : public testing::Test {
+ protected:
+  std::string file(fs::perms mode) const {
+    test::writeFile(folder_ / "file", "bytes");
+    fs::permissions(folder_ / "file", mode);
+    return folder_ / "file";
+  }
+
+  const test::TempFolder folder_;
+};
+
+}  // namespace
+
+TEST_F(ExecutableQuestion, IsAnsweredForAnExecutableAndForALinkToIt) {
+  const std::string executable = file(fs::perms::owner_all);
+  fs::create_symlink(executable, folder_ / "link");
+  for (const std::string& path : {executable, std::string(folder_ / "link")}) {
+    EXPECT_TRUE(isExecutable(path.c_str())) << path;
+    EXPECT_FALSE(isKnownNotExecutable(path.c_str())) << path;
+  }
+}
+
+TEST_F(ExecutableQuestion, IsAnsweredForWhatIsNone) {
+  const std::string plain = file(fs::perms::owner_read);
+  fs::create_symlink(folder_ / "circle", folder_ / "circle");
+  for (const std::string& path :
+       {plain, std::string(folder_.path()), std::string(folder_ / "missing"), plain + "/below",
+        std::string(folder_ / "circle")}) {
+    EXPECT_FALSE(isExecutable(path.c_str())) << path;
+    EXPECT_TRUE(isKnownNotExecutable(path.c_str())) << path;
+  }
+}
+
+TEST_F(ExecutableQuestion, StaysOpenWhereTheSystemCannotTell) {
+  const std::string path = folder_ / std::string(300, 'n');  // longer than a name may be
+  EXPECT_FALSE(isExecutable(path.c_str()));
+  EXPECT_FALSE(isKnownNotExecutable(path.c_str()));
+}
