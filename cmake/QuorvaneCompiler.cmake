@@ -28,12 +28,18 @@ target_compile_definitions(quorvane_compiler INTERFACE _FILE_OFFSET_BITS=64)
 target_compile_options(quorvane_compiler INTERFACE -Wall -Wextra -Wformat=2 -Wvla -Werror)
 if(QUORVANE_SANITIZE)
   target_compile_options(quorvane_compiler INTERFACE
-    -fsanitize=${QUORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${QUORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   target_link_options(quorvane_compiler INTERFACE -fsanitize=${QUORVANE_SANITIZE})
 else()
   target_compile_options(quorvane_compiler INTERFACE
     "$<$<AND:$<CONFIG:Release,RelWithDebInfo>,$<NOT:$<BOOL:$<TARGET_PROPERTY:QUORVANE_UNOPTIMISED>>>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"
     -fstack-protector-strong)
+endif()
+
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # It means types of unnamed namespaces in headers, and here every test file is included.
+  target_compile_options(quorvane_compiler INTERFACE
+    "$<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>")
 endif()
 
 # Plain C++ files are compiled with Cocoa's type names poisoned: including a Cocoa header, or

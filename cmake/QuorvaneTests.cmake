@@ -6,6 +6,8 @@ include(GoogleTest)
 
 add_library(quorvane_test_support STATIC)
 target_link_libraries(quorvane_test_support PUBLIC quorvane_compiler GTest::gtest)
+# A test takes from it what it needs, one file at a time: some need the product, some the tools.
+set_target_properties(quorvane_test_support PROPERTIES UNITY_BUILD OFF)
 
 set(QUORVANE_TEST_ENVIRONMENT
   "ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0:handle_segv=0:allow_user_segv_handler=1"

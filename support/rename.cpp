@@ -7,7 +7,7 @@
 #include "support/logging.h"
 #include "support/move_item.h"
 
-static const int kRounds = 10;
+static const int kRenameRounds = 10;
 static const useconds_t kPauseMicroseconds = 300000;
 
 void logRenamed(const char* from, const char* to) {
@@ -49,7 +49,7 @@ void doRename(const char* from, const char* to) {
     return;
   }
   int lastError = errno;
-  for (int round = 1; round <= kRounds; ++round) {
+  for (int round = 1; round <= kRenameRounds; ++round) {
     if (retryRename(from, to, &lastError)) {
       logRenamed(from, to);
       return;

@@ -16,7 +16,7 @@
 
 namespace tools {
 
-static const size_t kChunk = 50000;
+static const size_t kRecordChunk = 50000;
 static const size_t kLongestField = 4094;
 
 // Reads records; what is wrong is said with the archive's path and the offset.
@@ -144,10 +144,10 @@ static Block<unsigned char> hashStart(const std::string& path, long length) {
   if (!initHash(state.get())) {
     return nullptr;
   }
-  const auto chunk = std::make_unique<unsigned char[]>(kChunk);
+  const auto chunk = std::make_unique<unsigned char[]>(kRecordChunk);
   size_t count = 1;
   for (long left = length; left > 0 && count > 0; left -= static_cast<long>(count)) {
-    const size_t wanted = std::min(kChunk, static_cast<size_t>(left));
+    const size_t wanted = std::min(kRecordChunk, static_cast<size_t>(left));
     count = fread(chunk.get(), 1, wanted, stream.get());
     if (!updateHash(state.get(), chunk.get(), static_cast<int>(count))) {
       return nullptr;

@@ -10,7 +10,7 @@
 
 namespace tools {
 
-static const size_t kChunk = 256 * 1024;
+static const size_t kCopyChunk = 256 * 1024;
 static const unsigned kArchiveMode = 0644;
 
 ArchiveStream::ArchiveStream(const std::string& path)
@@ -44,9 +44,9 @@ void ArchiveStream::addFile(const std::string& path, const std::string& source, 
   const long length = sizeOf(input.get());
   const std::string head = fileRecordHead(path, length, kind);
   append(head.data(), head.size());
-  const auto chunk = std::make_unique<char[]>(kChunk);
+  const auto chunk = std::make_unique<char[]>(kCopyChunk);
   for (long left = length; left > 0;) {
-    const size_t wanted = std::min(kChunk, static_cast<size_t>(left));
+    const size_t wanted = std::min(kCopyChunk, static_cast<size_t>(left));
     const size_t count = fread(chunk.get(), 1, wanted, input.get());
     append(chunk.get(), count);
     left -= static_cast<long>(count);

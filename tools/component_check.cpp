@@ -14,7 +14,6 @@
 
 namespace tools {
 
-static const char kLaunchFile[] = "QuorvaneLaunch";
 static const char kPngStart[] = "\x89PNG\r\n\x1a\n";
 
 void ComponentCheck::addName(const std::string& path, bool isFolder) {
@@ -110,12 +109,13 @@ void ComponentCheck::requireFile(const std::string& path) {
 }
 
 void ComponentCheck::checkLaunchFile() {
-  if (!holds(kLaunchFile)) {
-    problem(std::string("the launch file ") + kLaunchFile + " is missing, so nothing can start");
+  if (!holds(LAUNCH_FILE_NAME)) {
+    problem(std::string("the launch file ") + LAUNCH_FILE_NAME +
+            " is missing, so nothing can start");
     return;
   }
   try {
-    const std::string bytes = bytesOf(kLaunchFile);
+    const std::string bytes = bytesOf(LAUNCH_FILE_NAME);
     const LaunchFile launch = decodeLaunchFile(bytes);
     if (encodeLaunchFile(launch) != bytes) {
       problem(
@@ -140,11 +140,11 @@ void ComponentCheck::checkLaunchFile() {
 }
 
 void ComponentCheck::checkLaunch() {
-  if (!holds(kLaunchFile)) {
+  if (!holds(LAUNCH_FILE_NAME)) {
     return;
   }
   try {
-    for (const std::string& fault : faultsOfLaunch(decodeLaunchFile(bytesOf(kLaunchFile)))) {
+    for (const std::string& fault : faultsOfLaunch(decodeLaunchFile(bytesOf(LAUNCH_FILE_NAME)))) {
       problem(fault);
     }
   } catch (const InputError&) {

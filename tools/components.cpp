@@ -13,8 +13,6 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-static const char kLaunchFile[] = "QuorvaneLaunch";
-
 // The sample updater, for projects that name none: its number grows with what it does, so that an
 // installer replaces an older one.
 static const char kOwnUpdaterVersion[] = "1";
@@ -106,7 +104,7 @@ void Components::describeApplication(const Project& project) {
   launch.jvmOptions = project.jvmOptions;
   launch.maximumHeapMegabytes = project.maximumHeapMegabytes;
   writeWhole(work_ / "application", encodeLaunchFile(launch));
-  application_.files.emplace_back(kLaunchFile, work_ / "application");
+  application_.files.emplace_back(LAUNCH_FILE_NAME, work_ / "application");
 }
 
 void Components::describeUpdater(const Project& project, const std::string& jar) {
@@ -126,7 +124,7 @@ void Components::describeUpdater(const Project& project, const std::string& jar)
   launch.appName = project.name;
   launch.classPath = {kOwnUpdaterJar};
   writeWhole(work_ / "updater", encodeLaunchFile(launch));
-  updater_.files = {{kOwnUpdaterJar, jar}, {kLaunchFile, work_ / "updater"}};
+  updater_.files = {{kOwnUpdaterJar, jar}, {LAUNCH_FILE_NAME, work_ / "updater"}};
   updaterVersion_ = kOwnUpdaterVersion;
 }
 

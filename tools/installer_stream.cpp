@@ -10,7 +10,7 @@
 
 namespace tools {
 
-static const size_t kChunk = 65536;
+static const size_t kStreamChunk = 65536;
 
 InstallerStream::InstallerStream(const std::string& path, long long offset)
     : path_(path), stream_(openInput(path)) {
@@ -64,12 +64,12 @@ std::string InstallerStream::next(const std::string& out) {
   if (const char* fault = faultOfEntryPath(name.c_str())) {
     throw InputError(path_ + ": the record '" + name + "' would not be extracted: " + fault);
   }
-  const auto bytes = std::make_unique<char[]>(kChunk);
+  const auto bytes = std::make_unique<char[]>(kStreamChunk);
   WholeFile file(out, 0600);
   size_t count = 1;
   for (long long left = readLength(name); left > 0 && count > 0;
        left -= static_cast<long long>(count)) {
-    const size_t wanted = std::min(kChunk, static_cast<size_t>(left));
+    const size_t wanted = std::min(kStreamChunk, static_cast<size_t>(left));
     count = fread(bytes.get(), 1, wanted, stream_.get());
     file.write(bytes.get(), count);
   }

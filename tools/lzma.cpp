@@ -12,7 +12,7 @@ namespace tools {
 
 static const uint32_t kPreset = 6;
 static const uint64_t kMemoryLimit = 512ull << 20;
-static const size_t kChunk = 256 * 1024;
+static const size_t kLzmaChunk = 256 * 1024;
 
 // A coder with its buffers; what goes wrong is said of the file `in`.
 class LzmaCoder {
@@ -48,15 +48,15 @@ class LzmaCoder {
   lzma_ret step(FILE* input, WholeFile* output) {
     if (stream_.avail_in == 0) {
       stream_.next_in = inBytes_.get();
-      stream_.avail_in = fread(inBytes_.get(), 1, kChunk, input);
+      stream_.avail_in = fread(inBytes_.get(), 1, kLzmaChunk, input);
       if (ferror(input) != 0) {
         throw InputError(in_ + " cannot be read to its end");
       }
     }
     stream_.next_out = outBytes_.get();
-    stream_.avail_out = kChunk;
+    stream_.avail_out = kLzmaChunk;
     const lzma_ret result = lzma_code(&stream_, feof(input) != 0 ? LZMA_FINISH : LZMA_RUN);
-    output->write(outBytes_.get(), kChunk - stream_.avail_out);
+    output->write(outBytes_.get(), kLzmaChunk - stream_.avail_out);
     return result;
   }
 
@@ -74,8 +74,8 @@ class LzmaCoder {
 
   std::string in_;
   lzma_stream stream_ = LZMA_STREAM_INIT;
-  std::unique_ptr<uint8_t[]> inBytes_ = std::make_unique<uint8_t[]>(kChunk);
-  std::unique_ptr<uint8_t[]> outBytes_ = std::make_unique<uint8_t[]>(kChunk);
+  std::unique_ptr<uint8_t[]> inBytes_ = std::make_unique<uint8_t[]>(kLzmaChunk);
+  std::unique_ptr<uint8_t[]> outBytes_ = std::make_unique<uint8_t[]>(kLzmaChunk);
 };
 
 static void convert(const std::string& in, const std::string& out, void (LzmaCoder::*start)()) {

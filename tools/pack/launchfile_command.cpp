@@ -37,7 +37,7 @@ static void readLaunchFile(const LaunchFileOptions& options) {
   fwrite(text.data(), 1, text.size(), stdout);
 }
 
-static void addWrite(const Command& launchFile) {
+static void addLaunchFileWrite(const Command& launchFile) {
   const Command command = launchFile.add(
       "write", "Writes a launch file from TOML text.",
       "The launch file belongs into the application's folder under the name QuorvaneLaunch.\n"
@@ -49,7 +49,7 @@ static void addWrite(const Command& launchFile) {
   command.runs([options] { writeLaunchFile(*options); });
 }
 
-static void addRead(const Command& launchFile) {
+static void addLaunchFileRead(const Command& launchFile) {
   const Command command =
       launchFile.add("read", "Prints a launch file as TOML text.",
                      "Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
@@ -62,8 +62,8 @@ void addLaunchfileCommand(const Command& app) {
   const Command launchFile = app.addGroup(
       "launchfile", "Writes and shows the file that says how an application is started.",
       "Example:\n  quorvane-pack launchfile read app/QuorvaneLaunch");
-  addWrite(launchFile);
-  addRead(launchFile);
+  addLaunchFileWrite(launchFile);
+  addLaunchFileRead(launchFile);
 }
 
 }  // namespace tools

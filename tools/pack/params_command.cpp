@@ -90,7 +90,7 @@ static void readParams(const ParamsOptions& options) {
   }
 }
 
-static void addWrite(const Command& params) {
+static void addParamsWrite(const Command& params) {
   const Command command = params.add(
       "write", "Writes a params file, or changes one.",
       "Properties that stand in the file stay unless they are given or unset.\n"
@@ -107,7 +107,7 @@ static void addWrite(const Command& params) {
   command.runs([options] { writeParams(*options); });
 }
 
-static void addRead(const Command& params) {
+static void addParamsRead(const Command& params) {
   const Command command = params.add("read", "Prints a params file.",
                                      "Example:\n  quorvane-pack params read Setup.app");
   auto options = std::make_shared<ParamsOptions>();
@@ -120,8 +120,8 @@ void addParamsCommand(const Command& app) {
   const Command params = app.addGroup(
       "params", "Writes and shows the properties that an installer is given at run time.",
       "Example:\n  quorvane-pack params read AppParams.excludefromsigning");
-  addWrite(params);
-  addRead(params);
+  addParamsWrite(params);
+  addParamsRead(params);
 }
 
 }  // namespace tools

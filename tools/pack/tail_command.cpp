@@ -97,7 +97,7 @@ static void addValues(const Command& command, Tail* tail) {
                "Where updates are, or D when that is given from outside");
 }
 
-static void addWrite(const Command& tail) {
+static void addTailWrite(const Command& tail) {
   const Command command =
       tail.add("write", "Writes a Tail record.",
                "An executable with a record behind it cannot be code-signed; a bundle's Tail can.\n"
@@ -116,7 +116,7 @@ static void addWrite(const Command& tail) {
   });
 }
 
-static void addRead(const Command& tail) {
+static void addTailRead(const Command& tail) {
   const Command command =
       tail.add("read", "Prints a Tail record.", "Example:\n  quorvane-pack tail read Demo.app");
   auto options = std::make_shared<TailOptions>();
@@ -130,8 +130,8 @@ void addTailCommand(const Command& app) {
   const Command tail =
       app.addGroup("tail", "Writes and shows the record that says what a bundle starts.",
                    "Example:\n  quorvane-pack tail read Demo.app");
-  addWrite(tail);
-  addRead(tail);
+  addTailWrite(tail);
+  addTailRead(tail);
 }
 
 }  // namespace tools

@@ -17,7 +17,7 @@ using test::Installer;
 
 namespace {
 
-const char kUpdaterFolder[] = "Quorvane-Quorvane-5-complete";
+const char kOnlineUpdater[] = "Quorvane-Quorvane-5-complete";
 const char kAdopted[] = "Quorvane-Mac64JRE-00000000000-complete";
 const char kDownloaded[] = "Quorvane-Mac64JRE-1500-complete";
 const char kWillDownload[] =
@@ -52,7 +52,7 @@ class Online : public testing::Test {
   // The run ended with status 1 and nothing but the updater is installed.
   void expectNoRuntime(const test::Result& result) {
     EXPECT_EQ(1, result.status) << result.out;
-    EXPECT_EQ(std::vector<std::string>{kUpdaterFolder}, installer_.versionFolders());
+    EXPECT_EQ(std::vector<std::string>{kOnlineUpdater}, installer_.versionFolders());
     EXPECT_TRUE(installer_.tempFolders().empty());
     EXPECT_FALSE(installer_.launched());
   }
@@ -203,7 +203,7 @@ TEST_F(Online, ArchiveThatIsCutShortInsideEndsTheRunAndTheNextOneRepairs) {
   const test::Result result = install();
   EXPECT_EQ(1, result.status);
   EXPECT_TRUE(mentions(result, "Unable to read til end of archive file "));
-  EXPECT_EQ(std::vector<std::string>{kUpdaterFolder}, installer_.versionFolders());
+  EXPECT_EQ(std::vector<std::string>{kOnlineUpdater}, installer_.versionFolders());
   EXPECT_FALSE(installer_.launched());
   site_.publishArchive(test::compressed(records));
   const test::Result next = install();

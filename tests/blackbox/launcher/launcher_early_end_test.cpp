@@ -15,8 +15,6 @@ using test::messagesOf;
 using test::Tail;
 using Texts = std::vector<std::string>;
 
-static const int kFailure = 1;
-
 static bool holds(const Texts& messages, const std::string& wanted) {
   return std::find(messages.begin(), messages.end(), wanted) != messages.end();
 }
@@ -41,7 +39,7 @@ static Texts tailMessages(const std::string& updateUrl) {
 TEST(LauncherWithoutTail, NamesTheResourcesTailAndEndsWithFailure) {
   const LauncherBundle bundle;
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   const std::string folder = fs::path(bundle.executable()).parent_path();
   const std::string tail = folder + "/../Resources/Tail";
   EXPECT_EQ((Texts{"----- Starting Launcher -----", "[Launcher]\t Arg[0]=" + bundle.executable(),
@@ -61,7 +59,7 @@ TEST(LauncherWithoutTail, TakesALinkThatLeadsNowhereForNoTail) {
   const LauncherBundle bundle;
   fs::create_symlink("nowhere", bundle.resources() + "/Tail");
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_NE(std::string::npos, result.out.find("Failed to extract wrapper tail"));
 }
 
@@ -69,7 +67,7 @@ TEST(LauncherWithUnreadableTail, ReadsEveryFieldAsEmptyAndFindsNoRuntime) {
   const LauncherBundle bundle;
   fs::create_directory(bundle.resources() + "/Tail");
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   const std::string master = bundle.home.applicationSupport() + "/Quorvane-";
   EXPECT_TRUE(containsInOrder(
       messagesOf(result.out),
@@ -84,7 +82,7 @@ TEST(LauncherWithUnreadableExecutable, NamesItAsItWasStartedAndEndsWithFailure) 
   command.arguments = {"/bin/bash", "-c", "exec -a no/such/file \"$0\" -v", bundle.executable()};
   command.environment = bundle.home.environment();
   const test::Result result = test::run(command);
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ((Texts{"----- Starting Launcher -----", "[Launcher]\t Arg[0]=no/such/file",
                    "[Launcher]\t Arg[1]=-v",
                    "Failed to extract wrapper tail - couldn't open file no/such/file"}),
@@ -97,7 +95,7 @@ TEST(LauncherWithoutJre, LogsTheWholeWayAndEndsWithFailure) {
   tail.requiredJavaVersion = "17";
   bundle.appendTail(tail);
   const test::Result result = bundle.runWithoutDisplay({});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   Texts wanted = {"----- Starting Launcher -----", "[Launcher]\t Arg[0]=" + bundle.executable(),
                   "[Launcher] Found tail marker"};
   const Texts values = tailMessages("17");
@@ -129,7 +127,7 @@ TEST(LauncherWithoutJre, PassesOverAnExtractionThatIsNotComplete) {
   bundle.writeTailFile(Tail());
   fs::create_directories(bundle.master("Quorvane-Mac64JRE-1600"));
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(
       messagesOf(result.out),
       {"[PickFolder] Folder Quorvane-Mac64JRE-1600 matches Mac64JRE with version -1",
@@ -143,7 +141,7 @@ TEST(LauncherWithoutJre, LooksForTheNameThatTheOverrideGives) {
   bundle.installRuntime();
   test::writeFile(bundle.master("QVApps/JreNameOverride"), test::field("Mac64JRE2"));
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(
       messagesOf(result.out),
       {"JRE name overridden to Mac64JRE2", "[Launcher] JRE name is is Mac64JRE2",
@@ -158,7 +156,7 @@ TEST(LauncherForAllUsers, LooksInTheSystemsFolderAndLeavesTheHomeAlone) {
   tail.installType = "perm_all";
   bundle.writeTailFile(tail);
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(
       messagesOf(result.out),
       {"Permanent install for all users",
@@ -172,7 +170,7 @@ TEST(LauncherWithAnApplicationNameThatFillsItsField, FindsNoRuntimeAndEndsWithFa
   tail.appName = std::string(1022, 'n');
   bundle.writeTailFile(tail);
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(
       holds(messagesOf(result.out), "[Launcher] App Name = " + std::string(99, 'n') + "..."));
 }
@@ -182,7 +180,7 @@ TEST(LauncherWithoutDisplay, SaysSoInOneLineOnStandardErrorAndEndsWithFailure) {
   bundle.writeTailFile(Tail());
   bundle.installRuntime();
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ(0, result.signal);
   EXPECT_EQ("[Launcher] About to create NSApplication", lastOf(messagesOf(result.out)));
   EXPECT_EQ("No display: DISPLAY names no window system that can be reached.",
@@ -194,7 +192,7 @@ TEST(LauncherWithADisplayThatNobodyServes, SaysSoInOneLineOnStandardErrorAndEnds
   bundle.writeTailFile(Tail());
   bundle.installRuntime();
   const test::Result result = bundle.run({"guest.Program"}, {{"DISPLAY", ":59998"}});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("No display: DISPLAY names no window system that can be reached.",
             lastOf(test::linesOf(result.err)));
 }

@@ -14,7 +14,6 @@ using test::containsInOrder;
 using test::messagesOf;
 using Texts = std::vector<std::string>;
 
-static const int kFailure = 1;
 static const char kFirstPlace[] = "lib/server/";
 static const char kSecondPlace[] = "Contents/Home/lib/server/";
 static const char kThirdPlace[] = "Contents/Home/jre/lib/server/";
@@ -254,7 +253,7 @@ TEST_F(FakeJvm, ThePlatformsOwnNameIsFoundAtTheThirdPlaceToo) {
 TEST_F(FakeJvm, ARuntimeWithoutLibraryEndsWithFailure) {
   fs::create_directories(bundle.runtime());
   run({"com.x.Main"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(messages, {"[JNILaunch] [ERROR] Could not load dynamic library!",
                                          "[JNILaunch] [ERROR] Unable to load JRE library!"}));
   EXPECT_EQ("[JNILaunch] [ERROR] Unable to load JRE library!", lastMessage());
@@ -263,14 +262,14 @@ TEST_F(FakeJvm, ARuntimeWithoutLibraryEndsWithFailure) {
 TEST_F(FakeJvm, ALibraryThatIsNoLibraryEndsWithFailure) {
   test::writeFile(bundle.runtime() + "/" + kFirstPlace + "libjvm.so", "no library");
   run({"com.x.Main"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("[JNILaunch] [ERROR] Unable to load JRE library!", lastMessage());
 }
 
 TEST_F(FakeJvm, ALibraryWithoutTheEntryCountsAsAJvmThatFails) {
   bundle.installLibrary(QUORVANE_NO_JVM, std::string(kFirstPlace) + "libjvm.so");
   run({"-Xmx1g", "com.x.Main"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(
       messages, {"[JNILaunch] ------- JNI Launch call -------", "[JNILaunch] JNI Option 0=-Xmx1g",
                  "[JNILauncher] Create Java VM Failed!"}));
@@ -279,28 +278,28 @@ TEST_F(FakeJvm, ALibraryWithoutTheEntryCountsAsAJvmThatFails) {
 
 TEST_F(FakeJvm, AJvmThatIsNotCreatedEndsWithFailure) {
   run({"com.x.Main"}, "create");
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("[JNILauncher] Create Java VM Failed!", lastMessage());
   EXPECT_EQ("options 0", lastReport());
 }
 
 TEST_F(FakeJvm, AClassThatIsNotFoundEndsWithFailureAndLeavesTheJvmAsItIs) {
   run({"com.x.Main"}, "class");
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("[JNILauncher] Searching for clazz failed!", lastMessage());
   EXPECT_EQ("FindClass com/x/Main", lastReport());
 }
 
 TEST_F(FakeJvm, AClassWithoutMainEndsWithFailureAndSaysWhy) {
   run({"com.x.Main"}, "main");
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("[JNILauncher] Searching for main method failed!", lastMessage());
   EXPECT_EQ("ExceptionDescribe", lastReport());
 }
 
 TEST_F(FakeJvm, ArgumentsThatCannotBeMadeEndWithFailureAndSayWhy) {
   run({"com.x.Main"}, "arguments");
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("[JNILauncher] Creating the arguments failed!", lastMessage());
   EXPECT_EQ("ExceptionDescribe", lastReport());
 }
@@ -315,7 +314,7 @@ TEST_F(FakeJvm, AnExceptionInMainIsPrintedAndTheStatusIsZero) {
 
 TEST_F(FakeJvm, IsNeverCreatedWithoutAClassButTheRuntimeAndTheApplicationAre) {
   run({"-Xmx1g", "-cp", "a.jar"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(messages, {"[Launcher] JRE path is " + bundle.runtime(),
                                          "[Launcher] Created NSApplication"}));
   EXPECT_NE(std::string::npos, result.out.find("[ERROR] No class specified. Exiting...\n"));
@@ -325,7 +324,7 @@ TEST_F(FakeJvm, IsNeverCreatedWithoutAClassButTheRuntimeAndTheApplicationAre) {
 
 TEST_F(FakeJvm, IsNeverCreatedWhenTheCommandLineIsEmpty) {
   run({});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_NE(std::string::npos, result.out.find("[ERROR] No class specified. Exiting...\n"));
   EXPECT_EQ(Texts{}, report);
 }

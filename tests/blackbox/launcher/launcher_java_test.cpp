@@ -13,8 +13,6 @@ using test::containsInOrder;
 using test::messagesOf;
 using Texts = std::vector<std::string>;
 
-static const int kFailure = 1;
-
 class Java : public testing::Test {
  protected:
   Java() {
@@ -127,13 +125,13 @@ TEST_F(Java, AnOptionThatTheJvmDoesNotKnowIsIgnored) {
 
 TEST_F(Java, AnOptionThatTheJvmRefusesEndsWithFailure) {
   run("guest.Program", {}, {"-Xmxmuch"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(printed("[JNILauncher] Create Java VM Failed!"));
 }
 
 TEST_F(Java, AJvmThatGivesUpByItselfEndsTheProcessWithItsStatus) {
   run("guest.Program", {}, {"-Xmx1"});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_TRUE(printed("Too small maximum heap"));
 }
 
@@ -146,21 +144,21 @@ TEST_F(Java, AVariableThatIsNoUtf8ReachesTheProgramsChildrenAsItIs) {
 
 TEST_F(Java, AClassThatDoesNotExistEndsWithFailure) {
   run("guest.Nobody", {});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("[JNILauncher] Searching for clazz failed!", lastMessage());
 }
 
 TEST_F(Java, AClassNameOfAnyTextDoesNoHarm) {
   for (const char* name : {"", "guest..Program", "[", "\xFF\xC3", "guest/Program;"}) {
     run(name, {});
-    EXPECT_EQ(kFailure, result.status) << name;
+    EXPECT_EQ(1, result.status) << name;
     EXPECT_EQ("[JNILauncher] Searching for clazz failed!", lastMessage()) << name;
   }
 }
 
 TEST_F(Java, AClassWithoutMainEndsWithFailureAndSaysWhy) {
   run("guest.NoMain", {});
-  EXPECT_EQ(kFailure, result.status);
+  EXPECT_EQ(1, result.status);
   EXPECT_EQ("[JNILauncher] Searching for main method failed!", lastMessage());
   EXPECT_NE(std::string::npos, result.err.find("java.lang.NoSuchMethodError"));
 }

@@ -12,16 +12,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char kBundle[] = "dist/Small App Installer.app";
+const char kVerifiedBundle[] = "dist/Small App Installer.app";
 
 class PackVerify : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(0, project_.build().status); }
 
-  test::Result verify(const std::string& bundle = kBundle) {
+  test::Result verify(const std::string& bundle = kVerifiedBundle) {
     return test::runPack(project_.path(), {"verify", bundle});
   }
-  std::string inBundle(const std::string& name) { return project_ / kBundle + "/Contents/" + name; }
+  std::string inBundle(const std::string& name) {
+    return project_ / kVerifiedBundle + "/Contents/" + name;
+  }
   std::string tail() { return test::readFile(inBundle("Resources/Tail")); }
   void writeTail(const std::string& bytes) { test::writeFile(inBundle("Resources/Tail"), bytes); }
 
@@ -29,8 +31,9 @@ class PackVerify : public testing::Test {
   void expectProblem(const std::string& problem) {
     const test::Result result = verify();
     EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + std::string(kBundle) + " would not work:\n  " + problem + "\n",
-              result.err);
+    EXPECT_EQ(
+        "quorvane-pack: " + std::string(kVerifiedBundle) + " would not work:\n  " + problem + "\n",
+        result.err);
   }
 
   test::SmallProject project_;
@@ -51,7 +54,8 @@ TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
 }
 
 TEST_F(PackVerify, OfASoundInstallerIsSilentWhenAskedTo) {
-  const test::Result result = test::runPack(project_.path(), {"verify", "--quiet", kBundle});
+  const test::Result result =
+      test::runPack(project_.path(), {"verify", "--quiet", kVerifiedBundle});
   EXPECT_EQ(0, result.status);
   EXPECT_EQ("", result.out + result.err);
 }
@@ -76,14 +80,14 @@ TEST_F(PackVerify, NamesAFolderThatIsNoBundle) {
 
 TEST_F(PackVerify, FindsAMissingExecutable) {
   fs::remove(inBundle("MacOS/Small App"));
-  expectProblem(std::string(kBundle) +
-                "/Contents/Info.plist names the executable Small App, which is not at " + kBundle +
-                "/Contents/MacOS/Small App");
+  expectProblem(std::string(kVerifiedBundle) +
+                "/Contents/Info.plist names the executable Small App, which is not at " +
+                kVerifiedBundle + "/Contents/MacOS/Small App");
 }
 
 TEST_F(PackVerify, FindsAnExecutableThatMayNotBeExecuted) {
   fs::permissions(inBundle("MacOS/Small App"), fs::perms{0644});
-  expectProblem(std::string(kBundle) +
+  expectProblem(std::string(kVerifiedBundle) +
                 "/Contents/MacOS/Small App may not be executed; run 'chmod 755' on it");
 }
 
@@ -96,7 +100,7 @@ TEST_F(PackVerify, FindsAnInfoPlistThatNamesNoExecutable) {
     std::string changed = sound;
     changed.replace(at, name.size(), "<string>" + other + "</string>");
     test::writeFile(inBundle("Info.plist"), changed);
-    expectProblem(std::string(kBundle) +
+    expectProblem(std::string(kVerifiedBundle) +
                   "/Contents/Info.plist names no executable: CFBundleExecutable is \"" + other +
                   "\"");
   }
@@ -104,13 +108,13 @@ TEST_F(PackVerify, FindsAnInfoPlistThatNamesNoExecutable) {
 
 TEST_F(PackVerify, FindsAMissingTailRecord) {
   fs::remove(inBundle("Resources/Tail"));
-  expectProblem(std::string(kBundle) +
+  expectProblem(std::string(kVerifiedBundle) +
                 "/Contents/Resources/Tail cannot be read: No such file or directory");
 }
 
 TEST_F(PackVerify, FindsAMissingParamsFile) {
   fs::remove(inBundle("Resources/AppParams.excludefromsigning"));
-  expectProblem(std::string(kBundle) +
+  expectProblem(std::string(kVerifiedBundle) +
                 "/Contents/Resources/params.lproj/locversion.plist cannot be read: No such file or "
                 "directory");
 }
@@ -140,7 +144,7 @@ TEST_F(PackVerify, FindsATailRecordThatIsCutShort) {
 
 TEST_F(PackVerify, FindsBytesBehindTheLastArchive) {
   writeTail(tail() + "more");
-  expectProblem(std::string(kBundle) +
+  expectProblem(std::string(kVerifiedBundle) +
                 "/Contents/Resources/Tail goes on for 4 bytes behind what is read");
 }
 

@@ -10,11 +10,8 @@
 #include "support/owned.h"
 #include "tests/support/format_examples.h"
 #include "tests/support/test_keys.h"
+#include "tests/unit/crypto/messages.h"
 #include "tools/signing.h"
-
-static const unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
 
 static std::string exampleDigest() {
   const std::string message = "the bytes of an archive";

@@ -11,22 +11,10 @@
 #include "crypto/keccak_permutation.h"
 #include "tests/support/hex_text.h"
 #include "tests/support/reference_keccak.h"
+#include "tests/unit/crypto/messages.h"
 
 static const char kEmptyDigest[] =
     "c5d2460186f7233c927e7db2dcc703c0e500b653ca82273b7bfad8045d85a470";
-
-static const unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
-
-static std::string messageOf(size_t size) {
-  std::mt19937 random(static_cast<unsigned>(size));
-  std::string message(size, '\0');
-  for (char& c : message) {
-    c = static_cast<char>(random());
-  }
-  return message;
-}
 
 static KeccakState stateAfter(const std::string& data, uint64_t bits) {
   KeccakState state;

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
-#include <random>
 #include <string>
 
 #include "crypto/keccak.h"
@@ -16,6 +15,7 @@
 #include "platform/process_end.h"
 #include "tests/support/capture.h"
 #include "tests/support/hex_text.h"
+#include "tests/unit/crypto/messages.h"
 #include "tests/unit/crypto/stock.h"
 
 static const char kSha256OfNothing[] =
@@ -26,19 +26,6 @@ static const char kSha256OfAbc[] =
     "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad";
 static const char kKeccakOfAbc[] =
     "4e03657aea45a94fc7d47ba826c8d667c0d1e6e33a64a036ec44f58fa12d6c45";
-
-static const unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
-
-static std::string messageOf(size_t size) {
-  std::mt19937 random(static_cast<unsigned>(size));
-  std::string message(size, '\0');
-  for (char& c : message) {
-    c = static_cast<char>(random());
-  }
-  return message;
-}
 
 static std::string finish(Hash_state* state) {
   const std::unique_ptr<unsigned char, decltype(&free)> digest(doFinal(state), free);

@@ -15,6 +15,7 @@
 #include "tests/support/files.h"
 #include "tests/support/hex_text.h"
 #include "tests/support/test_keys.h"
+#include "tests/unit/crypto/messages.h"
 #include "tests/unit/crypto/stock.h"
 #include "tools/pem.h"
 #include "tools/signing.h"
@@ -24,10 +25,6 @@ namespace {
 const char kFailedLine[] = "ERROR - signature verification failed.\n";
 const char kPssLine[] = "Doing PSS decode\n";
 const char kMessage[] = "the bytes of an archive";
-
-const unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
 
 std::string mixedOf(const std::string& message) {
   Hash_state state;

@@ -2,9 +2,7 @@
 
 #include <tomcrypt.h>
 
-static const unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
+#include "tests/unit/crypto/messages.h"
 
 std::string stockSha3256(const std::string& message) {
   hash_state state;

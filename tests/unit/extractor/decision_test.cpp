@@ -102,18 +102,18 @@ const Case kCases[] = {
      {kGuIsEnough}},
 };
 
-ExtractorRun extractorRun{};
+ExtractorRun decidingRun{};
 
 Decision decideIn(const test::TempFolder& folder, const Case& c) {
   for (const char* name : c.installed) {
     fs::create_directories(folder / name);
   }
-  setPath(extractorRun.masterFolder, folder.path().c_str());
-  setPath(extractorRun.jreName, "Mac64JRE");
-  extractorRun.tail.appName = allocCopy("MyApp");
-  extractorRun.tail.appVersion = allocCopy(c.appVersion);
-  extractorRun.tail.guVersion = allocCopy(c.guVersion);
-  return decide(extractorRun);
+  setPath(decidingRun.masterFolder, folder.path().c_str());
+  setPath(decidingRun.jreName, "Mac64JRE");
+  decidingRun.tail.appName = allocCopy("MyApp");
+  decidingRun.tail.appVersion = allocCopy(c.appVersion);
+  decidingRun.tail.guVersion = allocCopy(c.guVersion);
+  return decide(decidingRun);
 }
 
 class Deciding : public testing::TestWithParam<Case> {};

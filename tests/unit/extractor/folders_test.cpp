@@ -22,18 +22,18 @@ using test::writeFile;
 
 namespace {
 
-ExtractorRun extractorRun{};
+ExtractorRun foldersRun{};
 
 class MasterFolder : public testing::Test {
  protected:
-  MasterFolder() { setPath(extractorRun.masterFolder, folder_.path().c_str()); }
+  MasterFolder() { setPath(foldersRun.masterFolder, folder_.path().c_str()); }
 
   std::string operator/(const std::string& name) const { return folder_ / name; }
 
   void moveInto(const std::string& from, const std::string& to) {
     char temp[PATH_BUFFER_SIZE];
     setPath(temp, from.c_str());
-    test::capture([&] { moveIntoPlace(extractorRun, "application", temp, to.c_str()); });
+    test::capture([&] { moveIntoPlace(foldersRun, "application", temp, to.c_str()); });
   }
 
   void makeOld(const std::string& path) {
@@ -79,7 +79,7 @@ TEST_F(MoveIntoPlace, LogsAReplacementAsTheRenameThatItIs) {
   const std::string temp = *this / "temp";
   const std::string target = *this / "target";
   const auto lines = test::logLinesOf(
-      [&] { moveIntoPlace(extractorRun, "application", temp.c_str(), target.c_str()); });
+      [&] { moveIntoPlace(foldersRun, "application", temp.c_str(), target.c_str()); });
   EXPECT_TRUE(test::containsInOrder(
       lines, {"[Extractor] Replacing existing folder " + (*this / "target"),
               "[Rename] File '" + (*this / "temp") + "' renamed to '" + (*this / "target") + "'"}));
@@ -112,11 +112,11 @@ TEST_F(MoveIntoPlace, CopyThatIsCutShortOrMissesAFileIsIncomplete) {
 
 TEST_F(TempFolders, GetANewNameWhenTheirsIsTaken) {
   char name[PATH_BUFFER_SIZE];
-  nameTempFolder(extractorRun, name);
+  nameTempFolder(foldersRun, name);
   const std::string first = name;
   fs::create_directories(first);
   writeFile(first + "/someone", "else");
-  test::capture([&] { EXPECT_EQ(0, createTempFolder(extractorRun, name)); });
+  test::capture([&] { EXPECT_EQ(0, createTempFolder(foldersRun, name)); });
   EXPECT_NE(first, name);
   EXPECT_TRUE(fs::is_empty(name));
 }
@@ -124,7 +124,7 @@ TEST_F(TempFolders, GetANewNameWhenTheirsIsTaken) {
 TEST_F(TempFolders, OlderThanADayAreRemovedWithALogLine) {
   writeFile(*this / "QuorvaneTemp-1-2-app/.a", "x");
   makeOld(*this / "QuorvaneTemp-1-2-app");
-  const auto lines = test::logLinesOf([] { removeOldTempFolders(extractorRun); });
+  const auto lines = test::logLinesOf([] { removeOldTempFolders(foldersRun); });
   EXPECT_FALSE(test::exists(*this / "QuorvaneTemp-1-2-app"));
   EXPECT_TRUE(test::containsInOrder(
       lines, {"[Extractor] Removing old temporary folder " + (*this / "QuorvaneTemp-1-2-app")}));
@@ -134,7 +134,7 @@ TEST_F(TempFolders, OfTodayAndEverythingElseAreLeftAlone) {
   writeFile(*this / "QuorvaneTemp-1-2-app/a", "x");
   writeFile(*this / "Quorvane-MyApp-1-complete/a", "x");
   makeOld(*this / "Quorvane-MyApp-1-complete");
-  test::capture([] { removeOldTempFolders(extractorRun); });
+  test::capture([] { removeOldTempFolders(foldersRun); });
   EXPECT_TRUE(test::exists(*this / "QuorvaneTemp-1-2-app/a"));
   EXPECT_TRUE(test::exists(*this / "Quorvane-MyApp-1-complete/a"));
 }
@@ -149,7 +149,7 @@ TEST_F(TempFolders, LinkIsNotFollowedWhenRemoved) {
 TEST_F(InterruptedRuns, BundleWhoseHomeWasNotMovedIsFinished) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
-  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
   EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
 }
@@ -158,7 +158,7 @@ TEST_F(InterruptedRuns, MoveThatWasCutShortGoesOnWhereItStopped) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + "/bin/java", "java", 0755);
   writeFile(plain + ".plugin/Contents/Home/lib/modules", "modules");
-  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
   EXPECT_EQ("modules", test::readFile(plain + "/lib/modules"));
   EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
@@ -169,19 +169,19 @@ TEST_F(InterruptedRuns, EarlierRuntimeOfTheSameVersionDoesNotMixWithTheNewOne) {
   writeFile(plain + "/bin/java", "old", 0755);
   writeFile(plain + "/lib/old", "old");
   writeFile(plain + ".plugin/Contents/Home/bin/java", "new", 0755);
-  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("new", test::readFile(plain + "/bin/java"));
   EXPECT_FALSE(test::exists(plain + "/lib/old"));
   EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
-  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 
 TEST_F(InterruptedRuns, BundleWithAnotherBinFolderIsFinishedOnlyOnce) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
   writeFile(plain + ".plugin/bin/tool", "tool", 0755);
-  test::capture([] { finishInterruptedRuntimes(extractorRun); });
-  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
   EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
   EXPECT_EQ("tool", test::readFile(plain + ".plugin/bin/tool"));
   EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
@@ -191,27 +191,27 @@ TEST_F(InterruptedRuns, HomeWithoutJavaDoesNotTakeTheEarlierOnesPlace) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + "/bin/java", "old", 0755);
   writeFile(plain + ".plugin/Contents/Home/bin/jav", "new", 0755);
-  const auto lines = test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); });
+  const auto lines = test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("[Extractor] " + plain + " stays as it was before", lines.back());
   EXPECT_EQ("old", test::readFile(plain + "/bin/java"));
   EXPECT_EQ("old", test::readFile(plain + ".plugin/Contents/Home/bin/java"));
-  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 
 TEST_F(InterruptedRuns, HomeWithAHiddenFolderIsFinishedOnlyOnce) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
   writeFile(plain + ".plugin/Contents/Home/.hidden/file", "x");
-  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
-  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 
 TEST_F(InterruptedRuns, AdoptedHomeThatWasNotLinkedYetIsFinished) {
   const std::string plain = *this / "Quorvane-Mac64JRE-00000000000-complete";
   writeFile(plain + "/bin/java", "java", 0755);
   fs::create_directories(plain + ".plugin");
-  test::capture([] { finishInterruptedRuntimes(extractorRun); });
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("java", test::readFile(plain + ".plugin/Contents/Home/bin/java"));
 }
 
@@ -220,12 +220,12 @@ TEST_F(InterruptedRuns, FinishedBundleIsLeftAloneWithoutAWord) {
   writeFile(plain + "/bin/java", "java", 0755);
   fs::create_directories(plain + ".plugin/Contents");
   fs::create_directory_symlink(plain, plain + ".plugin/Contents/Home");
-  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(extractorRun); }).empty());
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 
 TEST_F(MasterFolder, LockKeepsASecondInstallerWaitingUntilItIsReleased) {
   fs::create_directories(*this / "QVAppsSharedConfig");
-  InstallLock first(extractorRun.masterFolder);
+  InstallLock first(foldersRun.masterFolder);
   ASSERT_TRUE(first.isHeld());
   const std::string path = folder_.path();
   const test::Result waiting =
@@ -247,9 +247,9 @@ TEST_F(MasterFolder, LockThatCannotBeCreatedIsNoLock) {
 
 TEST_F(MasterFolder, VersionFoldersAreComparedByTheirNames) {
   fs::create_directories(*this / "Quorvane-A-1-complete");
-  const std::string before = versionFoldersIn(extractorRun.masterFolder);
+  const std::string before = versionFoldersIn(foldersRun.masterFolder);
   fs::create_directories(*this / "QuorvaneTemp-1-1-app");
-  EXPECT_EQ(before, versionFoldersIn(extractorRun.masterFolder));
+  EXPECT_EQ(before, versionFoldersIn(foldersRun.masterFolder));
   fs::create_directories(*this / "Quorvane-A-2-complete");
-  EXPECT_NE(before, versionFoldersIn(extractorRun.masterFolder));
+  EXPECT_NE(before, versionFoldersIn(foldersRun.masterFolder));
 }

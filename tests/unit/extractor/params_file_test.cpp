@@ -19,7 +19,7 @@ namespace {
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
-ExtractorRun extractorRun{};
+ExtractorRun paramsRun{};
 
 std::string paramsOf(const std::string& count, const Pairs& pairs) {
   std::string bytes = field(count);
@@ -32,7 +32,7 @@ std::string paramsOf(const std::string& count, const Pairs& pairs) {
 std::vector<std::string> readAll(std::string bytes) {
   return test::logLinesOf([&bytes] {
     FILE* params = fmemopen(bytes.data(), bytes.size(), "rb");
-    readParams(extractorRun, params);
+    readParams(paramsRun, params);
     fclose(params);
   });
 }
@@ -43,8 +43,7 @@ std::vector<std::string> readAll(const Pairs& pairs) {
 
 // What the launch properties hold.
 std::string properties() {
-  return {extractorRun.launchProperties,
-          static_cast<size_t>(propsLen(extractorRun.launchProperties))};
+  return {paramsRun.launchProperties, static_cast<size_t>(propsLen(paramsRun.launchProperties))};
 }
 
 const std::string kRule = "++++++++++++++++++++++++++++++++++++++++++++++++";
@@ -54,7 +53,7 @@ const std::string kRule = "++++++++++++++++++++++++++++++++++++++++++++++++";
 TEST(Params, CountZeroAddsNoDynamicProperty) {
   const auto lines = readAll(Pairs{});
   EXPECT_EQ("", properties());
-  EXPECT_FALSE(extractorRun.dynamic.noUi);
+  EXPECT_FALSE(paramsRun.dynamic.noUi);
   EXPECT_EQ((std::vector<std::string>{"", kRule, "+++ Processing 0 dynamic properties", kRule}),
             lines);
 }
@@ -100,17 +99,17 @@ TEST(Params, LongValueAfterASplashImageShowsThatImagesFirst99Characters) {
 
 TEST(Params, AutotestWithAnEmptyValueStillSetsItsFlag) {
   readAll(Pairs{{"wrapper_autotest", ""}});
-  EXPECT_TRUE(extractorRun.dynamic.autotest);
+  EXPECT_TRUE(paramsRun.dynamic.autotest);
 }
 
 TEST(Params, ShowNoUiInCapitalsDoesNotSetItsFlag) {
   readAll(Pairs{{"show_no_ui", "TRUE"}});
-  EXPECT_FALSE(extractorRun.dynamic.noUi);
+  EXPECT_FALSE(paramsRun.dynamic.noUi);
 }
 
 TEST(Params, ShowNoUiStaysSetWhenALaterPairSaysOtherwise) {
   readAll(Pairs{{"show_no_ui", "true"}, {"show_no_ui", "false"}});
-  EXPECT_TRUE(extractorRun.dynamic.noUi);
+  EXPECT_TRUE(paramsRun.dynamic.noUi);
 }
 
 TEST(Params, ForceSpawnFollowsItsLatestValue) {
@@ -127,24 +126,24 @@ TEST(Params, SplashBufferSetsTheMarginUnlessItIsEmpty) {
 
 TEST(Params, SplashImageIsDecodedAndKeptWithItsLength) {
   readAll(Pairs{{"splash_image", "TWE="}});
-  ASSERT_EQ(2u, extractorRun.dynamic.splashImageLength);
-  EXPECT_EQ('M', extractorRun.dynamic.splashImage[0]);
+  ASSERT_EQ(2u, paramsRun.dynamic.splashImageLength);
+  EXPECT_EQ('M', paramsRun.dynamic.splashImage[0]);
 }
 
 TEST(Params, SplashImageThatIsNoBase64LengthCountsAsNone) {
   readAll(Pairs{{"splash_image", "TWE"}});
-  EXPECT_EQ(nullptr, extractorRun.dynamic.splashImage);
-  EXPECT_EQ(0u, extractorRun.dynamic.splashImageLength);
+  EXPECT_EQ(nullptr, paramsRun.dynamic.splashImage);
+  EXPECT_EQ(0u, paramsRun.dynamic.splashImageLength);
 }
 
 TEST(Params, JreNameStartsAsTheLaunchersDefault) {
   readAll(Pairs{});
-  EXPECT_STREQ("Mac64JRE", extractorRun.jreName);
+  EXPECT_STREQ("Mac64JRE", paramsRun.jreName);
 }
 
 TEST(Params, JreNameReplacesTheDefault) {
   const auto lines = readAll(Pairs{{"jre_name", "MyJRE"}});
-  EXPECT_STREQ("MyJRE", extractorRun.jreName);
+  EXPECT_STREQ("MyJRE", paramsRun.jreName);
   EXPECT_TRUE(test::containsInOrder(
       lines, {"[DynProps] JRE name from dynamic launch properties is MyJRE"}));
 }
@@ -161,7 +160,7 @@ TEST(Params, PropertiesBeyondTheBufferEndTheProcessWithALoggedLine) {
     std::string bytes =
         paramsOf("2", {{"first", std::string(150000, 'a')}, {"second", std::string(60000, 'b')}});
     FILE* params = fmemopen(bytes.data(), bytes.size(), "rb");
-    readParams(extractorRun, params);
+    readParams(paramsRun, params);
   });
   EXPECT_EQ(1, result.status);
   EXPECT_TRUE(test::containsInOrder(
@@ -171,7 +170,7 @@ TEST(Params, PropertiesBeyondTheBufferEndTheProcessWithALoggedLine) {
 
 TEST(Params, RequireSignatureIsSetByTrueOnly) {
   readAll(Pairs{{"require_signature", "1"}});
-  EXPECT_FALSE(extractorRun.dynamic.requireSignature);
+  EXPECT_FALSE(paramsRun.dynamic.requireSignature);
   readAll(Pairs{{"require_signature", "true"}});
-  EXPECT_TRUE(extractorRun.dynamic.requireSignature);
+  EXPECT_TRUE(paramsRun.dynamic.requireSignature);
 }

@@ -17,7 +17,7 @@
 #include "tests/support/temp_folder.h"
 
 namespace fs = std::filesystem;
-using Names = std::vector<std::string>;
+using FolderNames = std::vector<std::string>;
 using test::writeFile;
 
 // What fails, and what a path must hold for its rename to fail.
@@ -84,15 +84,15 @@ class ReplacedFolder : public testing::Test {
 TEST_F(ReplacedFolder, ThatCannotBeRemovedDoesNotCostTheNewOne) {
   removalsFail = true;
   move();
-  EXPECT_EQ(Names{"a"}, test::namesIn(target()));
-  EXPECT_EQ(Names{"old"}, test::namesIn(temp()));
+  EXPECT_EQ(FolderNames{"a"}, test::namesIn(target()));
+  EXPECT_EQ(FolderNames{"old"}, test::namesIn(temp()));
 }
 
 TEST_F(ReplacedFolder, StandsAsideWhereFoldersCannotBeExchanged) {
   exchangesFail = true;
   move();
-  EXPECT_EQ(Names{"a"}, test::namesIn(target()));
-  EXPECT_EQ(Names{"target"}, test::namesIn(folder_.path()));
+  EXPECT_EQ(FolderNames{"a"}, test::namesIn(target()));
+  EXPECT_EQ(FolderNames{"target"}, test::namesIn(folder_.path()));
 }
 
 TEST_F(ReplacedFolder, ComesBackWhenTheNewOneIsCopiedAndTheCopyIsIncomplete) {
@@ -101,8 +101,8 @@ TEST_F(ReplacedFolder, ComesBackWhenTheNewOneIsCopiedAndTheCopyIsIncomplete) {
   fs::create_symlink("nowhere", temp() + "/not-copied");
   const test::Result result = test::runInChild([this] { move(); });
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ(Names{"old"}, test::namesIn(target()));
-  EXPECT_EQ(Names{"target"}, test::namesIn(folder_.path()));
+  EXPECT_EQ(FolderNames{"old"}, test::namesIn(target()));
+  EXPECT_EQ(FolderNames{"target"}, test::namesIn(folder_.path()));
 }
 
 TEST_F(ReplacedFolder, StaysWhereItIsWhenItCannotBeMovedAside) {
@@ -110,6 +110,6 @@ TEST_F(ReplacedFolder, StaysWhereItIsWhenItCannotBeMovedAside) {
   unmovable = "/target";
   const test::Result result = test::runInChild([this] { move(); });
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ(Names{"old"}, test::namesIn(target()));
-  EXPECT_EQ(Names{"target"}, test::namesIn(folder_.path()));
+  EXPECT_EQ(FolderNames{"old"}, test::namesIn(target()));
+  EXPECT_EQ(FolderNames{"target"}, test::namesIn(folder_.path()));
 }

@@ -5,21 +5,21 @@
 
 #include "tests/support/fake_clock.h"
 
-static const int64_t kMoment = 1456837509042;
+static const int64_t kClockMoment = 1456837509042;
 
 TEST(Clock, GivesMillisecondsSinceTheEpoch) {
-  const test::FakeClock clock(kMoment);
-  EXPECT_EQ(static_cast<uint64_t>(kMoment), systemTimeMillis());
-  EXPECT_EQ(static_cast<unsigned long>(kMoment), getCurrentTimeMillis());
+  const test::FakeClock clock(kClockMoment);
+  EXPECT_EQ(static_cast<uint64_t>(kClockMoment), systemTimeMillis());
+  EXPECT_EQ(static_cast<unsigned long>(kClockMoment), getCurrentTimeMillis());
 }
 
 TEST(Clock, GivesTheMillisecondPartAlone) {
-  const test::FakeClock clock(kMoment);
+  const test::FakeClock clock(kClockMoment);
   EXPECT_EQ(42, getJustMillis());
 }
 
 TEST(Clock, GivesZeroWhenItCannotBeRead) {
-  test::FakeClock clock(kMoment);
+  test::FakeClock clock(kClockMoment);
   clock.fail();
   EXPECT_EQ(0u, getCurrentTimeMillis());
   EXPECT_EQ(0, getJustMillis());
@@ -34,13 +34,13 @@ TEST(Clock, FollowsTheRealClock) {
 }
 
 TEST(Millisleep, SleepsWholeSecondsInsteadOfMilliseconds) {
-  const test::FakeClock clock(kMoment);
+  const test::FakeClock clock(kClockMoment);
   millisleep(3);
   EXPECT_EQ(3000, clock.sleptMilliseconds());
 }
 
 TEST(Millisleep, DoesNotSleepForZero) {
-  const test::FakeClock clock(kMoment);
+  const test::FakeClock clock(kClockMoment);
   millisleep(0);
   EXPECT_EQ(0, clock.sleptMilliseconds());
 }

@@ -11,7 +11,7 @@
 
 using testing::HasSubstr;
 
-static const char kServer[] = QUORVANE_SOURCE "/tests/fakes/web_server.py";
+static const char kTlsServer[] = QUORVANE_SOURCE "/tests/fakes/web_server.py";
 
 // A certificate authority of the test's own, and servers that it vouches for.
 class DownloadHttpsTest : public testing::Test {
@@ -35,7 +35,7 @@ class DownloadHttpsTest : public testing::Test {
   }
 
   test::Command serverWith(const std::string& name) {
-    return {{kServer, "--tls", folder_ / (name + ".pem"), folder_ / (name + ".key")}};
+    return {{kTlsServer, "--tls", folder_ / (name + ".pem"), folder_ / (name + ".key")}};
   }
 
   void trustTestAuthority() { setenv("SSL_CERT_FILE", (folder_ / "ca.pem").c_str(), 1); }
@@ -98,7 +98,7 @@ TEST_F(DownloadHttpsTest, AProxyFromTheEnvironmentRelaysTheConnection) {
   makeCertificate("good", "IP:127.0.0.1");
   trustTestAuthority();
   const test::Background server(serverWith("good"));
-  const test::Background proxy({{kServer}});
+  const test::Background proxy({{kTlsServer}});
   setenv("https_proxy", ("http://127.0.0.1:" + proxy.waitForLine("listening ")).c_str(), 1);
   setenv("no_proxy", "", 1);
   const std::string port = server.waitForLine("listening ");

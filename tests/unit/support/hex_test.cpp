@@ -26,7 +26,7 @@ TEST(BytesToHex, WritesNothingForACountBelowOne) {
 
 namespace {
 
-struct Decoded {
+struct DecodedHex {
   int count;
   std::vector<unsigned char> bytes;  // exactly the capacity, so that the sanitizer sees the end
   std::string out;
@@ -34,8 +34,8 @@ struct Decoded {
 
 }  // namespace
 
-static Decoded decode(const std::string& hex, int capacity) {
-  Decoded decoded{0, std::vector<unsigned char>(static_cast<size_t>(capacity), 0xEE), ""};
+static DecodedHex decode(const std::string& hex, int capacity) {
+  DecodedHex decoded{0, std::vector<unsigned char>(static_cast<size_t>(capacity), 0xEE), ""};
   decoded.out = test::capture([&] {
                   decoded.count = hexToBytes(decoded.bytes.data(), capacity, hex.c_str());
                 }).out;
@@ -45,40 +45,40 @@ static Decoded decode(const std::string& hex, int capacity) {
 using Bytes = std::vector<unsigned char>;
 
 TEST(HexToBytes, StopsAtTheFirstPairThatIsNotHexadecimalAndEndsTheBytes) {
-  const Decoded decoded = decode("0aFFzz", 4);
+  const DecodedHex decoded = decode("0aFFzz", 4);
   EXPECT_EQ(2, decoded.count);
   EXPECT_EQ((Bytes{0x0A, 0xFF, 0x00, 0xEE}), decoded.bytes);
   EXPECT_EQ("", decoded.out);
 }
 
 TEST(HexToBytes, GivesOnlyATerminatorForAnEmptyText) {
-  const Decoded decoded = decode("", 2);
+  const DecodedHex decoded = decode("", 2);
   EXPECT_EQ(0, decoded.count);
   EXPECT_EQ((Bytes{0x00, 0xEE}), decoded.bytes);
 }
 
 TEST(HexToBytes, TakesASingleLastDigitForAByteAndReadsNoFurther) {
-  const Decoded decoded = decode("0af", 4);
+  const DecodedHex decoded = decode("0af", 4);
   EXPECT_EQ(2, decoded.count);
   EXPECT_EQ((Bytes{0x0A, 0x0F, 0x00, 0xEE}), decoded.bytes);
 }
 
 TEST(HexToBytes, WarnsWithCountAndCapacityWhenTheTerminatorDoesNotFit) {
-  const Decoded decoded = decode("010203", 3);
+  const DecodedHex decoded = decode("010203", 3);
   EXPECT_EQ(3, decoded.count);
   EXPECT_EQ((Bytes{1, 2, 3}), decoded.bytes);
   EXPECT_EQ("[Utils] ERROR - HexToBytes is writing too far! 3 3\n", decoded.out);
 }
 
 TEST(HexToBytes, DropsWhatIsBeyondTheCapacityAndWarnsWithTheWholeCount) {
-  const Decoded decoded = decode("0102030405", 2);
+  const DecodedHex decoded = decode("0102030405", 2);
   EXPECT_EQ(2, decoded.count);
   EXPECT_EQ((Bytes{1, 2}), decoded.bytes);
   EXPECT_EQ("[Utils] ERROR - HexToBytes is writing too far! 5 2\n", decoded.out);
 }
 
 TEST(HexToBytes, DoesNotWarnWhenTheTerminatorJustFits) {
-  const Decoded decoded = decode("0102", 3);
+  const DecodedHex decoded = decode("0102", 3);
   EXPECT_EQ(2, decoded.count);
   EXPECT_EQ((Bytes{1, 2, 0}), decoded.bytes);
   EXPECT_EQ("", decoded.out);
@@ -95,7 +95,7 @@ TEST(HexToBytes, ReadsBackWhatBytesToHexWrote) {
   }
   std::vector<char> text(513);
   bytesToHex(text.data(), bytes.data(), 256);
-  Decoded decoded = decode(text.data(), 257);
+  DecodedHex decoded = decode(text.data(), 257);
   ASSERT_EQ(256, decoded.count);
   decoded.bytes.pop_back();
   EXPECT_EQ(bytes, decoded.bytes);

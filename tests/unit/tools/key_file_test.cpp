@@ -16,7 +16,7 @@
 
 namespace {
 
-std::string errorOf(const std::string& path) {
+std::string keyFileError(const std::string& path) {
   try {
     tools::writePrivateKey(path, "secret");
   } catch (const tools::InputError& error) {
@@ -42,21 +42,21 @@ TEST(WritePrivateKey, DoesNotReplaceAFile) {
   test::writeFile(folder / "a.key", "older");
   EXPECT_EQ("the key file " + folder / "a.key" +
                 " cannot be made: File exists; choose another name, a key is never replaced",
-            errorOf(folder / "a.key"));
+            keyFileError(folder / "a.key"));
   EXPECT_EQ("older", test::readFile(folder / "a.key"));
 }
 
 TEST(WritePrivateKey, DoesNotFollowADanglingLink) {
   const test::TempFolder folder;
   ASSERT_EQ(0, symlink((folder / "elsewhere").c_str(), (folder / "a.key").c_str()));
-  EXPECT_NE("", errorOf(folder / "a.key"));
+  EXPECT_NE("", keyFileError(folder / "a.key"));
   EXPECT_FALSE(test::exists(folder / "elsewhere"));
 }
 
 TEST(WritePrivateKey, IntoAFolderThatIsNotThereIsAnInputError) {
   const test::TempFolder folder;
   EXPECT_EQ("the key file " + folder / "none/a.key" + " cannot be made: No such file or directory",
-            errorOf(folder / "none/a.key"));
+            keyFileError(folder / "none/a.key"));
 }
 
 TEST(WritePrivateKey, ThatCannotBeWrittenWholeLeavesNothingBehind) {
@@ -66,7 +66,7 @@ TEST(WritePrivateKey, ThatCannotBeWrittenWholeLeavesNothingBehind) {
     signal(SIGXFSZ, SIG_IGN);
     const rlimit limit = {3, 3};
     setrlimit(RLIMIT_FSIZE, &limit);
-    const std::string error = errorOf(path);
+    const std::string error = keyFileError(path);
     endProcess(error == "the key file " + path + " cannot be written: File too large" ? 0 : 1);
   });
   EXPECT_EQ(0, result.status);
