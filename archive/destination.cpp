@@ -72,13 +72,12 @@ Descriptor openEntryFolder(const char* destDir, const char* path) {
   return folder;
 }
 
-void createFolder(const Descriptor& parent, const char* path, const char* target) {
+bool createFolder(const Descriptor& parent, const char* path, const char* target) {
   const char* name = pathToFile(path);
   if (path[0] == 0) {
-    makeDir(target);
-  } else if (!isSelf(name)) {
-    enterFolder(parent, name, target, path);
+    return makeDir(target) == 0;
   }
+  return parent.isOpen() && (isSelf(name) || enterFolder(parent, name, target, path).isOpen());
 }
 
 Descriptor createFile(const Descriptor& parent, const char* name, const char* path) {

@@ -13,8 +13,8 @@
 [[nodiscard]] Descriptor openEntryFolder(const char* destDir, const char* path);
 
 // Creates the entry `path` itself as a folder with mode 0777 in `parent` unless it is there.
-// `target` is its whole path.
-void createFolder(const Descriptor& parent, const char* path, const char* target);
+// `target` is its whole path. Returns whether it is there.
+[[nodiscard]] bool createFolder(const Descriptor& parent, const char* path, const char* target);
 
 // Creates the empty file `name` in `parent` for writing, replacing what has this name unless it is
 // a folder. `path` is named when a symbolic link is refused. The result is not open on failure.

@@ -47,7 +47,9 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
   requireWhole(stream);
   const Descriptor folder = openEntryFolder(destDir, entry.path.get());
   if (entry.type == FOLDER_ENTRY) {
-    createFolder(folder, entry.path.get(), entry.target);
+    if (!createFolder(folder, entry.path.get(), entry.target)) {
+      fail("Unable to create the folder");
+    }
     logMessage("\t[ExtractArchiveFile] Created folder %s\n", entry.target);
     return kNextRecord;
   }

@@ -100,7 +100,7 @@ static void decompressArchive(const ExtractorRun& run, char* compressed, char* a
   addSpawnerArg(spawner.get(), compressed);
   addSpawnerArg(spawner.get(), archive);
   logMessage("[JREDownload] Decompressing JRE archive\n");
-  if (runSpawnerAndWait(spawner.get()) != 0) {
+  if (runSpawnerAndWait(spawner.get()) != 0 || wasSpawnEndedBySignal()) {
     removeTree(run.jreTemp);
     failRun("[JREDownload] Failed to decompress JRE archive\n");
   }

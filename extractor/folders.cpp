@@ -48,7 +48,7 @@ int createTempFolder(const ExtractorRun& run, char* path) {
 // nothing stands there.
 static bool moveToFreePlace(const char* temp, const char* target) {
   doRename(temp, target);
-  if (!isFolder(temp) || completeCopy(temp, target)) {
+  if (isKnownMissing(temp) || completeCopy(temp, target)) {
     return true;
   }
   removeTree(target);
@@ -97,8 +97,10 @@ void moveIntoPlace(const ExtractorRun& run, const char* component, const char* t
     failRun("[Extractor] The folder of the %s is gone, nothing of it is installed\n", component);
   }
   removeObstacle(component, target);
+  // Where the system cannot tell what stands there, it is replaced, which needs no look: what is
+  // moved to a place taken for free would be copied into an installed version.
   const bool isInPlace =
-      isFolder(target) ? replaceFolder(run, temp, target) : moveToFreePlace(temp, target);
+      isKnownMissing(target) ? moveToFreePlace(temp, target) : replaceFolder(run, temp, target);
   // The source of a copy, or what stood there before an exchange.
   removeTree(temp);
   if (!isInPlace) {

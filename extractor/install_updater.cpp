@@ -58,8 +58,11 @@ static void overrideSplash(const ExtractorRun& run) {
   logMessage("[Extractor] Overwriting splash image at %s\n", path);
   FILE* file = createWithoutLink(path);
   if (file != nullptr) {
-    fwrite(run.dynamic.splashImage, 1, run.dynamic.splashImageLength, file);
-    fclose(file);
+    const size_t length = run.dynamic.splashImageLength;
+    const bool isWritten = fwrite(run.dynamic.splashImage, 1, length, file) == length;
+    if (fclose(file) != 0 || !isWritten) {
+      remove(path);  // no image rather than a part of one
+    }
   }
   chmod777(path);
 }

@@ -59,19 +59,6 @@ static bool hasEarlierHome(const std::string& bundle) {
   return holdsHome(bundle) && hasFolder(plainFolderOf(bundle), "bin");
 }
 
-// Whether files or folders that the move to the plain folder takes along still lie in
-// Contents/Home. Hidden folders stay there for good, and then the link does too.
-static bool isMoveCutShort(const std::string& bundle) {
-  const std::string home = bundle + "/Contents/Home";
-  for (const std::string& name : allNames(openFolderWithoutLink(home.c_str()))) {
-    const std::string path = childPath(home, name);
-    if (name[0] != '.' && (isFolder(path.c_str()) || isPlainFile(path.c_str()))) {
-      return true;
-    }
-  }
-  return false;
-}
-
 static bool isLink(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
@@ -87,7 +74,7 @@ static bool isUnfinished(const std::string& bundle) {
   if (leadsElsewhere(bundle)) {
     return false;
   }
-  return holdsHome(bundle) || isMoveCutShort(bundle) ||
+  return holdsHome(bundle) || isMoveCutShort(bundle.c_str()) ||
          (!hasHomeOrLink(bundle) && hasFolder(plainFolderOf(bundle), "bin"));
 }
 

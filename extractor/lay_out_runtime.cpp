@@ -27,13 +27,25 @@ static bool exchangeHomes(const char* bundle, const char* earlierHome, const cha
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
   if (!isFolder(earlierHome) || !isFolder(home) || holdsHiddenNames(home) ||
-      !exchangeFolders(home, earlierHome)) {
+      rename(home, aside) != 0) {
     return false;
   }
-  if (rename(home, aside) == 0) {
+  if (exchangeFolders(aside, earlierHome)) {
     return true;
   }
-  static_cast<void>(exchangeFolders(home, earlierHome));
+  static_cast<void>(rename(aside, home));
+  return false;
+}
+
+bool isMoveCutShort(const char* bundle) {
+  char home[PATH_BUFFER_SIZE];
+  setPath(home, bundle, "Contents", "Home");
+  for (const std::string& name : allNames(openFolderWithoutLink(home))) {
+    const std::string path = childPath(home, name);
+    if (name[0] != '.' && (isFolder(path.c_str()) || isPlainFile(path.c_str()))) {
+      return true;
+    }
+  }
   return false;
 }
 
@@ -58,13 +70,23 @@ static void takeBack(const char* bundle, const char* earlierHome, const char* as
   }
 }
 
+// Every step can be taken again, so that one which failed by chance does not count.
+static bool initWhole(const char* bundle) {
+  initOSXJRE(bundle);
+  if (!isMoveCutShort(bundle)) {
+    return true;
+  }
+  initOSXJRE(bundle);
+  return !isMoveCutShort(bundle);
+}
+
 bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
   char aside[PATH_BUFFER_SIZE];
   nameTempFolder(run, aside);
   const bool isAside = earlierHome != nullptr && (exchangeHomes(bundle, earlierHome, aside) ||
                                                   rename(earlierHome, aside) == 0);
-  initOSXJRE(bundle);
-  if (isAside && lacksJava(earlierHome) && !lacksJava(aside)) {
+  const bool isWhole = initWhole(bundle);
+  if (isAside && (!isWhole || lacksJava(earlierHome)) && !lacksJava(aside)) {
     takeBack(bundle, earlierHome, aside);
     return false;
   }

@@ -10,12 +10,17 @@ struct ExtractorRun;
 // Any thread.
 [[nodiscard]] bool lacksJava(const char* home);
 
+// Whether files or folders that initOSXJRE() takes along to the plain folder still lie in the
+// bundle's Contents/Home. Hidden folders stay there for good, and then the link does too. Any
+// thread.
+[[nodiscard]] bool isMoveCutShort(const char* bundle);
+
 // Prepares the bundle `bundle`, a version folder, with initOSXJRE(). An earlier runtime of the same
-// version, or what else stands in its place, in `earlierHome`, null when there is none, is taken
-// out of its way first, because its entries and the new ones must not mix, in one step where the
-// system can do that, and removed once the new one stands. Where the new one's Java is known not to
-// have got to its place but the earlier one may have one, that comes back, linked into the bundle.
-// Returns whether it did not have to. Main thread.
+// version, or what else stands in its place, in `earlierHome`, null when nothing is to be looked
+// for, is taken out of its way first, because its entries and the new ones must not mix, in one
+// step where the system can do that, and removed once the new one stands. Where the new one did not
+// get to its place whole, or is known to have no Java there, but the earlier one may have one, that
+// comes back, linked into the bundle. Returns whether it did not have to. Main thread.
 [[nodiscard]] bool layOutRuntime(const ExtractorRun& run, const char* bundle,
                                  const char* earlierHome);
 

@@ -11,6 +11,7 @@
 #include "platform/process_end.h"
 #include "support/base64.h"
 #include "support/exit_status.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/owned.h"
@@ -32,7 +33,8 @@ static char logScratch[kShownLength + 1];
 static FILE* openParamsFile(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   setPath(path, run.executableDir, "..", "Resources", "AppParams.excludefromsigning");
-  if (!doesFileExist(path)) {
+  // One that is there and cannot be read is not passed over: it may require signatures.
+  if (!doesFileExist(path) && isKnownMissing(path)) {
     setPath(path, run.executableDir, "..", "Resources", "params.lproj", "locversion.plist");
   }
   FILE* params = fopen(path, "rb");

@@ -27,7 +27,7 @@ static void setUpOnlineJre(ExtractorRun& run) {
 // The plain folder and the bundle both count as the runtime, whatever they hold: without a Java
 // they would hide an older runtime that works.
 static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
-  const bool isNew = layOutRuntime(run, run.jreFolder, isThere(home) ? home : nullptr);
+  const bool isNew = layOutRuntime(run, run.jreFolder, home);
   if (isNew && !lacksJava(home)) {
     return;
   }

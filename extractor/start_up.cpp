@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cinttypes>
 #include <cstdint>
 #include <cstring>
@@ -157,10 +158,19 @@ void openMasterFolder(ExtractorRun& run) {
   setupFileLogging(run.masterFolder);
 }
 
+// Any other error number leaves open whether there is an override: under the wrong name the runtime
+// would not be found again.
+static bool isWithoutOverride(int error) {
+  return error == ENOENT || error == ENOTDIR || error == EACCES || error == ELOOP;
+}
+
 void overrideJreName(ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   setPath(path, run.masterFolder, "QVApps", "JreNameOverride");
   Stream file(fopen(path, "r"));
+  if (file == nullptr && !isWithoutOverride(errno)) {
+    failRun("[JREOverride] Unable to open the JRE name override %s\n", path);
+  }
   if (file == nullptr) {
     logMessage("[JREOverride] No JRE name override, will continue to use %s\n", run.jreName);
     return;
@@ -168,6 +178,9 @@ void overrideJreName(ExtractorRun& run) {
   logMessage("[JREOverride] Processing JRE Override file (JreNameOverride)\n");
   constexpr int kOverrideLimit = 500;
   const Block<char> name(readString(file.get(), "JRE Override App Name", kOverrideLimit));
+  if (ferror(file.get()) != 0) {
+    failRun("[JREOverride] Unable to read the JRE name override %s\n", path);
+  }
   if (strcmp(name.get(), "-") == 0) {
     (void)file.release();  // the file stays open on this path
     logMessage("[JREOverride] Ignoring JRE name -, keeping %s\n", run.jreName);

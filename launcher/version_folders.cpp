@@ -1,6 +1,7 @@
 #include "launcher/version_folders.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -48,10 +49,15 @@ static std::vector<std::string> sortedNamesIn(const char* path) {
   if (folder == nullptr) {
     return names;
   }
+  errno = 0;
   while (const dirent* entry = readdir(folder.get())) {
     if (strlen(entry->d_name) >= kShortest) {
       names.emplace_back(entry->d_name);
     }
+    errno = 0;
+  }
+  if (errno != 0) {
+    names.clear();  // the newest may be among those that were not read
   }
   std::sort(names.begin(), names.end());
   return names;

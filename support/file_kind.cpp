@@ -20,6 +20,16 @@ bool isThere(const char* path) {
   return kindOf(path) != 0;
 }
 
+// Whether the error number of a look says that nothing is there.
+static bool saysMissing(int error) {
+  return error == ENOENT || error == ENOTDIR;
+}
+
+bool isKnownMissing(const char* path) {
+  struct stat status {};
+  return lstat(path, &status) != 0 && saysMissing(errno);
+}
+
 bool isFolder(const char* path) {
   return kindOf(path) == S_IFDIR;
 }
@@ -39,7 +49,7 @@ bool isExecutable(const char* path) {
 bool isKnownNotExecutable(const char* path) {
   struct stat status {};
   if (stat(path, &status) != 0) {
-    return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+    return saysMissing(errno) || errno == ELOOP;
   }
   return !S_ISREG(status.st_mode) || (access(path, X_OK) != 0 && errno == EACCES);
 }

@@ -7,6 +7,10 @@
 // Returns whether anything stands at `path`; a link counts whatever it leads to.
 [[nodiscard]] bool isThere(const char* path);
 
+// Returns whether nothing stands at `path`, for sure. Where the system cannot tell, as after a read
+// error, both this and isThere() are false.
+[[nodiscard]] bool isKnownMissing(const char* path);
+
 // Returns whether `path` is a folder.
 [[nodiscard]] bool isFolder(const char* path);
 
