@@ -50,7 +50,12 @@ std::string Installer::runtimeRecords() {
   return folderRecord("Contents/MacOS") +
          fileRecord("Contents/Home/bin/java", readFile(QUORVANE_BIN "/fake_java")) +
          fileRecord("Contents/Home/bin/unpack200", "#!/bin/sh\nexec cp \"$1\" \"$2\"\n") +
-         fileRecord("Contents/Home/lib/server/libjvm.so", readFile(QUORVANE_FAKE_JVM));
+         fileRecord("Contents/Home/lib/server/libjvm.so", readFile(QUORVANE_FAKE_JVM)) +
+         fileRecord("Contents/Home/release", runtimeRelease());
+}
+
+std::string Installer::runtimeRelease() {
+  return "the release of the runtime";
 }
 
 std::string Installer::applicationRecords(const std::string& version) {
@@ -139,6 +144,7 @@ void Installer::installRuntime(const std::string& version) const {
   fs::create_directories(folder + "/lib/server");
   fs::copy_file(QUORVANE_BIN "/fake_java", folder + "/bin/java");
   fs::copy_file(QUORVANE_FAKE_JVM, folder + "/lib/server/libjvm.so");
+  writeFile(folder + "/release", runtimeRelease());
 }
 
 void Installer::installApplication(const std::string& version) const {

@@ -45,6 +45,7 @@ class Installer {
   // The records of the components, to be changed and nested again.
   static std::string updaterRecords();
   static std::string runtimeRecords();
+  static std::string runtimeRelease();  // the bytes of its file "release"
   static std::string applicationRecords(const std::string& version);
 
   // Makes an installer without an application and a runtime.

@@ -12,6 +12,7 @@
 #include "tests/blackbox/installer/disturbed.h"
 #include "tests/blackbox/installer/online.h"
 #include "tests/blackbox/installer/starts.h"
+#include "tests/installer/records.h"
 
 namespace fs = std::filesystem;
 
@@ -70,6 +71,7 @@ const Fault kInstallationFaults[] = {
 };
 
 const char kCarriedRuntime[] = "Quorvane-Mac64JRE-1407-complete";
+const char kCarriedBundle[] = "Quorvane-Mac64JRE-1407-complete.plugin";
 const char kOlderRuntime[] = "Quorvane-Mac64JRE-1400-complete";
 const char kDownloadedRuntime[] = "Quorvane-Mac64JRE-1500-complete";
 const char kUpdater4[] = "Quorvane-Quorvane-4-complete";
@@ -90,9 +92,21 @@ class Update : public Disturbed {
                kUpdater6,
                kCarriedRuntime,
                "",
-               {kUpdater5, kApplication3},
-               {kUpdater6, kApplication4}});
+               {kUpdater5, kApplication3, kCarriedRuntime, kCarriedBundle},
+               {kUpdater6, kApplication4, kCarriedBundle}});
     carryUpdate(&installer_);
+    installer_.write();
+  }
+};
+
+// The same update with a runtime that holds hidden files: its home cannot take the earlier one's
+// place whole, its entries are moved one by one.
+class HiddenUpdate : public Update {
+ protected:
+  HiddenUpdate() {
+    installer_.runtime = test::nestedRecord(
+        "runtime", test::Installer::runtimeRecords() +
+                       test::fileRecord("Contents/Home/.hidden", "what nobody needs"));
     installer_.write();
   }
 };
@@ -111,7 +125,7 @@ class Fresh : public Disturbed {
  protected:
   Fresh() {
     installer_.write();
-    keepState({"", kUpdater5, kCarriedRuntime, "", {}, {kUpdater5, kApplication3}});
+    keepState({"", kUpdater5, kCarriedRuntime, "", {}, {kUpdater5, kApplication3, kCarriedBundle}});
   }
 };
 
@@ -170,6 +184,9 @@ class OnlineUpdate : public OnlineFresh {
 TEST_P(Update, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
   disturbAll();
 }
+TEST_P(HiddenUpdate, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
+  disturbAll();
+}
 TEST_P(SpawningUpdate, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
   disturbAll();
 }
@@ -191,6 +208,7 @@ static std::string nameOf(const testing::TestParamInfo<Fault>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Update, testing::ValuesIn(kFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(Of, HiddenUpdate, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, SpawningUpdate, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, SpawningStart, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, Fresh, testing::ValuesIn(kFaults), nameOf);
@@ -198,6 +216,8 @@ INSTANTIATE_TEST_SUITE_P(Of, OnlineFresh, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, OnlineUpdate, testing::ValuesIn(kFaults), nameOf);
 
 INSTANTIATE_TEST_SUITE_P(OfInstalling, Update, testing::ValuesIn(kInstallationFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(OfInstalling, HiddenUpdate, testing::ValuesIn(kInstallationFaults),
+                         nameOf);
 INSTANTIATE_TEST_SUITE_P(OfInstalling, SpawningUpdate, testing::ValuesIn(kInstallationFaults),
                          nameOf);
 INSTANTIATE_TEST_SUITE_P(OfInstalling, Fresh, testing::ValuesIn(kInstallationFaults), nameOf);

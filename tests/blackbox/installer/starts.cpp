@@ -48,6 +48,7 @@ static void expectRuntimeStarts(const std::string& folder) {
     expectJava(folder + "/bin/Demo");
   }
   EXPECT_TRUE(holds(folder + "/lib/server/libjvm.so", test::readFile(QUORVANE_FAKE_JVM))) << folder;
+  EXPECT_TRUE(holds(folder + "/release", Installer::runtimeRelease())) << folder;
 }
 
 void expectVersionFoldersStart(const Installer& installer) {
