@@ -20,14 +20,17 @@ static bool holdsHiddenNames(const char* folder) {
 }
 
 // Puts the bundle's home in the place of the earlier one, and that aside, without a moment at which
-// a program that runs from the earlier one would miss its files. Hidden files must not come along:
-// with those, and where the system cannot exchange folders, nothing is done. Returns whether it
-// was.
+// a program that runs from the earlier one would miss its files. Hidden files do not come along;
+// with hidden folders, which must not either, and where the system cannot exchange folders, nothing
+// is done. Returns whether it was.
 static bool exchangeHomes(const char* bundle, const char* earlierHome, const char* aside) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
-  if (!isFolder(earlierHome) || !isFolder(home) || holdsHiddenNames(home) ||
-      rename(home, aside) != 0) {
+  if (!isFolder(earlierHome) || !isFolder(home)) {
+    return false;
+  }
+  removeHiddenFiles(home);
+  if (holdsHiddenNames(home) || rename(home, aside) != 0) {
     return false;
   }
   if (exchangeFolders(aside, earlierHome)) {
@@ -83,8 +86,12 @@ static bool initWhole(const char* bundle) {
 bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
   char aside[PATH_BUFFER_SIZE];
   nameTempFolder(run, aside);
-  const bool isAside = earlierHome != nullptr && (exchangeHomes(bundle, earlierHome, aside) ||
-                                                  rename(earlierHome, aside) == 0);
+  const bool mustMakeWay = earlierHome != nullptr && !isKnownMissing(earlierHome);
+  const bool isAside =
+      mustMakeWay && (exchangeHomes(bundle, earlierHome, aside) || rename(earlierHome, aside) == 0);
+  if (mustMakeWay && !isAside) {
+    return false;
+  }
   const bool isWhole = initWhole(bundle);
   if (isAside && (!isWhole || lacksJava(earlierHome)) && !lacksJava(aside)) {
     takeBack(bundle, earlierHome, aside);

@@ -71,8 +71,7 @@ static void removeFile(const std::string& path) {
   }
 }
 
-// rm FOLDER/.*
-static void removeHiddenFiles(const std::string& folder) {
+void removeHiddenFiles(const char* folder) {
   for (const std::string& name : namesIn(folder, true)) {
     removeFile(childPath(folder, name));
   }
@@ -108,13 +107,16 @@ static bool adoptPlainHome(const Layout& layout) {
   return true;
 }
 
-// The plain folder's name says that it is a complete runtime. Where the home holds nothing hidden
+// The plain folder's name says that it is a complete runtime. Where the home holds no hidden folder
 // and the plain folder does not stand yet, the home takes its place in one step, so that the name
 // never stands for half a runtime, not even after a crash; the commands that are logged after that
 // find nothing left to move. Returns whether that was done.
 static bool moveHomeWhole(const Layout& layout) {
-  return !isThere(layout.plain.c_str()) && isFolder(layout.home.c_str()) &&
-         namesIn(layout.home, true).empty() &&
+  if (isThere(layout.plain.c_str()) || !isFolder(layout.home.c_str())) {
+    return false;
+  }
+  removeHiddenFiles(layout.home.c_str());
+  return namesIn(layout.home, true).empty() &&
          rename(layout.home.c_str(), layout.plain.c_str()) == 0;
 }
 
@@ -123,7 +125,7 @@ static void moveHome(const Layout& layout) {
   logMessage("[LNS] Running mv \"%s\"/* \"%s\"\n", home, layout.plain.c_str());
   moveVisibleEntries(layout.home, layout.plain);
   logMessage("[LNS] Running rm \"%s\"/.* \n", home);
-  removeHiddenFiles(layout.home);
+  removeHiddenFiles(home);
   logMessage("[LNS] Running rmdir \"%s\"\n", home);
   rmdir(home);
   logMessage("[LNS] Running ln -s \"%s\" \"%s\"\n", layout.plain.c_str(), home);

@@ -12,6 +12,10 @@
 // no failure is reported. Not atomic.
 void initOSXJRE(const char* bundlePath);
 
+// Removes what is hidden in `folder` and is no folder, as rm .* does. A link is removed itself; a
+// file that cannot be removed stays without a word.
+void removeHiddenFiles(const char* folder);
+
 // Returns a new path buffer, owned by the caller, with the path of the bundle's "java" tool, after
 // setting its mode to 0777. Where that fails an error is logged and the path returned all the same.
 char* getJavaExecutable(const char* bundlePath);
