@@ -48,7 +48,7 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
   const Descriptor folder = openEntryFolder(destDir, entry.path.get());
   if (entry.type == FOLDER_ENTRY) {
     if (!createFolder(folder, entry.path.get(), entry.target)) {
-      fail("Unable to create the folder");
+      refuseEntry(entry.path.get(), "the folder cannot be created");
     }
     logMessage("\t[ExtractArchiveFile] Created folder %s\n", entry.target);
     return kNextRecord;

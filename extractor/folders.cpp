@@ -63,7 +63,9 @@ static bool replaceInTwoSteps(const ExtractorRun& run, const char* temp, const c
     return false;
   }
   if (!moveToFreePlace(temp, target)) {
-    static_cast<void>(moveToFreePlace(aside, target));
+    if (rename(aside, target) != 0) {
+      static_cast<void>(moveToFreePlace(aside, target));
+    }
     return false;
   }
   removeTree(aside);

@@ -53,20 +53,21 @@ static bool holdsHome(const std::string& bundle) {
          (!hasHomeOrLink(bundle) && hasFolder(bundle, "bin"));
 }
 
-// The plain folder beside a bundle that holds a home is an earlier runtime of the same version. A
-// move that was cut short has "bin" in one of the two only.
-static bool hasEarlierHome(const std::string& bundle) {
-  return holdsHome(bundle) && hasFolder(plainFolderOf(bundle), "bin");
+static bool mayHave(const std::string& path, const char* name) {
+  return !isKnownMissing(childPath(path, name).c_str());
 }
 
-static bool isLink(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+// The plain folder beside an unfinished bundle that holds a home is an earlier runtime of the same
+// version. A move that was cut short has "bin" in one of the two only. Where the system cannot
+// tell, it counts as an earlier one: otherwise the two would be mixed.
+static bool mayHaveEarlierHome(const std::string& bundle) {
+  const std::string home = mayHave(bundle, "Contents/Home") ? bundle + "/Contents/Home" : bundle;
+  return mayHave(home, "bin") && mayHave(plainFolderOf(bundle), "bin");
 }
 
 // A bundle that no installer made: what its links lead to must not be moved, or be removed.
 static bool leadsElsewhere(const std::string& bundle) {
-  return isLink(bundle + "/Contents") || isLink(bundle + "/Contents/MacOS");
+  return isLink((bundle + "/Contents").c_str()) || isLink((bundle + "/Contents/MacOS").c_str());
 }
 
 // A prepared bundle's Java home is a link to the plain folder.
@@ -102,7 +103,7 @@ void finishInterruptedRuntimes(const ExtractorRun& run) {
       // It may have been created, and died, before that.
       mkdir((path + "/Contents").c_str(), 0777);
     }
-    const std::string earlier = hasEarlierHome(path) ? plainFolderOf(path) : "";
+    const std::string earlier = mayHaveEarlierHome(path) ? plainFolderOf(path) : "";
     if (!layOutRuntime(run, path.c_str(), earlier.empty() ? nullptr : earlier.c_str())) {
       logMessage("[Extractor] %s stays as it was before\n", earlier.c_str());
     }

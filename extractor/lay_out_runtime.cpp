@@ -1,9 +1,8 @@
 #include "extractor/lay_out_runtime.h"
 
-#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <string>
-#include <vector>
 
 #include "extractor/folders.h"
 #include "launcher/jre_layout.h"
@@ -13,16 +12,9 @@
 #include "support/folder_walk.h"
 #include "support/paths.h"
 
-static bool holdsHiddenNames(const char* folder) {
-  const std::vector<std::string> names = allNames(openFolderWithoutLink(folder));
-  return std::any_of(names.begin(), names.end(),
-                     [](const std::string& name) { return name[0] == '.'; });
-}
-
 // Puts the bundle's home in the place of the earlier one, and that aside, without a moment at which
-// a program that runs from the earlier one would miss its files. Hidden files do not come along;
-// with hidden folders, which must not either, and where the system cannot exchange folders, nothing
-// is done. Returns whether it was.
+// a program that runs from the earlier one would miss its files. Hidden files and folders do not
+// come along. Where the system cannot exchange folders nothing is done. Returns whether it was.
 static bool exchangeHomes(const char* bundle, const char* earlierHome, const char* aside) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
@@ -30,10 +22,11 @@ static bool exchangeHomes(const char* bundle, const char* earlierHome, const cha
     return false;
   }
   removeHiddenFiles(home);
-  if (holdsHiddenNames(home) || rename(home, aside) != 0) {
+  if (rename(home, aside) != 0) {
     return false;
   }
   if (exchangeFolders(aside, earlierHome)) {
+    returnHiddenFolders(earlierHome, home);
     return true;
   }
   static_cast<void>(rename(aside, home));
@@ -44,8 +37,7 @@ bool isMoveCutShort(const char* bundle) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
   for (const std::string& name : allNames(openFolderWithoutLink(home))) {
-    const std::string path = childPath(home, name);
-    if (name[0] != '.' && (isFolder(path.c_str()) || isPlainFile(path.c_str()))) {
+    if (name[0] != '.' && !isLink(childPath(home, name).c_str())) {
       return true;
     }
   }
@@ -62,42 +54,88 @@ bool lacksJava(const char* home) {
   return isKnownNotExecutable(setPath(java, home, "bin", "java"));
 }
 
+// Lets what stands at `aside` and at `place` change places, by way of a third where the system
+// cannot exchange folders. Nothing is deleted. Returns whether what was aside is at `place`.
+static bool changePlaces(const ExtractorRun& run, const char* aside, const char* place) {
+  if (exchangeFolders(aside, place)) {
+    return true;
+  }
+  char third[PATH_BUFFER_SIZE];
+  nameTempFolder(run, third);
+  const bool isFree = rename(place, third) == 0 || isKnownMissing(place);
+  if (isFree && rename(aside, place) == 0) {
+    static_cast<void>(rename(third, aside));
+    return true;
+  }
+  static_cast<void>(rename(third, place));
+  return false;
+}
+
 // Lays out the earlier runtime, which waits aside, in the place of the new one, which could not be
 // moved there.
-static void takeBack(const char* bundle, const char* earlierHome, const char* aside) {
+static void takeBack(const ExtractorRun& run, const char* bundle, const char* earlierHome,
+                     const char* aside) {
   char home[PATH_BUFFER_SIZE];
-  removeTree(earlierHome);
-  if (rename(aside, earlierHome) == 0) {
+  if (changePlaces(run, aside, earlierHome)) {
+    removeTree(aside);
     removeTree(setPath(home, bundle, "Contents", "Home"));
     initOSXJRE(bundle);
   }
 }
 
+// Where the home could not be emptied, the link to the plain folder lies in it. It must not come
+// along.
+static void removeLinkInHome(const char* bundle) {
+  std::string name = pathToFile(bundle);
+  name.resize(name.size() - strlen(".plugin"));
+  char link[PATH_BUFFER_SIZE];
+  setPath(link, bundle, "Contents", "Home", name.c_str());
+  if (isLink(link)) {
+    remove(link);
+  }
+}
+
 // Every step can be taken again, so that one which failed by chance does not count.
 static bool initWhole(const char* bundle) {
-  initOSXJRE(bundle);
-  if (!isMoveCutShort(bundle)) {
-    return true;
+  constexpr int kTries = 2;
+  for (int i = 0; i < kTries; ++i) {
+    removeLinkInHome(bundle);
+    initOSXJRE(bundle);
+    if (!isMoveCutShort(bundle)) {
+      return true;
+    }
   }
-  initOSXJRE(bundle);
-  return !isMoveCutShort(bundle);
+  return false;
+}
+
+// Whether the system can tell if the bundle brings a Java, in Contents/Home or as a plain Java home
+// does.
+static bool isContentKnown(const char* bundle) {
+  char home[PATH_BUFFER_SIZE];
+  setPath(home, bundle, "Contents", "Home");
+  return holdsJava(home) || holdsJava(bundle) || (lacksJava(home) && lacksJava(bundle));
+}
+
+// Takes what stands in the plain folder's place aside, by an exchange with the new home where that
+// is possible. Returns whether it is aside.
+static bool takeAside(const char* bundle, const char* earlierHome, const char* aside) {
+  return isContentKnown(bundle) &&
+         (exchangeHomes(bundle, earlierHome, aside) || rename(earlierHome, aside) == 0);
 }
 
 bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
   char aside[PATH_BUFFER_SIZE];
   nameTempFolder(run, aside);
-  const bool mustMakeWay = earlierHome != nullptr && !isKnownMissing(earlierHome);
-  const bool isAside =
-      mustMakeWay && (exchangeHomes(bundle, earlierHome, aside) || rename(earlierHome, aside) == 0);
-  if (mustMakeWay && !isAside) {
+  const bool isReplaced = earlierHome != nullptr && !isKnownMissing(earlierHome);
+  if (isReplaced && !takeAside(bundle, earlierHome, aside)) {
     return false;
   }
   const bool isWhole = initWhole(bundle);
-  if (isAside && (!isWhole || lacksJava(earlierHome)) && !lacksJava(aside)) {
-    takeBack(bundle, earlierHome, aside);
+  if (isReplaced && (!isWhole || lacksJava(earlierHome)) && !lacksJava(aside)) {
+    takeBack(run, bundle, earlierHome, aside);
     return false;
   }
-  if (isAside && !removeTree(aside)) {
+  if (isReplaced && !removeTree(aside)) {
     remove(aside);  // a link, or a file, in the place of the folder
   }
   return true;

@@ -19,9 +19,10 @@ struct ExtractorRun;
 // version, or what else stands in its place, in `earlierHome`, null when nothing is to be looked
 // for, is taken out of its way first, because its entries and the new ones must not mix, in one
 // step where the system can do that, and removed once the new one stands. Where it cannot be taken
-// away, nothing is done, and a later run does it. Where the new one did not get to its place whole,
-// or is known to have no Java there, but the earlier one may have one, that comes back, linked into
-// the bundle. Returns whether it did not have to. Main thread.
+// away, or the system cannot tell what the bundle brings, it stays, and a later run goes on. Where
+// the new one did not get to its place whole, or is known to have no Java there, but the earlier
+// one may have one, that comes back, linked into the bundle. Returns whether the new one was laid
+// out. Main thread.
 [[nodiscard]] bool layOutRuntime(const ExtractorRun& run, const char* bundle,
                                  const char* earlierHome);
 

@@ -34,7 +34,7 @@ static FILE* openParamsFile(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   setPath(path, run.executableDir, "..", "Resources", "AppParams.excludefromsigning");
   // One that is there and cannot be read is not passed over: it may require signatures.
-  if (!doesFileExist(path) && isKnownMissing(path)) {
+  if (!doesFileExist(path) && leadsNowhere(path)) {
     setPath(path, run.executableDir, "..", "Resources", "params.lproj", "locversion.plist");
   }
   FILE* params = fopen(path, "rb");

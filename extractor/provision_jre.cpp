@@ -4,7 +4,6 @@
 #include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
 #include "launcher/jre_layout.h"
-#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -28,7 +27,7 @@ static void setUpOnlineJre(ExtractorRun& run) {
 // they would hide an older runtime that works.
 static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
   const bool isNew = layOutRuntime(run, run.jreFolder, home);
-  if (isNew && !lacksJava(home)) {
+  if (isNew && !isMoveCutShort(run.jreFolder) && !lacksJava(home)) {
     return;
   }
   if (isNew) {

@@ -14,6 +14,7 @@
 #include "extractor/run.h"
 #include "launcher/field_reader.h"
 #include "launcher/install_locations.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/hex.h"
 #include "support/logging.h"
@@ -158,8 +159,8 @@ void openMasterFolder(ExtractorRun& run) {
   setupFileLogging(run.masterFolder);
 }
 
-// Any other error number leaves open whether there is an override: under the wrong name the runtime
-// would not be found again.
+// With these error numbers the Launcher goes on without an override, too. Any other leaves open
+// whether there is one: under the wrong name the runtime would not be found again.
 static bool isWithoutOverride(int error) {
   return error == ENOENT || error == ENOTDIR || error == EACCES || error == ELOOP;
 }
@@ -178,7 +179,7 @@ void overrideJreName(ExtractorRun& run) {
   logMessage("[JREOverride] Processing JRE Override file (JreNameOverride)\n");
   constexpr int kOverrideLimit = 500;
   const Block<char> name(readString(file.get(), "JRE Override App Name", kOverrideLimit));
-  if (ferror(file.get()) != 0) {
+  if (ferror(file.get()) != 0 && !leadsToFolder(path)) {
     failRun("[JREOverride] Unable to read the JRE name override %s\n", path);
   }
   if (strcmp(name.get(), "-") == 0) {

@@ -77,6 +77,18 @@ void removeHiddenFiles(const char* folder) {
   }
 }
 
+void returnHiddenFolders(const char* plain, const char* home) {
+  const std::vector<std::string> names = namesIn(plain, true);
+  struct stat status {};
+  if (names.empty() || stat(plain, &status) != 0 || mkdir(home, 0777) != 0) {
+    return;
+  }
+  static_cast<void>(setModeWithoutLink(home, status.st_mode & 07777));
+  for (const std::string& name : names) {
+    rename(childPath(plain, name).c_str(), childPath(home, name).c_str());
+  }
+}
+
 // ln -s TARGET PLACE: where a folder stands at the place already, the link goes into it.
 static void makeLink(const std::string& target, const std::string& place) {
   const std::string link =
@@ -107,17 +119,21 @@ static bool adoptPlainHome(const Layout& layout) {
   return true;
 }
 
-// The plain folder's name says that it is a complete runtime. Where the home holds no hidden folder
-// and the plain folder does not stand yet, the home takes its place in one step, so that the name
-// never stands for half a runtime, not even after a crash; the commands that are logged after that
-// find nothing left to move. Returns whether that was done.
+// The plain folder's name says that it is a complete runtime. Where it does not stand yet, the home
+// takes its place in one step, so that the name never stands for half a runtime, not even after a
+// crash; the commands that are logged after that find nothing left to move. Returns whether that
+// was done.
 static bool moveHomeWhole(const Layout& layout) {
-  if (isThere(layout.plain.c_str()) || !isFolder(layout.home.c_str())) {
+  const char* home = layout.home.c_str();
+  if (isThere(layout.plain.c_str()) || !isFolder(home)) {
     return false;
   }
-  removeHiddenFiles(layout.home.c_str());
-  return namesIn(layout.home, true).empty() &&
-         rename(layout.home.c_str(), layout.plain.c_str()) == 0;
+  removeHiddenFiles(home);
+  if (rename(home, layout.plain.c_str()) != 0) {
+    return false;
+  }
+  returnHiddenFolders(layout.plain.c_str(), home);
+  return true;
 }
 
 static void moveHome(const Layout& layout) {

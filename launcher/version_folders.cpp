@@ -57,6 +57,7 @@ static std::vector<std::string> sortedNamesIn(const char* path) {
     errno = 0;
   }
   if (errno != 0) {
+    logMessage("[PickFolder] Unable to list %s\n", path);
     names.clear();  // the newest may be among those that were not read
   }
   std::sort(names.begin(), names.end());

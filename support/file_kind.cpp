@@ -30,6 +30,15 @@ bool isKnownMissing(const char* path) {
   return lstat(path, &status) != 0 && saysMissing(errno);
 }
 
+bool leadsNowhere(const char* path) {
+  struct stat status {};
+  return stat(path, &status) != 0 && (saysMissing(errno) || errno == ELOOP);
+}
+
+bool isLink(const char* path) {
+  return kindOf(path) == S_IFLNK;
+}
+
 bool isFolder(const char* path) {
   return kindOf(path) == S_IFDIR;
 }
@@ -49,7 +58,7 @@ bool isExecutable(const char* path) {
 bool isKnownNotExecutable(const char* path) {
   struct stat status {};
   if (stat(path, &status) != 0) {
-    return saysMissing(errno) || errno == ELOOP;
+    return leadsNowhere(path);
   }
   return !S_ISREG(status.st_mode) || (access(path, X_OK) != 0 && errno == EACCES);
 }

@@ -11,6 +11,12 @@
 // error, both this and isThere() are false.
 [[nodiscard]] bool isKnownMissing(const char* path);
 
+// Returns whether nothing stands at `path` or where a link there leads to, for sure.
+[[nodiscard]] bool leadsNowhere(const char* path);
+
+// Returns whether `path` is a link.
+[[nodiscard]] bool isLink(const char* path);
+
 // Returns whether `path` is a folder.
 [[nodiscard]] bool isFolder(const char* path);
 

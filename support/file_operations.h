@@ -43,7 +43,7 @@ void chmod777(int descriptor, const char* path);
 int deleteFolder(const char* path);
 
 // Deletes the folder `path` with everything in it, as deleteFolder() does and then the rest; what
-// is no folder is left alone. Returns whether nothing stands at `path` afterwards.
+// is no folder is left alone. Returns whether it is known that nothing stands at `path` afterwards.
 bool removeTree(const char* path);
 
 // Copies one file's bytes, creating or truncating `to`; modes and times are not copied.

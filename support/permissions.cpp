@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
@@ -13,11 +14,6 @@
 
 static const char kRecursive755[] = "chmod -R 755 ";
 static const char kPlain777[] = "chmod 777 ";
-
-static bool isLink(const char* path) {
-  struct stat status {};
-  return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
-}
 
 // Says where the result differs from the command's, which follows a link that it is given.
 static void warnOfLink(const char* path) {

@@ -19,5 +19,5 @@ bool removeTree(const char* path) {
     // That leaves the folder itself and short dot names in it.
     nftw(path, removeItem, kOpenFolders, FTW_DEPTH | FTW_PHYS);
   }
-  return !isThere(path);
+  return isKnownMissing(path);
 }

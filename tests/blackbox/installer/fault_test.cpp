@@ -99,14 +99,15 @@ class Update : public Disturbed {
   }
 };
 
-// The same update with a runtime that holds hidden files: its home cannot take the earlier one's
-// place whole, its entries are moved one by one.
+// The same update with a runtime that holds a hidden file, which is removed, and a hidden folder,
+// which stays in the bundle: neither comes along to the earlier one's place.
 class HiddenUpdate : public Update {
  protected:
   HiddenUpdate() {
     installer_.runtime = test::nestedRecord(
         "runtime", test::Installer::runtimeRecords() +
-                       test::fileRecord("Contents/Home/.hidden", "what nobody needs"));
+                       test::fileRecord("Contents/Home/.hidden", "what nobody needs") +
+                       test::fileRecord("Contents/Home/.folder/file", "nor this"));
     installer_.write();
   }
 };

@@ -40,6 +40,16 @@ TEST_F(StartUp, ParamsInTheSecondPlaceAreRead) {
   EXPECT_TRUE(logs(result, "[DynProps] Dynamic Param 0: where=[second]"));
 }
 
+TEST_F(StartUp, LinkThatLeadsNowhereInTheFirstParamsPlaceIsPassedOver) {
+  installer_.paramsPlace = ParamsPlace::LocVersion;
+  installer_.properties = {{"where", "second"}};
+  installer_.write();
+  fs::create_symlink("nowhere", installer_.params());
+  const test::Result result = installer_.run();
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(logs(result, "[DynProps] Dynamic Param 0: where=[second]"));
+}
+
 TEST_F(StartUp, WithoutParamsEndsWithStatus1) {
   installer_.paramsPlace = ParamsPlace::None;
   const test::Result result = run();
@@ -169,6 +179,12 @@ TEST_F(StartUp, JreOverrideFileReplacesTheName) {
 
 TEST_F(StartUp, EmptyJreOverrideFileGivesAnEmptyName) {
   test::writeFile(installer_.master("QVApps/JreNameOverride"), "");
+  const test::Result result = run();
+  EXPECT_TRUE(mentions(result, "[JREOverride] JRE name overriden to \n"));
+}
+
+TEST_F(StartUp, JreOverrideThatIsAFolderGivesAnEmptyName) {
+  fs::create_directories(installer_.master("QVApps/JreNameOverride"));
   const test::Result result = run();
   EXPECT_TRUE(mentions(result, "[JREOverride] JRE name overriden to \n"));
 }

@@ -207,6 +207,31 @@ TEST_F(InterruptedRuns, HomeWithAHiddenFolderIsFinishedOnlyOnce) {
   EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 
+TEST_F(InterruptedRuns, HomeWithAHiddenFolderTakesTheEarlierOnesPlaceWhole) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + "/bin/java", "old", 0755);
+  writeFile(plain + "/lib/old", "old");
+  writeFile(plain + ".plugin/Contents/Home/bin/java", "new", 0755);
+  writeFile(plain + ".plugin/Contents/Home/.folder/file", "x");
+  writeFile(plain + ".plugin/Contents/Home/.file", "x");
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
+  EXPECT_EQ("new", test::readFile(plain + "/bin/java"));
+  EXPECT_EQ(std::vector<std::string>{"bin"}, test::namesIn(plain));
+  EXPECT_EQ("x", test::readFile(plain + ".plugin/Contents/Home/.folder/file"));
+  EXPECT_FALSE(test::exists(plain + ".plugin/Contents/Home/.file"));
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
+}
+
+TEST_F(InterruptedRuns, LinkIntoThePlainFolderDoesNotComeAlongWhenAMoveGoesOn) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain + "/bin/java", "java", 0755);
+  writeFile(plain + ".plugin/Contents/Home/lib/modules", "modules");
+  fs::create_directory_symlink(plain, plain + ".plugin/Contents/Home/Quorvane-Mac64JRE-1-complete");
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
+  EXPECT_EQ((std::vector<std::string>{"bin", "lib"}), test::namesIn(plain));
+  EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
+}
+
 TEST_F(InterruptedRuns, AdoptedHomeThatWasNotLinkedYetIsFinished) {
   const std::string plain = *this / "Quorvane-Mac64JRE-00000000000-complete";
   writeFile(plain + "/bin/java", "java", 0755);
