@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The extraction of archives beside tar, and its peak memory. TMPDIR needs two gigabytes.
+# The extraction of archives beside tar, and its peak memory. TMPDIR needs six gigabytes.
 # Usage: [ROUNDS=N] scripts/bench archive   (15 rounds)
 set -euo pipefail
 
