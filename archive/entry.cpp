@@ -12,7 +12,7 @@
 
 static const char kSpecialBlockPrefix[] = "qvArcSpBlock_";
 static const char kSignatureBlock[] = "DigitalSignature1";
-static const int kSignatureHexLimit = 8192;
+static const int kFirstPassHexLimit = 8192;
 
 void refuseEntry(const char* path, const char* reason) {
   logMessage("\t[ExtractArchiveFile] *************************** Refused archive file %s (%s)\n",
@@ -63,7 +63,7 @@ bool isSignatureRecord(const char* path) {
 
 void readSignatureFields(FILE* stream, long* signedLength, char** signatureHex) {
   *signedLength = readInt(stream, "Signature Length");
-  Block<char> hex(readString(stream, "Signature Hex", kSignatureHexLimit));
+  Block<char> hex(readString(stream, "Signature Hex", kFirstPassHexLimit));
   if (signatureHex != nullptr) {
     *signatureHex = hex.release();
   }
