@@ -11,6 +11,7 @@
 #include "extractor/install_lock.h"
 #include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
+#include "launcher/jre_layout.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
@@ -53,16 +54,30 @@ static bool holdsHome(const std::string& bundle) {
          (!hasHomeOrLink(bundle) && hasFolder(bundle, "bin"));
 }
 
-static bool mayHave(const std::string& path, const char* name) {
-  return !isKnownMissing(childPath(path, name).c_str());
+enum class Sight { Nothing, Something, Unknown };
+
+static Sight lookAt(const std::string& path) {
+  if (isThere(path.c_str())) {
+    return Sight::Something;
+  }
+  return isKnownMissing(path.c_str()) ? Sight::Nothing : Sight::Unknown;
 }
 
-// The plain folder beside an unfinished bundle that holds a home is an earlier runtime of the same
-// version. A move that was cut short has "bin" in one of the two only. Where the system cannot
-// tell, it counts as an earlier one: otherwise the two would be mixed.
-static bool mayHaveEarlierHome(const std::string& bundle) {
-  const std::string home = mayHave(bundle, "Contents/Home") ? bundle + "/Contents/Home" : bundle;
-  return mayHave(home, "bin") && mayHave(plainFolderOf(bundle), "bin");
+// What an unfinished bundle's home has to share the plain folder's place with. An earlier runtime
+// of the same version has its own "bin"; a move that was cut short has "bin" in one of the two
+// only. Where one passed for the other, two runtimes would be mixed, or half of one removed.
+static Sight lookForObstacle(const std::string& bundle, const std::string& plain) {
+  const Sight home = lookAt(bundle + "/Contents/Home");
+  const Sight bin = lookAt(bundle + (home == Sight::Nothing ? "/bin" : "/Contents/Home/bin"));
+  const Sight plainBin = lookAt(plain + "/bin");
+  // With a link there the bundle is prepared, and the look that found it unfinished failed.
+  const bool isPrepared = isLink((bundle + "/Contents/Home").c_str());
+  if (isPrepared || home == Sight::Unknown || bin == Sight::Unknown || plainBin == Sight::Unknown) {
+    return Sight::Unknown;
+  }
+  const bool isObstacle =
+      plainBin == Sight::Something || isLink(plain.c_str()) || isPlainFile(plain.c_str());
+  return bin == Sight::Something && isObstacle ? Sight::Something : Sight::Nothing;
 }
 
 // A bundle that no installer made: what its links lead to must not be moved, or be removed.
@@ -71,12 +86,14 @@ static bool leadsElsewhere(const std::string& bundle) {
 }
 
 // A prepared bundle's Java home is a link to the plain folder.
-static bool isUnfinished(const std::string& bundle) {
-  if (leadsElsewhere(bundle)) {
-    return false;
-  }
+static bool isMoveUnfinished(const std::string& bundle) {
   return holdsHome(bundle) || isMoveCutShort(bundle.c_str()) ||
          (!hasHomeOrLink(bundle) && hasFolder(plainFolderOf(bundle), "bin"));
+}
+
+static bool isUnfinished(const std::string& bundle) {
+  return !leadsElsewhere(bundle) &&
+         (isMoveUnfinished(bundle) || lacksExecutableLink(bundle.c_str()));
 }
 
 static std::vector<std::string> unfinishedRuntimesIn(const char* masterFolder) {
@@ -89,6 +106,31 @@ static std::vector<std::string> unfinishedRuntimesIn(const char* masterFolder) {
   return unfinished;
 }
 
+static void finishMove(const ExtractorRun& run, const std::string& bundle) {
+  const std::string plain = plainFolderOf(bundle);
+  const Sight obstacle = lookForObstacle(bundle, plain);
+  if (obstacle == Sight::Unknown) {
+    logMessage("[Extractor] Unable to look at %s, it stays as it was before\n", bundle.c_str());
+    return;
+  }
+  if (!hasFolder(bundle, "bin")) {
+    // It may have been created, and died, before that.
+    mkdir((bundle + "/Contents").c_str(), 0777);
+  }
+  if (!layOutRuntime(run, bundle.c_str(), obstacle == Sight::Something ? plain.c_str() : nullptr)) {
+    logMessage("[Extractor] %s stays as it was before\n", plain.c_str());
+  }
+}
+
+static void finish(const ExtractorRun& run, const std::string& bundle) {
+  logMessage("[Extractor] Finishing the interrupted setup of %s\n", bundle.c_str());
+  if (isMoveUnfinished(bundle)) {
+    finishMove(run, bundle);
+  } else {
+    linkExecutable(bundle.c_str());
+  }
+}
+
 void finishInterruptedRuntimes(const ExtractorRun& run) {
   if (unfinishedRuntimesIn(run.masterFolder).empty()) {
     return;
@@ -97,16 +139,8 @@ void finishInterruptedRuntimes(const ExtractorRun& run) {
   if (lock.isHeldByAnother()) {
     return;
   }
-  for (const std::string& path : unfinishedRuntimesIn(run.masterFolder)) {
-    logMessage("[Extractor] Finishing the interrupted setup of %s\n", path.c_str());
-    if (!hasFolder(path, "bin")) {
-      // It may have been created, and died, before that.
-      mkdir((path + "/Contents").c_str(), 0777);
-    }
-    const std::string earlier = mayHaveEarlierHome(path) ? plainFolderOf(path) : "";
-    if (!layOutRuntime(run, path.c_str(), earlier.empty() ? nullptr : earlier.c_str())) {
-      logMessage("[Extractor] %s stays as it was before\n", earlier.c_str());
-    }
+  for (const std::string& bundle : unfinishedRuntimesIn(run.masterFolder)) {
+    finish(run, bundle);
   }
 }
 

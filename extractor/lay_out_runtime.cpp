@@ -1,8 +1,12 @@
 #include "extractor/lay_out_runtime.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "extractor/folders.h"
 #include "launcher/jre_layout.h"
@@ -12,9 +16,24 @@
 #include "support/folder_walk.h"
 #include "support/paths.h"
 
+static std::string plainNameOf(const char* bundle) {
+  std::string name = pathToFile(bundle);
+  return name.substr(0, name.size() - strlen(".plugin"));
+}
+
+// A home that could not be emptied, or that keeps hidden folders, has the link to the plain folder
+// in it. It must not come along.
+static void removeLinkInHome(const char* bundle) {
+  char link[PATH_BUFFER_SIZE];
+  setPath(link, bundle, "Contents", "Home", plainNameOf(bundle).c_str());
+  if (isLink(link)) {
+    remove(link);
+  }
+}
+
 // Puts the bundle's home in the place of the earlier one, and that aside, without a moment at which
 // a program that runs from the earlier one would miss its files. Hidden files and folders do not
-// come along. Where the system cannot exchange folders nothing is done. Returns whether it was.
+// come along. Where the system cannot exchange folders no home is moved. Returns whether they were.
 static bool exchangeHomes(const char* bundle, const char* earlierHome, const char* aside) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
@@ -22,6 +41,7 @@ static bool exchangeHomes(const char* bundle, const char* earlierHome, const cha
     return false;
   }
   removeHiddenFiles(home);
+  removeLinkInHome(bundle);
   if (rename(home, aside) != 0) {
     return false;
   }
@@ -36,12 +56,11 @@ static bool exchangeHomes(const char* bundle, const char* earlierHome, const cha
 bool isMoveCutShort(const char* bundle) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
-  for (const std::string& name : allNames(openFolderWithoutLink(home))) {
-    if (name[0] != '.' && !isLink(childPath(home, name).c_str())) {
-      return true;
-    }
-  }
-  return false;
+  const std::vector<std::string> names = allNames(openFolderWithoutLink(home));
+  return std::any_of(names.begin(), names.end(),
+                     [plainName = plainNameOf(bundle)](const std::string& name) {
+                       return name[0] != '.' && name != plainName;
+                     });
 }
 
 bool holdsJava(const char* home) {
@@ -55,14 +74,15 @@ bool lacksJava(const char* home) {
 }
 
 // Lets what stands at `aside` and at `place` change places, by way of a third where the system
-// cannot exchange folders. Nothing is deleted. Returns whether what was aside is at `place`.
+// cannot exchange folders. Nothing but an empty folder is deleted. Returns whether what was aside
+// is at `place`.
 static bool changePlaces(const ExtractorRun& run, const char* aside, const char* place) {
   if (exchangeFolders(aside, place)) {
     return true;
   }
   char third[PATH_BUFFER_SIZE];
   nameTempFolder(run, third);
-  const bool isFree = rename(place, third) == 0 || isKnownMissing(place);
+  const bool isFree = rename(place, third) == 0 || rmdir(place) == 0 || isKnownMissing(place);
   if (isFree && rename(aside, place) == 0) {
     static_cast<void>(rename(third, aside));
     return true;
@@ -78,24 +98,14 @@ static void takeBack(const ExtractorRun& run, const char* bundle, const char* ea
   char home[PATH_BUFFER_SIZE];
   if (changePlaces(run, aside, earlierHome)) {
     removeTree(aside);
-    removeTree(setPath(home, bundle, "Contents", "Home"));
+    if (!removeTree(setPath(home, bundle, "Contents", "Home"))) {
+      remove(home);  // the link of a home that was moved whole
+    }
     initOSXJRE(bundle);
   }
 }
 
-// Where the home could not be emptied, the link to the plain folder lies in it. It must not come
-// along.
-static void removeLinkInHome(const char* bundle) {
-  std::string name = pathToFile(bundle);
-  name.resize(name.size() - strlen(".plugin"));
-  char link[PATH_BUFFER_SIZE];
-  setPath(link, bundle, "Contents", "Home", name.c_str());
-  if (isLink(link)) {
-    remove(link);
-  }
-}
-
-// Every step can be taken again, so that one which failed by chance does not count.
+// Every step of a move can be taken again, so that one which failed by chance does not count.
 static bool initWhole(const char* bundle) {
   constexpr int kTries = 2;
   for (int i = 0; i < kTries; ++i) {
@@ -119,23 +129,22 @@ static bool isContentKnown(const char* bundle) {
 // Takes what stands in the plain folder's place aside, by an exchange with the new home where that
 // is possible. Returns whether it is aside.
 static bool takeAside(const char* bundle, const char* earlierHome, const char* aside) {
-  return isContentKnown(bundle) &&
-         (exchangeHomes(bundle, earlierHome, aside) || rename(earlierHome, aside) == 0);
+  return exchangeHomes(bundle, earlierHome, aside) || rename(earlierHome, aside) == 0;
 }
 
 bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
   char aside[PATH_BUFFER_SIZE];
   nameTempFolder(run, aside);
-  const bool isReplaced = earlierHome != nullptr && !isKnownMissing(earlierHome);
-  if (isReplaced && !takeAside(bundle, earlierHome, aside)) {
+  const bool mustMakeWay = earlierHome != nullptr && !isKnownMissing(earlierHome);
+  if (mustMakeWay && !(isContentKnown(bundle) && takeAside(bundle, earlierHome, aside))) {
     return false;
   }
   const bool isWhole = initWhole(bundle);
-  if (isReplaced && (!isWhole || lacksJava(earlierHome)) && !lacksJava(aside)) {
+  if (mustMakeWay && (!isWhole || lacksJava(earlierHome)) && !lacksJava(aside)) {
     takeBack(run, bundle, earlierHome, aside);
     return false;
   }
-  if (isReplaced && !removeTree(aside)) {
+  if (mustMakeWay && !removeTree(aside)) {
     remove(aside);  // a link, or a file, in the place of the folder
   }
   return true;

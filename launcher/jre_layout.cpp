@@ -148,7 +148,14 @@ static void moveHome(const Layout& layout) {
   makeLink(layout.plain, layout.home);
 }
 
-static void linkExecutable(const Layout& layout) {
+bool lacksExecutableLink(const char* bundlePath) {
+  const Layout layout = layoutOf(bundlePath);
+  return isFolder(childPath(layout.bundle, "Contents/MacOS").c_str()) &&
+         isKnownMissing(layout.executable.c_str());
+}
+
+void linkExecutable(const char* bundlePath) {
+  const Layout layout = layoutOf(bundlePath);
   const char* executable = layout.executable.c_str();
   logMessage("[LNS] Running rm \"%s\"\n", executable);
   removeFile(layout.executable);
@@ -167,7 +174,7 @@ void initOSXJRE(const char* bundlePath) {
     chmod777(layout.plain.c_str());
   }
   moveHome(layout);
-  linkExecutable(layout);
+  linkExecutable(bundlePath);
   // The command's quoting is broken, so that a shell refuses it: the helper keeps its mode.
   logMessage("[LNS] Running chmod a+x \"\"%s\"\n", layout.helper.c_str());
   logEndSection(kSection);

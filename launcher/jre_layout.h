@@ -16,11 +16,18 @@ void initOSXJRE(const char* bundlePath);
 // file that cannot be removed stays without a word.
 void removeHiddenFiles(const char* folder);
 
-// Makes the folder `home` in a bundle again, from which a Java home was moved whole to `plain`, and
-// gives it the hidden folders back, which do not belong to the plain folder. Without them, and
-// where something stands at `home` already, nothing is done. What cannot be moved stays without a
-// word.
+// Gives what is hidden in `plain`, to which a Java home was moved whole, back to the bundle, where
+// the folder `home` is made again for it with the same mode: it does not belong to the plain
+// folder. Where nothing is hidden there, or something stands at `home` already, nothing is done.
+// What cannot be moved stays without a word.
 void returnHiddenFolders(const char* plain, const char* home);
+
+// Returns whether the bundle at `bundlePath`, once initOSXJRE() has run, is known to lack the link
+// that makes the plug-in library its executable.
+[[nodiscard]] bool lacksExecutableLink(const char* bundlePath);
+
+// Makes that link, logged as in initOSXJRE().
+void linkExecutable(const char* bundlePath);
 
 // Returns a new path buffer, owned by the caller, with the path of the bundle's "java" tool, after
 // setting its mode to 0777. Where that fails an error is logged and the path returned all the same.

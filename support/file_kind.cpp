@@ -30,9 +30,14 @@ bool isKnownMissing(const char* path) {
   return lstat(path, &status) != 0 && saysMissing(errno);
 }
 
+// The same for a look that follows links.
+static bool saysLeadsNowhere(int error) {
+  return saysMissing(error) || error == ELOOP;
+}
+
 bool leadsNowhere(const char* path) {
   struct stat status {};
-  return stat(path, &status) != 0 && (saysMissing(errno) || errno == ELOOP);
+  return stat(path, &status) != 0 && saysLeadsNowhere(errno);
 }
 
 bool isLink(const char* path) {
@@ -58,7 +63,7 @@ bool isExecutable(const char* path) {
 bool isKnownNotExecutable(const char* path) {
   struct stat status {};
   if (stat(path, &status) != 0) {
-    return leadsNowhere(path);
+    return saysLeadsNowhere(errno);
   }
   return !S_ISREG(status.st_mode) || (access(path, X_OK) != 0 && errno == EACCES);
 }

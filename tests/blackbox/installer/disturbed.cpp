@@ -112,6 +112,7 @@ void Disturbed::expectNextRunFinishes() {
   for (const std::string& name : scene_.made) {
     EXPECT_TRUE(fs::exists(installer_.master(name))) << name << " is missing";
   }
+  expectBundlesHaveExecutables(installer_);
   expectNothingBroken();
 }
 

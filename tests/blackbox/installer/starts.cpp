@@ -72,6 +72,15 @@ void expectVersionFoldersStart(const Installer& installer) {
   }
 }
 
+void expectBundlesHaveExecutables(const Installer& installer) {
+  for (const std::string& name : installer.versionFolders()) {
+    const fs::path folder = installer.master(name + "/Contents/MacOS");
+    if (fs::exists(folder)) {
+      EXPECT_TRUE(fs::is_symlink(folder / "JavaAppletPlugin")) << folder;
+    }
+  }
+}
+
 std::map<std::string, std::string> withClock(const Installer& installer,
                                              const std::string& startAndStep) {
   return {{"QUORVANE_CLOCK", startAndStep},

@@ -15,6 +15,9 @@ void carryUpdate(test::Installer* installer);
 // start.
 void expectVersionFoldersStart(const test::Installer& installer);
 
+// Every runtime's bundle there has the link that makes the plug-in library its executable.
+void expectBundlesHaveExecutables(const test::Installer& installer);
+
 // The environment in which the installer's wall clock jumps (see tests/fakes/jumping_clock.cpp).
 std::map<std::string, std::string> withClock(const test::Installer& installer,
                                              const std::string& startAndStep);

@@ -222,6 +222,37 @@ TEST_F(InterruptedRuns, HomeWithAHiddenFolderTakesTheEarlierOnesPlaceWhole) {
   EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 
+TEST_F(InterruptedRuns, BundleWithoutTheLinkToItsExecutableGetsIt) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  const std::string executable = plain + ".plugin/Contents/MacOS/JavaAppletPlugin";
+  writeFile(plain + "/bin/java", "java", 0755);
+  fs::create_directories(plain + ".plugin/Contents/MacOS");
+  fs::create_directory_symlink(plain, plain + ".plugin/Contents/Home");
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
+  EXPECT_EQ(plain + "/lib/libnpjp2.dylib", fs::read_symlink(executable));
+  EXPECT_EQ(std::vector<std::string>{"bin"}, test::namesIn(plain));
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
+}
+
+TEST_F(InterruptedRuns, FileInThePlainFoldersPlaceMakesWay) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  writeFile(plain, "a file");
+  writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
+  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
+}
+
+TEST_F(InterruptedRuns, LinkInThePlainFoldersPlaceMakesWay) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
+  fs::create_symlink("nowhere", plain);
+  writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
+  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
+  EXPECT_FALSE(fs::is_symlink(plain));
+  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
+}
+
 TEST_F(InterruptedRuns, LinkIntoThePlainFolderDoesNotComeAlongWhenAMoveGoesOn) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + "/bin/java", "java", 0755);
