@@ -1,4 +1,4 @@
-"""Compares how long programs take from exec to the first line of Java's main.
+"""Compares how long programs take from exec to the first line of Java's main, and their peak memory.
 
 Usage: startup.py ROUNDS FOLDER EXEC_STAMP
 
@@ -82,15 +82,18 @@ class Output:
 
 
 def start(command, variables, stamp):
-    """Runs one program; returns when it was started, when main began, and its output."""
+    """Runs one program; returns when it was started, when main began, its output and its peak
+    memory in MiB."""
     with subprocess.Popen([stamp, *command], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                           env=variables) as process:
         output = Output(process.stdout)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
     begin, entered = output.clock_after("exec"), output.clock_after("main")
     if process.returncode != 0 or begin is None or entered is None:
         sys.exit(f"startup: {command[0]} ended with status {process.returncode} and printed:\n"
                  + output.text)
-    return begin, entered, output
+    return begin, entered, output, usage.ru_maxrss / 1024
 
 
 def stages_of(begin, entered, output):
@@ -100,21 +103,22 @@ def stages_of(begin, entered, output):
 
 
 def measure(folder, rounds, stamp):
-    times, stages = {}, {}
+    times, stages, peaks = {}, {}, {}
     for number in range(WARM_UP + rounds):
         runs = [(kind, *item) for kind in KINDS for item in variants(folder, kind).items()]
         random.Random(number).shuffle(runs)
         for kind, name, command in runs:
-            begin, entered, output = start(command, environment(folder, kind), stamp)
+            begin, entered, output, peak = start(command, environment(folder, kind), stamp)
             if number < WARM_UP:
                 continue
             times.setdefault((kind, name), []).append((entered - begin) / 1e6)
+            peaks.setdefault((kind, name), []).append(peak)
             if name == "Launcher":
                 stages.setdefault(kind, []).append(stages_of(begin, entered, output))
-    return times, stages
+    return times, stages, peaks
 
 
-def report(times, stages):
+def report(times, stages, peaks):
     print(f"exec to the first line of Java's main, milliseconds, medians of "
           f"{len(times['plain', 'Launcher'])} interleaved starts\n")
     print(f"{'class-data sharing':20} {'java -cp':>9} {'Launcher':>9} {'jpackage':>9} "
@@ -124,6 +128,11 @@ def report(times, stages):
                               for name in ("java -cp", "Launcher", "jpackage"))
         print(f"{label:20} {java:9.1f} {ours:9.1f} {theirs:9.1f} {ours / theirs:18.2f} "
               f"{ours / java:14.2f}")
+    print("\npeak memory, MB, medians\n")
+    for kind, label in zip(KINDS, ["off", "on"]):
+        java, ours, theirs = (statistics.median(peaks[kind, name])
+                              for name in ("java -cp", "Launcher", "jpackage"))
+        print(f"{label:20} {java:9.1f} {ours:9.1f} {theirs:9.1f}")
     print(f"\nwhere the Launcher's time goes, milliseconds, medians\n\n"
           f"{'stage':42} {'spent in':9} {'off':>6} {'on':>6}")
     medians = {kind: [statistics.median(column) for column in zip(*stages[kind])] for kind in KINDS}
