@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tests/blackbox/installer/current_installation.h"
+#include "tests/blackbox/installer/launcher_only.h"
 #include "tests/blackbox/installer/starts.h"
 #include "tests/support/background.h"
 
@@ -69,7 +70,7 @@ TEST_F(Concurrency, EightInstallersOfOneApplicationAllEndWithItRunning) {
   printf("%d rounds\n", rounds());
 }
 
-TEST_F(Concurrency, InstallersOfDifferentVersionsLeaveTheNewestRunningAndNoneBroken) {
+TEST_F(Concurrency, InstallersOfDifferentVersionsLeaveTheNewestToStartAndNoneBroken) {
   for (int round = 0; round < rounds() && !HasFailure(); ++round) {
     fs::remove_all(installer_.master());
     std::vector<test::Command> commands;
@@ -89,7 +90,8 @@ TEST_F(Concurrency, InstallersOfDifferentVersionsLeaveTheNewestRunningAndNoneBro
       commands.push_back(command);
     }
     expectAllLaunched(runAtOnce(commands));
-    EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Quorvane-6-complete")));
+    const test::Result next = LauncherOnly(installer_).run();
+    EXPECT_EQ("Quorvane-Quorvane-6-complete", startedBy(installer_, next).updater) << next.out;
     EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Demo-6-complete")));
     EXPECT_TRUE(installer_.tempFolders().empty());
     expectVersionFoldersStart(installer_);

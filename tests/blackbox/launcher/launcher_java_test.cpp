@@ -65,7 +65,9 @@ TEST_F(Java, ArgumentsInUtf8ArriveAsTheyAre) {
                  "[Guest] <\xE2\x82\xAC>"}));
 }
 
-TEST_F(Java, ArgumentsThatAreNoUtf8DoNoHarm) {
+// What the JVM takes is modified UTF-8, which has another form for characters beyond the basic
+// plane.
+TEST_F(Java, ArgumentsThatAreNoModifiedUtf8DoNoHarm) {
   run("guest.Program", {"\xFF\xFE", "\xC3", "\xE6\x97", "\xF0\x9F\x98\x80", "last"});
   EXPECT_EQ(0, result.status);
   EXPECT_TRUE(printed("[Guest] arguments 5"));

@@ -398,7 +398,9 @@ TEST_F(ArchiveWithItsTool, RunsItUnsignedWhereSignaturesAreNotRequired) {
 }
 
 TEST_F(ArchiveWithItsTool, RunsAToolFromElsewhereBeforeTheSignatureIsKnown) {
-  unpack200_ = makeTool("unpack200", test::WORKING_TOOL);
+  unpack200_ = makeTool(
+      "unpack200", ": > '" + beside("ran elsewhere") + "'; " + std::string(test::WORKING_TOOL));
   expectRejected(packed_);
+  EXPECT_TRUE(test::exists(beside("ran elsewhere")));
   EXPECT_FALSE(hasToolRun());
 }

@@ -166,7 +166,7 @@ TEST(MoveItem, TakesNamesWithBlanksQuotesAndUtf8) {
   EXPECT_EQ("bytes", test::readFile(to + "/file"));
 }
 
-TEST(MoveItem, SurvivesANameThatIsNotUtf8) {
+TEST(MoveItem, MovesOrKeepsWhatHasANameThatIsNotUtf8) {
   const test::TempFolder folder;
   test::writeFile(folder / "\xFF\xFE/file", "bytes");
   if (move(folder / "\xFF\xFE", folder / "to")) {

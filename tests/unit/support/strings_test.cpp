@@ -7,6 +7,9 @@
 #include <cstring>
 #include <string>
 
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
 // Takes a text that the caller owns.
 static std::string owned(char* text) {
   const std::string copy = text;
@@ -124,5 +127,8 @@ TEST(QuoteStringIfNecessary, QuotesEveryOtherText) {
 
 TEST(PlatformStubs, SayThatThereIsNo32BitBuildAndEditNothing) {
   EXPECT_FALSE(is32Bit());
-  editToWindowsSubsystem("/absent", true);
+  const test::TempFolder folder;
+  test::writeFile(folder / "program", "MZ program");
+  editToWindowsSubsystem((folder / "program").c_str(), true);
+  EXPECT_EQ("MZ program", test::readFile(folder / "program"));
 }
