@@ -78,6 +78,7 @@ void ComponentCheck::addArchive(const std::string& record, const std::string& pa
 void ComponentCheck::checkTrust(const std::string& record, const std::string& path,
                                 const ArchiveListing& listing) {
   if (!listing.isSigned) {
+    ++unsignedArchives_;
     if (trust_.isRequired) {
       problem(record + " is not signed, and the params file asks for signatures");
     }
@@ -88,7 +89,7 @@ void ComponentCheck::checkTrust(const std::string& record, const std::string& pa
     return;
   }
   checkSignature(path, record, listing, trust_.key);
-  ++signedArchives_;
+  ++verifiedArchives_;
 }
 
 std::string ComponentCheck::bytesOf(const std::string& path) const {
@@ -169,8 +170,10 @@ void ComponentCheck::checkSplash() {
 
 void ComponentCheck::describe(const std::string& version) {
   std::string fact = name_ + " " + version + ": " + std::to_string(files_.size()) + " files";
-  if (archives_ > 0) {
-    fact += signedArchives_ == archives_ ? ", the signature is right" : ", not signed";
+  if (archives_ > 0 && unsignedArchives_ == archives_) {
+    fact += ", not signed";
+  } else if (archives_ > 0) {
+    fact += verifiedArchives_ == archives_ ? ", the signature is right" : ", not verified";
   }
   report_->facts.push_back(fact);
 }

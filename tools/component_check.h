@@ -68,7 +68,8 @@ class ComponentCheck {
   TemporaryFolder work_;
   std::map<std::string, Place> files_;
   std::map<std::string, Name> names_;  // by their form in small letters
-  int signedArchives_ = 0;
+  int unsignedArchives_ = 0;
+  int verifiedArchives_ = 0;
   int archives_ = 0;
 };
 

@@ -73,6 +73,9 @@ std::string InstallerStream::next(const std::string& out) {
     count = fread(bytes.get(), 1, wanted, stream_.get());
     file.write(bytes.get(), count);
   }
+  if (ferror(stream_.get()) != 0) {
+    throw InputError(path_ + " cannot be read to the end of " + name);
+  }
   file.finish();
   return name;
 }

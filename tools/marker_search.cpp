@@ -7,16 +7,16 @@ namespace tools {
 
 MarkerSearch searchMarker(FILE* stream) {
   const Block<char> wanted(allocAndInitMarker());
+  MarkerMatcher matcher(wanted.get(), TAIL_MARKER_SIZE);
   MarkerSearch search;
   for (int byte = getc_unlocked(stream); byte != EOF; byte = getc_unlocked(stream)) {
     ++search.offset;
-    const bool fits = byte == static_cast<unsigned char>(wanted.get()[search.begun]);
-    search.begun = fits ? search.begun + 1 : 0;
-    if (search.begun == TAIL_MARKER_SIZE) {
+    if (matcher.take(static_cast<unsigned char>(byte))) {
       search.found = true;
       break;
     }
   }
+  search.begun = matcher.begun();
   return search;
 }
 

@@ -7,6 +7,7 @@
 #include "launcher/field_reader.h"
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
+#include "tools/marker_search.h"
 
 namespace tools {
 
@@ -38,12 +39,19 @@ static std::string takeField(const std::string& bytes, size_t* at, const char* w
   return text;
 }
 
-Properties decodeParams(const std::string& bytes) {
-  const size_t start = bytes.find(marker());
-  if (start == std::string::npos) {
-    throw InputError("this is no params file: its marker is missing");
+// Returns where the bytes behind the marker begin.
+static size_t endOfMarker(const std::string& bytes) {
+  MarkerMatcher matcher(paramsMarker, sizeof paramsMarker);
+  for (size_t i = 0; i < bytes.size(); ++i) {
+    if (matcher.take(static_cast<unsigned char>(bytes[i]))) {
+      return i + 1;
+    }
   }
-  size_t at = start + PARAMS_MARKER_SIZE;
+  throw InputError("this is no params file: its marker is missing");
+}
+
+Properties decodeParams(const std::string& bytes) {
+  size_t at = endOfMarker(bytes);
   const std::string count = takeField(bytes, &at, "the number of properties");
   if (count.empty() || count.find_first_not_of("0123456789") != std::string::npos) {
     throw InputError("the number of properties is '" + count + "'; expected a decimal number");

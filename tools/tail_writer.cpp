@@ -33,10 +33,13 @@ void writeTailFile(const std::string& path, const Tail& tail) {
   file.finish();
 }
 
-static void copy(FILE* from, WholeFile* to) {
+static void copy(const std::string& path, FILE* from, WholeFile* to) {
   char bytes[65536];
   for (size_t count; (count = fread(bytes, 1, sizeof bytes, from)) > 0;) {
     to->write(bytes, count);
+  }
+  if (ferror(from) != 0) {
+    throw InputError(path + " cannot be read to its end");
   }
 }
 
@@ -50,7 +53,7 @@ void appendTail(const std::string& path, const Tail& tail) {
   }
   rewind(executable.get());
   WholeFile file(path, permissionsOf(executable.get()));
-  copy(executable.get(), &file);
+  copy(path, executable.get(), &file);
   if (search.begun > 0) {
     // The executable ends like the marker begins; a byte between them keeps the marker in sight.
     file.write("", 1);

@@ -129,6 +129,7 @@ TEST_F(PackVerify, FindsAnyChangedByteOfAnArchive) {
     const test::Result result = verify();
     EXPECT_EQ(1, result.status) << at;
     EXPECT_NE(std::string::npos, result.err.find("application: application.p2")) << result.err;
+    EXPECT_NE(std::string::npos, result.out.find(", not verified\n")) << result.out;
   }
 }
 

@@ -9,10 +9,12 @@
 #include "extractor/run.h"
 #include "extractor/version_file.h"
 #include "launch/launch_properties.h"
+#include "launcher/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
+#include "tools/input_error.h"
 #include "tools/installer_writer.h"
 #include "tools/params_writer.h"
 
@@ -54,6 +56,18 @@ TEST(ParamsRoundTrip, GivesTheProductTheLongestNameAndAMuchLongerValue) {
   const std::string name(1022, 'n');
   const std::string value(150000, 'v');
   EXPECT_EQ("qvdyna_" + name + "\0"s + value, propertiesOf({{name, value}}, run));
+}
+
+// The byte that breaks the beginning of a marker is not looked at again by the product.
+TEST(ParamsRoundTrip, BeginningOfAMarkerInFrontOfItHidesItFromBoth) {
+  const std::string bytes = tools::encodeParams({{"name", "value"}});
+  EXPECT_EQ(1u, tools::decodeParams("x" + bytes).size());
+  std::string hidden = bytes.substr(0, 1) + bytes;
+  EXPECT_THROW(tools::decodeParams(hidden), tools::InputError);
+  const Stream params(fmemopen(hidden.data(), hidden.size(), "rb"));
+  const char* marker = reinterpret_cast<const char*>(paramsMarker);
+  test::capture(
+      [&] { EXPECT_GT(0, scanToMarker(params.get(), marker, PARAMS_MARKER_SIZE, "Params")); });
 }
 
 TEST(ParamsRoundTrip, OfNoPropertyIsRead) {
