@@ -17,7 +17,7 @@ void unpackPack200(const char* unpack200Exe, Entry* entry, const Descriptor& fol
 
 // Decompresses a target that ends in ".l2" with the tool `lzmaExe` to the same path without that
 // suffix, deletes the compressed file, and makes the output the target. Other targets are left
-// alone. A failure is not reported here: the target is then missing.
+// alone. Ends the process with status 1, after a logged line, when nothing was decompressed.
 void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder);
 
 // Extracts a target that ends in ".p2" as an archive of its own into `destDir`, with its own

@@ -7,6 +7,7 @@
 #include "extractor/hand_over.h"
 #include "extractor/run.h"
 #include "extractor/tail_stream.h"
+#include "launch/launch_file.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
@@ -81,7 +82,7 @@ void extractUpdater(ExtractorRun& run) {
 // complete and never start, whatever became of the file on its way.
 static void requireLaunchFile(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
-  if (!isPlainFile(setPath(path, run.guTemp, "QuorvaneLaunch"))) {
+  if (!isPlainFile(setPath(path, run.guTemp, LAUNCH_FILE_NAME))) {
     removeTree(run.guTemp);
     failRun("[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",
             kUpdater);

@@ -8,6 +8,7 @@
 #include "extractor/run.h"
 #include "launch/launch_app.h"
 #include "launcher/field_reader.h"
+#include "launcher/install_locations.h"
 #include "platform/process_end.h"
 #include "support/base64.h"
 #include "support/exit_status.h"

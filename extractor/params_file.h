@@ -16,9 +16,6 @@ struct ExtractorRun;
 // The read limit of a value in bytes.
 constexpr int PARAM_VALUE_LIMIT = 200000;
 
-// The runtime's name where no property gives one.
-constexpr char DEFAULT_JRE_NAME[] = "Mac64JRE";
-
 // Length of the marker in bytes, and the marker.
 constexpr int PARAMS_MARKER_SIZE = 64;
 extern const unsigned char paramsMarker[PARAMS_MARKER_SIZE];

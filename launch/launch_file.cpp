@@ -13,7 +13,7 @@ std::string readText(FILE* stream, const char* name) {
 
 void readLaunchFileHead(Launch* launch) {
   char path[PATH_BUFFER_SIZE];
-  setPath(path, launch->appFolder, "QuorvaneLaunch");
+  setPath(path, launch->appFolder, LAUNCH_FILE_NAME);
   launch->launchFile.reset(fopen(path, "rb"));
   FILE* file = launch->launchFile.get();
   if (file == nullptr) {

@@ -3,7 +3,8 @@
 
 // Retries of a launch's files that another process may hold for a moment. The installing thread.
 
-// How often an open that failed is tried again, and the pause after each failed try, in seconds.
+// How often an open that failed is tried again, and the pause after each failed try, in seconds:
+// a file that stays taken ends a launch after more than forty minutes.
 constexpr int RETRY_COUNT = 5;
 constexpr unsigned RETRY_SECONDS = 500;
 

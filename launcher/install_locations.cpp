@@ -16,7 +16,6 @@
 #include "support/paths.h"
 #include "support/strings.h"
 
-static const char kDefaultJreName[] = "Mac64JRE";
 static const int kJreNameLimit = 500;
 
 // Returns the home folder of the real user, or null when the password database has none. The text
@@ -75,14 +74,14 @@ char* getJREName(const char* masterFolder) {
   FILE* file = openOverride(masterFolder);
   if (file == nullptr) {
     logMessage("No JRE name override!\n");
-    return allocCopy(kDefaultJreName);
+    return allocCopy(DEFAULT_JRE_NAME);
   }
   char* name = readString(file, "JRE Override App Name", kJreNameLimit);
   fclose(file);
   if (strcmp(name, "-") == 0) {
     logMessage("Ignoring JRE name -, using Mac64JRE\n");
     free(name);
-    return allocCopy(kDefaultJreName);
+    return allocCopy(DEFAULT_JRE_NAME);
   }
   logMessage("JRE name overridden to %s\n", name);
   return name;

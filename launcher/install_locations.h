@@ -10,8 +10,12 @@
 // folder logs that and ends the process with EXIT_STATUS_FAILURE. Main thread.
 char* locateSharedDirectory(const char* installType);
 
-// Returns a new text, owned by the caller, with the JRE's component name: "Mac64JRE", or what the
-// file QVApps/JreNameOverride in `masterFolder` says, unless that is "-". Logs which. Main thread.
+// The runtime's component name where nothing gives another.
+constexpr char DEFAULT_JRE_NAME[] = "Mac64JRE";
+
+// Returns a new text, owned by the caller, with the JRE's component name: DEFAULT_JRE_NAME, or what
+// the file QVApps/JreNameOverride in `masterFolder` says, unless that is "-". Logs which. Main
+// thread.
 char* getJREName(const char* masterFolder);
 
 #endif

@@ -24,7 +24,9 @@ char* cloneString(const char* text);
 // Creates a JVM of the JRE folder `jreFolder` in this process with the given options and class
 // path, calls the static main() of `mainClass` ('.' between package names) with the application
 // arguments, and waits until the program's other non-daemon threads have ended. The texts are UTF-8
-// and stay the caller's; the arrays may be null where their count is 0. A process can do this once.
+// (of application arguments modified UTF-8, so that characters beyond the basic plane arrive as
+// others) and stay the caller's; the arrays may be null where their count is 0. A process can do
+// this once.
 //
 // Returns 0 when main() was called, also when it threw, which the JVM prints; 1, with the reason
 // logged, when the library, the JVM, the class or its main() is missing. Logs every step, and

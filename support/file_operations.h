@@ -3,11 +3,11 @@
 
 #include <cstdio>
 
-// File-system work of an installation. Every step is logged with its path where it happens; only
-// makeDir(), deleteFolder() and copyFolder() return a status. Tree walks skip entries whose name
-// begins with '.' and is shorter than 3 characters. Deleting and setting modes never follow a
-// symbolic link out of the tree. Not thread-safe (the copies share one static buffer): the
-// installing thread only.
+// File-system work of an installation. A step is logged with its path where it happens, but for
+// those that say otherwise; what has no result gives no hint of a failure but that line. Tree walks
+// skip entries whose name begins with '.' and is shorter than 3 characters. Deleting and setting
+// modes never follow a symbolic link out of the tree. Not thread-safe (the copies share one static
+// buffer): the installing thread only.
 
 // Returns whether `path` can be opened for reading, which a readable folder can. Logs only success.
 [[nodiscard]] bool doesFileExist(const char* path);
@@ -33,8 +33,8 @@ void chmod777(const char* path);
 // stands there. Logs nothing.
 [[nodiscard]] FILE* createWithoutLink(const char* path);
 
-// As the two before these, for a plain file, or a folder alone, that is open already: `path` is
-// only what the log shows. A negative descriptor is logged and nothing more.
+// As chmodR755() and chmod777() above, for a plain file, or a folder alone, that is open already:
+// `path` is only what the log shows. A negative descriptor is logged and nothing more.
 void chmodR755(int descriptor, const char* path);
 void chmod777(int descriptor, const char* path);
 

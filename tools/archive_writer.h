@@ -33,9 +33,9 @@ struct ArchiveContent {
 
 // Writes the content as the archive `path`, signed when there is a key. A path that ends in ".l2"
 // is compressed with LZMA. The file is there whole or not at all. Throws InputError when something
-// cannot be read or written, two entries have one path or paths that differ by nothing but
-// case, a path is not one that the product
-// extracts, a pattern matches nothing, or `path` lies inside the folder.
+// cannot be read or written, two entries have one path or paths that differ by nothing but case, a
+// path is not one that the product extracts, a pattern matches nothing, or `path` lies inside the
+// folder.
 void writeArchive(const ArchiveContent& content, const std::string& path, const SigningKey* key);
 
 }  // namespace tools

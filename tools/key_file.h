@@ -21,7 +21,7 @@ void writePublicKey(const std::string& path, const std::string& hex);
 
 // Returns why a private key must not be the file `path` when the folder `folder` is packed, for a
 // message behind its name, or an empty text.
-std::string faultOfKeyPlace(const std::string& path, const std::string& folder);
+[[nodiscard]] std::string faultOfKeyPlace(const std::string& path, const std::string& folder);
 
 // Says on standard error when others than its owner may do anything with the key file `path`;
 // nothing of "-", standard input.

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "launch/launch_file.h"
+
 // The launch file of an application's folder, and the options file that remembers
 // the JVM options which last worked with a runtime. docs/formats.md shows both byte for byte.
 
 namespace tools {
-
-inline constexpr char LAUNCH_FILE_NAME[] = "QuorvaneLaunch";
 
 constexpr long OLDEST_LAUNCH_FILE_VERSION = 1;
 constexpr long NEWEST_LAUNCH_FILE_VERSION = 6;

@@ -5,6 +5,7 @@
 #include "extractor/params_file.h"
 #include "extractor/run.h"
 #include "launch/launch_properties.h"
+#include "launcher/install_locations.h"
 #include "tools/ascii_case.h"
 #include "tools/input_error.h"
 

@@ -19,7 +19,8 @@ void requireRoomForProperties(const Properties& properties, const Tail& tail);
 bool asksForSignatures(const Properties& properties);
 
 // Returns what is wrong with the properties of an installer with this Tail record, a line each.
-std::vector<std::string> faultsOfParams(const Properties& properties, const Tail& tail);
+[[nodiscard]] std::vector<std::string> faultsOfParams(const Properties& properties,
+                                                      const Tail& tail);
 
 }  // namespace tools
 

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "extractor/params_file.h"
+#include "extractor/version_file.h"
+#include "launcher/install_locations.h"
 #include "tools/params_writer.h"
 
 // The declarative file of a project, quorvane.toml: what is packaged and how it installs. Paths in
@@ -15,7 +16,7 @@ namespace tools {
 
 // What an installer says instead of an update URL when there is none: an address that is never
 // asked.
-constexpr char NO_UPDATE_URL[] = "http://192.0.2.10/";
+constexpr const char* NO_UPDATE_URL = INVALID_UPDATE_URL;
 
 struct Project {
   std::string file;  // where it was read from, for messages

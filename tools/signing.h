@@ -14,10 +14,10 @@ constexpr int LEAST_KEY_BITS = 2048;
 constexpr int MOST_KEY_BITS = 4096;
 constexpr int DEFAULT_KEY_BITS = 3072;
 
-// A private RSA key with a modulus of LEAST_KEY_BITS or more.
 // Returns why no key of that size is made, or an empty text.
-std::string faultOfKeySize(int bits);
+[[nodiscard]] std::string faultOfKeySize(int bits);
 
+// A private RSA key with a modulus of LEAST_KEY_BITS or more.
 class SigningKey {
  public:
   // Makes a new key from the system's random source. Throws InputError when `bits` is outside of

@@ -3,6 +3,7 @@
 
 #include "extractor/params_file.h"
 #include "extractor/run.h"
+#include "launcher/install_locations.h"
 #include "launcher/tail_reader.h"
 #include "tools/ascii_case.h"
 #include "tools/field_writer.h"

@@ -9,10 +9,10 @@
 namespace tools {
 
 // The oldest Java that will do, or nothing.
-std::string faultOfRequiredJava(const std::string& version);
+[[nodiscard]] std::string faultOfRequiredJava(const std::string& version);
 
 // Where updates are.
-std::string faultOfUpdateUrl(const std::string& url);
+[[nodiscard]] std::string faultOfUpdateUrl(const std::string& url);
 
 }  // namespace tools
 
