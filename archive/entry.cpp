@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "archive/entry_path.h"
-#include "launcher/field_reader.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/field_reader.h"
 #include "support/logging.h"
 
 static const char kSpecialBlockPrefix[] = "qvArcSpBlock_";

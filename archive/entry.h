@@ -6,7 +6,7 @@
 #include "support/owned.h"
 #include "support/paths.h"
 
-// Reading of an entry record's fields. All fields are in the encoding of launcher/field_reader.h:
+// Reading of an entry record's fields. All fields are in the encoding of support/field_reader.h:
 //
 //   archive   = entry* [signature]
 //   entry     = "1" path | type path length data        type: "2" for pack200, else a plain file

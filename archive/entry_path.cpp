@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "support/paths.h"
 
 static bool isParent(const char* component) {

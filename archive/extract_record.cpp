@@ -3,9 +3,9 @@
 #include "archive/destination.h"
 #include "archive/entry.h"
 #include "archive/entry_data.h"
-#include "launcher/field_reader.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/field_reader.h"
 #include "support/logging.h"
 
 static const int kNextRecord = 0;

@@ -8,7 +8,7 @@
 #include "archive/archive.h"
 #include "archive/entry.h"
 #include "archive/signature_check.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "support/owned.h"
 #include "support/strings.h"
 

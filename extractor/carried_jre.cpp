@@ -1,12 +1,12 @@
 #include <cstdlib>
 
 #include "extractor/folders.h"
+#include "extractor/jre_layout.h"
 #include "extractor/jre_temp.h"
 #include "extractor/provision_jre.h"
 #include "extractor/run.h"
 #include "extractor/tail_stream.h"
 #include "extractor/version_file.h"
-#include "launcher/jre_layout.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 

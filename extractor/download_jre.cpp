@@ -3,12 +3,12 @@
 
 #include "archive/archive.h"
 #include "extractor/folders.h"
+#include "extractor/jre_layout.h"
 #include "extractor/jre_temp.h"
 #include "extractor/names.h"
 #include "extractor/provision_jre.h"
 #include "extractor/run.h"
 #include "extractor/version_file.h"
-#include "launcher/jre_layout.h"
 #include "platform/process_end.h"
 #include "support/downloader.h"
 #include "support/exit_status.h"

@@ -9,9 +9,9 @@
 
 #include "extractor/folders.h"
 #include "extractor/install_lock.h"
+#include "extractor/jre_layout.h"
 #include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
-#include "launcher/jre_layout.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/folder_walk.h"

@@ -1,8 +1,8 @@
 #include "extractor/jre_temp.h"
 
+#include "extractor/jre_layout.h"
 #include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
-#include "launcher/jre_layout.h"
 #include "support/file_operations.h"
 #include "support/owned.h"
 #include "support/paths.h"

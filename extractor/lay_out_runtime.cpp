@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "extractor/folders.h"
-#include "launcher/jre_layout.h"
+#include "extractor/jre_layout.h"
 #include "platform/exchange_folders.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"

@@ -1,9 +1,9 @@
 #include "extractor/provision_jre.h"
 
 #include "extractor/folders.h"
+#include "extractor/jre_layout.h"
 #include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
-#include "launcher/jre_layout.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"

@@ -1,8 +1,8 @@
 #include "launch/launch_file.h"
 #include "launch/launch_steps.h"
-#include "launcher/field_reader.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/field_reader.h"
 #include "support/logging.h"
 
 // `folder` joined with `name` as pathcat() does; class paths have a limit of their own.

@@ -2,9 +2,9 @@
 
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
-#include "launcher/field_reader.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/field_reader.h"
 #include "support/logging.h"
 
 std::string readText(FILE* stream, const char* name) {

@@ -7,7 +7,7 @@
 #include "launch/launch_file.h"
 #include "launch/launch_steps.h"
 #include "launch/retry.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "support/logging.h"
 
 static const int kLoggedCharacters = 99;

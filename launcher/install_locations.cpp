@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "launcher/field_reader.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/field_reader.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"

@@ -1,10 +1,10 @@
 #include "launcher/tail_reader.h"
 
 #include "launcher/arguments.h"
-#include "launcher/field_reader.h"
 #include "launcher/tail_marker.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/field_reader.h"
 #include "support/logging.h"
 #include "support/owned.h"
 #include "support/paths.h"

@@ -7,7 +7,7 @@
 #include "archive/entry.h"
 #include "archive/entry_path.h"
 #include "crypto/mixed_hash.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "support/hex.h"
 #include "support/owned.h"
 #include "tools/input_error.h"

@@ -2,7 +2,7 @@
 
 #include "archive/entry.h"
 #include "archive/entry_path.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-// Writers of the field encoding that launcher/field_reader.h reads: each field's bytes followed by
+// Writers of the field encoding that support/field_reader.h reads: each field's bytes followed by
 // one zero byte.
 
 namespace tools {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "archive/entry_path.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "tools/input_error.h"
 #include "tools/whole_file.h"
 

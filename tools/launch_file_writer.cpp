@@ -1,6 +1,6 @@
 #include "tools/launch_file_writer.h"
 
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "extractor/params_file.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "tools/field_writer.h"
 #include "tools/input_error.h"
 #include "tools/marker_search.h"

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 
 namespace fuzz {
 

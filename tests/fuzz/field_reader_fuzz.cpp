@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "support/owned.h"
 #include "tests/fuzz/field_model.h"
 #include "tests/fuzz/fuzz_target.h"

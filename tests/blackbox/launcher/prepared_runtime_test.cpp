@@ -8,7 +8,7 @@
 #include <ostream>
 #include <string>
 
-#include "launcher/jre_layout.h"
+#include "extractor/jre_layout.h"
 #include "support/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

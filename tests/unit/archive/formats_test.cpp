@@ -7,7 +7,7 @@
 
 #include "archive/archive.h"
 #include "extractor/params_file.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

@@ -9,7 +9,7 @@
 #include "extractor/run.h"
 #include "extractor/version_file.h"
 #include "launch/launch_properties.h"
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "launcher/field_reader.h"
 #include "launcher/tail_marker.h"
 #include "launcher/tail_reader.h"
+#include "support/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

@@ -1,4 +1,4 @@
-#include "launcher/jre_layout.h"
+#include "extractor/jre_layout.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,7 +13,7 @@
 #include "support/logging.h"
 #include "support/paths.h"
 
-static const char kSection[] = "OSX JRE initialisation";
+static const char kLayoutSection[] = "OSX JRE initialisation";
 
 namespace {
 
@@ -164,7 +164,7 @@ void linkExecutable(const char* bundlePath) {
 }
 
 void initOSXJRE(const char* bundlePath) {
-  logStartSection(kSection);
+  logStartSection(kLayoutSection);
   const Layout layout = layoutOf(bundlePath);
   logMessage("[OSX JRE] Alias JRE path is %s\n", layout.plain.c_str());
   const bool stood = isThere(layout.plain.c_str());
@@ -177,5 +177,5 @@ void initOSXJRE(const char* bundlePath) {
   linkExecutable(bundlePath);
   // The command's quoting is broken, so that a shell refuses it: the helper keeps its mode.
   logMessage("[LNS] Running chmod a+x \"\"%s\"\n", layout.helper.c_str());
-  logEndSection(kSection);
+  logEndSection(kLayoutSection);
 }

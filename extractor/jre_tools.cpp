@@ -1,6 +1,6 @@
 #include <cstdio>
 
-#include "launcher/jre_layout.h"
+#include "extractor/jre_layout.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"

@@ -1,4 +1,4 @@
-#include "launcher/jre_layout.h"
+#include "extractor/jre_layout.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
-#ifndef QUORVANE_LAUNCHER_JRE_LAYOUT_H
-#define QUORVANE_LAUNCHER_JRE_LAYOUT_H
+#ifndef QUORVANE_EXTRACTOR_JRE_LAYOUT_H
+#define QUORVANE_EXTRACTOR_JRE_LAYOUT_H
 
 // The two views of one Java runtime in a master folder: the plain folder, which holds the runtime
 // itself, and beside it the bundle of the same name plus ".plugin", whose Contents/Home is a link

@@ -1,4 +1,4 @@
-#include "launcher/field_reader.h"
+#include "support/field_reader.h"
 
 #include <climits>
 #include <cstdlib>
