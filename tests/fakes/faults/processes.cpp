@@ -1,4 +1,5 @@
-// Calls that make processes and await them, that tests/fakes/faults/plan.cpp may let fail.
+// Calls that make processes and await them, that tests/fakes/faults/plan.cpp may let fail; and
+// sleep(), of which a pause of minutes, before a file is tried again, is over at once.
 
 #include <spawn.h>
 #include <sys/wait.h>
@@ -40,6 +41,12 @@ int pclose(FILE* stream) {
   static const auto next = real<int (*)(FILE*)>("pclose");
   const int result = next(stream);
   return fails("wait") ? -1 : result;
+}
+
+unsigned sleep(unsigned seconds) {
+  static const auto next = real<unsigned (*)(unsigned)>("sleep");
+  constexpr unsigned kLong = 100;
+  return seconds < kLong ? next(seconds) : 0;
 }
 
 }  // extern "C"
