@@ -37,10 +37,6 @@ static bool hasFolder(const std::string& path, const char* name) {
   return isFolder(childPath(path, name).c_str());
 }
 
-static std::string plainFolderOf(const std::string& bundle) {
-  return bundle.substr(0, bundle.size() - strlen(".plugin"));
-}
-
 // Whether Contents/Home is there, as a folder or as the link of a prepared bundle.
 static bool hasHomeOrLink(const std::string& bundle) {
   return isThere((bundle + "/Contents/Home").c_str());

@@ -29,12 +29,15 @@ struct Layout {
 
 }  // namespace
 
-static Layout layoutOf(const char* bundlePath) {
+std::string plainFolderOf(const std::string& bundlePath) {
   constexpr size_t kSuffix = sizeof ".plugin" - 1;
+  return bundlePath.substr(0, bundlePath.size() > kSuffix ? bundlePath.size() - kSuffix : 0);
+}
+
+static Layout layoutOf(const char* bundlePath) {
   Layout layout;
   layout.bundle = bundlePath;
-  const size_t length = layout.bundle.size();
-  layout.plain = layout.bundle.substr(0, length > kSuffix ? length - kSuffix : 0);
+  layout.plain = plainFolderOf(layout.bundle);
   layout.home = childPath(layout.bundle, "Contents/Home");
   layout.executable = childPath(layout.bundle, "Contents/MacOS/JavaAppletPlugin");
   layout.library = childPath(layout.plain, "lib/libnpjp2.dylib");

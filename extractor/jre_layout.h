@@ -1,9 +1,14 @@
 #ifndef QUORVANE_EXTRACTOR_JRE_LAYOUT_H
 #define QUORVANE_EXTRACTOR_JRE_LAYOUT_H
 
+#include <string>
+
 // The two views of one Java runtime in a master folder: the plain folder, which holds the runtime
 // itself, and beside it the bundle of the same name plus ".plugin", whose Contents/Home is a link
 // to the plain folder. One thread.
+
+// Returns the plain folder's path, or its name, for that of a bundle. Any thread.
+std::string plainFolderOf(const std::string& bundlePath);
 
 // Turns the unpacked bundle at `bundlePath`, which ends in ".plugin", into that pair. The visible
 // entries of its Java home move into the plain folder; hidden files there are removed. A bundle

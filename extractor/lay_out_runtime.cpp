@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -17,8 +17,7 @@
 #include "support/paths.h"
 
 static std::string plainNameOf(const char* bundle) {
-  std::string name = pathToFile(bundle);
-  return name.substr(0, name.size() - strlen(".plugin"));
+  return plainFolderOf(pathToFile(bundle));
 }
 
 // A home that could not be emptied, or that keeps hidden folders, has the link to the plain folder
@@ -82,7 +81,7 @@ static bool changePlaces(const ExtractorRun& run, const char* aside, const char*
   }
   char third[PATH_BUFFER_SIZE];
   nameTempFolder(run, third);
-  const bool isFree = rename(place, third) == 0 || rmdir(place) == 0 || isKnownMissing(place);
+  const bool isFree = rename(place, third) == 0 || errno == ENOENT || rmdir(place) == 0;
   if (isFree && rename(aside, place) == 0) {
     static_cast<void>(rename(third, aside));
     return true;
@@ -115,6 +114,7 @@ static bool initWhole(const char* bundle) {
       return true;
     }
   }
+  rmdir(plainFolderOf(bundle).c_str());  // empty, it would hide the bundle, which holds all
   return false;
 }
 

@@ -10,6 +10,7 @@
 #include "launcher/tail_marker.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
+#include "tests/support/owned_text.h"
 
 using test::field;
 using Lines = std::vector<std::string>;
@@ -33,14 +34,8 @@ class Stream {
 
 }  // namespace
 
-static std::string owned(char* text) {
-  const std::string copy = text;
-  free(text);
-  return copy;
-}
-
 static std::string read(FILE* stream, int limit = DEFAULT_FIELD_LIMIT) {
-  return owned(readString(stream, "Name", limit));
+  return test::takeText(readString(stream, "Name", limit));
 }
 
 static std::string markerBytes() {
@@ -127,7 +122,7 @@ TEST(ReadString, GivesAnEmptyTextForAnEmptyFieldBetweenTwoOthers) {
   EXPECT_EQ("one", read(stream));
   char* empty = readString(stream, "Name");
   ASSERT_NE(nullptr, empty);
-  EXPECT_EQ("", owned(empty));
+  EXPECT_EQ("", test::takeText(empty));
   EXPECT_EQ("two", read(stream));
 }
 
@@ -192,9 +187,11 @@ TEST(ReadString, TakesTheSmallestLimit) {
 TEST(ReadString, HasALimitOf1024WithoutOne) {
   const std::string most(1022, 'x');
   const Stream stream(field(most) + field(most + "y") + field("next"));
-  EXPECT_EQ(most, owned(readString(stream, "Name")));
+  EXPECT_EQ(most, test::takeText(readString(stream, "Name")));
   EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 1023>1024! (READSTRING) [" + most + "y]\n",
-            test::capture([&] { EXPECT_EQ(most + "y", owned(readString(stream, "Name"))); }).out);
+            test::capture([&] {
+              EXPECT_EQ(most + "y", test::takeText(readString(stream, "Name")));
+            }).out);
 }
 
 static long number(const std::string& text) {

@@ -11,6 +11,7 @@
 
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
+#include "tests/support/owned_text.h"
 #include "tests/support/temp_folder.h"
 
 using Lines = std::vector<std::string>;
@@ -35,13 +36,6 @@ class PathBuffer {
 };
 
 }  // namespace
-
-// Takes a text that the caller owns.
-static std::string owned(char* text) {
-  const std::string copy = text;
-  free(text);
-  return copy;
-}
 
 TEST(SetPath, JoinsThreePartsWithSlashes) {
   const PathBuffer path;
@@ -147,7 +141,7 @@ TEST(GetAbsoluteExePath, JoinsTheWorkingFolderWithARelativePathAsItIs) {
   char working[PATH_BUFFER_SIZE];
   ASSERT_NE(nullptr, getcwd(working, sizeof working));
   char path[] = "./a/../app";
-  EXPECT_EQ(std::string(working) + "/./a/../app", owned(getAbsoluteExePath(path)));
+  EXPECT_EQ(std::string(working) + "/./a/../app", test::takeText(getAbsoluteExePath(path)));
 }
 
 TEST(GetAbsoluteExePath, GivesAnUnusablePathWhenTheWorkingFolderIsGone) {
@@ -166,22 +160,23 @@ TEST(GetAbsoluteExePath, GivesAnUnusablePathWhenTheWorkingFolderIsGone) {
 
 TEST(GetAbsoluteExeDir, CutsAtTheLastSlash) {
   EXPECT_EQ("/Applications/App.app/Contents/MacOS",
-            owned(getAbsoluteExeDir("/Applications/App.app/Contents/MacOS/app")));
-  EXPECT_EQ("a", owned(getAbsoluteExeDir("a/")));
+            test::takeText(getAbsoluteExeDir("/Applications/App.app/Contents/MacOS/app")));
+  EXPECT_EQ("a", test::takeText(getAbsoluteExeDir("a/")));
 }
 
 TEST(GetAbsoluteExeDir, IsEmptyWhenTheOnlySlashIsTheFirstCharacter) {
-  EXPECT_EQ("", owned(getAbsoluteExeDir("/app")));
+  EXPECT_EQ("", test::takeText(getAbsoluteExeDir("/app")));
 }
 
 TEST(GetAbsoluteExeDir, IsEmptyWithoutASlash) {
-  EXPECT_EQ("", owned(getAbsoluteExeDir("app")));
-  EXPECT_EQ("", owned(getAbsoluteExeDir("")));
+  EXPECT_EQ("", test::takeText(getAbsoluteExeDir("app")));
+  EXPECT_EQ("", test::takeText(getAbsoluteExeDir("")));
 }
 
 TEST(GetAbsoluteExeDir, GivesAnUnusablePathForOneThatDoesNotFit) {
   test::capture([] {
-    EXPECT_EQ(UNUSABLE_PATH, owned(getAbsoluteExeDir(("/" + std::string(6000, 'x')).c_str())));
+    EXPECT_EQ(UNUSABLE_PATH,
+              test::takeText(getAbsoluteExeDir(("/" + std::string(6000, 'x')).c_str())));
   });
 }
 
@@ -200,7 +195,7 @@ TEST(PathToFile, IsThePathItselfWithoutASlash) {
 }
 
 static std::string tempPath(std::string dir, std::string name) {
-  return owned(allocTempPath(dir.data(), name.data()));
+  return test::takeText(allocTempPath(dir.data(), name.data()));
 }
 
 TEST(AllocTempPath, AddsASlashOnlyWhereOneIsMissing) {

@@ -8,42 +8,36 @@
 #include <string>
 
 #include "tests/support/files.h"
+#include "tests/support/owned_text.h"
 #include "tests/support/temp_folder.h"
-
-// Takes a text that the caller owns.
-static std::string owned(char* text) {
-  const std::string copy = text;
-  free(text);
-  return copy;
-}
 
 TEST(AllocCopy, GivesANewBlockWithTheSameText) {
   char text[] = "abc";
   char* copy = allocCopy(text);
   EXPECT_NE(text, copy);
-  EXPECT_EQ("abc", owned(copy));
-  EXPECT_EQ("", owned(allocCopy("")));
+  EXPECT_EQ("abc", test::takeText(copy));
+  EXPECT_EQ("", test::takeText(allocCopy("")));
 }
 
 TEST(AllocSubstring, CopiesTheGivenBytesAndEndsThem) {
-  EXPECT_EQ("bcd", owned(allocSubstring("abcdef", 1, 3)));
-  EXPECT_EQ("", owned(allocSubstring("abcdef", 2, 0)));
+  EXPECT_EQ("bcd", test::takeText(allocSubstring("abcdef", 1, 3)));
+  EXPECT_EQ("", test::takeText(allocSubstring("abcdef", 2, 0)));
 }
 
 TEST(AllocSubstring, GivesZerosForBytesOutsideTheText) {
   char* part = allocSubstring("abc", 2, 5);
   EXPECT_EQ(0, memcmp("c\0\0\0\0", part, 6));
   free(part);
-  EXPECT_EQ("", owned(allocSubstring("abc", 3, 5)));
-  EXPECT_EQ("", owned(allocSubstring("abc", 4, 5)));
-  EXPECT_EQ("", owned(allocSubstring("abc", -1, 5)));
-  EXPECT_EQ("", owned(allocSubstring("abc", 1, -5)));
-  EXPECT_EQ("", owned(allocSubstring("abc", INT_MAX, 1)));
+  EXPECT_EQ("", test::takeText(allocSubstring("abc", 3, 5)));
+  EXPECT_EQ("", test::takeText(allocSubstring("abc", 4, 5)));
+  EXPECT_EQ("", test::takeText(allocSubstring("abc", -1, 5)));
+  EXPECT_EQ("", test::takeText(allocSubstring("abc", 1, -5)));
+  EXPECT_EQ("", test::takeText(allocSubstring("abc", INT_MAX, 1)));
 }
 
 TEST(AllocTempString, JoinsItsParts) {
-  EXPECT_EQ("abcd", owned(allocTempString("ab", "cd")));
-  EXPECT_EQ("", owned(allocTempString("", "")));
+  EXPECT_EQ("abcd", test::takeText(allocTempString("ab", "cd")));
+  EXPECT_EQ("", test::takeText(allocTempString("", "")));
 }
 
 TEST(LastIndexOf, FindsTheLastOccurrence) {
@@ -89,9 +83,9 @@ TEST(IntegerToA, ReturnsTheLengthOfANumberThatFits) {
 
 TEST(EscapeSpaces, WritesABackslashBeforeEveryBlank) {
   char text[] = "a b";
-  EXPECT_EQ("a\\ b", owned(escapeSpaces(text, true)));
+  EXPECT_EQ("a\\ b", test::takeText(escapeSpaces(text, true)));
   char blanks[] = "   ";
-  EXPECT_EQ("\\ \\ \\ ", owned(escapeSpaces(blanks, true)));
+  EXPECT_EQ("\\ \\ \\ ", test::takeText(escapeSpaces(blanks, true)));
 }
 
 TEST(EscapeSpaces, ReturnsTheTextItselfWhenNotEscaping) {
@@ -103,14 +97,14 @@ TEST(EscapeSpaces, GivesANewBlockEvenWithoutABlank) {
   char text[] = "ab";
   char* escaped = escapeSpaces(text, true);
   EXPECT_NE(text, escaped);
-  EXPECT_EQ("ab", owned(escaped));
+  EXPECT_EQ("ab", test::takeText(escaped));
 }
 
 TEST(QuoteSpaciousString, QuotesAlways) {
-  EXPECT_EQ("\"ab\"", owned(quoteSpaciousString("ab")));
-  EXPECT_EQ("\"a b\"", owned(quoteSpaciousString("a b")));
-  EXPECT_EQ("\"\"", owned(quoteSpaciousString("")));
-  EXPECT_EQ("\"\"a\"\"", owned(quoteSpaciousString("\"a\"")));
+  EXPECT_EQ("\"ab\"", test::takeText(quoteSpaciousString("ab")));
+  EXPECT_EQ("\"a b\"", test::takeText(quoteSpaciousString("a b")));
+  EXPECT_EQ("\"\"", test::takeText(quoteSpaciousString("")));
+  EXPECT_EQ("\"\"a\"\"", test::takeText(quoteSpaciousString("\"a\"")));
 }
 
 TEST(QuoteStringIfNecessary, ReturnsATextThatStartsWithAQuoteItselfEvenIfItDoesNotEndWithOne) {
@@ -120,9 +114,9 @@ TEST(QuoteStringIfNecessary, ReturnsATextThatStartsWithAQuoteItselfEvenIfItDoesN
 
 TEST(QuoteStringIfNecessary, QuotesEveryOtherText) {
   char text[] = "a\"";
-  EXPECT_EQ("\"a\"\"", owned(quoteStringIfNecessary(text)));
+  EXPECT_EQ("\"a\"\"", test::takeText(quoteStringIfNecessary(text)));
   char empty[] = "";
-  EXPECT_EQ("\"\"", owned(quoteStringIfNecessary(empty)));
+  EXPECT_EQ("\"\"", test::takeText(quoteStringIfNecessary(empty)));
 }
 
 TEST(PlatformStubs, SayThatThereIsNo32BitBuildAndEditNothing) {
