@@ -59,21 +59,27 @@ static Sight lookAt(const std::string& path) {
   return isKnownMissing(path.c_str()) ? Sight::Nothing : Sight::Unknown;
 }
 
-// What an unfinished bundle's home has to share the plain folder's place with. An earlier runtime
-// of the same version has its own "bin"; a move that was cut short has "bin" in one of the two
-// only. Where one passed for the other, two runtimes would be mixed, or half of one removed.
+// An earlier runtime in the plain folder's place, or what is no folder.
+static Sight lookAtPlace(const std::string& plain) {
+  const bool isNoFolder = isLink(plain.c_str()) || isPlainFile(plain.c_str());
+  return isNoFolder ? Sight::Something : lookAt(plain + "/bin");
+}
+
+// What has to make way for an unfinished bundle's home. An earlier runtime of the same version has
+// its own "bin"; a move that was cut short has "bin" in one of the two only. Where one passed for
+// the other, two runtimes would be mixed, or half of one removed.
 static Sight lookForObstacle(const std::string& bundle, const std::string& plain) {
-  const Sight home = lookAt(bundle + "/Contents/Home");
-  const Sight bin = lookAt(bundle + (home == Sight::Nothing ? "/bin" : "/Contents/Home/bin"));
-  const Sight plainBin = lookAt(plain + "/bin");
-  // With a link there the bundle is prepared, and the look that found it unfinished failed.
-  const bool isPrepared = isLink((bundle + "/Contents/Home").c_str());
-  if (isPrepared || home == Sight::Unknown || bin == Sight::Unknown || plainBin == Sight::Unknown) {
+  const std::string home = bundle + "/Contents/Home";
+  if (isLink(home.c_str())) {
+    return Sight::Unknown;  // a prepared bundle: the look that found it unfinished failed
+  }
+  const Sight homeSight = lookAt(home);
+  const Sight bin = lookAt((homeSight == Sight::Nothing ? bundle : home) + "/bin");
+  const Sight place = lookAtPlace(plain);
+  if (homeSight == Sight::Unknown || bin == Sight::Unknown || place == Sight::Unknown) {
     return Sight::Unknown;
   }
-  const bool isObstacle =
-      plainBin == Sight::Something || isLink(plain.c_str()) || isPlainFile(plain.c_str());
-  return bin == Sight::Something && isObstacle ? Sight::Something : Sight::Nothing;
+  return bin == Sight::Something ? place : Sight::Nothing;
 }
 
 // A bundle that no installer made: what its links lead to must not be moved, or be removed.

@@ -245,12 +245,16 @@ TEST_F(InterruptedRuns, FileInThePlainFoldersPlaceMakesWay) {
 
 TEST_F(InterruptedRuns, LinkInThePlainFoldersPlaceMakesWay) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
-  fs::create_symlink("nowhere", plain);
-  writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
-  test::capture([] { finishInterruptedRuntimes(foldersRun); });
-  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
-  EXPECT_FALSE(fs::is_symlink(plain));
-  EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
+  for (const std::string& target : {std::string("nowhere"), plain}) {
+    fs::remove_all(plain);
+    fs::remove_all(plain + ".plugin");
+    fs::create_symlink(target, plain);
+    writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
+    test::capture([] { finishInterruptedRuntimes(foldersRun); });
+    EXPECT_EQ("java", test::readFile(plain + "/bin/java")) << target;
+    EXPECT_FALSE(fs::is_symlink(plain)) << target;
+    EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty()) << target;
+  }
 }
 
 TEST_F(InterruptedRuns, LinkIntoThePlainFolderDoesNotComeAlongWhenAMoveGoesOn) {

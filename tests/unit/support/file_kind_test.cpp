@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "support/file_operations.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
@@ -49,4 +50,34 @@ TEST_F(ExecutableQuestion, StaysOpenWhereTheSystemCannotTell) {
   const std::string path = folder_ / std::string(300, 'n');  // longer than a name may be
   EXPECT_FALSE(isExecutable(path.c_str()));
   EXPECT_FALSE(isKnownNotExecutable(path.c_str()));
+}
+
+TEST(PathQuestion, TellsALinkFromWhereItLeads) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "file", "bytes");
+  fs::create_symlink("file", folder / "link");
+  fs::create_symlink("missing", folder / "dangling");
+  fs::create_symlink("circle", folder / "circle");
+  const auto path = [&folder](const char* name) { return std::string(folder / name); };
+  for (const char* name : {"link", "dangling", "circle"}) {
+    EXPECT_TRUE(isLink(path(name).c_str())) << name;
+  }
+  for (const char* name : {"file", "missing", "."}) {
+    EXPECT_FALSE(isLink(path(name).c_str())) << name;
+  }
+  for (const char* name : {"missing", "dangling", "circle", "file/below"}) {
+    EXPECT_TRUE(leadsNowhere(path(name).c_str())) << name;
+  }
+  for (const char* name : {"file", "link", "."}) {
+    EXPECT_FALSE(leadsNowhere(path(name).c_str())) << name;
+  }
+}
+
+TEST(PathQuestion, StaysOpenWhereTheSystemCannotTell) {
+  const test::TempFolder folder;
+  const std::string path = folder / std::string(300, 'n');  // longer than a name may be
+  EXPECT_FALSE(isThere(path.c_str()));
+  EXPECT_FALSE(isKnownMissing(path.c_str()));
+  EXPECT_FALSE(leadsNowhere(path.c_str()));
+  EXPECT_FALSE(removeTree(path.c_str()));
 }
