@@ -10,8 +10,9 @@
 // an archive whose signature is wrong costs the whole destination folder, so a destination is
 // trusted only after the call and only while it is still there. An archive that cannot be read, an
 // entry that cannot be written, or one whose path leads out of the destination ends the process
-// with status 1, after a logged line; so does one that was not decompressed; a pack200 entry that
-// was not unpacked ends it with status 101. The installing thread only.
+// with status 1, after a logged line; so does one whose destination is a symbolic link, and one
+// that was not decompressed; a pack200 entry that was not unpacked ends it with status 101. The
+// installing thread only.
 
 // Whether an archive that ends without a signature record is treated as one whose signature is
 // wrong, and a signature record is taken only in the one form that the archive writer gives it.

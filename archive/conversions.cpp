@@ -4,10 +4,9 @@
 #include <initializer_list>
 
 #include "archive/archive.h"
-#include "archive/destination.h"
-#include "platform/process_end.h"
+#include "archive/extraction.h"
 #include "support/exit_status.h"
-#include "support/file_kind.h"
+#include "support/failure.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -23,33 +22,40 @@ static bool endsWith(const char* text, const char* suffix) {
   return length >= kShortestWithSuffix && strcmp(text + length - suffixLength, suffix) == 0;
 }
 
-static bool runTool(const char* exe, std::initializer_list<const char*> arguments) {
+// Returns the tool's exit status, or -1 when it could not be started or a signal ended it.
+static int runTool(const char* exe, std::initializer_list<const char*> arguments) {
   const OwnedSpawner spawner(createSpawner());
   setSpawnerExe(spawner.get(), exe == nullptr ? "" : exe);
   for (const char* argument : arguments) {
     addSpawnerArg(spawner.get(), argument);
   }
   const int status = runSpawnerAndWait(spawner.get());
-  return status == 0 && !wasSpawnEndedBySignal();
+  return wasSpawnEndedBySignal() ? -1 : status;
 }
 
-// Runs a tool that makes the file `output` in `folder`; what stands there is its work or nothing.
-static void runToolFor(const char* output, const Entry& entry, const Descriptor& folder,
-                       const char* exe, std::initializer_list<const char*> arguments) {
+// Runs a tool that makes the file `output` in `folder`; what is there afterwards is its work or
+// nothing. The tool follows the path that it is given, which is looked at before. Returns what
+// runTool() does.
+static int runToolFor(const char* output, const Entry& entry, const Descriptor& folder,
+                      const char* exe, std::initializer_list<const char*> arguments) {
   const char* name = pathToFile(output);
   refuseLink(folder, name, entry.path.get());
   removeFile(folder, name);
-  if (!runTool(exe, arguments)) {
+  refuseMovedFolder(folder, output, entry.path.get());
+  const int status = runTool(exe, arguments);
+  if (status != 0 || !holds(folder, name)) {
     removeFile(folder, name);
   }
+  return status;
 }
 
 void unpackPack200(const char* unpack200Exe, Entry* entry, const Descriptor& folder) {
   pack200EntryMet = true;
-  runToolFor(entry->plain, *entry, folder, unpack200Exe, {entry->target, entry->plain});
-  if (!doesFileExist(entry->plain)) {
+  static_cast<void>(
+      runToolFor(entry->plain, *entry, folder, unpack200Exe, {entry->target, entry->plain}));
+  if (!doesFileExist(entry->plain) || !holds(folder, pathToFile(entry->plain))) {
     logMessage("\t[ExtractArchiveFile] ERROR: unpack200 (%s) does not exist!\n", entry->plain);
-    endProcess(EXIT_STATUS_UNPACK200_FAILED);
+    failProcess(EXIT_STATUS_UNPACK200_FAILED, Failure::NotUnpacked);
   }
   removeFile(folder, pathToFile(entry->target));
   setPath(entry->target, entry->plain);
@@ -68,22 +74,24 @@ void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder)
   setPath(output, entry->target);
   output[strlen(output) - strlen(".l2")] = 0;
   logMessage("\t[ExtractArchiveFile] Created outpath %s and spawning\n", output);
-  runToolFor(output, *entry, folder, lzmaExe, {"d", entry->target, output});
+  const int status = runToolFor(output, *entry, folder, lzmaExe, {"d", entry->target, output});
   removeFile(folder, pathToFile(entry->target));
-  if (!isThere(output)) {
+  if (!holds(folder, pathToFile(output))) {
     logMessage("\t[ExtractArchiveFile] ERROR: %s could not be decompressed\n", entry->target);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE,
+                status == EXIT_STATUS_LZMA_DISK_FULL ? Failure::DiskFull : Failure::NotUnpacked);
   }
   setPath(entry->target, output);
   logMessage("\t[ExtractArchiveFile] Finished decompressing\n");
 }
 
-void extractNestedArchive(const char* unpack200Exe, const Entry& entry, const char* destDir,
-                          Rsa_key* key) {
+void extractNestedArchive(const char* unpack200Exe, const Entry& entry, const Descriptor& folder,
+                          Destination* destination, Rsa_key* key) {
   if (!endsWith(entry.target, ".p2")) {
     return;
   }
   logMessage("\t[ExtractArchiveFile] Starting un-p2Archiving\n");
-  extractArchive(unpack200Exe, entry.target, destDir, key);
+  extractAndVerify(unpack200Exe, entry.target, destination, key);
+  removeFile(folder, pathToFile(entry.target));
   logMessage("\t[ExtractArchiveFile] Finished un-archiving\n");
 }

@@ -1,6 +1,7 @@
 #ifndef QUORVANE_ARCHIVE_CONVERSIONS_H
 #define QUORVANE_ARCHIVE_CONVERSIONS_H
 
+#include "archive/destination.h"
 #include "archive/entry.h"
 #include "crypto/signature.h"
 #include "support/owned.h"
@@ -20,10 +21,10 @@ void unpackPack200(const char* unpack200Exe, Entry* entry, const Descriptor& fol
 // alone. Ends the process with status 1, after a logged line, when nothing was decompressed.
 void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder);
 
-// Extracts a target that ends in ".p2" as an archive of its own into `destDir`, with its own
+// Extracts a target that ends in ".p2" as an archive of its own into `destination`, with its own
 // signature, and deletes it. Other targets are left alone. Nested archives inside it stay as they
 // are, so that there is one level of nesting at most.
-void extractNestedArchive(const char* unpack200Exe, const Entry& entry, const char* destDir,
-                          Rsa_key* key);
+void extractNestedArchive(const char* unpack200Exe, const Entry& entry, const Descriptor& folder,
+                          Destination* destination, Rsa_key* key);
 
 #endif

@@ -8,10 +8,16 @@
 #include <string>
 
 #include "archive/entry.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
+#include "support/folder_walk.h"
 #include "support/paths.h"
 
-static const int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+static const char kThroughLink[] = "path passes through a symbolic link";
+
+Destination openDestination(const char* path) {
+  return {path, openFolderItself(path)};
+}
 
 // The type bits of `name` in `parent`, 0 when it is not there.
 static mode_t typeOf(const Descriptor& parent, const char* name) {
@@ -24,7 +30,23 @@ static mode_t typeOf(const Descriptor& parent, const char* name) {
 
 void refuseLink(const Descriptor& parent, const char* name, const char* path) {
   if (typeOf(parent, name) == S_IFLNK) {
-    refuseEntry(path, "path passes through a symbolic link");
+    refuseEntry(path, kThroughLink);
+  }
+}
+
+bool holds(const Descriptor& parent, const char* name) {
+  const mode_t type = typeOf(parent, name);
+  return type != 0 && type != S_IFLNK;
+}
+
+void refuseMovedFolder(const Descriptor& parent, const char* target, const char* path) {
+  const Block<char> folder(getAbsoluteExeDir(target));
+  struct stat open {};
+  struct stat there {};
+  const char* above = folder.get()[0] == 0 ? "/" : folder.get();
+  if (fstat(parent.get(), &open) != 0 || stat(above, &there) != 0 || open.st_dev != there.st_dev ||
+      open.st_ino != there.st_ino) {
+    refuseEntry(path, "its folder was moved away");
   }
 }
 
@@ -37,28 +59,27 @@ static void makeFolder(const Descriptor& parent, const char* name, const char* t
   chmod777(made.get(), target);
 }
 
-static Descriptor openFolder(const Descriptor& parent, const char* name) {
-  return Descriptor(openat(parent.get(), name, kFolderFlags));
-}
-
 // Opens the folder `name`, creating it first when it is not there.
 static Descriptor enterFolder(const Descriptor& parent, const char* name, const char* target,
                               const char* path) {
-  Descriptor folder = openFolder(parent, name);
+  Descriptor folder = openFolderIn(parent, name);
   if (folder.isOpen()) {
     return folder;
   }
   refuseLink(parent, name, path);
   makeFolder(parent, name, target);
-  return openFolder(parent, name);
+  return openFolderIn(parent, name);
 }
 
 static bool isSelf(const std::string& name) {
   return name.empty() || name == ".";
 }
 
-Descriptor openEntryFolder(const char* destDir, const char* path) {
-  Descriptor folder(open(destDir, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+Descriptor openEntryFolder(const Destination& destination, const char* path) {
+  if (!destination.folder.isOpen() && isLink(destination.path)) {
+    refuseEntry(path, kThroughLink);
+  }
+  Descriptor folder = secondDescriptorOf(destination.folder);
   const char* component = path;
   while (const char* separator = strchr(component, '/')) {
     const std::string name(component, separator);
@@ -66,16 +87,26 @@ Descriptor openEntryFolder(const char* destDir, const char* path) {
     component = separator + 1;
     if (!isSelf(name)) {
       char target[PATH_BUFFER_SIZE];
-      folder = enterFolder(folder, name.c_str(), setPath(target, destDir, until.c_str()), path);
+      folder =
+          enterFolder(folder, name.c_str(), setPath(target, destination.path, until.c_str()), path);
     }
   }
   return folder;
 }
 
-bool createFolder(const Descriptor& parent, const char* path, const char* target) {
+// An empty path names the destination folder itself.
+static bool createDestination(Destination* destination) {
+  if (!destination->folder.isOpen() && makeDir(destination->path) == 0) {
+    *destination = openDestination(destination->path);
+  }
+  return destination->folder.isOpen();
+}
+
+bool createFolder(Destination* destination, const Descriptor& parent, const char* path,
+                  const char* target) {
   const char* name = pathToFile(path);
   if (path[0] == 0) {
-    return makeDir(target) == 0;
+    return createDestination(destination);
   }
   return parent.isOpen() && (isSelf(name) || enterFolder(parent, name, target, path).isOpen());
 }

@@ -3,18 +3,29 @@
 
 #include "support/owned.h"
 
-// Reaching an entry's place below the destination folder. Every folder on the way is opened
-// relative to the one before it and never through a symbolic link, so that a link that stands
-// there, or is put there meanwhile, leads nowhere: the entry is refused and the process ends with
-// status 1. `path` is an entry's path that has passed faultOfEntryPath().
+// Reaching an entry's place below the destination folder. The destination is opened once for a
+// whole archive, and every folder on the way relative to the one before it, never through a
+// symbolic link: one that is there, or is put there meanwhile, leads nowhere. The entry is refused
+// then and the process ends with status 1. `path` is an entry's path that has passed
+// faultOfEntryPath().
+
+struct Destination {
+  const char* path;   // for the log, and for the tools, which are given paths
+  Descriptor folder;  // not open when there is no folder at the path itself
+};
+
+// Opens the destination folder. Links further up in its path are followed, for a home may be on
+// another volume.
+[[nodiscard]] Destination openDestination(const char* path);
 
 // Opens the folder that holds the entry `path`, creating the folders on the way with mode 0777 (a
 // logged line each). The result is not open when the folder cannot be reached.
-[[nodiscard]] Descriptor openEntryFolder(const char* destDir, const char* path);
+[[nodiscard]] Descriptor openEntryFolder(const Destination& destination, const char* path);
 
-// Creates the entry `path` itself as a folder with mode 0777 in `parent` unless it is there.
-// `target` is its whole path. Returns whether it is there.
-[[nodiscard]] bool createFolder(const Descriptor& parent, const char* path, const char* target);
+// Creates the entry `path` itself as a folder with mode 0777 in `parent` unless it exists; an empty
+// path is the destination's own. `target` is its whole path. Returns whether it is there.
+[[nodiscard]] bool createFolder(Destination* destination, const Descriptor& parent,
+                                const char* path, const char* target);
 
 // Creates the empty file `name` in `parent` for writing, replacing what has this name unless it is
 // a folder. `path` is named when a symbolic link is refused. The result is not open on failure.
@@ -25,5 +36,12 @@ void removeFile(const Descriptor& parent, const char* name);
 
 // Refuses the entry `path` when `name` in `parent` is a symbolic link.
 void refuseLink(const Descriptor& parent, const char* name, const char* path);
+
+// Whether `parent` holds something named `name` that is not a symbolic link.
+[[nodiscard]] bool holds(const Descriptor& parent, const char* name);
+
+// Refuses the entry `path` unless the folder above `target` is `parent`: a tool that is given the
+// path `target` would write elsewhere.
+void refuseMovedFolder(const Descriptor& parent, const char* target, const char* path);
 
 #endif

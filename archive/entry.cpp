@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "archive/entry_path.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/logging.h"
 
@@ -14,16 +14,17 @@ static const char kSpecialBlockPrefix[] = "qvArcSpBlock_";
 static const char kSignatureBlock[] = "DigitalSignature1";
 static const int kFirstPassHexLimit = 8192;
 
-void refuseEntry(const char* path, const char* reason) {
+void refuseEntry(const char* path, const char* reason, Failure failure) {
   logMessage("\t[ExtractArchiveFile] *************************** Refused archive file %s (%s)\n",
              path, reason);
-  endProcess(EXIT_STATUS_FAILURE);
+  failProcess(EXIT_STATUS_FAILURE, failure);
 }
 
 static void formTargets(const char* destDir, Entry* entry) {
   setPath(entry->plain, destDir, entry->path.get());
   setPath(entry->target, entry->plain);
-  if (entry->type == PACK200_ENTRY) {
+  const bool fits = strcmp(entry->plain, UNUSABLE_PATH) != 0;
+  if (fits && entry->type == PACK200_ENTRY) {
     appendToPath(entry->target, ".p2");
   }
   if (strcmp(entry->target, UNUSABLE_PATH) == 0 || strlen(entry->target) >= PATH_MAX) {

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "support/failure.h"
 #include "support/owned.h"
 #include "support/paths.h"
 
@@ -41,6 +42,7 @@ struct Entry {
 void readSignatureFields(FILE* stream, long* signedLength, char** signatureHex);
 
 // Logs why the entry `path` is not extracted and ends the process with status 1.
-[[noreturn]] void refuseEntry(const char* path, const char* reason);
+[[noreturn]] void refuseEntry(const char* path, const char* reason,
+                              Failure failure = Failure::ArchiveDamaged);
 
 #endif

@@ -6,8 +6,8 @@
 #include <cerrno>
 
 #include "archive/destination.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/file_operations.h"
 #include "support/keep_alive.h"
 #include "support/logging.h"
@@ -16,12 +16,12 @@
 static const long kLongestEntry = 1L << 40;
 static const size_t kChunk = 256 * 1024;
 
-[[noreturn]] static void failToOpen(const Entry& entry, long length) {
+[[noreturn]] static void failToOpen(const Entry& entry, long length, int error) {
   logMessage(
       "\t[ExtractArchiveFile] *************************** Unable to extract archive file %s (%ld), "
       "unable to open file for writing\n",
       entry.path.get(), length);
-  endProcess(EXIT_STATUS_FAILURE);
+  failProcess(EXIT_STATUS_FAILURE, failureOfWriting(error, entry.target));
 }
 
 [[noreturn]] static void failToRead(const Entry& entry, long done, long length) {
@@ -29,19 +29,19 @@ static const size_t kChunk = 256 * 1024;
       "\t[ExtractArchiveFile] *************************** Unable to read til end of archive file "
       "%s (%ld of %ld)\n",
       entry.path.get(), done, length);
-  endProcess(EXIT_STATUS_FAILURE);
+  failProcess(EXIT_STATUS_FAILURE, Failure::ArchiveDamaged);
 }
 
-[[noreturn]] static void failToWrite() {
+[[noreturn]] static void failToWrite(int error) {
   logMessage("\t[ExtractArchiveFile] *************************** Unable to write to target file\n");
-  endProcess(EXIT_STATUS_FAILURE);
+  failProcess(EXIT_STATUS_FAILURE, failureOfWriting(error, "."));
 }
 
 static void writeAll(int file, const char* data, size_t size) {
   while (size > 0) {
     const ssize_t written = write(file, data, size);
     if (written < 0 && errno != EINTR) {
-      failToWrite();
+      failToWrite(errno);
     }
     const size_t done = written < 0 ? 0 : static_cast<size_t>(written);
     data += done;
@@ -72,13 +72,14 @@ void writeEntryData(FILE* stream, const Entry& entry, long length, const Descrip
     refuseLink(folder, pathToFile(entry.plain), entry.path.get());
   }
   Descriptor file = createFile(folder, pathToFile(entry.target), entry.path.get());
+  const int error = errno;
   logMessage("\t[ExtractArchiveFile] Extracting to %s\n", entry.target);
   if (!file.isOpen()) {
-    failToOpen(entry, length);
+    failToOpen(entry, length, error);
   }
   copyData(stream, entry, length, file.get());
   chmodR755(file.get(), entry.target);
   if (close(file.release()) != 0) {
-    failToWrite();
+    failToWrite(errno);
   }
 }

@@ -3,8 +3,9 @@
 #include "archive/destination.h"
 #include "archive/entry.h"
 #include "archive/entry_data.h"
-#include "platform/process_end.h"
+#include "archive/extraction.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/logging.h"
 
@@ -14,7 +15,7 @@ static const long kNoSignatureYet = -1;
 
 [[noreturn]] static void fail(const char* message) {
   logMessage("\t[ExtractArchiveFile] *************************** %s\n", message);
-  endProcess(EXIT_STATUS_FAILURE);
+  failProcess(EXIT_STATUS_FAILURE, Failure::ArchiveDamaged);
 }
 
 // A record that cannot be read looks like one that ends early, or like the end of the archive.
@@ -32,23 +33,23 @@ static void requireWhole(FILE* stream) {
   }
 }
 
-int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
-                                     const char* destDir, FILE* stream, long* signedLength,
-                                     char** signatureHex, Rsa_key* key) {
+int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* destination,
+                  FILE* stream, long* signedLength, char** signatureHex, Rsa_key* key) {
   if (*signedLength != kNoSignatureYet) {
     return kEndOfArchive;
   }
   Entry entry;
-  const bool isThere = readEntryHead(stream, destDir, &entry);
+  const bool isThere = readEntryHead(stream, destination->path, &entry);
   requireReadable(stream);
   if (!isThere) {
     return kEndOfArchive;
   }
   requireWhole(stream);
-  const Descriptor folder = openEntryFolder(destDir, entry.path.get());
+  const Descriptor folder = openEntryFolder(*destination, entry.path.get());
   if (entry.type == FOLDER_ENTRY) {
-    if (!createFolder(folder, entry.path.get(), entry.target)) {
-      refuseEntry(entry.path.get(), "the folder cannot be created");
+    if (!createFolder(destination, folder, entry.path.get(), entry.target)) {
+      refuseEntry(entry.path.get(), "the folder cannot be created",
+                  failureOfWriting(0, destination->path));
     }
     logMessage("\t[ExtractArchiveFile] Created folder %s\n", entry.target);
     return kNextRecord;
@@ -67,9 +68,17 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
   }
   if (lzmaExe != nullptr) {
     decompressLzma(lzmaExe, &entry, folder);
-    extractNestedArchive(unpack200Exe, entry, destDir, key);
+    extractNestedArchive(unpack200Exe, entry, folder, destination, key);
   }
   return kNextRecord;
+}
+
+int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
+                                     const char* destDir, FILE* stream, long* signedLength,
+                                     char** signatureHex, Rsa_key* key) {
+  Destination destination = openDestination(destDir);
+  return extractRecord(lzmaExe, unpack200Exe, &destination, stream, signedLength, signatureHex,
+                       key);
 }
 
 int extractArchiveFileIgnoreSignature(const char* lzmaExe, const char* unpack200Exe,

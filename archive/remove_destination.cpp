@@ -1,14 +1,17 @@
 #include "archive/remove_destination.h"
 
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 
-void removeDestination(const char* destDir) {
-  if (!removeTree(destDir)) {
+void removeDestination(const Destination& destination) {
+  const bool isGone = destination.folder.isOpen() ? removeTree(destination.folder, destination.path)
+                                                  : isKnownMissing(destination.path);
+  if (!isGone) {
     logMessage("[ExtractArchive] *************************** Unable to remove folder %s\n",
-               destDir);
-    endProcess(EXIT_STATUS_FAILURE);
+               destination.path);
+    failProcess(EXIT_STATUS_FAILURE, failureOfWriting(0, destination.path));
   }
 }

@@ -10,8 +10,8 @@
 #include "archive/archive.h"
 #include "archive/entry.h"
 #include "crypto/mixed_hash.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/hex.h"
 #include "support/keep_alive.h"
@@ -26,7 +26,7 @@ Stream openArchive(const char* archivePath) {
   Stream archive(fopen(archivePath, "rb"));
   if (archive == nullptr) {
     logMessage("[ExtractArchive] Failed to extract archive - couldn't open file %s\n", archivePath);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::ArchiveDamaged);
   }
   return archive;
 }

@@ -41,8 +41,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# The compiler keeps its own cache of results; tests and packager tools run on the machine that
-# builds.
+# The compiler keeps its own cache of results.
 set(QUORVANE_CCACHE "" CACHE FILEPATH "Not used by this build")
-set(QUORVANE_TESTS OFF CACHE BOOL "Build the tests")
-set(QUORVANE_TOOLS OFF CACHE BOOL "Build the packager's tools")

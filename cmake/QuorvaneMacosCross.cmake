@@ -8,6 +8,14 @@ target_compile_options(quorvane_compiler INTERFACE
 target_compile_options(quorvane_objcxx INTERFACE -Wno-unused-command-line-argument)
 target_link_options(quorvane_cocoa_libraries INTERFACE
   -F "${QUORVANE_MACOS_SDK}/Frameworks" -L "${QUORVANE_MACOS_SDK}/lib")
+target_link_options(quorvane_dependencies INTERFACE -F "${QUORVANE_MACOS_SDK}/Frameworks")
+
+# zig leaves segments unrounded and more records than one about the Objective-C, and makes no bundles: a module is a dynamic library here.
+foreach(language IN ITEMS CXX OBJCXX)
+  list(APPEND CMAKE_${language}_LINK_EXECUTABLE
+    "\"${CMAKE_SOURCE_DIR}/cmake/finish_executable.py\" <TARGET>")
+  set(CMAKE_SHARED_MODULE_CREATE_${language}_FLAGS -dynamiclib)
+endforeach()
 
 # zig drops what nothing calls from an optimised program; Apple's linker does not unless asked, and
 # every exported name is to stay.
@@ -48,3 +56,9 @@ add_subdirectory("${sources}/xz-utils" liblzma EXCLUDE_FROM_ALL)
 target_compile_options(liblzma PRIVATE -w "-ffile-prefix-map=${sources}/xz-utils/=")
 target_include_directories(quorvane_liblzma SYSTEM INTERFACE "${sources}/xz-utils/src/liblzma/api")
 target_link_libraries(quorvane_liblzma INTERFACE liblzma)
+
+# Tests and packager tools cannot be run here: they are made only when asked for, to see that they can be.
+set(QUORVANE_RUN_ELSEWHERE EXCLUDE_FROM_ALL)
+if(QUORVANE_TESTS OR QUORVANE_TOOLS)
+  include(QuorvaneMacosCrossTests)
+endif()

@@ -4,6 +4,7 @@
 #   quorvane_objcxx           flags for compiling Objective-C++ files
 #   quorvane_cocoa_libraries  libraries that the Cocoa part needs
 #   quorvane_liblzma          liblzma as a static library, for the tools
+#   quorvane_toml             toml++, which is headers alone, for the packager
 
 find_package(Threads REQUIRED)
 
@@ -11,6 +12,7 @@ add_library(quorvane_dependencies INTERFACE)
 add_library(quorvane_objcxx INTERFACE)
 add_library(quorvane_cocoa_libraries INTERFACE)
 add_library(quorvane_liblzma INTERFACE)
+add_library(quorvane_toml INTERFACE)
 
 # An installed liblzma; where it is compiled with the rest, the platform's file says so instead.
 macro(quorvane_find_liblzma)

@@ -1,8 +1,11 @@
 # How tests are declared. Every test case is a CTest test of its own and runs in a process of its
 # own, so that process-wide state never leaks from one into another.
 
-find_package(GTest REQUIRED)
+if(NOT TARGET GTest::gtest)
+  find_package(GTest REQUIRED)
+endif()
 include(GoogleTest)
+include(QuorvaneMachoTests)
 
 add_library(quorvane_test_support STATIC)
 target_link_libraries(quorvane_test_support PUBLIC quorvane_compiler GTest::gtest)
@@ -39,6 +42,11 @@ target_precompile_headers(test_headers PRIVATE
   # first of all plain C++ files, has to be the last among them.
   "${CMAKE_SOURCE_DIR}/platform/no_cocoa.h")
 
+if(QUORVANE_RUN_ELSEWHERE)
+  set_target_properties(quorvane_test_support quorvane_sanitizer_options test_headers PROPERTIES
+    EXCLUDE_FROM_ALL ON)
+endif()
+
 function(quorvane_use_test_headers name)
   target_compile_options(${name} PRIVATE ${QUORVANE_PCH_OPTIONS})
   set_target_properties(${name} PROPERTIES QUORVANE_PRECOMPILED ON)
@@ -55,11 +63,20 @@ function(quorvane_discover name seconds)
   if(QUORVANE_SANITIZE AND QUORVANE_NOT_SANITIZED)
     set(filter "-${QUORVANE_NOT_SANITIZED}")
   endif()
+  set(variables ${QUORVANE_TEST_ENVIRONMENT})
+  if(name IN_LIST QUORVANE_MACHO_SUITES)
+    list(APPEND variables "QUORVANE_RUN_RECORDS=${QUORVANE_RUN_RECORDS}/linux/${name}")
+  endif()
+  # The property is given once for each variable: it would take no more than one of a list.
+  list(TRANSFORM variables PREPEND "ENVIRONMENT;")
   gtest_discover_tests(${name}
     TEST_PREFIX "${name}."
     TEST_FILTER "${filter}"
     DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${seconds} ENVIRONMENT "${QUORVANE_TEST_ENVIRONMENT}")
+    PROPERTIES TIMEOUT ${seconds} ${variables})
+  if(name IN_LIST QUORVANE_MACHO_SUITES)
+    quorvane_discover_macho(${name} ${seconds})
+  endif()
 endfunction()
 
 # Seconds that a unit test may take; a list file may set more before it declares its tests.

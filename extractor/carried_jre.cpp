@@ -18,7 +18,7 @@ void extractCarriedJre(ExtractorRun& run) {
   downloadVersionFile(run.guFolder, run.updateURL, run.jreName);
   nameTempFolder(run, run.jreTemp);
   if (createTempFolder(run, run.jreTemp) != 0) {
-    failRun("Unable to create JRE Temp folder\n");
+    failRun(failureOfWriting(0, run.masterFolder), "Unable to create JRE Temp folder\n");
   }
   makeAppFolder(run.jreFolder, run.masterFolder, run.jreName, run.tail.jreVersion);
   logMessage("[Extractor] Offline installer - no need to download JRE, will extract\n");

@@ -4,8 +4,8 @@
 
 #include "extractor/run.h"
 #include "launcher/version_folders.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/logging.h"
 
 static void logCarried(const ExtractorRun& run) {
@@ -83,7 +83,7 @@ Decision decide(ExtractorRun& run) {
   logReason(run, reason);
   if (!carriesUpdater(run)) {
     logMessage("[Extractor] Unable to run (we are just a launcher)\n");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NotInstalled);
   }
   return Decision::Install;
 }

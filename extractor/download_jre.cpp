@@ -9,9 +9,9 @@
 #include "extractor/provision_jre.h"
 #include "extractor/run.h"
 #include "extractor/version_file.h"
-#include "platform/process_end.h"
 #include "support/downloader.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
@@ -20,11 +20,12 @@
 #include "support/spawner.h"
 #include "support/splash.h"
 
-[[noreturn]] static void failDownload(const ExtractorRun& run, const char* message) {
+[[noreturn]] static void failDownload(const ExtractorRun& run, const char* message,
+                                      Failure failure = Failure::DownloadFailed) {
   if (!isQuiet(run)) {
     hideSplash();
   }
-  failRun("%s", message);
+  failRun(failure, "%s", message);
 }
 
 // Downloads the version file and writes its path into `path`.
@@ -34,7 +35,7 @@ static void fetchVersionFile(const ExtractorRun& run, char* path) {
   }
   const std::string name = versionFileName(run.jreName);
   logMessage("[JREDownload] Fetching JRE Version from %s%s\n", run.updateURL, name.c_str());
-  setPath(path, run.guFolder, name.c_str());
+  remove(setPath(path, run.guFolder, name.c_str()));  // that of an earlier download
   downloadVersionFile(run.guFolder, run.updateURL, run.jreName);
   if (!isPlainFile(path)) {
     failDownload(run, "[JREDownload] Failed to download JRE version file\n");
@@ -53,7 +54,7 @@ static void readJreVersion(ExtractorRun& run, const char* path) {
   }
   logMessage("[JREDownload] Extracting version: ");
   if (!readVersionText(file.get(), run.jreVersion)) {
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::DownloadFailed);
   }
   logMessage("\n");
   logMessage("[JREDownload] JRE Version is %s\n", run.jreVersion);
@@ -63,17 +64,19 @@ static void readJreVersion(ExtractorRun& run, const char* path) {
 // for: the run ends before it asks.
 static void requireUsableVersion(const ExtractorRun& run) {
   if (run.jreVersion[0] == 0) {
-    failRun("[JREDownload] Failed to detect or download a JRE (no jre version)\n");
+    failRun(Failure::DownloadFailed,
+            "[JREDownload] Failed to detect or download a JRE (no jre version)\n");
   }
   if (!isVersionText(run.jreVersion)) {
-    failRun("[JREDownload] Version invalid (characters that are not allowed)\n");
+    failRun(Failure::DownloadFailed,
+            "[JREDownload] Version invalid (characters that are not allowed)\n");
   }
 }
 
 static void fetchArchive(ExtractorRun& run, char* compressed) {
   nameTempFolder(run, run.jreTemp);
   if (createTempFolder(run, run.jreTemp) != 0) {
-    failDownload(run, "Unable to create JRE Temp folder\n");
+    failDownload(run, "Unable to create JRE Temp folder\n", failureOfWriting(0, run.masterFolder));
   }
   if (!isQuiet(run)) {
     showSplash();
@@ -84,11 +87,24 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
                           run.jreVersion + "-archive.p2.l2";
   downloadFile(url.c_str(), compressed);
   if (!isPlainFile(compressed)) {
+    const bool isFull = failureOfWriting(0, run.jreTemp) == Failure::DiskFull;
     removeTree(run.jreTemp);
-    failDownload(run, "[JREDownload] Failed to download JRE\n");
+    failDownload(run, "[JREDownload] Failed to download JRE\n",
+                 isFull ? Failure::DiskFull : Failure::DownloadFailed);
   }
   setProgress(-1);
   logMessage("[JREDownload] JRE Downloaded OK, will extract\n");
+}
+
+// What is in the place of the output, which may have a second name elsewhere, would be written
+// through. A link there is a trap.
+static bool isPlaceFree(const char* archive) {
+  if (isLink(archive)) {
+    logMessage("[JREDownload] Not following link %s\n", archive);
+    return false;
+  }
+  remove(archive);
+  return true;
 }
 
 static void decompressArchive(const ExtractorRun& run, char* compressed, char* archive) {
@@ -100,9 +116,11 @@ static void decompressArchive(const ExtractorRun& run, char* compressed, char* a
   addSpawnerArg(spawner.get(), compressed);
   addSpawnerArg(spawner.get(), archive);
   logMessage("[JREDownload] Decompressing JRE archive\n");
-  if (runSpawnerAndWait(spawner.get()) != 0 || wasSpawnEndedBySignal()) {
+  const int status = isPlaceFree(archive) ? runSpawnerAndWait(spawner.get()) : -1;
+  if (status != 0 || wasSpawnEndedBySignal() || !isPlainFile(archive)) {
     removeTree(run.jreTemp);
-    failRun("[JREDownload] Failed to decompress JRE archive\n");
+    failRun(status == EXIT_STATUS_LZMA_DISK_FULL ? Failure::DiskFull : Failure::NotUnpacked,
+            "[JREDownload] Failed to decompress JRE archive\n");
   }
 }
 

@@ -15,6 +15,8 @@
 #include "extractor/run.h"
 #include "extractor/start_up.h"
 #include "extractor/tail_stream.h"
+#include "extractor/temp_marks.h"
+#include "support/failure.h"
 
 static ExtractorRun extractorRun;
 
@@ -63,6 +65,8 @@ void extractWrapperTail(char* executablePath, int argc, char** argv, int, char**
   run.argumentCount = argc;
   run.arguments = argv;
   run.elevated = elevated;
+  // Until the silence is decided, any word may be the one that asks for it.
+  allowAlert(!elevated && argc <= 1);
 
   startUp(run);
   finishInterruptedRuntimes(run);
@@ -77,9 +81,11 @@ void extractWrapperTail(char* executablePath, int argc, char** argv, int, char**
     launchWithoutExtraction(run);
   }
   if (lock.isHeld()) {
-    removeOldTempFolders(run);
+    finishRuntimesUnderLock(run);  // those that another installer left since
+    removeAbandonedTempFolders(run);
   }
   install(run);
+  releaseMarks();
   lock.release();
   launchInstalled(run);
 }

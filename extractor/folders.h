@@ -1,6 +1,9 @@
 #ifndef QUORVANE_EXTRACTOR_FOLDERS_H
 #define QUORVANE_EXTRACTOR_FOLDERS_H
 
+#include <string>
+#include <vector>
+
 struct ExtractorRun;
 
 // Folders of the master folder: temporary ones that an installation fills, and version folders that
@@ -15,14 +18,20 @@ void nameTempFolder(const ExtractorRun& run, char* dst);
 // there already, a link above all, is never taken for it.
 [[nodiscard]] int createTempFolder(const ExtractorRun& run, char* path);
 
-// Makes the temporary folder `temp` the version folder `target`. One that stands there already is
-// replaced, never mixed with the new content: in one step where the system can do that, elsewhere
-// it stands aside until the new one is complete; what stands there and is no folder is removed
-// first, a link without following it. A file system that only lets folders be copied
-// gets a copy that is compared with its source. When `target` cannot be made complete, what stood
-// there before stands there again, `temp` is removed, and the process ends with status 1 and a
-// logged error line that names `component`.
+// Makes the temporary folder `temp` the version folder `target`. One that exists already is
+// replaced: in one step where the system can do that, elsewhere it waits aside until the new one is
+// complete. What the earlier one holds and the new one lacks was made by the application or its
+// user, as no archive says what an earlier one brought: it is there at the same place afterwards,
+// and is added to the new one before the step. Names that both hold are the new one's. `ownLinks`
+// are places at which a link is an earlier installation's own and is not taken along.
+//
+// What is there and is no folder is removed first, a link without following it. A file system that
+// only lets folders be copied gets a copy that is compared with its source. When `target` cannot be
+// made complete, or something of the earlier one cannot be kept, that is there again, or still is,
+// `temp` is removed, and the process ends with status 1 and a logged error line that names
+// `component`. An earlier one that cannot be put back stays in the master folder as
+// "QuorvaneKept-...", which a logged line names and no later run removes.
 void moveIntoPlace(const ExtractorRun& run, const char* component, const char* temp,
-                   const char* target);
+                   const char* target, const std::vector<std::string>& ownLinks = {});
 
 #endif

@@ -8,6 +8,7 @@
 #include "launcher/version_folders.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/logging.h"
 #include "support/splash.h"
 
@@ -21,10 +22,10 @@ static int launchUpdater(const ExtractorRun& run, const char* guFolderName, cons
 
 [[noreturn]] static void closeAndLaunch(ExtractorRun& run, const char* guFolderName) {
   closeTailStream(run);
-  if (!run.elevated) {
-    launchUpdater(run, guFolderName, run.jreName, LAUNCH_APPLICATION);
+  if (run.elevated) {
+    endProcess(EXIT_SUCCESS);
   }
-  endProcess(EXIT_SUCCESS);
+  endWithZeroAfter(launchUpdater(run, guFolderName, run.jreName, LAUNCH_APPLICATION));
 }
 
 void launchWithoutExtraction(ExtractorRun& run) {
@@ -46,6 +47,7 @@ int probeSystemJava(const ExtractorRun& run, const char* guFolderName, const cha
   return launchUpdater(run, guFolderName, java, LAUNCH_COMPATIBILITY);
 }
 
-void doElevatedSetupAndLaunch(const char*, int, char**, bool, const char*, const char*) {
-  endProcess(EXIT_STATUS_FAILURE);
+void doElevatedSetupAndLaunch(const char*, int, char**, bool, const char* masterFolder,
+                              const char*) {
+  failProcess(EXIT_STATUS_FAILURE, failureOfWriting(0, masterFolder));
 }

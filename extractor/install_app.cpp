@@ -18,7 +18,7 @@ void extractApp(ExtractorRun& run) {
   logMessage("[Extractor] APP folder is %s\n", run.appFolder);
   logMessage("[Extractor] APP temp is %s\n", run.appTemp);
   if (createTempFolder(run, run.appTemp) != 0) {
-    failRun("Unable to create App Temp folder\n");
+    failRun(failureOfWriting(0, run.masterFolder), "Unable to create App Temp folder\n");
   }
   logMessage("[Extractor] Extracting App...\n");
   requireNextArchive(run, kApplication, run.unpack200Path, run.appTemp);
@@ -29,7 +29,8 @@ void extractApp(ExtractorRun& run) {
 static void requireContent(const ExtractorRun& run) {
   if (allNames(openFolder(run.appTemp)).empty()) {
     removeTree(run.appTemp);
-    failRun("[Extractor] The archives of the %s are empty, nothing of it is installed\n",
+    failRun(Failure::ArchiveDamaged,
+            "[Extractor] The archives of the %s are empty, nothing of it is installed\n",
             kApplication);
   }
 }

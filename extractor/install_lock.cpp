@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <vector>
 
+#include "support/failure.h"
 #include "support/folder_walk.h"
 #include "support/logging.h"
 #include "support/owned.h"
@@ -39,16 +40,27 @@ static int openLockFile(const char* masterFolder) {
   return handle;
 }
 
-InstallLock::InstallLock(const char* masterFolder) : handle_(openLockFile(masterFolder)) {
-  constexpr int kTries = 6000;
+// The lock that this process holds, to be let go before an alert that may stay for hours.
+static InstallLock* currentLock = nullptr;
+
+static void releaseCurrentLock() {
+  if (currentLock != nullptr) {
+    currentLock->release();
+  }
+}
+
+InstallLock::InstallLock(const char* masterFolder, Wait wait)
+    : handle_(openLockFile(masterFolder)) {
   constexpr useconds_t kPauseMicroseconds = 100000;
+  const int tries = wait == Wait::Never ? 0 : 6000;
   for (int i = 0; handle_ >= 0 && flock(handle_, LOCK_EX | LOCK_NB) != 0; ++i) {
-    if (errno != EWOULDBLOCK && errno != EINTR) {
+    if (errno == EINTR) {
+      continue;
+    }
+    if (errno != EWOULDBLOCK) {
       release();
-    } else if (i == kTries) {
-      logMessage("[Extractor] The other installer does not end, will not wait any longer\n");
-      anothers_ = true;
-      release();
+    } else if (i >= tries) {
+      giveUp(wait);
     } else {
       if (i == 0) {
         logMessage("[Extractor] Another installer is at work, waiting for it\n");
@@ -56,9 +68,21 @@ InstallLock::InstallLock(const char* masterFolder) : handle_(openLockFile(master
       usleep(kPauseMicroseconds);
     }
   }
+  currentLock = this;
+  setBeforeAlert(releaseCurrentLock);
+}
+
+void InstallLock::giveUp(Wait wait) {
+  if (wait != Wait::Never) {
+    logMessage("[Extractor] The other installer does not end, will not wait any longer\n");
+  }
+  anothers_ = true;
+  release();
 }
 
 InstallLock::~InstallLock() {
+  setBeforeAlert(nullptr);
+  currentLock = nullptr;
   release();
 }
 

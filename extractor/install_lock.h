@@ -7,9 +7,12 @@
 // master folder. The system releases it when its process dies, however that happens. Main thread.
 class InstallLock {
  public:
+  enum class Wait { TenMinutes, Never };
+
   // Waits until no other installer holds the lock, for ten minutes at most; says so in the log when
-  // it has to wait. Without the right to create the lock's file there is no lock.
-  explicit InstallLock(const char* masterFolder);
+  // it has to wait. Or never waits, and says nothing. Without the right to create the lock's file
+  // there is no lock.
+  explicit InstallLock(const char* masterFolder, Wait wait = Wait::TenMinutes);
   ~InstallLock();
   InstallLock(const InstallLock&) = delete;
   InstallLock& operator=(const InstallLock&) = delete;
@@ -17,13 +20,15 @@ class InstallLock {
   // Whether this process holds the lock.
   [[nodiscard]] bool isHeld() const { return handle_ >= 0; }
 
-  // Whether the wait ended with another installer still at work.
+  // Whether the wait, if any, ended with another installer still at work.
   [[nodiscard]] bool isHeldByAnother() const { return anothers_; }
 
   // Lets go of the lock before the end of the scope; does nothing where it is not held.
   void release();
 
  private:
+  void giveUp(Wait wait);
+
   int handle_ = -1;
   bool anothers_ = false;
 };

@@ -84,7 +84,8 @@ static void requireLaunchFile(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   if (!isPlainFile(setPath(path, run.guTemp, LAUNCH_FILE_NAME))) {
     removeTree(run.guTemp);
-    failRun("[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",
+    failRun(Failure::ArchiveDamaged,
+            "[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",
             kUpdater);
   }
 }

@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include <cstring>
-#include <ctime>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "extractor/jre_layout.h"
 #include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
+#include "extractor/temp_marks.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
@@ -19,7 +19,6 @@
 #include "support/paths.h"
 
 static const char kTempPrefix[] = "QuorvaneTemp-";
-static const time_t kOneDay = 24 * 60 * 60;
 
 static bool endsIn(const std::string& name, const std::string& end) {
   return name.size() >= end.size() && name.compare(name.size() - end.size(), end.size(), end) == 0;
@@ -137,24 +136,24 @@ void finishInterruptedRuntimes(const ExtractorRun& run) {
   if (unfinishedRuntimesIn(run.masterFolder).empty()) {
     return;
   }
-  const InstallLock lock(run.masterFolder);
+  const InstallLock lock(run.masterFolder, InstallLock::Wait::Never);
   if (lock.isHeldByAnother()) {
+    logMessage("[Extractor] Another installer is at work, unfinished runtimes are left to it\n");
     return;
   }
+  finishRuntimesUnderLock(run);
+}
+
+void finishRuntimesUnderLock(const ExtractorRun& run) {
   for (const std::string& bundle : unfinishedRuntimesIn(run.masterFolder)) {
     finish(run, bundle);
   }
 }
 
-static bool isOld(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0 && time(nullptr) - status.st_mtime > kOneDay;
-}
-
-void removeOldTempFolders(const ExtractorRun& run) {
+void removeAbandonedTempFolders(const ExtractorRun& run) {
   for (const std::string& path : pathsIn(run.masterFolder)) {
     const bool isTemp = strncmp(pathToFile(path.c_str()), kTempPrefix, strlen(kTempPrefix)) == 0;
-    if (isTemp && isFolder(path.c_str()) && isOld(path)) {
+    if (isTemp && isFolder(path.c_str()) && isAbandoned(path.c_str())) {
       logMessage("[Extractor] Removing old temporary folder %s\n", path.c_str());
       removeTree(path.c_str());
     }

@@ -13,6 +13,8 @@
 #include "support/logging.h"
 #include "support/paths.h"
 
+static const char kHome[] = "Contents/Home";
+static const char kExecutable[] = "Contents/MacOS/JavaAppletPlugin";
 static const char kLayoutSection[] = "OSX JRE initialisation";
 
 namespace {
@@ -38,8 +40,8 @@ static Layout layoutOf(const char* bundlePath) {
   Layout layout;
   layout.bundle = bundlePath;
   layout.plain = plainFolderOf(layout.bundle);
-  layout.home = childPath(layout.bundle, "Contents/Home");
-  layout.executable = childPath(layout.bundle, "Contents/MacOS/JavaAppletPlugin");
+  layout.home = childPath(layout.bundle, kHome);
+  layout.executable = childPath(layout.bundle, kExecutable);
   layout.library = childPath(layout.plain, "lib/libnpjp2.dylib");
   layout.helper = childPath(layout.plain, "lib/jspawnhelper");
   return layout;
@@ -74,14 +76,22 @@ static void removeFile(const std::string& path) {
   }
 }
 
+std::vector<std::string> hiddenNamesIn(const char* folder) {
+  return namesIn(folder, true);
+}
+
+std::vector<std::string> linksOfLayout() {
+  return {kHome, kExecutable};
+}
+
 void removeHiddenFiles(const char* folder) {
-  for (const std::string& name : namesIn(folder, true)) {
+  for (const std::string& name : hiddenNamesIn(folder)) {
     removeFile(childPath(folder, name));
   }
 }
 
-void returnHiddenFolders(const char* plain, const char* home) {
-  const std::vector<std::string> names = namesIn(plain, true);
+void returnHiddenFolders(const char* plain, const char* home,
+                         const std::vector<std::string>& names) {
   struct stat status {};
   if (names.empty() || stat(plain, &status) != 0 || mkdir(home, 0777) != 0) {
     return;
@@ -135,7 +145,7 @@ static bool moveHomeWhole(const Layout& layout) {
   if (rename(home, layout.plain.c_str()) != 0) {
     return false;
   }
-  returnHiddenFolders(layout.plain.c_str(), home);
+  returnHiddenFolders(layout.plain.c_str(), home, hiddenNamesIn(layout.plain.c_str()));
   return true;
 }
 

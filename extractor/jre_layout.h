@@ -2,6 +2,7 @@
 #define QUORVANE_EXTRACTOR_JRE_LAYOUT_H
 
 #include <string>
+#include <vector>
 
 // The two views of one Java runtime in a master folder: the plain folder, which holds the runtime
 // itself, and beside it the bundle of the same name plus ".plugin", whose Contents/Home is a link
@@ -21,11 +22,18 @@ void initOSXJRE(const char* bundlePath);
 // file that cannot be removed stays without a word.
 void removeHiddenFiles(const char* folder);
 
-// Gives what is hidden in `plain`, to which a Java home was moved whole, back to the bundle, where
-// the folder `home` is made again for it with the same mode: it does not belong to the plain
-// folder. Where nothing is hidden there, or something stands at `home` already, nothing is done.
+// Returns the names in `folder` that begin with '.', but for "." and "..".
+std::vector<std::string> hiddenNamesIn(const char* folder);
+
+// Gives the hidden entries `names` of `plain`, to which a Java home was moved whole, back to the
+// bundle, where the folder `home` is made again for them with the same mode: they do not belong to
+// the plain folder. Where there are none, or something exists at `home` already, nothing is done.
 // What cannot be moved stays without a word.
-void returnHiddenFolders(const char* plain, const char* home);
+void returnHiddenFolders(const char* plain, const char* home,
+                         const std::vector<std::string>& names);
+
+// Returns the places in a bundle at which a link is the layout's own.
+std::vector<std::string> linksOfLayout();
 
 // Returns whether the bundle at `bundlePath`, once initOSXJRE() has run, is known to lack the link
 // that makes the plug-in library its executable.

@@ -3,6 +3,7 @@
 #include "extractor/jre_layout.h"
 #include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/owned.h"
 #include "support/paths.h"
@@ -21,6 +22,10 @@ void requireJavaInTemp(ExtractorRun& run) {
   if (holdsJava(setPath(home, run.jreTemp, "Contents", "Home"))) {
     return;
   }
+  // An archive that is rejected takes the folder with it.
+  const Failure failure =
+      isFolder(run.jreTemp) ? Failure::ArchiveDamaged : Failure::SignatureRefused;
   removeTree(run.jreTemp);
-  failRun("[Extractor] The JRE archive was rejected or holds no bin/java, it is not installed\n");
+  failRun(failure,
+          "[Extractor] The JRE archive was rejected or holds no bin/java, it is not installed\n");
 }

@@ -5,7 +5,8 @@
 
 static void requireRoom(const ExtractorRun& run, const char* key, const char* value) {
   if (!propertyFits(run.launchProperties, LAUNCH_PROPERTIES_SIZE, key, value)) {
-    failRun("[Extractor] The launch properties do not fit their %d bytes: %.200s\n",
+    failRun(Failure::BundleUnusable,
+            "[Extractor] The launch properties do not fit their %d bytes: %.200s\n",
             LAUNCH_PROPERTIES_SIZE, key);
   }
 }

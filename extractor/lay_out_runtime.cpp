@@ -10,10 +10,13 @@
 
 #include "extractor/folders.h"
 #include "extractor/jre_layout.h"
+#include "extractor/temp_marks.h"
 #include "platform/exchange_folders.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
+#include "support/missing_entries.h"
+#include "support/owned.h"
 #include "support/paths.h"
 
 static std::string plainNameOf(const char* bundle) {
@@ -30,9 +33,43 @@ static void removeLinkInHome(const char* bundle) {
   }
 }
 
+static bool haveSameBytes(const std::string& one, const std::string& other) {
+  const Stream first(fopen(one.c_str(), "rb"));
+  const Stream second(fopen(other.c_str(), "rb"));
+  int byte = 0;
+  while (first != nullptr && second != nullptr && (byte = getc(first.get())) != EOF) {
+    if (byte != getc(second.get())) {
+      return false;
+    }
+  }
+  return first != nullptr && second != nullptr && feof(first.get()) != 0 &&
+         getc(second.get()) == EOF && feof(second.get()) != 0;
+}
+
+// The copies of java under an application's name that a launch made. Those of another java would
+// start in its place; the next launch makes them anew.
+static std::vector<std::string> copiesOfJavaIn(const char* home) {
+  const std::string bin = childPath(home, "bin");
+  const std::string java = childPath(bin, "java");
+  std::vector<std::string> copies;
+  for (const std::string& name : allNames(openFolderWithoutLink(bin.c_str()))) {
+    const std::string file = childPath(bin, name);
+    if (name != "java" && isPlainFile(file.c_str()) && haveSameBytes(file, java)) {
+      copies.push_back("bin/" + name);
+    }
+  }
+  return copies;
+}
+
+// What the earlier home holds and the new one lacks was made by its user, or by the application.
+static bool keepEarlierEntries(const char* earlierHome, const char* home) {
+  return addMissingEntries(earlierHome, home, copiesOfJavaIn(earlierHome));
+}
+
 // Puts the bundle's home in the place of the earlier one, and that aside, without a moment at which
-// a program that runs from the earlier one would miss its files. Hidden files and folders do not
-// come along. Where the system cannot exchange folders no home is moved. Returns whether they were.
+// a program that runs from the earlier one would miss its files, or its user's. Hidden files and
+// folders of the new one do not come along. Where the system cannot exchange folders no home is
+// moved. Returns whether they were.
 static bool exchangeHomes(const char* bundle, const char* earlierHome, const char* aside) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
@@ -41,11 +78,12 @@ static bool exchangeHomes(const char* bundle, const char* earlierHome, const cha
   }
   removeHiddenFiles(home);
   removeLinkInHome(bundle);
+  const std::vector<std::string> hidden = hiddenNamesIn(home);
   if (rename(home, aside) != 0) {
     return false;
   }
-  if (exchangeFolders(aside, earlierHome)) {
-    returnHiddenFolders(earlierHome, home);
+  if (keepEarlierEntries(earlierHome, aside) && exchangeFolders(aside, earlierHome)) {
+    returnHiddenFolders(earlierHome, home, hidden);
     return true;
   }
   static_cast<void>(rename(aside, home));
@@ -90,17 +128,22 @@ static bool changePlaces(const ExtractorRun& run, const char* aside, const char*
   return false;
 }
 
+// Lets the bundle be one of the earlier runtime, with nothing of its own home.
+static void linkEarlier(const char* bundle) {
+  char home[PATH_BUFFER_SIZE];
+  if (!removeTree(setPath(home, bundle, "Contents", "Home"))) {
+    remove(home);  // the link of a home that was moved whole
+  }
+  initOSXJRE(bundle);
+}
+
 // Lays out the earlier runtime, which waits aside, in the place of the new one, which could not be
 // moved there.
 static void takeBack(const ExtractorRun& run, const char* bundle, const char* earlierHome,
                      const char* aside) {
-  char home[PATH_BUFFER_SIZE];
   if (changePlaces(run, aside, earlierHome)) {
     removeTree(aside);
-    if (!removeTree(setPath(home, bundle, "Contents", "Home"))) {
-      remove(home);  // the link of a home that was moved whole
-    }
-    initOSXJRE(bundle);
+    linkEarlier(bundle);
   }
 }
 
@@ -126,25 +169,49 @@ static bool isContentKnown(const char* bundle) {
   return holdsJava(home) || holdsJava(bundle) || (lacksJava(home) && lacksJava(bundle));
 }
 
-// Takes what stands in the plain folder's place aside, by an exchange with the new home where that
-// is possible. Returns whether it is aside.
+// Takes what is in the plain folder's place aside, by an exchange with the new home where that is
+// possible; else what only the earlier home holds is added before to the new one, which is the
+// bundle itself where that is a plain Java home. Returns whether it is aside.
 static bool takeAside(const char* bundle, const char* earlierHome, const char* aside) {
-  return exchangeHomes(bundle, earlierHome, aside) || rename(earlierHome, aside) == 0;
+  if (exchangeHomes(bundle, earlierHome, aside)) {
+    return true;
+  }
+  char home[PATH_BUFFER_SIZE];
+  const bool hasHome = isFolder(setPath(home, bundle, "Contents", "Home"));
+  return keepEarlierEntries(earlierHome, hasHome ? home : bundle) &&
+         rename(earlierHome, aside) == 0;
+}
+
+// Whether the bundle is known to bring no Java where the earlier runtime may have one.
+static bool isWorseThan(const char* earlierHome, const char* bundle) {
+  char home[PATH_BUFFER_SIZE];
+  setPath(home, bundle, "Contents", "Home");
+  return lacksJava(home) && lacksJava(bundle) && !lacksJava(earlierHome);
 }
 
 bool layOutRuntime(const ExtractorRun& run, const char* bundle, const char* earlierHome) {
-  char aside[PATH_BUFFER_SIZE];
-  nameTempFolder(run, aside);
-  const bool mustMakeWay = earlierHome != nullptr && !isKnownMissing(earlierHome);
-  if (mustMakeWay && !(isContentKnown(bundle) && takeAside(bundle, earlierHome, aside))) {
+  if (earlierHome == nullptr || isKnownMissing(earlierHome)) {
+    static_cast<void>(initWhole(bundle));
+    return true;
+  }
+  // Looked at first: with the earlier one's files added, it would pass for a runtime.
+  if (isWorseThan(earlierHome, bundle)) {
+    linkEarlier(bundle);
     return false;
   }
-  const bool isWhole = initWhole(bundle);
-  if (mustMakeWay && (!isWhole || lacksJava(earlierHome)) && !lacksJava(aside)) {
+  char aside[PATH_BUFFER_SIZE];
+  nameTempFolder(run, aside);
+  const Descriptor mark = markFolder(earlierHome);  // it will have the temporary folder's name
+  if (!isContentKnown(bundle) || !takeAside(bundle, earlierHome, aside)) {
+    return false;
+  }
+  const bool isWhole = initWhole(bundle) && !lacksJava(earlierHome);
+  const bool isKept = keepEarlierEntries(aside, earlierHome);
+  if (!isKept || (!isWhole && !lacksJava(aside))) {
     takeBack(run, bundle, earlierHome, aside);
     return false;
   }
-  if (mustMakeWay && !removeTree(aside)) {
+  if (!removeTree(aside)) {
     remove(aside);  // a link, or a file, in the place of the folder
   }
   return true;

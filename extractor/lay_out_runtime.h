@@ -15,13 +15,13 @@ struct ExtractorRun;
 [[nodiscard]] bool isMoveCutShort(const char* bundle);
 
 // Prepares the bundle `bundle`, a version folder, with initOSXJRE(). An earlier runtime of the same
-// version, or what else stands in its place, in `earlierHome`, null when nothing is to be looked
-// for, is taken out of its way first, because its entries and the new ones must not mix, in one
-// step where the system can do that, and removed once the new one stands. Where it cannot be taken
-// away, or the system cannot tell what the bundle brings, it stays, and a later run goes on. Where
-// the new one did not get to its place whole, or is known to have no Java there, but the earlier
-// one may have one, that comes back, linked into the bundle. Returns whether the new one was laid
-// out. Main thread.
+// version, or what else is in its place, in `earlierHome`, null when nothing is to be looked for,
+// is replaced, in one step where the system can do that. What it holds and the new one lacks is its
+// user's or the application's and is added to the new one before, but for copies of its java. Where
+// it cannot be taken away, or the system cannot tell what the bundle brings, it stays, and a later
+// run goes on. Where the new one is known to have no Java, but the earlier one may have one, or
+// where the new one did not get to its place whole, or lacks something of the earlier one, that
+// comes back, linked into the bundle. Returns whether the new one was laid out. Main thread.
 [[nodiscard]] bool layOutRuntime(const ExtractorRun& run, const char* bundle,
                                  const char* earlierHome);
 

@@ -1,15 +1,23 @@
+#include <cstdio>
 #include <cstring>
 
 #include "extractor/extract_wrapper_tail.h"
+#include "extractor/silent_start.h"
+#include "extractor/window_use.h"
+#include "launcher/app_shell.h"
 #include "launcher/application.h"
-#include "launcher/url_events.h"
 #include "platform/display.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
+#include "support/keep_alive.h"
+#include "support/process_start.h"
+#include "support/splash.h"
+#include "support/window_events.h"
 
 // How long a URL that opened the application may take to arrive.
 static const double kUrlSeconds = 0.1;
 
-// Removes a leading "--elevated" from the arguments and returns whether it stood there.
+// Removes a leading "--elevated" from the arguments and returns whether it was there.
 static bool takeElevatedFlag(int* argc, char** argv) {
   if (*argc < 2 || strcmp(argv[1], "--elevated") != 0) {
     return false;
@@ -21,18 +29,32 @@ static bool takeElevatedFlag(int* argc, char** argv) {
   return true;
 }
 
+// Long work answers the application's events from here on: it has a menu, and can be asked to quit.
+// A silent or elevated run never touches the window system.
+static void openWindows(bool isQuiet) {
+  const WindowUse use = chooseWindowUse(isQuiet, isDisplayAvailable, isDisplayRequired());
+  if (use == WindowUse::Refuse) {
+    fputs(missingDisplayMessage(), stderr);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NoWindowSystem);
+  }
+  if (use == WindowUse::Open) {
+    createApplication();
+    letEventsArrive(kUrlSeconds);
+    loadOSXUINib("");
+    setKeepAlive(answerEvents);
+  } else if (use == WindowUse::None) {
+    goWithoutSplash();
+  }
+}
+
 int main(int argc, char** argv) {
+  beginProcess();
   if (argc < 1) {
-    return EXIT_STATUS_FAILURE;
+    failProcess(EXIT_STATUS_FAILURE, Failure::NotStarted);
   }
   const bool elevated = takeElevatedFlag(&argc, argv);
   prepareApplication(argv);
   createAutoreleasePool();
-  // A silent or elevated run works without a window system.
-  if (isDisplayAvailable()) {
-    createApplication();
-    registerOSXEventListener();
-    letEventsArrive(kUrlSeconds);
-  }
+  openWindows(elevated || willBeSilent(argv[0], argc, argv));
   extractWrapperTail(argv[0], argc, argv, 0, nullptr, elevated);
 }

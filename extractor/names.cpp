@@ -8,12 +8,14 @@
 
 void requireFolderNamePart(const char* what, const char* text) {
   if (strchr(text, '/') != nullptr) {
-    failRun("[Extractor] The %s cannot be part of a folder name: %.200s\n", what, text);
+    failRun(Failure::BundleUnusable, "[Extractor] The %s cannot be part of a folder name: %.200s\n",
+            what, text);
   }
 }
 
 [[noreturn]] static void refuseName(const char* what, const char* name) {
-  failRun("[Extractor] The %s cannot name a component: %.200s\n", what, name);
+  failRun(Failure::BundleUnusable, "[Extractor] The %s cannot name a component: %.200s\n", what,
+          name);
 }
 
 void requireDistinctNames(const char* jreName, const char* appName) {

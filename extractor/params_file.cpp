@@ -8,9 +8,9 @@
 #include "extractor/run.h"
 #include "launch/launch_app.h"
 #include "launcher/install_locations.h"
-#include "platform/process_end.h"
 #include "support/base64.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
@@ -31,12 +31,20 @@ static const size_t kShownLength = 99;
 // The scratch text of the log lines that show long values.
 static char logScratch[kShownLength + 1];
 
+char* setFirstParamsPath(char* path, const char* executableDir) {
+  return setPath(path, executableDir, "..", "Resources", "AppParams.excludefromsigning");
+}
+
+char* setSecondParamsPath(char* path, const char* executableDir) {
+  return setPath(path, executableDir, "..", "Resources", "params.lproj", "locversion.plist");
+}
+
 static FILE* openParamsFile(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
-  setPath(path, run.executableDir, "..", "Resources", "AppParams.excludefromsigning");
+  setFirstParamsPath(path, run.executableDir);
   // One that is there and cannot be read is not passed over: it may require signatures.
   if (!doesFileExist(path) && leadsNowhere(path)) {
-    setPath(path, run.executableDir, "..", "Resources", "params.lproj", "locversion.plist");
+    setSecondParamsPath(path, run.executableDir);
   }
   FILE* params = fopen(path, "rb");
   if (params == nullptr) {
@@ -44,7 +52,7 @@ static FILE* openParamsFile(const ExtractorRun& run) {
         "[Extractor] *********************** Failed to extract wrapper params - couldn't open "
         "params "
         "file\n");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::BundleIncomplete);
   }
   return params;
 }
@@ -89,6 +97,9 @@ static void applyProperty(ExtractorRun& run, const char* name, const char* value
     run.dynamic.autotest = true;
   } else if (isNamed("show_no_ui")) {
     run.dynamic.noUi = run.dynamic.noUi || isTrue;
+    if (run.dynamic.noUi) {
+      allowAlert(false);
+    }
   } else if (isNamed("force_spawn")) {
     forceSpawn = isTrue;
   } else if (isNamed("splash_buffer") && value[0] != 0) {
@@ -135,12 +146,12 @@ void readDynamicProperties(ExtractorRun& run) {
   const Stream params(openParamsFile(run));
   const char* marker = reinterpret_cast<const char*>(paramsMarker);
   if (scanToMarker(params.get(), marker, PARAMS_MARKER_SIZE, "Params") < 0) {
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::BundleIncomplete);
   }
   logMessage("[Extractor] Found Params marker. Extracting now...\n");
   readParams(run, params.get());
   // What could not be read may be the line that requires signatures.
   if (ferror(params.get()) != 0) {
-    failRun("[Extractor] The params file cannot be read\n");
+    failRun(Failure::BundleIncomplete, "[Extractor] The params file cannot be read\n");
   }
 }

@@ -30,18 +30,19 @@ static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
   if (isNew && !isMoveCutShort(run.jreFolder) && !lacksJava(home)) {
     return;
   }
+  const Failure failure = failureOfWriting(0, run.masterFolder);  // a removal frees space
   if (isNew) {
     removeTree(home);
     removeTree(run.jreFolder);
   }
-  failRun("[Extractor] The folder of the %s could not be put into place\n", "JRE");
+  failRun(failure, "[Extractor] The folder of the %s could not be put into place\n", "JRE");
 }
 
 static void finishJre(ExtractorRun& run) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, run.jreFolder);
   appendToPath(run.jreFolder, ".plugin");
-  moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder);
+  moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder, linksOfLayout());
   logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
   putHomeIntoPlace(run, home);
   chmod777(run.jreFolder);

@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <cstdlib>
 
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/logging.h"
 
 bool carriesUpdater(const ExtractorRun& run) {
@@ -19,13 +19,26 @@ bool isQuiet(const ExtractorRun& run) {
   return run.silent || run.elevated;
 }
 
-void failRun(const char* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
+__attribute__((format(printf, 1, 0))) static void logErrorArguments(const char* format,
+                                                                    va_list arguments) {
   char* text = nullptr;
   if (vasprintf(&text, format, arguments) >= 0) {
     logError("%s", text);
   }
+}
+
+void failRun(Failure failure, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  logErrorArguments(format, arguments);
   va_end(arguments);
-  endProcess(EXIT_STATUS_FAILURE);
+  failProcess(EXIT_STATUS_FAILURE, failure);
+}
+
+void failRun(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  logErrorArguments(format, arguments);
+  va_end(arguments);
+  failProcess(EXIT_STATUS_FAILURE, Failure::InstallationFailed);
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "support/failure.h"
 #include "support/paths.h"
 
 struct Rsa_key;
@@ -86,7 +87,10 @@ struct ExtractorRun {
 [[nodiscard]] bool isOffline(const ExtractorRun& run);
 [[nodiscard]] bool isQuiet(const ExtractorRun& run);
 
-// Logs the printf-style message as an error and ends the process with EXIT_STATUS_FAILURE.
+// Logs the printf-style message as an error and ends the process with EXIT_STATUS_FAILURE, as
+// failProcess() does with `failure`, or with Failure::InstallationFailed.
+[[noreturn]] void failRun(Failure failure, const char* format, ...)
+    __attribute__((format(printf, 2, 3)));
 [[noreturn]] void failRun(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 #endif

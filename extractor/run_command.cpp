@@ -8,8 +8,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/environment.h"
+#include "support/owned.h"
 #include "support/spawner.h"
+#include "support/start_program.h"
 #include "support/strings.h"
 
 static const size_t kOutputSize = 10000;
@@ -31,14 +32,46 @@ static void collect(FILE* pipe, char* output) {
   }
 }
 
+// Makes a pipe whose ends no other program inherits. Both lie above the standard descriptors, so
+// that what is put in the place of one cannot be the other.
+static bool makePipe(Descriptor* from, Descriptor* to) {
+  int ends[2];
+  if (pipe(ends) != 0) {
+    return false;
+  }
+  const Descriptor madeFrom(ends[0]);
+  const Descriptor madeTo(ends[1]);
+  from->reset(fcntl(ends[0], F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  to->reset(fcntl(ends[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  return from->isOpen() && to->isOpen();
+}
+
+// Starts the shell with its standard output in the pipe. popen() would hand on what is ignored
+// here.
+static int startShell(const char* command, const Descriptor& to, pid_t* child) {
+  const char* const words[] = {"sh", "-c", command, nullptr};
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, to.get(), STDOUT_FILENO);
+  const int error = startProgram(child, "/bin/sh", const_cast<char* const*>(words), &actions);
+  posix_spawn_file_actions_destroy(&actions);
+  return error;
+}
+
 char* runCommandGetOutput(const char* command) {
-  FILE* pipe = popen(command, "r");
-  if (pipe == nullptr) {
+  Descriptor from;
+  Descriptor to;
+  pid_t child = 0;
+  if (!makePipe(&from, &to) || startShell(command, to, &child) != 0) {
     return nullptr;
   }
+  to.reset(-1);  // only the command still writes, so that its end is the pipe's
   char* output = static_cast<char*>(allocZeroed(kOutputSize));
-  collect(pipe, output);
-  pclose(pipe);
+  if (const Stream stream{fdopen(from.get(), "r")}) {
+    from.release();
+    collect(stream.get(), output);
+  }
+  waitForChild(child);
   return output;
 }
 
@@ -56,8 +89,7 @@ int runQuietly(const char* const* words) {
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   pid_t child = 0;
-  const int error =
-      posix_spawn(&child, words[0], &actions, nullptr, const_cast<char* const*>(words), getEnvP());
+  const int error = startProgram(&child, words[0], const_cast<char* const*>(words), &actions);
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) {
     return -1;

@@ -13,6 +13,7 @@
 #include "extractor/names.h"
 #include "extractor/run.h"
 #include "launcher/install_locations.h"
+#include "launcher/silent_word.h"
 #include "support/field_reader.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
@@ -62,23 +63,12 @@ void chooseUpdateUrl(ExtractorRun& run) {
   logMessage("[Extractor] Will use Dynamic Update URL: %s\n", run.updateURL);
 }
 
-bool isSilent(const char* silentParameter, int argumentCount, char* const* arguments) {
-  if (silentParameter == nullptr || silentParameter[0] == 0) {
-    return false;
-  }
-  for (int i = 0; i < argumentCount; ++i) {
-    if (strcmp(arguments[i], silentParameter) == 0) {
-      return true;
-    }
-  }
-  return false;
-}
-
 void decideSilence(ExtractorRun& run) {
   run.silent =
       run.dynamic.noUi || isSilent(run.tail.silentParameter, run.argumentCount, run.arguments);
   logMessage("[Extractor] Is silent install is %d\n", run.silent ? 1 : 0);
   logEndSection("Extracting tail\n");
+  allowAlert(!isQuiet(run));
 }
 
 void addStaticProperties(ExtractorRun& run) {
@@ -125,7 +115,8 @@ void enforceSignatures(const ExtractorRun& run) {
     return;
   }
   if (run.publicKey == nullptr) {
-    failRun("[Extractor] Signatures are required, but there is no usable public key\n");
+    failRun(Failure::BundleUnusable,
+            "[Extractor] Signatures are required, but there is no usable public key\n");
   }
   requireSignature = true;
 }

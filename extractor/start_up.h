@@ -48,10 +48,6 @@ void overrideJreName(ExtractorRun& run);
 // Creates the folder for settings that all users of the application share.
 void makeSharedConfigFolder(const ExtractorRun& run);
 
-// Returns whether `silentParameter` is a word and one of the first `argumentCount` arguments (the
-// program's own path is one of them) equals it exactly.
-[[nodiscard]] bool isSilent(const char* silentParameter, int argumentCount, char* const* arguments);
-
 // Writes the target of the link "/proc/self/exe" into the `size` bytes at `buffer` and logs it.
 // Returns 0, or -1 on failure, which is not logged. For platforms that have that link.
 int getPathToExe(char* buffer, int size);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "extractor/adoptable_home.h"
 #include "extractor/folders.h"
 #include "extractor/hand_over.h"
 #include "extractor/java_version.h"
@@ -12,8 +13,8 @@
 #include "extractor/run_command.h"
 #include "launch/launch_app.h"
 #include "launcher/version_folders.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
@@ -87,9 +88,9 @@ static void trimToHome(char* candidate) {
 
 static bool isAcceptable(const ExtractorRun& run, const SystemJre& jre) {
   logMessage("[JRESearch] Looking at JRE %s\n", jre.java);
-  // Java in /bin has no home that could be copied: it would be the whole system.
-  return jre.home[0] != 0 && doesFileExist(jre.java) && doesFileExist(jre.unpack200) &&
-         jreMatchesVersionRequirement(jre.java, run.tail.requiredJavaVersion);
+  return doesFileExist(jre.java) && doesFileExist(jre.unpack200) &&
+         jreMatchesVersionRequirement(jre.java, run.tail.requiredJavaVersion) &&
+         isAdoptableHome(jre.home);
 }
 
 static bool isShellsJreAcceptable(const ExtractorRun& run, const char* home, SystemJre* jre) {
@@ -131,7 +132,7 @@ static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
   if (latestGU == nullptr) {
     logMessage(
         "[JRESearch] ****************************** No latest App version even after download!\n");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::InstallationFailed);
   }
   const int status = probeSystemJava(run, latestGU, jre.java);
   free(latestGU);

@@ -5,8 +5,8 @@
 #include "extractor/names.h"
 #include "extractor/run.h"
 #include "launcher/tail_marker.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
@@ -23,7 +23,7 @@ static FILE* openForTail(const char* path) {
         "[Extractor] ************************* Failed to extract wrapper tail - couldn't open file "
         "%s\n",
         path);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::BundleIncomplete);
   }
   return stream;
 }
@@ -63,8 +63,9 @@ void readTailFields(ExtractorRun& run) {
   tail.requiredJavaVersion = readString(stream, "Required Java Version");
   tail.updateUrl = readString(stream, "Update URL", kUrlLimit);
   if (ferror(stream) != 0) {
-    failRun("[Extractor] The installer's tail cannot be read\n");
+    failRun(Failure::BundleIncomplete, "[Extractor] The installer's tail cannot be read\n");
   }
+  setAlertName(tail.appName);
   requireFolderNamePart("App Name", tail.appName);
   requireFolderNamePart("App Version", tail.appVersion);
   requireFolderNamePart("JRE Version", tail.jreVersion);
@@ -103,9 +104,11 @@ void requireNextArchive(ExtractorRun& run, const char* component, const char* un
   }
   removeTree(destination);
   if (extraction == Extraction::Rejected) {
-    failRun("[Extractor] The %s archive was rejected, nothing of it is installed\n", component);
+    failRun(Failure::SignatureRefused,
+            "[Extractor] The %s archive was rejected, nothing of it is installed\n", component);
   }
-  failRun("[Extractor] The installer ends before the %s archive\n", component);
+  failRun(Failure::ArchiveDamaged, "[Extractor] The installer ends before the %s archive\n",
+          component);
 }
 
 void closeTailStream(ExtractorRun& run) {

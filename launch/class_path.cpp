@@ -1,7 +1,7 @@
 #include "launch/launch_file.h"
 #include "launch/launch_steps.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/logging.h"
 
@@ -18,7 +18,7 @@ static void requireLength(size_t length, int size, const char* what) {
   if (length >= static_cast<size_t>(size)) {
     logError("Unable to launch: %s of %zu bytes does not fit its %d bytes\n", what, length,
              size - 1);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::InstallationDamaged);
   }
 }
 

@@ -5,8 +5,8 @@
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
 #include "launcher/version_folders.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 
@@ -62,7 +62,7 @@ static void chooseOptionsFile(Launch* launch) {
 static void choosePrivateRuntime(Launch* launch, bool found) {
   if (!found) {
     logError("No private JRE available!\n");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NoRuntime);
   }
   logMessage("[Extractor] Using private JRE %s\n", launch->jreFolderName.c_str());
   choosePrivateExecutable(launch);

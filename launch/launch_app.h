@@ -25,7 +25,9 @@ constexpr int LAUNCH_COMPATIBILITY = 1;  // run the compatibility class on a sys
 // The parameters without a name are accepted and not consulted.
 //
 // LAUNCH_APPLICATION returns 0 when the application ran inside this process or was started as a
-// child, else the error number of the failed start. LAUNCH_COMPATIBILITY waits and returns the
+// child, else the error number of the failed start; where a failure would show an alert
+// (support/failure.h), ECHILD for a child that was started in place of a failed launch in this
+// process and fails within seconds. LAUNCH_COMPATIBILITY waits and returns the
 // probe's exit status, or -1 when it ended by a signal or could not be started. Other classes
 // return -1. Everything is logged.
 //

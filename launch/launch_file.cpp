@@ -2,8 +2,8 @@
 
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/logging.h"
 
@@ -18,7 +18,7 @@ void readLaunchFileHead(Launch* launch) {
   FILE* file = launch->launchFile.get();
   if (file == nullptr) {
     logError("Unable to open launch file %s\n", path);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::InstallationDamaged);
   }
   launch->fileVersion = readInt(file, "LaunchFile VER");
   launch->mainClass = readText(file, "Class");
@@ -48,7 +48,7 @@ static void skipAppJvmOptions(FILE* file) {
   const long count = readInt(file, "App JVM Option Count");
   if (count < 0) {
     logError("Unable to launch: the launch file counts %ld JVM options\n", count);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::InstallationDamaged);
   }
   for (long i = 0; i < count && feof(file) == 0; ++i) {
     readText(file, "App JVM Option Entry");

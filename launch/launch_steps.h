@@ -25,7 +25,9 @@ void addClassPath(Launch* launch);
 void createProperties(Launch* launch);
 
 // Adds the JVM options that last worked with the private runtime, where its options file can be
-// read. A damaged one is an error line and adds none.
+// read. Whatever that holds, the launch goes on: whatever is not an option, or does not fit, is
+// logged and left out. Of those for the JVM's host the command line gets none that the platform's
+// "java" would refuse.
 void addRememberedOptions(Launch* launch);
 
 // Writes the properties into a new file in the application's folder. Ends the process with

@@ -3,14 +3,14 @@
 #include "launch/launch_properties.h"
 #include "launch/launch_steps.h"
 #include "launcher/url_events.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/logging.h"
 
 static void requireProperty(const Launch& launch, const char* key, const char* value) {
   if (!propertyFits(launch.properties.data(), launch.properties.size(), key, value)) {
     logError("Unable to launch: the property %s does not fit the launch properties\n", key);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::BundleUnusable);
   }
 }
 

@@ -2,13 +2,13 @@
 #include "launch/launch_properties.h"
 #include "launch/launch_steps.h"
 #include "launch/retry.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/logging.h"
 
-[[noreturn]] static void failToWrite() {
+[[noreturn]] static void failToWrite(const Launch& launch) {
   logError("Unable to write Launch Properties file! Cannot run!\n");
-  endProcess(EXIT_STATUS_PROPERTIES_NOT_WRITTEN);
+  failProcess(EXIT_STATUS_PROPERTIES_NOT_WRITTEN, failureOfWriting(0, launch.appFolder));
 }
 
 // A file of that name can only be another launch's: it is left alone, and the retry takes a fresh
@@ -37,7 +37,7 @@ void writePropertiesFile(Launch* launch) {
   logMessage("[Extractor] Writing launch properties file\n");
   Stream file = createUnderFreshName(launch);
   if (file == nullptr) {
-    failToWrite();
+    failToWrite(*launch);
   }
   logMessage("[Extractor] Writing to file\n");
   const size_t length = static_cast<size_t>(propsLen(launch->properties.data()));
@@ -45,7 +45,7 @@ void writePropertiesFile(Launch* launch) {
       fwrite(launch->properties.data(), 1, length, file.get()) == length && fflush(file.get()) == 0;
   if (fclose(file.release()) != 0 || !written) {
     remove(launch->propertiesFile);
-    failToWrite();
+    failToWrite(*launch);
   }
   logMessage("[Extractor] Finished writing launch properties file\n");
 }

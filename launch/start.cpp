@@ -1,17 +1,19 @@
-#include <spawn.h>
 #include <sys/wait.h>
+
+#include <cerrno>
 
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
 #include "launcher/bundle_loader.h"
+#include "launcher/java_host.h"
 #include "launcher/jvm_launch.h"
-#include "platform/environment.h"
+#include "support/failure.h"
 #include "support/logging.h"
 #include "support/spawner.h"
+#include "support/start_program.h"
 
 static int spawnCommandLine(Launch* launch, pid_t* child) {
-  return posix_spawn(child, launch->executable, nullptr, nullptr,
-                     launch->commandLine.entries.data(), getEnvP());
+  return startProgram(child, launch->executable, launch->commandLine.entries.data());
 }
 
 static void loadRuntimeBundle(const char* jreFolder) {
@@ -19,32 +21,52 @@ static void loadRuntimeBundle(const char* jreFolder) {
   loadOSXBundle(appendToPath(setPath(path, jreFolder), ".plugin"));
 }
 
+static void endJniSection(int code) {
+  logMessage("[Extractor] Return code for JNI launch was %d\n", code);
+  logEndSection("JNI Launch\n");
+}
+
+[[noreturn]] static void endAfterJava() {
+  endJniSection(0);
+  endWithZeroAfter(0);
+}
+
 static bool startInProcess(Launch* launch, const char* jreFolder) {
   logMessage("[Extractor] Force spawn is %d so attempting to launch via JNI\n", forceSpawn);
   logStartSection("JNI Launch\n");
+  if (!launch->appName.empty()) {
+    setHostedName(launch->appName.c_str());
+  }
+  setEndForHeldMainThread(endAfterJava);
   const int code =
       launchJavaJNI(launch->mainClass.c_str(), jreFolder, textCount(launch->jvmOptions),
                     launch->jvmOptions.entries.data(), textCount(launch->classPath),
                     launch->classPath.entries.data(), textCount(launch->appArguments),
                     launch->appArguments.entries.data());
-  logMessage("[Extractor] Return code for JNI launch was %d\n", code);
-  logEndSection("JNI Launch\n");
+  endJniSection(code);
   if (code != 0) {
     logMessage("[Extractor] JNI launch failed. Attempting legacy spawn instead\n");
   }
   return code == 0;
 }
 
-static int startAsChild(Launch* launch) {
+static int startAsChild(Launch* launch, pid_t* child) {
   logMessage("[Extractor] Attempting spawn launch\n");
   logStartSection("Spawn launch\n");
   closeLoggedFile();
-  pid_t child = 0;
-  const int error = spawnCommandLine(launch, &child);
+  const int error = spawnCommandLine(launch, child);
   if (error != 0) {
     logError("Launch Error %d.\n", error);
+    noteFailure(Failure::NotStarted);
   }
   return error;
+}
+
+// A child that is started because Java did not run in this process may end for the same reason, and
+// nobody would see what it printed. Where an alert can say so, it gets some seconds for that.
+static bool failsLikeTheFirst(pid_t child) {
+  constexpr int kSeconds = 5;
+  return isAlertAllowed() && childFailsWithin(child, kSeconds);
 }
 
 static int startApplication(Launch* launch) {
@@ -55,7 +77,10 @@ static int startApplication(Launch* launch) {
   if (!forceSpawn && startInProcess(launch, jreFolder)) {
     return 0;
   }
-  return startAsChild(launch);
+  pid_t child = 0;
+  const int error = startAsChild(launch, &child);
+  const bool isSecondAttempt = !forceSpawn && error == 0;
+  return isSecondAttempt && failsLikeTheFirst(child) ? ECHILD : error;
 }
 
 // Waits for the probe and returns its exit status, or -1 when a signal ended it.

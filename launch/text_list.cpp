@@ -1,7 +1,7 @@
 #include "launch/text_list.h"
 
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/logging.h"
 
 static char* keepText(TextList* list, const char* text) {
@@ -25,7 +25,7 @@ void requireRoom(const TextList& list, long count) {
   if (!hasRoom(list, count)) {
     logError("Unable to launch: %ld more entries do not fit the %s, which has room for %d\n", count,
              list.name, roomLeft(list));
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::InstallationDamaged);
   }
 }
 

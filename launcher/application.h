@@ -9,9 +9,10 @@
 // where it would take them for files to open or for its own settings.
 void prepareApplication(char** argv);
 
-// Creates the shared application object. Where no window system can be reached, says so in one line
-// on standard error and ends the process with status 1. The Java thread is started after this call,
-// never before it.
+// Creates the shared application object with its delegate, which receives URLs and files to open
+// (launcher/url_events.h) and asks to quit. Where no window system can be reached, says so in one
+// line on standard error and ends the process with status 1. The Java thread is started after this
+// call, never before it.
 void createApplication();
 
 // Returns a new autorelease pool for the calling thread, to be given to drainAutoreleasePool().

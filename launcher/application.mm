@@ -4,19 +4,30 @@
 
 #import <AppKit/AppKit.h>
 
-#include "platform/process_end.h"
+#include "launcher/application_delegate.h"
+#include "launcher/url_events.h"
+#include "platform/display.h"
 #include "platform/toolkit.h"
 #include "platform/window_system.h"
+#include "support/application_launch.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/window_events.h"
 
 void prepareApplication(char** argv) { prepareToolkit(argv); }
 
 void createApplication() {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   if (!openWindowSystem()) {
-    fputs("No display: DISPLAY names no window system that can be reached.\n", stderr);
-    endProcess(EXIT_STATUS_FAILURE);
+    fputs(missingDisplayMessage(), stderr);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NoWindowSystem);
   }
+  // The application does not own its delegate, which lives as long as the process.
+  [NSApp setDelegate:(id)[[ApplicationDelegate alloc] init]];
+  if (keepsEarlyEventHandlers()) {
+    registerOSXEventListener();
+  }
+  [pool release];
 }
 
 void* createAutoreleasePool() { return [[NSAutoreleasePool alloc] init]; }
@@ -25,7 +36,7 @@ void drainAutoreleasePool(void* pool) { [static_cast<NSAutoreleasePool*>(pool) d
 
 void letEventsArrive(double seconds) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  [NSApp finishLaunching];
+  finishLaunching();
   handleEvents(seconds);
   [pool release];
 }

@@ -5,13 +5,13 @@
 #import <CoreFoundation/CoreFoundation.h>
 #import <Foundation/Foundation.h>
 
+#import "support/cocoa_text.h"
 #include "support/logging.h"
 
 // Returns a bundle that stays for the life of the process, or null.
 static CFBundleRef createBundle(const char* path) {
   logMessage("[BundleLoader] Creating jre path URL for path %s\n", path);
-  NSString* text = [NSString stringWithUTF8String:path];
-  NSURL* url = text == nil ? nil : [NSURL fileURLWithPath:text isDirectory:YES];
+  NSURL* url = [NSURL fileURLWithPath:textFromUTF8(path) isDirectory:YES];
   logMessage("[BundleLoader] Created NSURL\n");
   NSLog(@"[BundleLoader] URL is %@\n", url);
   return url == nil ? NULL : CFBundleCreate(kCFAllocatorDefault, (CFURLRef)url);

@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
@@ -39,7 +39,7 @@ static void setUserDirectory(char* path) {
   const char* home = homeFolder();
   if (home == nullptr) {
     logMessage("ERROR: Unable to get shared dir!");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NoHomeFolder);
   }
   logMessage("HomeDir is %s\n", home);
   setPath(path, home);
@@ -52,7 +52,7 @@ char* locateSharedDirectory(const char* installType) {
   char* path = static_cast<char*>(calloc(PATH_BUFFER_SIZE, 1));
   if (path == nullptr) {
     logMessage("ERROR: Unable to get shared dir!");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NotStarted);
   }
   if (strcmp(installType, "perm_all") == 0) {
     logMessage("Permanent install for all users\n");

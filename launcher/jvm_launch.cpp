@@ -7,10 +7,21 @@
 #include <cstdlib>
 #include <vector>
 
+#include "launcher/app_shell.h"
+#include "launcher/event_loop.h"
+#include "launcher/java_end.h"
+#include "launcher/java_host.h"
+#include "launcher/java_text.h"
+#include "launcher/java_thread.h"
 #include "platform/main_thread.h"
 #include "platform/process_end.h"
+#include "support/failure.h"
 #include "support/logging.h"
 #include "support/strings.h"
+
+static const int kLaunchFailed = 1;
+
+static void (*endForHeldMainThread)() = nullptr;
 
 namespace {
 
@@ -22,6 +33,16 @@ struct Texts {
   char** texts;
 
   const char* at(int i) const { return texts[i] == nullptr ? "" : texts[i]; }
+};
+
+// The whole of one launch.
+struct JavaRun {
+  const char* mainClass;
+  const char* jreFolder;
+  Texts options;
+  Texts classPath;
+  Texts arguments;
+  int result;
 };
 
 struct RunningVm {
@@ -64,7 +85,9 @@ static std::vector<JavaVMOption> buildOptions(const Texts& options, const Texts&
     free(classPathOption);
   }
   for (int i = 0; i < options.count; ++i) {
-    list.push_back({cloneString(options.at(i)), nullptr});
+    if (!isForHostOnly(options.at(i))) {
+      list.push_back({cloneString(options.at(i)), nullptr});
+    }
   }
   for (size_t i = 0; i < list.size(); ++i) {
     logMessage("[JNILaunch] JNI Option %d=%s\n", static_cast<int>(i), list[i].optionString);
@@ -83,9 +106,11 @@ static bool createVm(CreateJavaVm create, std::vector<JavaVMOption> options, Run
   skipExitHandlersSoFar();
   if (create == nullptr || create(&running->vm, &env, &arguments) != JNI_OK) {
     logMessage("[JNILauncher] Create Java VM Failed!\n");
+    noteFailure(Failure::JavaNotStarted);
     return false;
   }
   running->env = static_cast<JNIEnv*>(env);
+  setRunningJava(running->vm);
   return true;
 }
 
@@ -105,6 +130,7 @@ static bool findMain(JNIEnv* env, const char* className, MainCall* call) {
   call->mainClass = env->FindClass(name);
   if (call->mainClass == nullptr) {
     logMessage("[JNILauncher] Searching for clazz failed!\n");
+    noteFailure(Failure::MainClassMissing);
     return false;
   }
   logMessage("[JNILauncher] Searching for main method %s\n", name);
@@ -112,6 +138,7 @@ static bool findMain(JNIEnv* env, const char* className, MainCall* call) {
   if (call->method == nullptr) {
     // Calling on would take the process down inside the JVM.
     logMessage("[JNILauncher] Searching for main method failed!\n");
+    noteFailure(Failure::MainClassMissing);
     env->ExceptionDescribe();
     return false;
   }
@@ -125,12 +152,14 @@ static bool makeArguments(JNIEnv* env, const Texts& arguments, MainCall* call) {
   }
   if (call->arguments == nullptr) {
     logMessage("[JNILauncher] Creating the arguments failed!\n");
+    noteFailure(Failure::NotStarted);
     env->ExceptionDescribe();
     return false;
   }
   for (int i = 0; i < arguments.count; ++i) {
     logMessage("[JNILauncher] Set argument %d to %s\n", i, arguments.at(i));
-    env->SetObjectArrayElement(call->arguments, i, env->NewStringUTF(arguments.at(i)));
+    env->SetObjectArrayElement(call->arguments, i,
+                               env->NewStringUTF(javaText(arguments.at(i)).c_str()));
   }
   return true;
 }
@@ -148,34 +177,76 @@ static void callMain(JNIEnv* env, const MainCall& call) {
 static void destroyVm(JavaVM* vm) {
   logMessage("[JNILauncher] Destroying runtime.\n");
   vm->DestroyJavaVM();
+  setRunningJava(nullptr);
   logMessage("[JNILauncher] Done!\n");
+}
+
+// Runs the whole launch on the calling thread.
+static int runJava(const JavaRun& run) {
+  logMessage("[JNILaunch] [pid=%d] [mainThread=%d]\n", static_cast<int>(getpid()),
+             isMainThread() ? 1 : 0);
+  void* library = loadJVMLibrary(run.jreFolder);
+  if (library == nullptr) {
+    logMessage("[JNILaunch] [ERROR] Unable to load JRE library!\n");
+    noteFailure(Failure::JavaNotStarted);
+    return kLaunchFailed;
+  }
+  const auto create = reinterpret_cast<CreateJavaVm>(dlsym(library, "JNI_CreateJavaVM"));
+  logMessage("[JNILaunch] ------- JNI Launch call -------\n");
+  logInputs(run.options, run.classPath, run.arguments);
+  RunningVm running;
+  MainCall call;
+  if (!createVm(create, buildOptions(run.options, run.classPath), &running) ||
+      !findMain(running.env, run.mainClass, &call) ||
+      !makeArguments(running.env, run.arguments, &call)) {
+    return kLaunchFailed;
+  }
+  callMain(running.env, call);
+  destroyVm(running.vm);
+  return 0;
+}
+
+void setEndForHeldMainThread(void (*function)()) {
+  endForHeldMainThread = function;
+}
+
+// A failed launch has brought no toolkit that could hold the main thread.
+static void* runAndEndLoop(void* argument) {
+  auto* run = static_cast<JavaRun*>(argument);
+  run->result = runJava(*run);
+  endEventLoop();
+  if (run->result == 0 && endForHeldMainThread != nullptr && !waitForEventLoopToEnd()) {
+    endForHeldMainThread();
+  }
+  return nullptr;
+}
+
+// Runs the launch on a thread of its own, and the application's menu and event loop on this one.
+static int runBesideEventLoop(JavaRun* run, size_t stackSize) {
+  pthread_t thread;
+  prepareEventLoop();
+  if (!startJavaThread(&thread, stackSize, runAndEndLoop, run)) {
+    logMessage("[JNILaunch] [ERROR] Unable to start Java's thread!\n");
+    return kLaunchFailed;
+  }
+  loadOSXUINib("");
+  runEventLoopUntilEnded();
+  pthread_join(thread, nullptr);
+  return run->result;
 }
 
 int launchJavaJNI(const char* mainClass, const char* jreFolder, int jvmOptionCount,
                   char** jvmOptions, int classPathCount, char** classPath, int argumentCount,
                   char** arguments) {
-  constexpr int kFailed = 1;
-  const Texts options{jvmOptionCount, jvmOptions};
-  const Texts classPathTexts{classPathCount, classPath};
-  const Texts argumentTexts{argumentCount, arguments};
-  logMessage("[JNILaunch] [pid=%d] [mainThread=%d]\n", static_cast<int>(getpid()),
-             isMainThread() ? 1 : 0);
-  void* library = loadJVMLibrary(jreFolder);
-  if (library == nullptr) {
-    logMessage("[JNILaunch] [ERROR] Unable to load JRE library!\n");
-    return kFailed;
+  JavaRun run{mainClass,
+              jreFolder,
+              {jvmOptionCount, jvmOptions},
+              {classPathCount, classPath},
+              {argumentCount, arguments},
+              kLaunchFailed};
+  if (!isMainThread()) {
+    return runJava(run);
   }
-  const auto create = reinterpret_cast<CreateJavaVm>(dlsym(library, "JNI_CreateJavaVM"));
-  logMessage("[JNILaunch] ------- JNI Launch call -------\n");
-  logInputs(options, classPathTexts, argumentTexts);
-  RunningVm running;
-  MainCall call;
-  if (!createVm(create, buildOptions(options, classPathTexts), &running) ||
-      !findMain(running.env, mainClass, &call) ||
-      !makeArguments(running.env, argumentTexts, &call)) {
-    return kFailed;
-  }
-  callMain(running.env, call);
-  destroyVm(running.vm);
-  return 0;
+  const HostOptions host = prepareHost(jvmOptionCount, jvmOptions);
+  return host.startOnFirstThread ? runJava(run) : runBesideEventLoop(&run, host.stackSize);
 }

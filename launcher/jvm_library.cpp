@@ -1,13 +1,17 @@
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include "launcher/jvm_launch.h"
 #include "platform/jvm_library.h"
 #include "support/logging.h"
 #include "support/paths.h"
 
+static const char kLibraryName[] = "libjvm.dylib";
+static const int kPlaces = 3;
+
 // Writes into the path buffer `path` the place number `place` of the library `name`.
 static void setLibraryPath(char* path, const char* jreFolder, int place, const char* name) {
-  static const char* const kHomes[][3] = {
+  static const char* const kHomes[kPlaces][3] = {
       {nullptr}, {"Contents", "Home", nullptr}, {"Contents", "Home", "jre"}};
   setPath(path, jreFolder);
   for (const char* part : kHomes[place]) {
@@ -21,7 +25,7 @@ static void setLibraryPath(char* path, const char* jreFolder, int place, const c
 // Opens the library `name` at the first place where it opens; null when there is none.
 static void* openLibraryNamed(const char* jreFolder, const char* name) {
   char path[PATH_BUFFER_SIZE];
-  for (int place = 0; place < 3; ++place) {
+  for (int place = 0; place < kPlaces; ++place) {
     setLibraryPath(path, jreFolder, place, name);
     void* library = dlopen(path, RTLD_LAZY);
     if (library != nullptr) {
@@ -32,8 +36,26 @@ static void* openLibraryNamed(const char* jreFolder, const char* name) {
   return nullptr;
 }
 
+static bool holdsLibraryNamed(const char* jreFolder, const char* name) {
+  char path[PATH_BUFFER_SIZE];
+  for (int place = 0; place < kPlaces; ++place) {
+    setLibraryPath(path, jreFolder, place, name);
+    struct stat status {};
+    if (stat(path, &status) == 0 && S_ISREG(status.st_mode)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool holdsJvmLibrary(const char* jreFolder) {
+  const char* otherName = platformJvmLibraryName();
+  return holdsLibraryNamed(jreFolder, kLibraryName) ||
+         (otherName != nullptr && holdsLibraryNamed(jreFolder, otherName));
+}
+
 void* loadJVMLibrary(const char* jreFolder) {
-  void* library = openLibraryNamed(jreFolder, "libjvm.dylib");
+  void* library = openLibraryNamed(jreFolder, kLibraryName);
   const char* otherName = platformJvmLibraryName();
   if (library == nullptr && otherName != nullptr) {
     library = openLibraryNamed(jreFolder, otherName);

@@ -2,31 +2,39 @@
 //
 // - The main thread reads the command line and the Tail record, picks the JRE folder, loads the
 //   JRE's bundle and creates the application object. Then it starts the launch thread, sets up the
-//   menu and runs the Cocoa event loop, which the JVM's window toolkit needs.
+//   menu and serves the Cocoa event loop, which the JVM's window toolkit needs.
 // - The launch thread creates the JVM and runs the Java program. When that is over it ends
 //   the whole process with the result; the event loop is not asked to stop.
+//
+// With -XstartOnFirstThread there is one thread: Java runs on it, and its window toolkit makes the
+// application object and runs the event loop.
 //
 // The globals that the launch thread reads are written before it starts and never changed after.
 
 #include <pthread.h>
-#include <unistd.h>
 
 #include <cstdio>
+#include <cstring>
 
 #include "launcher/app_shell.h"
 #include "launcher/application.h"
 #include "launcher/arguments.h"
 #include "launcher/bundle_loader.h"
+#include "launcher/event_loop.h"
 #include "launcher/install_locations.h"
+#include "launcher/java_host.h"
+#include "launcher/java_thread.h"
 #include "launcher/jvm_launch.h"
+#include "launcher/silent_word.h"
 #include "launcher/tail_marker.h"
 #include "launcher/tail_reader.h"
-#include "launcher/url_events.h"
 #include "launcher/version_folders.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
+#include "support/file_kind.h"
 #include "support/logging.h"
 #include "support/paths.h"
+#include "support/process_start.h"
 #include "support/strings.h"
 
 void* run(void*);
@@ -34,10 +42,11 @@ void* run(void*);
 void* run(void*) {
   if (clazz == nullptr) {
     printf("[ERROR] No class specified. Exiting...\n");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NoMainClassNamed);
   }
-  endProcess(launchJavaJNI(clazz, jreFolder, jvmArgumentsCount, jvmArguments, classPathArrayCount,
-                           classPathArray, appArgumentsCount, appArguments));
+  endWithResult(launchJavaJNI(clazz, jreFolder, jvmArgumentsCount, jvmArguments,
+                              classPathArrayCount, classPathArray, appArgumentsCount,
+                              appArguments));
 }
 
 static void logCommandLine(int argc, char** argv) {
@@ -54,6 +63,33 @@ static void locateMasterFolder(char* path) {
   logMessage("[Launcher] Master folder is %s\n", path);
 }
 
+// Started by the desktop, the Launcher has a log file, as nobody sees its standard output. What it
+// logs before the file's folder is known is kept for it.
+static void keepLinesForLogFile() {
+  if (isStartedByDesktop()) {
+    keepEarlyLines();
+  }
+}
+
+// A name that is more than a part of a folder's name leads elsewhere: there is no log file then.
+// Neither is there one for an application that is not installed: the Launcher makes no master
+// folder.
+static void openLogFile(const char* masterFolder) {
+  if (!isStartedByDesktop()) {
+    return;
+  }
+  if (strchr(app_name, '/') == nullptr && isFolder(masterFolder)) {
+    setupLauncherLogging(masterFolder);
+  } else {
+    setFileToLogTo(nullptr);  // nothing is kept for it any longer
+  }
+}
+
+static void settleAlert(int argc, char** argv) {
+  setAlertName(app_name);
+  allowAlert(!isSilent(silent_parameter, argc, argv));
+}
+
 // Sets jreFolder to the newest complete JRE in the master folder.
 static void chooseJreFolder(const char* masterFolder) {
   const char* jreName = getJREName(masterFolder);
@@ -62,7 +98,7 @@ static void chooseJreFolder(const char* masterFolder) {
   if (folderName == nullptr) {
     logMessage("[Launcher] *************************** No complete JRE folder for %s in %s\n",
                jreName, masterFolder);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NoRuntime);
   }
   logMessage("[Launcher] Located existing JRE runtime = %s\n", folderName);
   jreFolder = static_cast<char*>(allocZeroed(PATH_BUFFER_SIZE));
@@ -80,46 +116,50 @@ static void createApplicationObject() {
   logMessage("[Launcher] About to create NSApplication");
   createApplication();
   logMessage("[Launcher] Created NSApplication");
-  // Before the event loop runs, so that the URL that started the application is not lost.
-  registerOSXEventListener();
 }
 
-static void startLaunchThread() {
+static void startLaunchThread(size_t stackSize) {
   pthread_t thread;
-  if (pthread_create(&thread, nullptr, run, nullptr) != 0) {
+  prepareEventLoop();
+  if (!startJavaThread(&thread, stackSize, run, nullptr)) {
     logMessage("[Launcher] *************************** Could not start the launch thread\n");
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::NotStarted);
   }
   pthread_detach(thread);
 }
 
+// Nothing ends the loop: the launch thread ends the process.
 static void runEventLoop() {
   void* pool = createAutoreleasePool();
   logMessage("[Launcher] About to cload OSX UI NIB");
   loadOSXUINib("");
   activateApplication();
-  runApplication();
+  runEventLoopUntilEnded();
   drainAutoreleasePool(pool);
 }
 
 int main(int argc, char** argv) {
+  beginProcess();
   if (argc < 1) {
-    return EXIT_STATUS_FAILURE;
+    failProcess(EXIT_STATUS_FAILURE, Failure::NotStarted);
   }
+  keepLinesForLogFile();
   prepareApplication(argv);
   marker = allocAndInitMarker();
   parseArguments(argc, argv);
   logCommandLine(argc, argv);
   extractTail(argv[0]);
+  settleAlert(argc, argv);
   char masterFolder[PATH_BUFFER_SIZE];
   locateMasterFolder(masterFolder);
+  openLogFile(masterFolder);
   chooseJreFolder(masterFolder);
   loadJreBundle();
-  createApplicationObject();
-  startLaunchThread();
-  runEventLoop();
-  // The loop was stopped. The launch thread ends the process; wait for that.
-  while (true) {
-    pause();
+  const HostOptions host = prepareHost(jvmArgumentsCount, jvmArguments);
+  if (host.startOnFirstThread) {
+    run(nullptr);
   }
+  createApplicationObject();
+  startLaunchThread(host.stackSize);
+  runEventLoop();
 }

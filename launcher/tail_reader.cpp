@@ -2,8 +2,8 @@
 
 #include "launcher/arguments.h"
 #include "launcher/tail_marker.h"
-#include "platform/process_end.h"
 #include "support/exit_status.h"
+#include "support/failure.h"
 #include "support/field_reader.h"
 #include "support/logging.h"
 #include "support/owned.h"
@@ -24,7 +24,7 @@ static FILE* openExecutable(const char* path) {
   FILE* stream = fopen(path, "rb");
   if (stream == nullptr) {
     logMessage("Failed to extract wrapper tail - couldn't open file %s\n", path);
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::BundleIncomplete);
   }
   return stream;
 }
@@ -44,7 +44,7 @@ static FILE* openTailFile(const char* executablePath) {
         "[Launcher] ************************* Failed to extract wrapper tail - couldn't open file "
         "%s\n",
         path.get());
-    endProcess(EXIT_STATUS_FAILURE);
+    failProcess(EXIT_STATUS_FAILURE, Failure::BundleIncomplete);
   }
   return stream;
 }

@@ -3,9 +3,10 @@
 
 // URLs that the application is asked to open. The latest one wins.
 
-// Creates the process's URL handler and registers it for open-URL events. Main thread, right after
-// createApplication(): the URL that started the application is delivered as soon as the event loop
-// runs. Writes one line to the system log.
+// Registers the process's URL handler for open-URL events, in the place of any other. The first
+// call creates the handler and writes one line to the system log. createApplication(), or the
+// application's delegate whenever the application finishes launching, calls it; the URL that
+// started the application is delivered after that. Main thread.
 void registerOSXEventListener();
 
 // Returns the latest requested URL as UTF-8 text, or null when there was none or when

@@ -5,6 +5,7 @@
 #import <Foundation/Foundation.h>
 
 #include "launcher/url_handler.h"
+#import "support/cocoa_text.h"
 
 URLHandler* urlHandler = nil;
 
@@ -30,23 +31,28 @@ static const AEKeyword kDirectObject = 0x2D2D2D2D;
 - (void)handleURLEvent:(NSAppleEventDescriptor*)event
         withReplyEvent:(NSAppleEventDescriptor*)replyEvent {
   (void)replyEvent;
-  NSString* url = [[event paramDescriptorForKeyword:kDirectObject] stringValue];
+  [self takeURL:[[event paramDescriptorForKeyword:kDirectObject] stringValue]];
+}
+
+- (void)takeURL:(NSString*)url {
   NSLog(@"[Quorvane] [URL] Request received to open URL %@\n", url);
   const char* text = [url UTF8String];
   if (text == NULL) {
-    return;  // no URL in the event, or none that UTF-8 can hold: the one before it stands
+    return;  // no URL, or none that UTF-8 can hold: the one before it stays
   }
   const char* copy = strdup(text);
   __atomic_store_n(&requestedURL, copy, __ATOMIC_RELEASE);
-  NSLog(@"[Quorvane] [URL] Converted URL to '%s'\n", copy);
+  NSLog(@"[Quorvane] [URL] Converted URL to '%@'\n", textFromUTF8(copy));
 }
 
 @end
 
 void registerOSXEventListener() {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  urlHandler = [[URLHandler alloc] init];
-  NSLog(@"[Wrapper] Registering shared apple event manager handler\n");
+  if (urlHandler == nil) {
+    urlHandler = [[URLHandler alloc] init];
+    NSLog(@"[Wrapper] Registering shared apple event manager handler\n");
+  }
   [[NSAppleEventManager sharedAppleEventManager] setEventHandler:urlHandler
                                                      andSelector:@selector(handleURLEvent:
                                                                            withReplyEvent:)
@@ -55,11 +61,13 @@ void registerOSXEventListener() {
   [pool release];
 }
 
+void requestURL(NSString* url) { [urlHandler takeURL:url]; }
+
 const char* getRequestedURL() {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   const char* url = [urlHandler getRequestedURL];
   if (url != NULL) {
-    NSLog(@"[Quorvane] [URL] Latest request is '%s'\n", url);
+    NSLog(@"[Quorvane] [URL] Latest request is '%@'\n", textFromUTF8(url));
   } else {
     NSLog(@"[Quorvane] [URL] Latest request is NULL\n");
   }

@@ -14,9 +14,15 @@
 - (const char*)getRequestedURL;
 - (void)handleURLEvent:(NSAppleEventDescriptor*)event
         withReplyEvent:(NSAppleEventDescriptor*)replyEvent;
+// Makes `url` the latest URL, unless it is nil or UTF-8 cannot hold it. Writes to the system log.
+- (void)takeURL:(NSString*)url;
 @end
 
 // The process's handler; null until registerOSXEventListener() has run.
 extern URLHandler* urlHandler;
+
+// Makes `url` the requested URL, as an event that asks to open it does. Nothing happens before
+// registerOSXEventListener(). Main thread.
+void requestURL(NSString* url);
 
 #endif

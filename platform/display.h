@@ -1,8 +1,17 @@
 #ifndef QUORVANE_PLATFORM_DISPLAY_H
 #define QUORVANE_PLATFORM_DISPLAY_H
 
-// Returns whether a window system can be reached, without starting the toolkit. Always true on
-// macOS; elsewhere the display named by the environment is tried. Logs nothing. Any thread.
+// Returns whether a window system can be reached, without starting the toolkit. On macOS the
+// security session says whether it has graphic access, which one started by launchd or over ssh
+// does not; elsewhere the display named by the environment is tried. Logs nothing. Any thread.
 [[nodiscard]] bool isDisplayAvailable();
+
+// Returns whether an installer that would show windows has to end where no window system can be
+// reached: on macOS it has to, elsewhere it goes on without a splash window. Any thread.
+[[nodiscard]] bool isDisplayRequired();
+
+// Returns the line, with its newline, that says that no window system can be reached. The text is a
+// constant. Any thread.
+const char* missingDisplayMessage();
 
 #endif

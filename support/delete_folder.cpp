@@ -1,42 +1,38 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <string>
-#include <utility>
-
+#include "support/deleting_walk.h"
+#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/folder_walk.h"
-#include "support/logging.h"
-
-static int deleteInside(const std::string& path, Folder folder);
-
-static void deleteChild(const std::string& child) {
-  if (openFolderWithoutLink(child.c_str()) == nullptr) {
-    logMessage("Deleting FILE %s\n", child.c_str());
-    if (remove(child.c_str()) != 0) {
-      logMessage("Failed to delete file %s\n", child.c_str());
-    }
-    return;
-  }
-  logMessage("Deleting DIR %s\n", child.c_str());
-  if (deleteInside(child, openFolderWithoutLink(child.c_str())) == 0) {
-    rmdir(child.c_str());
-  } else {
-    logMessage("Failed to delete %s\n", child.c_str());
-  }
-}
-
-static int deleteInside(const std::string& path, Folder folder) {
-  if (folder == nullptr) {
-    logMessage("[DeleteFolder] Deleting from '%s' is NULL\n", path.c_str());
-    return 1;
-  }
-  for (const std::string& name : namesToWalk(std::move(folder))) {
-    deleteChild(childPath(path, name));
-  }
-  return 0;
-}
 
 int deleteFolder(const char* path) {
-  return deleteInside(path, openFolder(path));
+  return deleteInside(openFolderItself(path), path, ShortDotNames::Keep);
+}
+
+// Whether `path` still leads to the open folder, without a link.
+static bool isStillAt(const Descriptor& folder, const char* path) {
+  struct stat open {};
+  struct stat there {};
+  return fstat(folder.get(), &open) == 0 && lstat(path, &there) == 0 &&
+         open.st_dev == there.st_dev && open.st_ino == there.st_ino;
+}
+
+bool removeTree(const Descriptor& folder, const char* path) {
+  deleteInside(folder, path, ShortDotNames::DeleteSilently);
+  if (isStillAt(folder, path)) {
+    rmdir(path);
+  }
+  return isKnownMissing(path);
+}
+
+bool removeTree(const char* path) {
+  const Descriptor folder = openFolderItself(path);
+  if (folder.isOpen()) {
+    return removeTree(folder, path);
+  }
+  if (isFolder(path)) {
+    rmdir(path);  // one that may not be read may be empty
+  }
+  return isKnownMissing(path);
 }

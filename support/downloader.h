@@ -2,7 +2,8 @@
 #define QUORVANE_SUPPORT_DOWNLOADER_H
 
 // Downloads `url` (http or https) to the file `targetPath`, running the calling thread's run loop
-// until the transfer has ended. Progress and failures are written to the system log only.
+// until the transfer has ended; on the main thread of an application its events are answered
+// meanwhile and the splash is kept alive. Progress and failures are written to the system log only.
 //
 // Always returns 1; the caller judges by the file. A file that stands at `targetPath` is removed
 // first: afterwards one stands there if and only if the transfer succeeded, except that an old one

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <climits>
 
+#import "support/cocoa_text.h"
 #import "support/downloader_delegate.h"
+#include "support/event_wait.h"
 
 @implementation Downloader
 
@@ -21,11 +23,28 @@
   return bytesReceived;
 }
 
+static void logFailure(NSError* error) {
+  NSLog(@"Download failed! Error - %@ %@", [error localizedDescription],
+        [[error userInfo] objectForKey:NSURLErrorFailingURLStringErrorKey]);
+}
+
+static NSError* failure(NSInteger code, NSString* text, NSString* url) {
+  NSDictionary* details =
+      [NSDictionary dictionaryWithObjectsAndKeys:text, NSLocalizedDescriptionKey, url,
+                                                 NSURLErrorFailingURLStringErrorKey, nil];
+  return [NSError errorWithDomain:NSURLErrorDomain code:code userInfo:details];
+}
+
 - (BOOL)startDownloadingURL:(id)downloader fromURL:(NSString*)url toFile:(NSString*)path {
   (void)downloader;
   NSLog(@"Starting download from = %@\n", url);
   isDone = NO;
-  NSURLRequest* request = [NSURLRequest requestWithURL:[NSURL URLWithString:url]
+  NSURL* address = [NSURL URLWithString:url];
+  if (address == nil) {
+    logFailure(failure(NSURLErrorBadURL, @"This is not a valid URL:", url));
+    return NO;
+  }
+  NSURLRequest* request = [NSURLRequest requestWithURL:address
                                            cachePolicy:NSURLRequestUseProtocolCachePolicy
                                        timeoutInterval:60.0];
   NSURLDownload* download = [[NSURLDownload alloc] initWithRequest:request delegate:self];
@@ -38,15 +57,21 @@
   return YES;
 }
 
+// Lets go of a download that has ended. It is inside of one of its own methods and may need itself
+// until that returns.
+static void letGo(NSURLDownload* download) {
+  [download autorelease];
+  endEventWait();
+}
+
 - (void)download:(NSURLDownload*)download didFailWithError:(NSError*)error {
-  [download release];
-  NSLog(@"Download failed! Error - %@ %@", [error localizedDescription],
-        [[error userInfo] objectForKey:NSURLErrorFailingURLStringErrorKey]);
+  letGo(download);
+  logFailure(error);
   isDone = YES;
 }
 
 - (void)downloadDidFinish:(NSURLDownload*)download {
-  [download release];
+  letGo(download);
   NSLog(@"%@", @"downloadDidFinish");
   isDone = YES;
 }
@@ -69,12 +94,7 @@ static NSError* errorForResponse(NSURLResponse* response) {
   const NSInteger status = [(NSHTTPURLResponse*)response statusCode];
   NSString* text =
       [NSString stringWithFormat:@"The server answered with status %d", static_cast<int>(status)];
-  NSDictionary* details = [NSDictionary
-      dictionaryWithObjectsAndKeys:text, NSLocalizedDescriptionKey, [[response URL] absoluteString],
-                                   NSURLErrorFailingURLStringErrorKey, nil];
-  return [NSError errorWithDomain:NSURLErrorDomain
-                             code:NSURLErrorBadServerResponse
-                         userInfo:details];
+  return failure(NSURLErrorBadServerResponse, text, [[response URL] absoluteString]);
 }
 
 - (void)download:(NSURLDownload*)download didReceiveResponse:(NSURLResponse*)response {
@@ -107,15 +127,10 @@ static NSError* errorForResponse(NSURLResponse* response) {
 @end
 
 // Runs the run loop until the download has ended, looking for that at least every 0.2 seconds and
-// whenever the run loop has handled something: a finished download is not kept waiting.
+// as soon as it has been told: a finished download is not kept waiting.
 static void waitForEnd(Downloader* downloader) {
   while (![downloader isDone]) {
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    NSDate* limit = [NSDate dateWithTimeIntervalSinceNow:0.2];
-    if (![[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:limit]) {
-      [NSThread sleepForTimeInterval:0.2];
-    }
-    [pool release];
+    waitForEvent(0.2);
   }
 }
 
@@ -123,10 +138,9 @@ int downloadFile(const char* url, const char* targetPath) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   unlink(targetPath);
   Downloader* downloader = [[Downloader alloc] init];
-  const BOOL started =
-      [downloader startDownloadingURL:downloader
-                              fromURL:[NSString stringWithFormat:@"%s", url]
-                               toFile:[NSString stringWithFormat:@"%s", targetPath]];
+  const BOOL started = [downloader startDownloadingURL:downloader
+                                               fromURL:textFromUTF8(url)
+                                                toFile:textFromUTF8(targetPath)];
   // A transfer that was never born would never end.
   if (started) {
     waitForEnd(downloader);

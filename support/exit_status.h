@@ -12,6 +12,9 @@ constexpr int EXIT_STATUS_COMPATIBLE = 72;
 // The launch-properties file could not be written.
 constexpr int EXIT_STATUS_PROPERTIES_NOT_WRITTEN = 99;
 
+// What the decompressor lzma64, which an installer carries, ends with when the disk is full.
+constexpr int EXIT_STATUS_LZMA_DISK_FULL = 3;
+
 // unpack200 produced nothing.
 constexpr int EXIT_STATUS_UNPACK200_FAILED = 101;
 

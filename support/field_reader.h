@@ -18,12 +18,18 @@ constexpr int NUMBER_FIELD_LIMIT = 40;
 [[nodiscard]] int scanToMarker(FILE* stream, const char* marker, int markerLength,
                                const char* markerName);
 
+// The same without the logged line.
+[[nodiscard]] int findMarker(FILE* stream, const char* marker, int markerLength);
+
 // Reads one field. Returns a new zero-filled block of `limit` bytes (at least 2), owned by the
 // caller. A field cut short by the end of the stream is returned as read. Of a field longer than
 // limit - 2 bytes the first limit - 1 are returned, a warning goes to standard output, and the rest
 // stays in the stream for the next read. `name` documents the call.
 char* readString(FILE* stream, const char* name, int limit);
 char* readString(FILE* stream, const char* name);
+
+// The same without the warning.
+char* readStringSilently(FILE* stream, int limit);
 
 // Reads one field of decimal text as atol() converts it.
 long readInt(FILE* stream, const char* name);

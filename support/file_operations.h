@@ -3,6 +3,8 @@
 
 #include <cstdio>
 
+#include "support/owned.h"
+
 // File-system work of an installation. A step is logged with its path where it happens, but for
 // those that say otherwise; what has no result gives no hint of a failure but that line. Tree walks
 // skip entries whose name begins with '.' and is shorter than 3 characters. Deleting and setting
@@ -39,12 +41,17 @@ void chmodR755(int descriptor, const char* path);
 void chmod777(int descriptor, const char* path);
 
 // Deletes everything inside the folder `path`; the folder itself stays. Goes on after a failure.
-// Returns 1 when the folder cannot be opened, else 0. Not atomic.
+// Returns 1 when the folder cannot be opened, which a symbolic link cannot, else 0. Not atomic.
 int deleteFolder(const char* path);
 
-// Deletes the folder `path` with everything in it, as deleteFolder() does and then the rest; what
-// is no folder is left alone. Returns whether it is known that nothing stands at `path` afterwards.
+// Deletes the folder `path` with everything in it, the short dot names, which the log does not
+// show, among it; what is no folder is left alone. Returns whether it is known that nothing stands
+// at `path` afterwards.
 bool removeTree(const char* path);
+
+// The same for a folder that is open already and was at `path` when it was opened: what has taken
+// its place there meanwhile is left alone.
+bool removeTree(const Descriptor& folder, const char* path);
 
 // Copies one file's bytes, creating or truncating `to`; modes and times are not copied.
 void copyFile(const char* from, const char* to);

@@ -4,39 +4,78 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <utility>
 
 #include "support/paths.h"
+
+static const int kItself = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 Folder openFolder(const char* path) {
   return Folder(opendir(path));
 }
 
 Folder openFolderWithoutLink(const char* path) {
-  const int handle = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-  if (handle < 0) {
-    return nullptr;
+  Descriptor handle = openFolderItself(path);
+  Folder folder(handle.isOpen() ? fdopendir(handle.get()) : nullptr);
+  if (folder != nullptr) {
+    handle.release();
   }
-  DIR* folder = fdopendir(handle);
+  return folder;
+}
+
+Descriptor openFolderItself(const char* path) {
+  // A slash at the end would have a link there followed.
+  std::string itself(path);
+  while (itself.size() > 1 && itself.back() == '/') {
+    itself.pop_back();
+  }
+  return Descriptor(open(itself.c_str(), kItself));
+}
+
+Descriptor openFolderIn(const Descriptor& parent, const char* name) {
+  return Descriptor(openat(parent.get(), name, kItself));
+}
+
+Descriptor secondDescriptorOf(const Descriptor& folder) {
+  return Descriptor(fcntl(folder.get(), F_DUPFD_CLOEXEC, 0));
+}
+
+Folder openListing(const Descriptor& folder) {
+  Descriptor handle = secondDescriptorOf(folder);
+  lseek(handle.get(), 0, SEEK_SET);
+  Folder listing(handle.isOpen() ? fdopendir(handle.get()) : nullptr);
+  if (listing != nullptr) {
+    handle.release();
+  }
+  return listing;
+}
+
+bool listNames(Folder folder, std::vector<std::string>* names) {
   if (folder == nullptr) {
-    close(handle);
+    return false;
   }
-  return Folder(folder);
+  for (;;) {
+    errno = 0;
+    const dirent* entry = readdir(folder.get());
+    if (entry == nullptr) {
+      return errno == 0;
+    }
+    const char* name = entry->d_name;
+    if (strcmp(name, ".") != 0 && strcmp(name, "..") != 0) {
+      names->emplace_back(name);
+    }
+  }
 }
 
 std::vector<std::string> allNames(Folder folder) {
   std::vector<std::string> names;
-  while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get())) {
-    const char* name = entry->d_name;
-    if (strcmp(name, ".") != 0 && strcmp(name, "..") != 0) {
-      names.emplace_back(name);
-    }
-  }
+  static_cast<void>(listNames(std::move(folder), &names));
   return names;
 }
 
-static bool isShortDotName(const std::string& name) {
+bool isShortDotName(const std::string& name) {
   return name[0] == '.' && name.size() < 3;
 }
 

@@ -2,7 +2,8 @@
 #define QUORVANE_SUPPORT_KEEP_ALIVE_H
 
 // Lets long work on the main thread, which runs no event loop meanwhile, keep what is on the screen
-// alive without knowing what that is. Main thread.
+// alive without knowing what that is. With windows that is from the application's creation on: its
+// events (support/window_events.h), and the splash while it is shown. Main thread.
 
 // Sets the function that keepAlive() calls, or none with null. It returns soon.
 void setKeepAlive(void (*function)());

@@ -2,16 +2,12 @@
 
 #include <cstdarg>
 #include <cstdlib>
-#include <ctime>
+#include <string>
 
-#include <fcntl.h>
-#include <sys/stat.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include "support/clock.h"
-#include "support/file_operations.h"
-#include "support/owned.h"
-#include "support/paths.h"
 #include "support/system_log.h"
 
 FILE* fileToLogTo = nullptr;
@@ -20,12 +16,63 @@ uint64_t lastTimestamp = 0;
 static const char kErrorRule[] = "*******************************************\n";
 static const char kStartRule[] = "++++++++++++++++++++++++++++++++++++++++++++++++\n";
 static const char kEndRule[] = "------------------------------------------------\n";
+// The most bytes that wait for a log file.
+static const size_t kEarlyLimit = 256 * 1024;
+
+// The Launcher closes the file on its launch thread while the main thread may be logging.
+static pthread_mutex_t fileLock = PTHREAD_MUTEX_INITIALIZER;
+
+namespace {
+
+class FileGuard {
+ public:
+  FileGuard() { pthread_mutex_lock(&fileLock); }
+  ~FileGuard() { pthread_mutex_unlock(&fileLock); }
+  FileGuard(const FileGuard&) = delete;
+  FileGuard& operator=(const FileGuard&) = delete;
+};
+
+}  // namespace
+
+// What was logged while no file was set yet, or null when nothing is kept. `lost` is the number of
+// messages for which there was no room.
+static std::string* earlyLines = nullptr;
+static unsigned long lost = 0;
 
 __attribute__((format(printf, 3, 0))) static void writePrefixed(FILE* sink, uint64_t elapsed,
                                                                 const char* format,
                                                                 va_list arguments) {
   fprintf(sink, "+%-8llu ", static_cast<unsigned long long>(elapsed));
   vfprintf(sink, format, arguments);
+}
+
+__attribute__((format(printf, 2, 0))) static void keepEarlyLine(uint64_t elapsed,
+                                                                const char* format,
+                                                                va_list arguments) {
+  char* text = nullptr;
+  if (vasprintf(&text, format, arguments) < 0) {
+    return;
+  }
+  char prefix[32];
+  snprintf(prefix, sizeof prefix, "+%-8llu ", static_cast<unsigned long long>(elapsed));
+  const std::string line = std::string(prefix) + text;
+  free(text);
+  if (line.size() <= kEarlyLimit - earlyLines->size()) {
+    *earlyLines += line;
+  } else {
+    ++lost;
+  }
+}
+
+__attribute__((format(printf, 2, 0))) static void writeToFile(uint64_t elapsed, const char* format,
+                                                              va_list arguments) {
+  const FileGuard guard;
+  if (fileToLogTo != nullptr) {
+    writePrefixed(fileToLogTo, elapsed, format, arguments);
+    fflush(fileToLogTo);
+  } else if (earlyLines != nullptr) {
+    keepEarlyLine(elapsed, format, arguments);
+  }
 }
 
 __attribute__((format(printf, 1, 0))) static void writeToSystemLog(const char* format,
@@ -43,12 +90,9 @@ __attribute__((format(printf, 1, 0))) static void logArguments(const char* forma
   const uint64_t now = systemTimeMillis();
   const uint64_t elapsed = lastTimestamp == 0 ? 0 : now - lastTimestamp;
   va_list copy;
-  if (fileToLogTo != nullptr) {
-    va_copy(copy, arguments);
-    writePrefixed(fileToLogTo, elapsed, format, copy);
-    va_end(copy);
-    fflush(fileToLogTo);
-  }
+  va_copy(copy, arguments);
+  writeToFile(elapsed, format, copy);
+  va_end(copy);
   va_copy(copy, arguments);
   writePrefixed(stdout, elapsed, format, copy);
   va_end(copy);
@@ -90,61 +134,38 @@ void logEndSection(const char* name) {
   logMessage("%s", kEndRule);
 }
 
+void keepEarlyLines() {
+  const FileGuard guard;
+  if (earlyLines == nullptr) {
+    earlyLines = new std::string;
+  }
+}
+
+static void writeEarlyLines(FILE* file) {
+  fputs(earlyLines->c_str(), file);
+  if (lost > 0) {
+    fprintf(file, "(%lu messages did not fit here)\n", lost);
+  }
+  fflush(file);
+}
+
 void setFileToLogTo(FILE* file) {
+  const FileGuard guard;
+  if (earlyLines != nullptr && file != nullptr) {
+    writeEarlyLines(file);
+  }
+  delete earlyLines;
+  earlyLines = nullptr;
   fileToLogTo = file;
 }
 
 void closeLoggedFile() {
   logMessage("[Utils] Closing logging file.\n");
+  const FileGuard guard;
   if (fileToLogTo != nullptr) {
     fclose(fileToLogTo);
     fileToLogTo = nullptr;
   }
-}
-
-// Writes "YYYY-MM-DD-HH-MM-SS-mmm.log", local time, into the `size` bytes at `name`.
-static void formatLogFileName(char* name, size_t size) {
-  const time_t now = time(nullptr);
-  tm local{};
-  localtime_r(&now, &local);
-  const size_t length = strftime(name, size, "%Y-%m-%d-%H-%M-%S", &local);
-  // Formatting the buffer into itself would drop the stamp on some C libraries; append instead.
-  snprintf(name + length, size - length, "-%03d.log", getJustMillis());
-}
-
-// The master folder is open to every user: what stands under the name of the folder or the file may
-// be a link that somebody planted. Only a file of its own in a folder of its own is written.
-static FILE* createLogFile(const char* folderPath, const char* name) {
-  const Descriptor folder(open(folderPath, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  if (!folder.isOpen()) {
-    return nullptr;
-  }
-  const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-  Descriptor file(openat(folder.get(), name, flags, 0666));
-  struct stat status {};
-  if (!file.isOpen() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-      status.st_nlink != 1 || ftruncate(file.get(), 0) != 0) {
-    return nullptr;
-  }
-  FILE* stream = fdopen(file.get(), "w");
-  if (stream != nullptr) {
-    file.release();
-  }
-  return stream;
-}
-
-void setupFileLogging(const char* baseDir) {
-  char name[1024] = "";
-  formatLogFileName(name, sizeof name);
-  char path[PATH_BUFFER_SIZE];
-  setPath(path, baseDir, "logs");
-  makeDir(baseDir);
-  makeDir(path);
-  char fileName[sizeof name + sizeof "Wrapper-"];
-  snprintf(fileName, sizeof fileName, "Wrapper-%s", name);
-  char filePath[PATH_BUFFER_SIZE];
-  logMessage("[Extractor] Logging to %s\n", setPath(filePath, path, fileName));
-  setFileToLogTo(createLogFile(path, fileName));
 }
 
 void printWorkingDir() {

@@ -9,8 +9,8 @@
 // passed since the previous call ended: a plus sign, the number padded with blanks to 8 characters,
 // one blank. Messages begin with a bracketed tag and end with their own newline; the log adds none.
 //
-// No function here reports its own failures, and none takes a lock: calls from several threads may
-// interleave their lines.
+// No function here reports its own failures. Only the use of the file is locked: calls from several
+// threads may interleave their lines.
 
 // The open log file, or null. Set by setFileToLogTo(), cleared by closeLoggedFile().
 extern FILE* fileToLogTo;
@@ -30,18 +30,31 @@ void logStartSection(const char* name);
 // Writes the three-line banner that closes the section `name`. Any thread.
 void logEndSection(const char* name);
 
-// Makes `file` (or null) the log file; the previous one is not closed. The stream is owned by the
-// log until closeLoggedFile(). Main thread.
+// From now on messages are kept for a log file that is still to be set, as long as they fit 256 KB.
+// Main thread, before any other call.
+void keepEarlyLines();
+
+// Makes `file` (or null) the log file; the previous one is not closed. What keepEarlyLines() has
+// kept is written to the file first, or dropped with null. The stream is owned by the log until
+// closeLoggedFile(). Main thread.
 void setFileToLogTo(FILE* file);
 
-// Logs that the file is being closed, then closes it if one is set. Any thread, while no other
-// logs.
+// Logs that the file is being closed, then closes it if one is set. Any thread.
 void closeLoggedFile();
 
 // Creates `baseDir` and its folder "logs" and opens a new log file there, named "Wrapper-", the
-// local time with milliseconds and ".log". Logs the path to the sinks that stand before the call.
-// When the file cannot be opened the log goes on without one. Main thread, once.
+// local time with milliseconds and ".log". Logs the path to the sinks that were set before the
+// call. When the file cannot be opened the log goes on without one. Main thread, once.
 void setupFileLogging(const char* baseDir);
+
+// The same for the Launcher: the name begins with "Launcher-". Of the user's older files of that
+// name all but the newest LAUNCHER_LOG_COUNT - 1 are removed; no other file is.
+void setupLauncherLogging(const char* baseDir);
+constexpr int LAUNCHER_LOG_COUNT = 20;
+
+// Returns the path of the log file that this process has opened in a folder, also after it was
+// closed; empty when there is none. The text lives as long as the process. Any thread.
+const char* loggedFilePath();
 
 // Logs the current working folder. Any thread.
 void printWorkingDir();

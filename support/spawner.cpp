@@ -1,18 +1,19 @@
 #include "support/spawner.h"
 
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/environment.h"
+#include "support/event_wait.h"
 #include "support/keep_alive.h"
 #include "support/logging.h"
+#include "support/start_program.h"
 #include "support/strings.h"
 
 static_assert(sizeof(Spawner) == 4000, "the table is one block of 4000 bytes");
@@ -89,7 +90,7 @@ static int startHere(const Spawner* spawner, pid_t* child) {
   if (arguments[0] == nullptr) {
     return ENOENT;
   }
-  return posix_spawn(child, arguments[0], nullptr, nullptr, arguments, getEnvP());
+  return startProgram(child, arguments[0], arguments);
 }
 
 // Starts the program in `workingDir`, or in the current folder when it is null. Returns 0, or -1
@@ -134,6 +135,18 @@ int waitForChild(pid_t child) {
     result = waitUninterrupted(child, &status, 0);
   }
   return result == child ? status : -1;
+}
+
+bool childFailsWithin(pid_t child, int seconds) {
+  constexpr double kPauseSeconds = 0.01;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+  int status = 0;
+  pid_t result = 0;
+  while ((result = waitUninterrupted(child, &status, WNOHANG)) == 0 &&
+         std::chrono::steady_clock::now() < end) {
+    waitForEvent(kPauseSeconds);
+  }
+  return result == child && !(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {

@@ -51,6 +51,10 @@ int runSpawnerAndWait(const Spawner* spawner);
 // status, or -1 when it cannot be waited for. What is on screen is kept alive meanwhile.
 int waitForChild(pid_t child);
 
+// Waits up to `seconds` for the end of the child process `child`; returns whether it has ended by
+// then, and not with exit code 0. The application's events are answered meanwhile.
+[[nodiscard]] bool childFailsWithin(pid_t child, int seconds);
+
 // Returns whether the program that was waited for last was ended by a signal, which its result does
 // not tell from success.
 [[nodiscard]] bool wasSpawnEndedBySignal();

@@ -22,6 +22,10 @@ extern int progressPercent;
 extern int currentFrame;
 extern int maxFrames;
 
+// Makes every function here do nothing, silently: for a run that shows nothing, and does not even
+// ask whether there is a window system. Before init().
+void goWithoutSplash();
+
 // Creates the window, its view and the bar's images. Logs two lines. Once.
 void init();
 

@@ -97,15 +97,27 @@ void showSplash() {
   [pool release];
 }
 
+// The application goes on answering its events.
+static void stopRefreshing() { setKeepAlive(answerEvents); }
+
 void hideSplash() {
   if (!isSplashPossible()) {
     return;
   }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  setKeepAlive(nullptr);
+  stopRefreshing();
   [win orderOut:nil];
   drawSplashNow();
   [pool release];
+}
+
+// The redraw thread holds the view until its sleep is over. A view ends on the main thread only, so
+// that this reference has to be the last: it is kept.
+static void closeView() {
+  static SplashView* closed = nil;
+  [closed release];
+  closed = splashView;
+  splashView = nil;
 }
 
 void cleanup() {
@@ -113,13 +125,12 @@ void cleanup() {
     return;
   }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  setKeepAlive(nullptr);
+  stopRefreshing();
   cancelRedrawThread();
   NSWindow* closing = win;
   win = nil;
   [closing close];
-  [splashView release];
-  splashView = nil;
+  closeView();
   handleEvents(0);
   [pool release];
 }

@@ -9,7 +9,14 @@
 
 static const uint64_t kRefreshMillis = 30;
 
+static bool isSplashUnwanted = false;
+
+void goWithoutSplash() { isSplashUnwanted = true; }
+
 bool isSplashPossible() {
+  if (isSplashUnwanted) {
+    return false;
+  }
   static const bool possible = openWindowSystem();
   static bool reported = false;
   if (!possible && !reported) {

@@ -8,8 +8,8 @@
 @class Redrawer;
 @class SplashView;
 
-// What the files of the splash share; others use splash.h. Owned by the main thread; the redraw
-// thread uses the view that it was started with only.
+// What the files of the splash share; others use splash.h. Owned by the main thread, which alone
+// uses window and view.
 
 extern NSWindow* win;           // null before init() and after cleanup()
 extern SplashView* splashView;  // the window's content view, likewise

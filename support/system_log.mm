@@ -1,13 +1,9 @@
 #include "support/system_log.h"
 
-#import <Foundation/Foundation.h>
+#import "support/cocoa_text.h"
 
 void writeSystemLog(const char* text) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  NSString* message = [NSString stringWithUTF8String:text];
-  if (message == nil) {
-    message = [NSString stringWithCString:text encoding:NSISOLatin1StringEncoding];
-  }
-  NSLog(@"%@", message);
+  NSLog(@"%@", textFromUTF8(text));
   [pool release];
 }

@@ -43,6 +43,7 @@ static std::string infoPlist(const Bundle& bundle) {
       "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
       "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
       "<plist version=\"1.0\">\n<dict>\n";
+  text += entry("CFBundleDisplayName", bundle.shownName);
   text += entry("CFBundleExecutable", bundle.executableName);
   if (!bundle.icon.empty()) {
     text += entry("CFBundleIconFile", fs::path(bundle.icon).filename());

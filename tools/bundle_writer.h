@@ -9,7 +9,8 @@ namespace tools {
 
 struct Bundle {
   std::string path;        // ends in ".app"
-  std::string name;        // what menus and the Finder show
+  std::string name;        // of the application, in the menu of the process
+  std::string shownName;   // of the bundle, in the Finder: an installer's says so
   std::string identifier;  // reverse-DNS name
   std::string version;
   std::string executable;      // the file to copy into the bundle

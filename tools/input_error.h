@@ -23,6 +23,12 @@ auto aboutFile(const std::string& path, Function function) {
   }
 }
 
+// What could not be written for want of space.
+class DiskFullError : public InputError {
+ public:
+  using InputError::InputError;
+};
+
 }  // namespace tools
 
 #endif

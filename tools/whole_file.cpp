@@ -72,7 +72,12 @@ WholeFile::~WholeFile() {
 }
 
 void WholeFile::fail(const std::string& what) const {
-  throw InputError(path_ + " " + what + ": " + reason());
+  const bool isFull = errno == ENOSPC || errno == EDQUOT;
+  const std::string message = path_ + " " + what + ": " + reason();
+  if (isFull) {
+    throw DiskFullError(message);
+  }
+  throw InputError(message);
 }
 
 void WholeFile::write(const void* data, size_t size) {

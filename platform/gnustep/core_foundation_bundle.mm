@@ -3,6 +3,8 @@
 
 #include <dlfcn.h>
 
+#import "support/cocoa_text.h"
+
 // What a CFBundleRef points to.
 @interface QuorvaneBundle : NSObject {
  @public
@@ -59,7 +61,7 @@ Boolean CFBundleLoadExecutableAndReturnError(CFBundleRef bundle, CFErrorRef* err
   }
   loaded->library = dlopen([executable fileSystemRepresentation], RTLD_LAZY | RTLD_LOCAL);
   if (loaded->library == NULL) {
-    *error = newError([NSString stringWithUTF8String:dlerror()]);
+    *error = newError(textFromUTF8(dlerror()));
     return 0;
   }
   return 1;

@@ -8,6 +8,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <sstream>
+#include <string>
 
 // Connects to the X server's local socket: the abstract name, or the file of the same name.
 static bool connectsTo(int number, bool abstractName) {
@@ -26,6 +29,24 @@ static bool connectsTo(int number, bool abstractName) {
   return connected;
 }
 
+// Whether a socket of this name is listened on, seen without connecting to it: an X server that
+// loses its last client resets itself, and refuses the next one meanwhile.
+static bool isListenedOn(int number) {
+  constexpr unsigned long kAcceptsConnections = 1 << 16;
+  const std::string file = "/tmp/.X11-unix/X" + std::to_string(number);
+  std::ifstream sockets("/proc/net/unix");
+  for (std::string line; std::getline(sockets, line);) {
+    std::istringstream fields(line);
+    std::string slot, users, protocol, flags, type, state, inode, name;
+    fields >> slot >> users >> protocol >> flags >> type >> state >> inode >> name;
+    const bool accepts = (strtoul(flags.c_str(), nullptr, 16) & kAcceptsConnections) != 0;
+    if (accepts && (name == file || name == "@" + file)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 bool isDisplayAvailable() {
   const char* display = getenv("DISPLAY");
   if (display == nullptr || display[0] == 0) {
@@ -36,5 +57,14 @@ bool isDisplayAvailable() {
     return true;
   }
   const int number = atoi(strchr(display, ':') + 1);
-  return connectsTo(number, true) || connectsTo(number, false);
+  // The list leaves out the sockets of other network namespaces, whose files may be here.
+  return isListenedOn(number) || connectsTo(number, true) || connectsTo(number, false);
+}
+
+bool isDisplayRequired() {
+  return false;
+}
+
+const char* missingDisplayMessage() {
+  return "No display: DISPLAY names no window system that can be reached.\n";
 }

@@ -2,4 +2,14 @@
 
 #import <AppKit/AppKit.h>
 
-bool openWindowSystem() { return [NSApplication sharedApplication] != nil; }
+#include "platform/display.h"
+#include "support/application_launch.h"
+
+static bool createApplication() {
+  keepArgumentsFromBeingOpened();
+  return [NSApplication sharedApplication] != nil;
+}
+
+bool openWindowSystem() { return NSApp != nil || (isDisplayAvailable() && createApplication()); }
+
+bool keepsEarlyEventHandlers() { return false; }

@@ -1,6 +1,12 @@
 # What every piece of the demo uses. Sourced by scripts/demo.
 
 demo=$PWD/build/demo
+executables=$PWD/build/bin
+# The same with the executables that scripts/build-macos has made, in Linux processes.
+if [ -n "${QUORVANE_DEMO_MACOS:-}" ]; then
+  demo=$PWD/build/demo-macos
+  executables=$PWD/build-macos/bin
+fi
 hello=$demo/hello
 app=$hello/dist/Hello.app
 app_name=Hello
@@ -33,6 +39,11 @@ build_the_tools() {
   say "building the product and the packager"
   quietly cmake --preset dev
   quietly cmake --build --preset dev --target packager
+  if [ -n "${QUORVANE_DEMO_MACOS:-}" ]; then
+    quietly cmake --build --preset dev --target macrun
+    # Every process that is started from here on starts them through the runner.
+    export LD_PRELOAD=$PWD/build/bin/libmacexec.so${LD_PRELOAD:+:$LD_PRELOAD}
+  fi
 }
 
 # The packager. Its output is shown only when it fails.

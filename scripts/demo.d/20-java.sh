@@ -16,4 +16,6 @@ make_runtime() {
   say "making a Java runtime with jlink"
   quietly "$jdk/bin/jlink" --add-modules java.base,java.desktop --strip-java-debug-attributes \
     --no-header-files --no-man-pages --compress=2 --output "$demo/runtime"
+  # What is built for macOS knows the JVM library by this name alone.
+  [ -z "${QUORVANE_DEMO_MACOS:-}" ] || cp "$demo/runtime/lib/server/libjvm".{so,dylib}
 }

@@ -6,7 +6,8 @@ make_hello() {
   mkdir -p "$hello"
   pack init "$demo/hello.jar" --main-class org.example.hello.Hello --project "$hello/quorvane.toml"
   say "packing it with 'quorvane-pack build'"
-  pack build "$hello/quorvane.toml" --runtime "$demo/runtime" --output "$hello/dist"
+  pack build "$hello/quorvane.toml" --runtime "$demo/runtime" --output "$hello/dist" \
+    --executables "$executables"
   pack verify "$hello/dist/Hello Installer.app"
 }
 

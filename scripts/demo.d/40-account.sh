@@ -14,7 +14,7 @@ make_account() {
 # Runs a command in the account.
 as_account() {
   env HOME="$demo/home" TMPDIR="$account_tmp" TEMP="$account_tmp" TMP="$account_tmp" \
-    LD_PRELOAD=libnss_wrapper.so NSS_WRAPPER_PASSWD="$demo/passwd" \
+    LD_PRELOAD="${LD_PRELOAD:+$LD_PRELOAD:}libnss_wrapper.so" NSS_WRAPPER_PASSWD="$demo/passwd" \
     NSS_WRAPPER_GROUP="$demo/group" "$@"
 }
 

@@ -17,7 +17,7 @@ make_project() {
 
 # Packs the project; more words go to the packager.
 pack_project() {
-  pack build "$project/quorvane.toml" --output "$dist" "$@"
+  pack build "$project/quorvane.toml" --output "$dist" --executables "$executables" "$@"
 }
 
 # Runs the bundle $1 in the account, on a display of its own, with its log in $2 and pictures of its
@@ -28,8 +28,15 @@ run_bundle() {
              account_tmp=$1; photograph "$2" "$3"' demo "$account_tmp" "$1" "$2"
 }
 
+# Whether the application's window is up, and with it the menu of the process under its name.
+application_is_shown() {
+  local windows
+  windows=$(xwininfo -root -tree)
+  grep -q '"Sample version' <<< "$windows" && grep -q '"Sample": (' <<< "$windows"
+}
+
 # Starts the executable of the bundle $1 and keeps the latest picture of the splash, and of the
-# application's window once its window is up.
+# application's window and menu once they are up.
 photograph() {
   local status=0
   display -window root xc:'#9fb3c8'
@@ -38,7 +45,7 @@ photograph() {
   while kill -0 "$process" 2> /dev/null; do
     sleep 0.3
     import -silent -window root "$2.now.png" 2> /dev/null || continue
-    if xwininfo -root -tree | grep -q '"Sample version'; then
+    if application_is_shown; then
       mv "$2.now.png" "$2-application.png"
     elif [ ! -e "$2-application.png" ] && [ "$(identify -format %k "$2.now.png")" -gt 16 ]; then
       mv "$2.now.png" "$2-splash.png"  # a screen of fewer colours shows the background alone
@@ -66,7 +73,7 @@ install_offline() {
   must_log "$demo/install" "[ExtractArchive] Archive signature verified."
   show_application "$demo/install"
   [ -s "$demo/install-splash.png" ] || fail "no picture of the splash was taken"
-  [ -s "$demo/install-application.png" ] || fail "no picture of the application was taken"
+  [ -s "$demo/install-application.png" ] || fail "no picture of the application and its menu was taken"
   say "pictures: $demo/install-splash.png and $demo/install-application.png"
 }
 

@@ -1,8 +1,10 @@
 // Asks the running application NAME to open each URL in turn, as another program of the same
 // account would: through distributed objects, under the application's process name. Waits up to 30
 // seconds for the application to be there. Prints the application's answer (1 or 0) for each URL.
+// A word that begins with a slash is the path of a file to open. The word "quit" asks the
+// application to quit, as the session's manager does; there is no answer to that.
 //
-//   url_sender NAME URL...
+//   url_sender NAME URL|PATH|quit...
 
 #include <unistd.h>
 
@@ -12,6 +14,8 @@
 
 @protocol OpensURLs
 - (BOOL)application:(NSApplication*)application openURL:(NSURL*)url;
+- (BOOL)application:(NSApplication*)application openFile:(NSString*)path;
+- (oneway void)terminate:(id)sender;
 @end
 
 static id waitForApplication(const char* name) {
@@ -26,6 +30,16 @@ static id waitForApplication(const char* name) {
   return nil;
 }
 
+static void ask(id application, NSString* word) {
+  if ([word isEqual:@"quit"]) {
+    [application terminate:nil];
+  } else if ([word hasPrefix:@"/"]) {
+    printf("%d\n", [application application:nil openFile:word]);
+  } else {
+    printf("%d\n", [application application:nil openURL:[NSURL URLWithString:word]]);
+  }
+}
+
 int main(int argc, char** argv) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   id application = argc > 2 ? waitForApplication(argv[1]) : nil;
@@ -35,8 +49,7 @@ int main(int argc, char** argv) {
   }
   [application setProtocolForProxy:@protocol(OpensURLs)];
   for (int i = 2; i < argc; ++i) {
-    NSURL* url = [NSURL URLWithString:[NSString stringWithUTF8String:argv[i]]];
-    printf("%d\n", [application application:nil openURL:url]);
+    ask(application, [NSString stringWithUTF8String:argv[i]]);
     fflush(stdout);
   }
   [pool release];

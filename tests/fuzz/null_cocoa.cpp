@@ -4,20 +4,42 @@
 
 #include <cstdio>
 
+#include "launcher/app_shell.h"
 #include "launcher/bundle_loader.h"
+#include "launcher/event_loop.h"
 #include "launcher/url_events.h"
 #include "support/downloader.h"
+#include "support/event_wait.h"
+#include "support/failure_alert.h"
 #include "support/move_item.h"
 #include "support/splash.h"
 #include "support/system_log.h"
 
 void writeSystemLog(const char*) {}
 
+void showFailureAlert(const FailureAlert&) {}
+
 bool moveItem(const char* from, const char* to) {
   return rename(from, to) == 0;
 }
 
 void loadOSXBundle(const char*) {}
+
+void presentApplication(const Presentation&) {}
+
+void loadOSXUINib(const char*) {}
+
+void prepareEventLoop() {}
+
+void runEventLoopUntilEnded() {}
+
+void endEventLoop() {}
+
+bool waitForEventLoopToEnd() {
+  return true;
+}
+
+void waitForEvent(double) {}
 
 const char* getRequestedURL() {
   return nullptr;

@@ -6,6 +6,7 @@
 
 #include "tests/support/account.h"
 #include "tests/support/files.h"
+#include "tests/support/product_system.h"
 #include "tools/launch_file_writer.h"
 
 namespace fs = std::filesystem;
@@ -50,7 +51,7 @@ std::string Installer::runtimeRecords() {
   return folderRecord("Contents/MacOS") +
          fileRecord("Contents/Home/bin/java", readFile(QUORVANE_BIN "/fake_java")) +
          fileRecord("Contents/Home/bin/unpack200", "#!/bin/sh\nexec cp \"$1\" \"$2\"\n") +
-         fileRecord("Contents/Home/lib/server/libjvm.so", readFile(QUORVANE_FAKE_JVM)) +
+         fileRecord("Contents/Home/" + jvmLibraryPlace(), readFile(QUORVANE_FAKE_JVM)) +
          fileRecord("Contents/Home/release", runtimeRelease());
 }
 
@@ -68,7 +69,7 @@ Installer::Installer() {
   tail.jreVersion = "1407";
   tail.guVersion = "5";
   tail.updateUrl = "http://192.0.2.10/";
-  updater = {fileRecord("lzma64", readFile(QUORVANE_BIN "/lzma64")),
+  updater = {fileRecord("lzma64", readFile(product("lzma64"))),
              nestedRecord("updater", updaterRecords()), fileRecord("nativesplash.png", "no image"),
              fileRecord("version.txt", "5")};
   runtime = nestedRecord("runtime", runtimeRecords());
@@ -112,7 +113,7 @@ void Installer::write() const {
   fs::create_directories(fs::path(executable()).parent_path());
   fs::create_directories(resources());
   fs::remove(executable());
-  fs::copy_file(QUORVANE_BIN "/extractor", executable());
+  fs::copy_file(product("extractor"), executable());
   const std::string record = tailRecord();
   if (tailPlace == TailPlace::Resource) {
     writeFile(resources() + "/Tail", record);
@@ -143,7 +144,7 @@ void Installer::installRuntime(const std::string& version) const {
   fs::create_directories(folder + "/bin");
   fs::create_directories(folder + "/lib/server");
   fs::copy_file(QUORVANE_BIN "/fake_java", folder + "/bin/java");
-  fs::copy_file(QUORVANE_FAKE_JVM, folder + "/lib/server/libjvm.so");
+  fs::copy_file(QUORVANE_FAKE_JVM, folder + "/" + jvmLibraryPlace());
   writeFile(folder + "/release", runtimeRelease());
 }
 
@@ -160,7 +161,7 @@ Command Installer::command(const std::vector<std::string>& words) const {
   command.environment = home.environment();
   command.environment["FAKE_JAVA_RECORD"] = javaReport();
   command.environment["QUORVANE_FAKE_JVM_REPORT"] = jvmReport();
-  command.unset = {"DISPLAY"};
+  command.unset = displayVariables();
   command.folder = folder_.path();
   if (isOrdinary_) {
     command.prepare = [] { become(ordinaryAccount()); };

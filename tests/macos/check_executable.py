@@ -3,7 +3,7 @@
 import re
 
 import mach_o
-from expected import CPU_TYPES, LIBRARIES, MINIMUM_VERSIONS, OWN_EXPORTS, lines
+from expected import CPU_TYPES, LIBRARY_VERSIONS, MINIMUM_VERSIONS, OWN_EXPORTS, lines
 
 
 def check_kind(report, path, arch, title):
@@ -21,9 +21,12 @@ def check_kind(report, path, arch, title):
                  "LC_RPATH" not in commands, commands)
 
 
-def check_libraries(report, path, title):
+def check_libraries(report, path, title, wanted):
     report.same_names(f"{title}: links the system's libraries and frameworks, no others",
-                      mach_o.libraries(path), LIBRARIES)
+                      mach_o.libraries(path), wanted)
+    versions = mach_o.library_versions(path)
+    report.equal(f"{title}: has the versions of them that Apple's linker would note", versions,
+                 {name: LIBRARY_VERSIONS.get(name) for name in versions})
 
 
 def check_exports(report, path, title, program):

@@ -50,13 +50,31 @@ def marked_lines(path, marker):
             if re.search(rf"\b{marker}\b", line)]
 
 
-def compile_commands(build, language):
+def all_compile_commands(build, language):
+    """(path, folder, arguments) for this project's own sources."""
     for entry in json.loads((build / "compile_commands.json").read_text()):
-        arguments = shlex.split(entry["command"])
         path = Path(entry["file"])
         ours = path.is_relative_to(mach_o.SOURCE) and not path.is_relative_to(build)
-        if ours and "macos-sdk" not in path.parts and path.suffix == language:
-            yield path, entry["directory"], arguments
+        if ours and path.suffix == language:
+            yield path, entry["directory"], shlex.split(entry["command"])
+
+
+def is_for_test(arguments):
+    return arguments[arguments.index("-o") + 1].startswith("tests/")
+
+
+def is_shipped(path):
+    """Whether a source becomes a part of what runs on a user's machine."""
+    folder, *rest = path.relative_to(mach_o.SOURCE).parts
+    if folder == "tools":
+        return rest[0] == "lzma64" or rest in (["interruption.cpp"], ["lzma.cpp"], ["whole_file.cpp"])
+    return folder not in ("tests", "examples", "bench")
+
+
+def compile_commands(build, language):
+    """The same for what is shipped, but for its second compilation as a part of a test."""
+    return (entry for entry in all_compile_commands(build, language)
+            if is_shipped(entry[0]) and not is_for_test(entry[2]))
 
 
 def compile_with(directory, arguments, *more):
@@ -87,9 +105,17 @@ def unused_declarations(path, used):
         start = end
 
 
+def sources_with_frameworks(build):
+    """The Objective-C++ sources, and the plain ones of the platform."""
+    yield from compile_commands(build, ".mm")
+    for command in compile_commands(build, ".cpp"):
+        if command[0].is_relative_to(mach_o.SOURCE / "platform"):
+            yield command
+
+
 def check_declarations(report, build):
     with ThreadPoolExecutor(cpu_count()) as pool:
-        used = set().union(*pool.map(uses_in, compile_commands(build, ".mm")))
+        used = set().union(*pool.map(uses_in, sources_with_frameworks(build)))
     unused = []
     count = 0
     for path in headers():

@@ -8,6 +8,9 @@ SOURCE = Path(__file__).resolve().parents[2]
 LLVM = SOURCE / "build-macos/tools/llvm"
 
 
+Unreadable = subprocess.CalledProcessError
+
+
 def run(tool, *arguments):
     return subprocess.run([LLVM / tool, *arguments], check=True, capture_output=True,
                           text=True).stdout
@@ -25,9 +28,32 @@ def load_commands(path):
     return re.findall(r"^ *cmd (LC_\w+)$", text, re.M)
 
 
+def segments(path):
+    """(name, address, size in memory, offset in the file, size in the file) of each segment."""
+    text = run("llvm-objdump", "--macho", "--private-headers", path)
+    pattern = (r"cmd LC_SEGMENT_64\n.*\n +segname (\S+)\n +vmaddr (\S+)\n +vmsize (\S+)\n"
+               r" +fileoff (\d+)\n +filesize (\d+)")
+    return [(name, int(address, 16), int(memory, 16), int(offset), int(size))
+            for name, address, memory, offset, size in re.findall(pattern, text)]
+
+
+def sections(path, name):
+    """The sizes of the sections of that name."""
+    text = run("llvm-objdump", "--macho", "--private-headers", path)
+    return [int(size, 16) for size in
+            re.findall(rf"sectname {name}\n +segname \S+\n +addr \S+\n +size (\S+)", text)]
+
+
 def libraries(path):
     text = run("llvm-objdump", "--macho", "--dylibs-used", path)
     return re.findall(r"^\s+(/\S+) \(", text, re.M)
+
+
+def library_versions(path):
+    """The compatibility version and the current version of each library, by its short name."""
+    text = run("llvm-objdump", "--macho", "--dylibs-used", path)
+    found = re.findall(r"^\s+\S*/(\w+)\S* \(compatibility version (\S+), current version (\S+?)\)", text, re.M)
+    return {name: (compatible, current) for name, compatible, current in found}
 
 
 def exports(path):

@@ -43,14 +43,17 @@ std::string makeDeepFolder(const std::string& root, int depth, unsigned mode) {
 }
 
 size_t openFiles() {
-  return static_cast<size_t>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+  return static_cast<size_t>(std::distance(fs::directory_iterator("/dev/fd"), {}));
 }
 
 void allowOpenFiles(unsigned count) {
-  rlimit limit{};
-  limit.rlim_cur = count;
-  limit.rlim_max = count;
+  const rlimit limit{count, count};
   setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+void allowStack(unsigned bytes) {
+  const rlimit limit{bytes, bytes};
+  setrlimit(RLIMIT_STACK, &limit);
 }
 
 unsigned modeOf(const std::string& path) {

@@ -21,6 +21,9 @@ std::string makeDeepFolder(const std::string& root, int depth, unsigned mode = 0
 // Lets this process open no more than `count` files at a time.
 void allowOpenFiles(unsigned count);
 
+// Lets this process's stack grow to no more than `bytes`.
+void allowStack(unsigned bytes);
+
 // The number of descriptors that this process has open.
 size_t openFiles();
 

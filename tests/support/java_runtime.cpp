@@ -3,12 +3,13 @@
 #include <filesystem>
 
 #include "tests/support/files.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 
 namespace test {
 
-static const fs::path kRuntime = QUORVANE_TEST_RUNTIME;
+static const fs::path kRuntime = testRuntime();
 
 static void copyJava(const fs::path& folder) {
   fs::create_directories(folder / "bin");

@@ -7,6 +7,7 @@
 #include <regex>
 
 #include "tests/support/files.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 
@@ -15,7 +16,7 @@ namespace test {
 LauncherBundle::LauncherBundle() {
   fs::create_directories(fs::path(executable()).parent_path());
   fs::create_directories(resources());
-  fs::copy_file(QUORVANE_BIN "/launcher", executable());
+  fs::copy_file(product("launcher"), executable());
 }
 
 void LauncherBundle::appendTail(const Tail& tail) const {
@@ -28,7 +29,7 @@ void LauncherBundle::writeTailFile(const Tail& tail) const {
 
 void LauncherBundle::installRuntime() const {
   fs::create_directories(master());
-  fs::create_directory_symlink(QUORVANE_TEST_RUNTIME, runtime());
+  fs::create_directory_symlink(testRuntime(), runtime());
 }
 
 void LauncherBundle::installLibrary(const std::string& library, const std::string& place) const {

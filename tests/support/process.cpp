@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,7 +11,9 @@
 #include <cstdlib>
 #include <thread>
 
+#include "tests/support/end_with_parent.h"
 #include "tests/support/files.h"
+#include "tests/support/run_record.h"
 #include "tests/support/temp_folder.h"
 
 namespace test {
@@ -28,10 +29,12 @@ static void becomeProgram
     command.prepare();
   }
   // Nothing outlives a test that is itself killed; a change of account would have undone this.
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  endWithParent();
   if (!command.folder.empty() && chdir(command.folder.c_str()) != 0) {
     _exit(126);
   }
+  // Where the desktop started what runs the tests, it did not start what they run.
+  unsetenv("DESKTOP_STARTUP_ID");
   for (const auto& [name, value] : command.environment) {
     setenv(name.c_str(), value.c_str(), 1);
   }
@@ -99,6 +102,7 @@ Result run(const Command& command) {
   Result result = waitForChild(child, command.seconds, command.until);
   result.out = readFile(out);
   result.err = readFile(err);
+  recordRun(result);
   return result;
 }
 

@@ -1,5 +1,7 @@
 #include "tests/support/temp_folder.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 

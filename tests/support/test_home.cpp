@@ -47,14 +47,27 @@ void TestHome::becomeHomeOf(const Account& account) const {
   giveTo(account, tmp_);
 }
 
-// Ends the toolkit's name server when one was started for this account; it is found by the
-// temporary folder in its environment, so that nobody else's is touched.
-static void endDaemonsOf(const std::string& tmp) {
+static std::string nameOfProcess(const fs::path& entry) {
+  char name[32] = "";
+  if (FILE* file = fopen((entry / "comm").c_str(), "rb")) {
+    name[fread(name, 1, sizeof name - 1, file)] = '\0';
+    fclose(file);
+  }
+  return name;
+}
+
+// Ends what was started for this account and still runs, or what of it has the name `program`: the
+// toolkit's name server, for example. It is found by the temporary folder in its environment, so
+// that nobody else's is touched.
+static void endProcessesOf(const std::string& tmp, const std::string& program = "") {
   const std::string wanted = "TMPDIR=" + tmp;
   std::error_code ignored;
   for (const auto& entry : fs::directory_iterator("/proc", ignored)) {
     const std::string name = entry.path().filename();
     if (name.find_first_not_of("0123456789") != std::string::npos) {
+      continue;
+    }
+    if (!program.empty() && nameOfProcess(entry.path()) != program + "\n") {
       continue;
     }
     FILE* file = fopen((entry.path() / "environ").c_str(), "rb");
@@ -71,9 +84,13 @@ static void endDaemonsOf(const std::string& tmp) {
 }
 
 TestHome::~TestHome() {
-  endDaemonsOf(tmp_);
+  endProcessesOf(tmp_);
   std::error_code ignored;
   fs::remove_all(tmp_, ignored);
+}
+
+void TestHome::endNameServer() const {
+  endProcessesOf(tmp_, "gdnc");
 }
 
 std::map<std::string, std::string> TestHome::environment() const {

@@ -23,6 +23,9 @@ class TestHome {
   // The folder in which a per-user application's master folder lies.
   std::string applicationSupport() const { return home_ + "/Library/Application Support"; }
 
+  // Ends the toolkit's name server where one was started for this account.
+  void endNameServer() const;
+
   // Makes it the account's home, with all that it holds.
   void becomeHomeOf(const Account& account) const;
 

@@ -2,6 +2,8 @@
 #include <cstring>
 #include <exception>
 
+#include "support/exit_status.h"
+#include "tools/input_error.h"
 #include "tools/lzma.h"
 
 // The LZMA tool that an installer carries under the name "lzma64" and runs on the entries and
@@ -17,6 +19,9 @@ static int convert(const char* mode, const char* in, const char* out) {
     } else {
       tools::lzmaCompress(in, out);
     }
+  } catch (const tools::DiskFullError& error) {
+    fprintf(stderr, "lzma64: %s\n", error.what());
+    return EXIT_STATUS_LZMA_DISK_FULL;
   } catch (const std::exception& error) {
     fprintf(stderr, "lzma64: %s\n", error.what());
     return kInputError;

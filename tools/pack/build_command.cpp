@@ -186,7 +186,9 @@ static std::string fileName(const Build& build, const BundleKind& kind) {
 static Bundle bundleOf(const Build& build, const BundleKind& kind) {
   Bundle bundle;
   bundle.path = build.output / fileName(build, kind);
-  bundle.name = build.project.name + kind.nameSuffix;
+  // The application runs in its installer's process, under a menu with its own name.
+  bundle.name = build.project.name;
+  bundle.shownName = build.project.name + kind.nameSuffix;
   bundle.identifier = build.project.identifier + kind.identifierSuffix;
   bundle.version = build.project.version;
   bundle.executable = build.options.files.executables + "/" + kind.executable;

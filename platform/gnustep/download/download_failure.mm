@@ -1,11 +1,6 @@
 #import "platform/gnustep/download/download_failure.h"
 
-static NSString* asText(const std::string& bytes) {
-  NSString* text = [NSString stringWithUTF8String:bytes.c_str()];
-  return text != nil
-             ? text
-             : [NSString stringWithCString:bytes.c_str() encoding:NSISOLatin1StringEncoding];
-}
+#import "support/cocoa_text.h"
 
 static NSInteger codeOf(CURLcode result) {
   switch (result) {
@@ -35,9 +30,9 @@ static NSInteger codeOf(CURLcode result) {
 }
 
 NSError* downloadFailure(NSInteger code, const std::string& text, NSString* url) {
-  NSDictionary* details =
-      [NSDictionary dictionaryWithObjectsAndKeys:asText(text), NSLocalizedDescriptionKey, url,
-                                                 NSURLErrorFailingURLStringErrorKey, nil];
+  NSDictionary* details = [NSDictionary
+      dictionaryWithObjectsAndKeys:textFromUTF8(text.c_str()), NSLocalizedDescriptionKey, url,
+                                   NSURLErrorFailingURLStringErrorKey, nil];
   return [NSError errorWithDomain:NSURLErrorDomain code:code userInfo:details];
 }
 

@@ -2,20 +2,14 @@
 
 #include <strings.h>
 
-// The text of a header field, which may hold any bytes.
-static NSString* fieldText(const std::string& bytes) {
-  NSString* text = [NSString stringWithUTF8String:bytes.c_str()];
-  return text != nil
-             ? text
-             : [NSString stringWithCString:bytes.c_str() encoding:NSISOLatin1StringEncoding];
-}
+#import "support/cocoa_text.h"
 
 // GNUstep's own reading of the length is of no use, and takes longer ones for errors.
 static NSDictionary* fieldsWithoutLength(const HeaderFields& fields) {
   NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
   for (const auto& [name, value] : fields) {
     if (strcasecmp(name.c_str(), "Content-Length") != 0) {
-      [dictionary setObject:fieldText(value) forKey:fieldText(name)];
+      [dictionary setObject:textFromUTF8(value.c_str()) forKey:textFromUTF8(name.c_str())];
     }
   }
   return dictionary;

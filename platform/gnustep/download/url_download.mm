@@ -8,6 +8,7 @@
 #import "platform/gnustep/download/download_failure.h"
 #import "platform/gnustep/download/download_response.h"
 #include "platform/gnustep/download/redirect.h"
+#import "support/cocoa_text.h"
 
 static const int kMostRedirects = 20;
 
@@ -88,7 +89,7 @@ static NSTimeInterval steadyNow() {
 
 - (void)setDestination:(NSString*)path allowOverwrite:(BOOL)allowOverwrite {
   delete destination;
-  destination = new std::string([path fileSystemRepresentation]);
+  destination = new std::string([path UTF8String]);  // as on a Mac
   overwrites = allowOverwrite;
 }
 
@@ -169,7 +170,7 @@ static HeaderFields fieldsOf(NSURLRequest* request) {
 }
 
 - (void)followRedirectTo:(const std::string&)url head:(const ResponseHead&)head {
-  NSURL* target = [NSURL URLWithString:[NSString stringWithUTF8String:url.c_str()]];
+  NSURL* target = [NSURL URLWithString:textFromUTF8(url.c_str())];
   if (target == nil || !isHttpUrl(*curlLibrary(), url)) {
     [self failWithCode:NSURLErrorUnsupportedURL text:"The server redirected to no HTTP URL"];
     return;
@@ -216,8 +217,7 @@ static HeaderFields fieldsOf(NSURLRequest* request) {
     return NO;
   }
   if ([delegate respondsToSelector:@selector(download:didCreateDestination:)]) {
-    [delegate download:self
-        didCreateDestination:[NSString stringWithUTF8String:destination->c_str()]];
+    [delegate download:self didCreateDestination:textFromUTF8(destination->c_str())];
   }
   return delegate != nil;
 }

@@ -15,6 +15,7 @@
 #include "tests/blackbox/installer/launcher_only.h"
 #include "tests/blackbox/installer/starts.h"
 #include "tests/support/background.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -142,13 +143,13 @@ class RunningApplication : public Concurrency {
   // In the test's folder: "missing" gets a line for what is not found, "looked" is made after each
   // look, "ended" at the end. The launch by the update's installer is not the one to be watched.
   std::string java() const {
-    return "#!/bin/sh\ncd '" + (installer_ / "") + "'" + R"sh(
+    return "#!/bin/sh\ncd '" + (installer_ / "") + "'\nlibrary=" + test::jvmLibraryPlace() + R"sh(
 case "$*" in *updater.Main*) ;; *) exit 0 ;; esac
 mkdir watched || exit 0
 home=$(dirname "$(dirname "$0")")
 master=$(dirname "$home")
 while [ ! -e stop ]; do
-  [ -e "$home/lib/server/libjvm.so" ] || echo runtime >> missing
+  [ -e "$home/$library" ] || echo runtime >> missing
   [ -e "$master/Quorvane-Demo-3-complete/demo.jar" ] || echo app >> missing
   : > looked
 done

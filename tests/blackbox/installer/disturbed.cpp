@@ -30,10 +30,38 @@ static std::vector<uint64_t> pointsOf(uint64_t count) {
   return points;
 }
 
+// What an application keeps beside its jar, in each folder that an installation may replace.
+void Disturbed::addFilesOfTheUser() const {
+  for (const std::string& name : scene_.kept) {
+    const std::string folder = installer_.master(name);
+    test::writeFile(folder + "/user-settings.ini", "settings in " + name, 0640);
+    test::writeFile(folder + "/.user/history", "history in " + name, 0600);
+    fs::create_directories(folder + "/user/empty");
+    fs::create_symlink("../user-settings.ini", folder + "/user/link");
+  }
+}
+
+void Disturbed::expectFilesOfTheUser() const {
+  for (const std::string& name : scene_.kept) {
+    const std::string folder = installer_.master(name);
+    EXPECT_TRUE(fs::exists(folder)) << name << " is lost";
+    const auto expectFile = [&](const std::string& file, const std::string& bytes, unsigned mode) {
+      ASSERT_TRUE(fs::exists(folder + file)) << name << file << " is lost";
+      EXPECT_EQ(bytes + name, test::readFile(folder + file));
+      EXPECT_EQ(mode, test::modeOf(folder + file)) << name << file;
+    };
+    expectFile("/user-settings.ini", "settings in ", 0640);
+    expectFile("/.user/history", "history in ", 0600);
+    EXPECT_TRUE(fs::is_directory(folder + "/user/empty")) << name;
+    EXPECT_TRUE(fs::is_symlink(folder + "/user/link")) << name;
+  }
+}
+
 void Disturbed::keepState(const Scene& scene) {
   scene_ = scene;
   fs::remove_all(installer_ / "before");
   fs::create_directories(installer_.master());
+  addFilesOfTheUser();
   fs::rename(installer_.master(), installer_ / "before");
 }
 
@@ -79,9 +107,7 @@ bool Disturbed::isInstalled(const std::string& start) const {
 
 void Disturbed::expectNothingBroken() {
   expectVersionFoldersStart(installer_);
-  for (const std::string& name : scene_.kept) {
-    EXPECT_TRUE(fs::exists(installer_.master(name))) << name << " is lost";
-  }
+  expectFilesOfTheUser();
 }
 
 // Starts what counts as installed, with nothing new at hand.

@@ -24,7 +24,8 @@ std::ostream& operator<<(std::ostream& out, const Fault& fault);
 class Disturbed : public testing::TestWithParam<Fault> {
  protected:
   // What is installed before the disturbed run, and what the next undisturbed one must start, as
-  // version folders; `kept` is never to be lost, `made` must stand in the end.
+  // version folders; `kept` is never to be lost, with what a user has put there, `made` must be
+  // there in the end.
   struct Scene {
     std::string oldUpdater;  // empty for a first installation
     std::string newUpdater;
@@ -50,6 +51,8 @@ class Disturbed : public testing::TestWithParam<Fault> {
     uint64_t hit = 0;
   };
 
+  void addFilesOfTheUser() const;
+  void expectFilesOfTheUser() const;
   void reset();
   test::Result runWith(uint64_t point);
   Counts readCounts() const;

@@ -70,6 +70,17 @@ const Fault kInstallationFaults[] = {
     {"WaitKeepsFailing", "wait", "10+"}, {"WaitDies", "wait", "kill"},
 };
 
+// Those that matter to a folder which is replaced.
+const Fault kReplacementFaults[] = {
+    {"OpenFails", "open", "13"},         {"CloseFails", "close", "5"},
+    {"RenameFails", "rename", "5"},      {"RenameKeepsFailing", "rename", "5+"},
+    {"RenameDies", "rename", "kill"},    {"DeleteDies", "delete", "kill"},
+    {"MkdirFails", "mkdir", "28"},       {"MkdirDies", "mkdir", "kill"},
+    {"ChmodFails", "chmod", "1"},        {"LookFails", "look", "5"},
+    {"ListFails", "list", "5"},          {"LinkFails", "link", "28"},
+    {"LinkKeepsFailing", "link", "28+"}, {"LinkDies", "link", "kill"},
+};
+
 const char kCarriedRuntime[] = "Quorvane-Mac64JRE-1407-complete";
 const char kCarriedBundle[] = "Quorvane-Mac64JRE-1407-complete.plugin";
 const char kOlderRuntime[] = "Quorvane-Mac64JRE-1400-complete";
@@ -81,18 +92,19 @@ const char kApplication2[] = "Quorvane-Demo-2-complete";
 const char kApplication3[] = "Quorvane-Demo-3-complete";
 const char kApplication4[] = "Quorvane-Demo-4-complete";
 
-// An update from updater 5 to 6 and from application 3 to 4, all of it carried. The folder of the
-// same runtime is replaced, with a moment at which it is not there.
+// An update from updater 5 to 6 and from application 3 to 4, all of it carried, where a folder of
+// that application exists already. It is replaced, and so is that of the same runtime.
 class Update : public Disturbed {
  protected:
   Update() {
     installer_.write();
     EXPECT_EQ(0, installer_.run().status);
+    installer_.installApplication("4");
     keepState({kUpdater5,
                kUpdater6,
                kCarriedRuntime,
                "",
-               {kUpdater5, kApplication3, kCarriedRuntime, kCarriedBundle},
+               {kUpdater5, kApplication3, kApplication4, kCarriedRuntime, kCarriedBundle},
                {kUpdater6, kApplication4, kCarriedBundle}});
     carryUpdate(&installer_);
     installer_.write();
@@ -118,6 +130,23 @@ class SpawningUpdate : public Update {
   SpawningUpdate() {
     installer_.properties = {{"force_spawn", "true"}};
     installer_.write();
+  }
+};
+
+// An installation of the same versions over those of updater and application, because the runtime
+// has gone.
+class Renewal : public Disturbed {
+ protected:
+  Renewal() {
+    installer_.write();
+    installer_.installUpdater("5");
+    installer_.installApplication("3");
+    keepState({"",
+               kUpdater5,
+               kCarriedRuntime,
+               "",
+               {kUpdater5, kApplication3},
+               {kUpdater5, kApplication3, kCarriedBundle}});
   }
 };
 
@@ -197,6 +226,9 @@ TEST_P(SpawningStart, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNex
 TEST_P(Fresh, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
   disturbAll();
 }
+TEST_P(Renewal, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
+  disturbAll();
+}
 TEST_P(OnlineFresh, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
   disturbAll();
 }
@@ -212,6 +244,7 @@ INSTANTIATE_TEST_SUITE_P(Of, Update, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, HiddenUpdate, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, SpawningUpdate, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, SpawningStart, testing::ValuesIn(kFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(Of, Renewal, testing::ValuesIn(kReplacementFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, Fresh, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, OnlineFresh, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, OnlineUpdate, testing::ValuesIn(kFaults), nameOf);

@@ -1,7 +1,9 @@
 // Whole offline installations and updates, through the real executable.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <chrono>
@@ -10,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "support/owned.h"
 #include "tests/blackbox/installer/current_installation.h"
 
 namespace fs = std::filesystem;
@@ -114,15 +117,52 @@ TEST_F(Installation, OfANewApplicationKeepsTheOldVersion) {
   EXPECT_TRUE(installer_.tempFolders().empty());
 }
 
-TEST_F(Installation, OfTheSameRuntimeAgainReplacesItWhole) {
+// Puts into each folder what an application keeps there, and spoils what is the installer's.
+static void useFolders(const std::vector<std::string>& folders) {
+  for (const std::string& folder : folders) {
+    test::writeFile(folder + "/user-settings.ini", "of the user's", 0640);
+    test::writeFile(folder + "/.user/history", "of the user's", 0600);
+  }
+}
+
+static void expectUsed(const std::vector<std::string>& folders) {
+  for (const std::string& folder : folders) {
+    EXPECT_EQ("of the user's", test::readFile(folder + "/user-settings.ini")) << folder;
+    EXPECT_EQ(0640u, test::modeOf(folder + "/user-settings.ini")) << folder;
+    EXPECT_EQ("of the user's", test::readFile(folder + "/.user/history")) << folder;
+  }
+}
+
+TEST_F(Installation, OfTheSameRuntimeAndApplicationAgainKeepsWhatTheUserPutThere) {
   install();
-  test::writeFile(installer_.runtimeFolder() + "/lib/stale", "of the first time");
-  installer_.tail.appVersion = "4";
-  installer_.application[0] = nestedRecord("application", Installer::applicationRecords("4"));
+  const std::string application = installer_.master("Quorvane-Demo-3-complete");
+  const std::vector<std::string> folders = {application, installer_.runtimeFolder(),
+                                            installer_.runtimeFolder() + ".plugin"};
+  useFolders(folders);
+  test::writeFile(installer_.runtimeFolder() + "/bin/java", "spoilt");
+  test::writeFile(application + "/demo.jar", "spoilt");
+  installer_.tail.guVersion = "6";
   EXPECT_EQ(0, install().status);
-  EXPECT_FALSE(fs::exists(installer_.runtimeFolder() + "/lib/stale"));
-  EXPECT_TRUE(fs::exists(installer_.runtimeFolder() + "/bin/java"));
+  expectUsed(folders);
+  EXPECT_EQ("application 3", test::readFile(application + "/demo.jar"));
+  EXPECT_EQ(test::readFile(QUORVANE_BIN "/fake_java"),
+            test::readFile(installer_.runtimeFolder() + "/bin/java"));
   EXPECT_TRUE(fs::exists(installer_.runtimeFolder() + ".plugin/Contents/Home/bin/java"));
+  EXPECT_TRUE(installer_.tempFolders().empty());
+}
+
+TEST_F(Installation, OfTheSameUpdaterAndApplicationAgainKeepsWhatTheUserPutThere) {
+  install();
+  fs::remove_all(installer_.runtimeFolder());
+  fs::remove_all(installer_.runtimeFolder() + ".plugin");
+  const std::vector<std::string> folders = {installer_.master(kUpdaterFolder),
+                                            installer_.master("Quorvane-Demo-3-complete")};
+  useFolders(folders);
+  test::writeFile(installer_.master(kUpdaterFolder) + "/updater.jar", "spoilt");
+  EXPECT_EQ(0, install().status);
+  expectUsed(folders);
+  EXPECT_EQ("the updater", test::readFile(installer_.master(kUpdaterFolder) + "/updater.jar"));
+  EXPECT_TRUE(installer_.tempFolders().empty());
 }
 
 TEST_F(Installation, RunsTheExtractedJavaToWriteItsClassData) {
@@ -332,16 +372,48 @@ TEST_F(Installation, EmptyPlaceholderArchiveIsAccepted) {
   EXPECT_TRUE(installer_.launched());
 }
 
-TEST_F(Installation, RemovesOldTemporaryFoldersAndLeavesTodaysAlone) {
-  test::writeFile(installer_.master("QuorvaneTemp-1-1-app/x"), "x");
-  test::writeFile(installer_.master("QuorvaneTemp-2-2-app/x"), "x");
-  fs::last_write_time(installer_.master("QuorvaneTemp-1-1-app"),
-                      fs::file_time_type::clock::now() - std::chrono::hours(25));
+TEST_F(Installation, RemovesTheTemporaryFoldersOfAnInstallationThatWasKilled) {
+  const std::string tool = installer_.updater[0];
+  installer_.updater[0] = fileRecord("lzma64", "#!/bin/sh\nkill -9 $PPID\n");
+  EXPECT_EQ(SIGKILL, install().signal);
+  const std::vector<std::string> left = installer_.tempFolders();
+  ASSERT_EQ(1u, left.size());
+  installer_.updater[0] = tool;
   const test::Result result = install();
   EXPECT_EQ(0, result.status);
-  EXPECT_EQ(std::vector<std::string>{"QuorvaneTemp-2-2-app"}, installer_.tempFolders());
-  EXPECT_TRUE(logs(result, "[Extractor] Removing old temporary folder " +
-                               installer_.master("QuorvaneTemp-1-1-app")));
+  EXPECT_TRUE(installer_.tempFolders().empty());
+  EXPECT_TRUE(
+      logs(result, "[Extractor] Removing old temporary folder " + installer_.master(left[0])));
+}
+
+TEST_F(Installation, LeavesTheTemporaryFoldersOfALivingOne) {
+  test::writeFile(installer_.master("QuorvaneTemp-1-1-app/x"), "x");
+  const Descriptor mark(
+      open(installer_.master("QuorvaneTemp-1-1-app").c_str(), O_RDONLY | O_DIRECTORY));
+  ASSERT_EQ(0, flock(mark.get(), LOCK_SH));
+  EXPECT_EQ(0, install().status);
+  EXPECT_EQ(std::vector<std::string>{"QuorvaneTemp-1-1-app"}, installer_.tempFolders());
+}
+
+TEST_F(Installation, ThatIsCurrentLaunchesWithoutWaitingForAnother) {
+  install();
+  const std::string executable =
+      installer_.runtimeFolder() + ".plugin/Contents/MacOS/JavaAppletPlugin";
+  ASSERT_TRUE(fs::remove(executable));
+  fs::remove(installer_.jvmReport());
+  {
+    const Descriptor lock(
+        open(installer_.master("QVAppsSharedConfig/InstallLock").c_str(), O_RDONLY));
+    ASSERT_EQ(0, flock(lock.get(), LOCK_EX));
+    const test::Result result = install();
+    EXPECT_FALSE(result.timedOut);
+    EXPECT_EQ(0, result.status) << result.out;
+    EXPECT_TRUE(installer_.launched());
+    EXPECT_FALSE(mentions(result, "waiting for it"));
+    EXPECT_FALSE(fs::is_symlink(executable));
+  }
+  EXPECT_EQ(0, install().status);
+  EXPECT_TRUE(fs::is_symlink(executable));
 }
 
 TEST_F(Installation, WhereTheMasterFolderIsAFileAssumesThatElevationIsNeeded) {

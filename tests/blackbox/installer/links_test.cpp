@@ -17,6 +17,7 @@
 #include "tests/blackbox/installer/online.h"
 #include "tests/blackbox/installer/starts.h"
 #include "tests/support/account.h"
+#include "tests/support/product_system.h"
 #include "tests/support/unavailable.h"
 
 namespace fs = std::filesystem;
@@ -103,7 +104,7 @@ class Links : public testing::Test {
     installer_.updater[0] =
         test::fileRecord("lzma64", "#!/bin/sh\nln -s '" + outside("file") +
                                        "' \"$(dirname \"$0\")/" + name + "\" && : > '" + planted() +
-                                       "'\n" + "exec '" QUORVANE_BIN "/lzma64' \"$@\"\n");
+                                       "'\n" + "exec '" + test::product("lzma64") + "' \"$@\"\n");
   }
   std::string planted() const { return installer_ / "planted"; }
 
@@ -295,6 +296,31 @@ TEST_F(Links, InPlaceOfTheVersionFileAreNotFollowedByItsDownload) {
   EXPECT_EQ(0, result.status) << result.out;
   EXPECT_EQ("1500\n", test::readFile(installer_.master(
                           "Quorvane-Quorvane-5-complete/Quorvane-Mac64JRE-version.txt")));
+}
+
+// A decompressor that writes through what is in the place of its output.
+static std::string writingThrough() {
+  return test::fileRecord("lzma64", "#!/bin/sh\n'" QUORVANE_BIN
+                                    "/lzma64' d \"$2\" \"$3.x\" && cat \"$3.x\" > \"$3\" && "
+                                    "rm \"$3.x\"\n");
+}
+
+TEST_F(Links, InPlaceOfTheDownloadedArchiveAreNotWrittenThrough) {
+  for (const char* link : {"ln -s", "ln"}) {
+    const bool isSymbolic = std::string(link) == "ln -s";
+    UpdateSite site;
+    site.publishGoodSite();
+    installer_.makeOnline(site.servePlanting(
+        installer_.master(), std::string(link) + " '" + outside("file") + "' JREArchive.p2"));
+    installer_.updater[0] = writingThrough();
+    share();
+    const test::Result result = installer_.run();
+    expectNothingChangedOutside(result);
+    EXPECT_EQ(isSymbolic ? 1 : 0, result.status) << result.out;
+    EXPECT_EQ(isSymbolic, mentions(result, "Failed to decompress JRE archive\n")) << result.out;
+    EXPECT_EQ(isSymbolic, mentions(result, "[JREDownload] Not following link ")) << result.out;
+    fs::remove_all(installer_.master());
+  }
 }
 
 // The copy of java under the application's name, which a launch makes.

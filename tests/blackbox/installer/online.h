@@ -22,12 +22,15 @@ class UpdateSite {
  public:
   // Serves what was and will be published; returns the URL.
   std::string serve() {
-    test::Command command;
-    command.arguments = {"/usr/bin/env", "python3",   "-u", "-m",          "http.server",
-                         "--bind",       "127.0.0.1", "0",  "--directory", folder_.path()};
-    server_ = std::make_unique<test::Background>(command);
-    const std::string line = server_->waitForLine("Serving HTTP on 127.0.0.1 port ");
-    return "http://127.0.0.1:" + line.substr(0, line.find(' '));
+    return serveWith(
+        {"-u", "-m", "http.server", "--bind", "127.0.0.1", "0", "--directory", folder_.path()});
+  }
+
+  // The same, but before an archive is sent the shell command `plant` is run in each temporary
+  // folder of `masterFolder`.
+  std::string servePlanting(const std::string& masterFolder, const std::string& plant) {
+    return serveWith(
+        {QUORVANE_SOURCE "/tests/fakes/planting_site.py", folder_.path(), masterFolder, plant});
   }
 
   void stop() { server_.reset(); }
@@ -47,6 +50,15 @@ class UpdateSite {
   }
 
  private:
+  std::string serveWith(const std::vector<std::string>& words) {
+    test::Command command;
+    command.arguments = {"/usr/bin/env", "python3"};
+    command.arguments.insert(command.arguments.end(), words.begin(), words.end());
+    server_ = std::make_unique<test::Background>(command);
+    const std::string line = server_->waitForLine("Serving HTTP on 127.0.0.1 port ");
+    return "http://127.0.0.1:" + line.substr(0, line.find(' '));
+  }
+
   test::TempFolder folder_;
   std::unique_ptr<test::Background> server_;
 };

@@ -10,6 +10,7 @@
 
 #include "tests/blackbox/installer/online.h"
 #include "tests/support/own_root.h"
+#include "tests/support/product_system.h"
 #include "tests/support/unavailable.h"
 
 namespace fs = std::filesystem;
@@ -38,7 +39,7 @@ class Online : public testing::Test {
     const std::string home = installer_ / "jdk1.8.0_151.jdk";
     test::writeFile(home + "/bin/java", java, 0755);
     test::writeFile(home + "/bin/unpack200", "#!/bin/sh\n", 0755);
-    test::writeFile(home + "/lib/server/libjvm.so", test::readFile(QUORVANE_FAKE_JVM));
+    test::writeFile(home + "/" + test::jvmLibraryPlace(), test::readFile(QUORVANE_FAKE_JVM));
     fs::remove(installer_ / "bin/java");
     fs::create_symlink(home + "/bin/java", installer_ / "bin/java");
     return home;
@@ -88,6 +89,27 @@ TEST_F(Online, DownloadedRuntimeIsInstalledAndLaunched) {
         "[Extractor] Online installer - no app to extract\n"}) {
     EXPECT_TRUE(mentions(result, line)) << line;
   }
+}
+
+// On a Mac the system's encoding is Mac Roman, which has all of these letters.
+TEST_F(Online, NamesBeyondAsciiAreUsedWhateverTheSystemsEncoding) {
+  site_.publishGoodSite();
+  serve();
+  installer_.tail.appName = "Zo\xC3\xAB";
+  installer_.write();
+  const std::string home = installer_ / "\xC3\xA4 \xC3\xB6";
+  fs::create_directories(home);
+  test::writeFile(installer_ / "passwd", "tester:x:" + std::to_string(getuid()) + ":" +
+                                             std::to_string(getgid()) + ":Tester:" + home +
+                                             ":/bin/sh\n");
+  const test::Result result =
+      installer_.run({}, {{"PATH", (installer_ / "bin") + ":/usr/bin:/bin"},
+                          {"NSS_WRAPPER_PASSWD", installer_ / "passwd"},
+                          {"GNUSTEP_STRING_ENCODING", "NSMacOSRomanStringEncoding"}});
+  EXPECT_EQ(0, result.status) << result.out << result.err;
+  EXPECT_TRUE(test::exists(home + "/Library/Application Support/Quorvane-Zo\xC3\xAB/" +
+                           kDownloaded + "/bin/java"));
+  EXPECT_TRUE(installer_.launched());
 }
 
 TEST_F(Online, TheSecondTimeLaunchesWithoutTheNetwork) {
@@ -168,6 +190,15 @@ TEST_F(Online, PlaceholderUrlIsNotAsked) {
   const test::Result result = install();
   expectNoRuntime(result);
   EXPECT_TRUE(mentions(result, "[Extractor] Invalid Update URL. Skipping...\n"));
+}
+
+TEST_F(Online, PlaceholderUrlIsNotAskedForTheVersionOfAnEarlierDownload) {
+  installer_.makeOnline("http://192.0.2.10/");
+  test::writeFile(installer_.master(kOnlineUpdater) + "/Quorvane-Mac64JRE-version.txt", "1500\n");
+  const test::Result result = install();
+  expectNoRuntime(result);
+  EXPECT_TRUE(mentions(result, "[JREDownload] Failed to download JRE version file\n"));
+  EXPECT_FALSE(mentions(result, "[JREDownload] Downloading JRE\n"));
 }
 
 TEST_F(Online, MissingArchiveEndsTheRun) {
@@ -329,6 +360,59 @@ TEST_F(Online, SystemRuntimeWithoutUnpack200IsNotAdopted) {
   EXPECT_TRUE(mentions(result, "[JRESearch] A JRE does not seem to exist here.\n"));
 }
 
+TEST_F(Online, SystemRuntimeWithoutAJvmLibraryIsNotAdopted) {
+  site_.publishGoodSite();
+  serve();
+  const std::string home = offerSystemRuntime(javaScript(72));
+  fs::remove_all(home + "/lib");
+  const test::Result result = install();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(
+      result, "[JRESearch] No JVM library in " + home + " where a launch would find it\n"));
+  EXPECT_TRUE(mentions(result, "[JRESearch] A JRE does not seem to exist here.\n"));
+}
+
+TEST_F(Online, SystemRuntimeWhoseJvmLibraryNoLaunchWouldFindIsNotAdopted) {
+  site_.publishGoodSite();
+  serve();
+  const std::string home = offerSystemRuntime(javaScript(72));
+  fs::create_directories(home + "/jre");
+  fs::rename(home + "/lib", home + "/jre/lib");
+  expectDownloaded(install());
+}
+
+TEST_F(Online, UsersHomeIsNotAdopted) {
+  site_.publishGoodSite();
+  serve();
+  const std::string home = offerSystemRuntime(javaScript(72));
+  for (const char* name : {"bin", "lib"}) {
+    fs::rename(home + "/" + name, installer_.home / name);
+  }
+  fs::remove(installer_ / "bin/java");
+  // By another path than the password database has.
+  fs::create_symlink("/" + installer_.home.path() + "/./bin/java", installer_ / "bin/java");
+  const test::Result result = install();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(result, "[JRESearch] /" + installer_.home.path() +
+                                   "/. holds more than a JRE, it is not copied\n"));
+  EXPECT_TRUE(mentions(result, "[JRESearch] A JRE does not seem to exist here.\n"));
+}
+
+TEST_F(Online, FolderThatHoldsTheUsersHomeIsNotAdopted) {
+  site_.publishGoodSite();
+  serve();
+  const std::string home = offerSystemRuntime(javaScript(72));
+  const std::string above = fs::path(installer_.home.path()).parent_path();
+  for (const char* name : {"bin", "lib"}) {
+    fs::rename(home + "/" + name, above + "/" + name);
+  }
+  fs::remove(installer_ / "bin/java");
+  fs::create_symlink(above + "/bin/java", installer_ / "bin/java");
+  const test::Result result = install();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(result, "[JRESearch] " + above + " holds more than a JRE"));
+}
+
 TEST_F(Online, SystemRuntimeThroughTwoLinksIsAdopted) {
   installer_.makeOnline("http://192.0.2.10/");
   const std::string home = offerSystemRuntime(javaScript(72));
@@ -395,6 +479,8 @@ class OnlineWithOwnRoot : public Online {
   void offer(const std::string& home, const std::string& java) {
     test::writeFile((installer_ / home.substr(1)) + "/bin/java", java, 0755);
     test::writeFile((installer_ / home.substr(1)) + "/bin/unpack200", "#!/bin/sh\n", 0755);
+    test::writeFile((installer_ / home.substr(1)) + "/lib/server/libjvm.so",
+                    test::readFile(QUORVANE_FAKE_JVM));
   }
 
   test::Result installThere() {
@@ -418,6 +504,31 @@ TEST_F(OnlineWithOwnRoot, AutotestAdoptsItsOwnRuntime) {
   EXPECT_TRUE(mentions(result, "[JRESearch] Looking at JRE /opt/JRE_QVAutoTest/bin/java\n"));
   EXPECT_TRUE(mentions(result, "[JRESearch] JRE is valid, copying...\n"));
   EXPECT_TRUE(fs::exists(installer_.master(kAdopted) + "/bin/java"));
+}
+
+TEST_F(OnlineWithOwnRoot, OptIsNotAdoptedThroughALinkToIt) {
+  site_.publishGoodSite();
+  serve();
+  installer_.properties = {{"wrapper_autotest", ""}};
+  offer("/opt", javaScript(72));
+  fs::create_symlink("/opt/.", installer_ / "opt/JRE_QVAutoTest");
+  const test::Result result = installThere();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(
+      result, "[JRESearch] /opt/JRE_QVAutoTest holds more than a JRE, it is not copied\n"));
+}
+
+TEST_F(OnlineWithOwnRoot, BrowserPluginWithoutAJvmLibraryIsNotAdopted) {
+  site_.publishGoodSite();
+  serve();
+  const std::string plugin = "/Library/Internet Plug-Ins/JavaAppletPlugin.plugin";
+  offer(plugin + "/Contents/Home", javaScript(72));
+  fs::remove_all((installer_ / plugin.substr(1)) + "/Contents/Home/lib");
+  const test::Result result = installThere();
+  expectDownloaded(result);
+  EXPECT_TRUE(mentions(
+      result, "[JRESearch] No JVM library in " + plugin + " where a launch would find it\n"));
+  EXPECT_TRUE(mentions(result, "[JRESearch] JRE does not exist or does not have unpack200\n"));
 }
 
 TEST_F(OnlineWithOwnRoot, BrowserPluginIsAdoptedWhereTheShellFindsNoRuntime) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tests/blackbox/installer/online.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -99,7 +100,7 @@ class Shell : public testing::Test {
     const std::string home = scene.installer / (text + "/jdk1.8.0_1");
     test::writeFile(home + "/bin/java", javaScript(72), 0755);
     test::writeFile(home + "/bin/unpack200", "#!/bin/sh\n", 0755);
-    test::writeFile(home + "/lib/server/libjvm.so", test::readFile(QUORVANE_FAKE_JVM));
+    test::writeFile(home + "/" + test::jvmLibraryPlace(), test::readFile(QUORVANE_FAKE_JVM));
     return home;
   }
 };

@@ -1,7 +1,8 @@
 // Every single-bit flip and every truncation of a signed archive of about 4 KiB, each in an
 // installation of its own: with "require_signature" nothing of it is installed or started; without
 // it, what counts as unsigned is counted. The installations run in forks of this process, which
-// saves the start of a program for each.
+// saves the start of a program for each; an executable that is not of this build is started each
+// time.
 //
 // QUORVANE_SIGNATURE_BITS is the number of flips and of truncations to try, spread over the
 // archive; "all" tries each one.
@@ -27,6 +28,7 @@
 #include "tests/installer/installer.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 using test::fileRecord;
@@ -174,7 +176,9 @@ class SignatureBits : public testing::TestWithParam<Component> {
   // The forks are the installer: its file is only searched for a Tail record.
   void writeInstaller() {
     installer_.write();
-    test::writeFile(installer_.executable(), "no program");
+    if (!test::productIsElsewhere()) {
+      test::writeFile(installer_.executable(), "no program");
+    }
   }
 
   // What the toolkit sets up once in a process is not set up in every fork again.
@@ -185,8 +189,22 @@ class SignatureBits : public testing::TestWithParam<Component> {
     pool_ = createAutoreleasePool();
   }
 
+  // Runs the executable where it is not of this build, and returns its status.
+  int runExecutable() {
+    test::Command command = installer_.command({"-silent"});
+    const pid_t child = test::start(command, "/dev/null", "/dev/null");
+    int status = 0;
+    waitpid(child, &status, 0);
+    installer_.home.endNameServer();
+    waitForLeftChildren();
+    return status;
+  }
+
   // Forks a process that does all that the extractor's main function does, and returns its status.
   int runInstaller() {
+    if (test::productIsElsewhere()) {
+      return runExecutable();
+    }
     const pid_t child = fork();
     if (child == 0) {
       const int nothing = open("/dev/null", O_RDWR);

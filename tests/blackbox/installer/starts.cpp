@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "tests/support/files.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -47,7 +48,8 @@ static void expectRuntimeStarts(const std::string& folder) {
   if (fs::exists(folder + "/bin/Demo")) {
     expectJava(folder + "/bin/Demo");
   }
-  EXPECT_TRUE(holds(folder + "/lib/server/libjvm.so", test::readFile(QUORVANE_FAKE_JVM))) << folder;
+  EXPECT_TRUE(holds(folder + "/" + test::jvmLibraryPlace(), test::readFile(QUORVANE_FAKE_JVM)))
+      << folder;
   EXPECT_TRUE(holds(folder + "/release", Installer::runtimeRelease())) << folder;
 }
 

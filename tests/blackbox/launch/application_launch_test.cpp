@@ -13,6 +13,7 @@
 #include "tests/support/java_runtime.h"
 #include "tests/support/launch_scene.h"
 #include "tests/support/process.h"
+#include "tests/support/product_system.h"
 #include "tests/support/test_home.h"
 
 namespace fs = std::filesystem;
@@ -54,7 +55,7 @@ class ApplicationLaunch : public testing::Test {
 
   void launchAsItIs(const Texts& options, const Texts& arguments) {
     test::Command command;
-    command.arguments = {QUORVANE_BIN "/launch_driver", scene.master(), scene.appFolderName, jre};
+    command.arguments = {test::product("launch_driver"), scene.master(), scene.appFolderName, jre};
     command.arguments.insert(command.arguments.end(), options.begin(), options.end());
     command.arguments.push_back("--");
     command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
@@ -113,7 +114,7 @@ TEST_F(ApplicationLaunch, ByJniRunsInsideTheLaunchingProcess) {
   EXPECT_EQ(0, result.status) << result.err;
   EXPECT_TRUE(logged("[Extractor] Return code for JNI launch was 0"));
   EXPECT_TRUE(logged("[Driver] Result 0"));
-  EXPECT_TRUE(logged("[JNILaunch] [pid=" + guest().process + "] [mainThread=1]"));
+  EXPECT_TRUE(logged("[JNILaunch] [pid=" + guest().process + "] [mainThread=0]"));
   EXPECT_FALSE(logged("[Extractor] Attempting spawn launch"));
   EXPECT_EQ(scene.appFolder() + "/classes", guest().classPath);
 }
@@ -243,7 +244,7 @@ TEST_F(ApplicationLaunch, ByForcedSpawnRunsAProcessOfTheApplicationsName) {
   scene.writeOptionsFile({"-Dguest.property=a value"});
   spawn();
   EXPECT_TRUE(logged("[Driver] Result 0"));
-  EXPECT_FALSE(logged("[JNILaunch] [pid=" + guest().process + "] [mainThread=1]"));
+  EXPECT_FALSE(logged("[JNILaunch] [pid=" + guest().process + "] [mainThread=0]"));
   EXPECT_EQ(scene.runtime() + "/bin/Größe der 漢字", guest().executable);
   EXPECT_EQ("a value", guest().property);
   EXPECT_EQ(scene.appFolder() + "/classes", guest().classPath);
@@ -359,7 +360,7 @@ TEST_F(ApplicationLaunch, WithTooManyArgumentsEndsWithStatusOneAndStartsNothing)
 // In a folder so deep that the launch file's path is just short enough for the system and the
 // properties file's is too long: that holds for an administrator's account too.
 TEST_F(ApplicationLaunch, WhosePropertiesCannotBeWrittenEndsWithStatus99) {
-  constexpr size_t kFolderLength = 4070;
+  const size_t kFolderLength = test::longestPath() - 26;
   std::string master = scene / "deep";
   const std::string last = "/" + scene.appFolderName;
   while (master.size() + last.size() < kFolderLength) {
@@ -370,7 +371,7 @@ TEST_F(ApplicationLaunch, WhosePropertiesCannotBeWrittenEndsWithStatus99) {
   test::writeFile(master + last + "/QuorvaneLaunch", tools::encodeLaunchFile(scene.launchFile));
   test::Command command;
   command.arguments = {
-      QUORVANE_BIN "/launch_driver", master, scene.appFolderName, jre, "--class", "2"};
+      test::product("launch_driver"), master, scene.appFolderName, jre, "--class", "2"};
   command.environment = home.environment();
   result = test::run(command);
   lines = test::logLinesOf(result.out);

@@ -8,12 +8,15 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "tests/support/files.h"
 #include "tests/support/java_runtime.h"
+#include "tests/support/launch_scene.h"
 #include "tests/support/process.h"
+#include "tests/support/product_system.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_home.h"
 #include "tools/launch_file_writer.h"
@@ -76,7 +79,7 @@ class Updater : public testing::Test {
 
   test::Result runDriver(const std::string& jre, const Texts& more, const Texts& words) const {
     test::Command command;
-    command.arguments = {QUORVANE_BIN "/launch_driver",
+    command.arguments = {test::product("launch_driver"),
                          master(),
                          "Quorvane-Quorvane-5-complete",
                          jre,
@@ -89,6 +92,9 @@ class Updater : public testing::Test {
     command.environment = home.environment();
     command.environment["LC_ALL"] = "C.UTF-8";
     command.environment["LAUNCHED_RECORD"] = record();
+    for (const auto& [name, value] : environment) {
+      command.environment[name] = value;
+    }
     command.seconds = 120;
     return test::run(command);
   }
@@ -115,6 +121,7 @@ class Updater : public testing::Test {
   test::TempFolder folder;
   test::TestHome home;
   Texts options;
+  std::map<std::string, std::string> environment;
   test::Result result;
   Texts lines;
 };
@@ -157,7 +164,7 @@ TEST_F(Updater, RunsTheApplicationInsideItsOwnProcess) {
   installRecordingGuest({});
   launch({"/opt/Sample", "exit:7"});
   EXPECT_EQ(7, result.status);
-  EXPECT_TRUE(printed("[JNILaunch] [pid=" + guestProcess() + "] [mainThread=1]"));
+  EXPECT_TRUE(printed("[JNILaunch] [pid=" + guestProcess() + "] [mainThread=0]"));
   EXPECT_EQ(appFolder("3-complete") + "/classes", guestLine(2));
 }
 
@@ -167,7 +174,7 @@ TEST_F(Updater, RunsAnApplicationThatMustForkAsAChild) {
   installRecordingGuest(file);
   launch({"/opt/Sample", "exit:7"});
   EXPECT_EQ(7, result.status);
-  EXPECT_FALSE(printed("[JNILaunch] [pid=" + guestProcess() + "] [mainThread=1]"));
+  EXPECT_FALSE(printed("[JNILaunch] [pid=" + guestProcess() + "] [mainThread=0]"));
   EXPECT_EQ(appFolder("3-complete") + "/classes", guestLine(2));
 }
 
@@ -206,6 +213,76 @@ TEST_F(Updater, HandsTheRememberedOptionsToAChild) {
   launch();
   EXPECT_EQ(0, result.status);
   EXPECT_TRUE(printed("[Guest] property remembered"));
+}
+
+// A runtime whose "java" records its arguments; its JVM lies in it for good, not through a link, so
+// that Java takes it for its home.
+static void makeRecordingRuntime(const std::string& folder) {
+  const fs::path real = QUORVANE_TEST_RUNTIME;
+  test::makeRuntime(folder);
+  fs::remove(folder + "/lib");
+  fs::create_directories(folder + "/lib");
+  for (const auto& entry : fs::directory_iterator(real / "lib")) {
+    const std::string name = entry.path().filename();
+    if (name == "server") {
+      fs::copy(entry.path(), folder + "/lib/server", fs::copy_options::recursive);
+    } else {
+      fs::create_symlink(entry.path(), folder + "/lib/" + name);
+    }
+  }
+  fs::remove(folder + "/bin/java");
+  fs::copy_file(test::fakeJava(), folder + "/bin/java");
+}
+
+// The sample updater in a JVM that believes to be on a system of this name.
+class UpdatersChild : public Updater {
+ protected:
+  // Starts the application, which must fork, and returns the options of its process for the Dock.
+  Texts dockOptions(const std::string& system, tools::LaunchFile file) {
+    file.mustFork = true;
+    installGuest(file);
+    makeRecordingRuntime(master() + "/Quorvane-Mac64JRE-1-complete");
+    test::writeFile(master() + "/QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1-complete",
+                    tools::encodeOptionsFile({"-Dos.name=" + system}));
+    environment["FAKE_JAVA_RECORD"] = folder / "child";
+    result = runDriver("Mac64JRE", {"--from", program()}, {program()});
+    EXPECT_EQ(0, result.status) << result.out << result.err;
+    Texts found;
+    for (const std::string& word : test::endedTexts(test::readFile(folder / "child"))) {
+      if (word.rfind("-Xdock", 0) == 0) {
+        found.push_back(word);
+      }
+    }
+    return found;
+  }
+
+  std::string bundle() const { return folder / "Sample.app/Contents"; }
+  std::string program() const { return bundle() + "/MacOS/Sample"; }
+};
+
+TEST_F(UpdatersChild, OnAMacHasTheApplicationsNameAndIconInTheDock) {
+  tools::LaunchFile file;
+  file.icon = "own.icns";
+  test::writeFile(appFolder("3-complete") + "/own.icns", "");
+  test::writeFile(bundle() + "/Resources/Sample.icns", "");
+  EXPECT_EQ((Texts{"-Xdock:name=Sample", "-Xdock:icon=" + appFolder("3-complete") + "/own.icns"}),
+            dockOptions("Mac OS X", file));
+}
+
+TEST_F(UpdatersChild, OnAMacWithoutAnIconOfItsOwnHasTheBundles) {
+  tools::LaunchFile file;
+  file.icon = "missing.icns";
+  test::writeFile(bundle() + "/Resources/Sample.icns", "");
+  EXPECT_EQ((Texts{"-Xdock:name=Sample", "-Xdock:icon=" + bundle() + "/Resources/Sample.icns"}),
+            dockOptions("Mac OS X", file));
+}
+
+TEST_F(UpdatersChild, OnAMacWithoutAnyIconHasTheNameAlone) {
+  EXPECT_EQ((Texts{"-Xdock:name=Sample"}), dockOptions("Mac OS X", {}));
+}
+
+TEST_F(UpdatersChild, OnAnotherSystemHasNoOptionsForADock) {
+  EXPECT_EQ((Texts{}), dockOptions("Linux", {}));
 }
 
 static double secondsSince(std::chrono::steady_clock::time_point start) {

@@ -7,12 +7,14 @@
 #include <filesystem>
 
 #include "tests/support/files.h"
+#include "tests/support/picture.h"
 #include "tests/support/process.h"
+#include "tests/support/product_system.h"
 #include "tests/support/test_home.h"
 
 namespace fs = std::filesystem;
 
-static const std::string kDriver = QUORVANE_BIN "/app_driver";
+static const std::string kDriver = test::product("app_driver");
 
 static std::string infoWithName(const std::string& name) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
@@ -34,20 +36,20 @@ class AppShell : public testing::Test {
     return test::run(command);
   }
 
-  // Runs a shell script in which $1 is the folder of the executables, and `start MODE...` starts
-  // the driver beside it and waits until it runs its event loop.
+  // Runs a shell script in which $1 is the folder of the tests' programs, and `start MODE...`
+  // starts the driver and waits until it runs its event loop.
   test::Result runScript(const std::string& script) const {
     const std::string start = R"(
       start() {
-        "$bin/app_driver" "$@" > out 2> err & app=$!
+        "$app_driver" "$@" > out 2> err & app=$!
         until grep -q running out; do
           kill -0 "$app" 2> /dev/null || { cat err >&2; exit 1; }
           sleep 0.05
         done
       }
-      bin=$1
+      app_driver=$2
     )";
-    return run({"/bin/bash", "-c", start + script, "script", QUORVANE_BIN});
+    return run({"/bin/bash", "-c", start + script, "script", QUORVANE_BIN, kDriver});
   }
 
   // The driver as the executable of a bundle with this Info.plist; returns its path.
@@ -94,9 +96,28 @@ TEST_F(AppShell, MenuTitlesOutsideABundleHoldTheProcessName) {
   EXPECT_EQ(menuFor("app_driver", "app_driver"), menuOf(kDriver));
 }
 
+TEST_F(AppShell, MenuTitlesOfAnApplicationWithANameOfItsOwnHoldThatOneAndTheProcessHasItToo) {
+  std::vector<std::string> expected = menuFor("Guest 100%@", "Guest 100%@");
+  expected.push_back("Guest 100%@");
+  const test::Result result = run({placeInBundle(infoWithName("Installer of Guest")), "named"});
+  EXPECT_EQ(expected, test::linesOf(result.out)) << result.err;
+}
+
+TEST_F(AppShell, TheIconIsTheOneThatThePresentationNames) {
+  test::writeQuartersPng(home_ / "icon.png", 46, 46);
+  EXPECT_EQ("46\n", run({kDriver, "icon", home_ / "icon.png"}).out);
+}
+
+TEST_F(AppShell, AnIconThatCannotBeReadChangesNothing) {
+  const std::string usual = run({kDriver, "icon", ""}).out;
+  test::writeFile(home_ / "broken.png", "no image");
+  EXPECT_EQ(usual, run({kDriver, "icon", home_ / "broken.png"}).out);
+  EXPECT_EQ(usual, run({kDriver, "icon", home_ / "missing.png"}).out);
+}
+
 TEST_F(AppShell, TheMenuStandsInAWindowOnTheDisplay) {
   const test::Result result = runScript(R"(
-    (exec -a menu_on_display "$1/app_driver" loop) > /dev/null 2>&1 & app=$!
+    (exec -a menu_on_display "$app_driver" loop) > /dev/null 2>&1 & app=$!
     for _ in $(seq 400); do
       xdotool search --onlyvisible --name '^menu_on_display$' > /dev/null 2>&1 && { echo found; break; }
       sleep 0.05
@@ -120,7 +141,7 @@ TEST_F(AppShell, TheUrlThatStartedTheApplicationIsNotLost) {
   const test::Result result = runScript(R"(
     "$1/url_sender" app_driver quorvane://open/at-start & sender=$!
     sleep 0.3
-    "$1/app_driver" url quorvane://open/at-start 2> /dev/null; echo "status $?"
+    "$app_driver" url quorvane://open/at-start 2> /dev/null; echo "status $?"
     wait "$sender")");
   EXPECT_EQ((std::vector<std::string>{"running", "quorvane://open/at-start", "status 0"}), [&] {
     std::vector<std::string> lines = test::linesOf(result.out);
@@ -143,6 +164,18 @@ TEST_F(AppShell, WordsBehindTheExecutableAreKeptFromTheToolkit) {
   const test::Result result =
       run({kDriver, "arguments", "-NSOpen", "document.txt", "document.txt"});
   EXPECT_EQ(kDriver + "\n", result.out);
+}
+
+TEST_F(AppShell, HandlersThatTheToolkitInstallsWhileItFinishesLaunchingAreReplaced) {
+  const test::Result result = run({QUORVANE_BIN "/mac_launch_driver"});
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ("ToolkitHandler\nURLHandler\nToolkitHandler\nURLHandler\nquorvane://open/it\n",
+            result.out);
+}
+
+TEST_F(AppShell, ThatArgumentsAreNoFilesIsSettledBeforeTheApplicationExists) {
+  EXPECT_EQ("NO\n", run({kDriver, "defaults"}).out);
+  EXPECT_EQ("NO\n", run({kDriver, "window-defaults"}).out);  // as an alert creates it
 }
 
 TEST_F(AppShell, ChildProcessesDoNotInheritTheToolkitsTuning) {
@@ -168,6 +201,35 @@ TEST_F(AppShell, QuittingEndsTheProcessWithZero) {
   const test::Result result = run({kDriver, "quit"});
   EXPECT_EQ(0, result.status) << result.err;
   EXPECT_EQ("running\n", result.out);
+}
+
+TEST_F(AppShell, QuittingWithJavaServesTheMainThreadUntilJavaHasEnded) {
+  const test::Result result = run({kDriver, "quitJava"});
+  EXPECT_EQ(40, result.status) << result.err;
+  EXPECT_NE(std::string::npos, result.out.find("main thread\n")) << result.out;
+}
+
+TEST_F(AppShell, QuittingAgainWhileJavaEndsEndsTheProcessAtOnce) {
+  const test::Result result = run({kDriver, "quitTwice"});
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_NE(std::string::npos, result.out.find("hangs\n")) << result.out;
+}
+
+TEST_F(AppShell, AnotherProgramMayQuitTheApplication) {
+  const test::Result result = runScript(R"(
+    start loop
+    "$1/url_sender" app_driver quit
+    timeout 50 tail --pid="$app" -f /dev/null && wait "$app"; echo "status $?"
+    kill -9 "$app" 2> /dev/null)");
+  EXPECT_EQ("status 0\n", result.out) << result.err;
+}
+
+TEST_F(AppShell, AFileToOpenArrivesAsItsUrl) {
+  const test::Result result = runScript(R"(
+    start url file:///tmp/a%20file
+    "$1/url_sender" app_driver "/tmp/a file"
+    wait "$app"; echo "status $?"; tail -1 out)");
+  EXPECT_EQ("1\nstatus 0\nfile:///tmp/a%20file\n", result.out) << result.err;
 }
 
 TEST_F(AppShell, TheMenuStaysWhenAnotherWindowTakesTheFocus) {

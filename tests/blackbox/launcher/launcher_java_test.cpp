@@ -4,6 +4,7 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 
 #include "tests/support/files.h"
@@ -170,4 +171,14 @@ TEST_F(Java, ManyStartsInARowAllEndWithTheProgramsStatus) {
     run("guest.Program", {"exit"});
     ASSERT_EQ(7, result.status) << result.err;
   }
+}
+
+// As under `java`: the JVM's own handler takes the place of the launcher's ignoring.
+TEST_F(Java, StartsItsChildrenWithTheDefaultActionForSigpipe) {
+  run("guest.Program", {"signals"});
+  const auto line = std::find_if(messages.begin(), messages.end(), [](const std::string& message) {
+    return message.rfind("SigIgn:", 0) == 0;
+  });
+  ASSERT_NE(messages.end(), line);
+  EXPECT_EQ(0u, strtoull(line->c_str() + 7, nullptr, 16) >> (SIGPIPE - 1) & 1) << *line;
 }

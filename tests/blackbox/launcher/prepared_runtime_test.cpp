@@ -13,6 +13,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 
@@ -35,7 +36,7 @@ class PreparedRuntime : public testing::TestWithParam<Origin> {
     const std::string unpacked = bundle_.master("QuorvaneTemp-1-2-app") + GetParam().place;
     fs::create_directories(fs::path(unpacked).parent_path());
     test::capture([&] {
-      const std::string copy = "cp -LRf \"" QUORVANE_TEST_RUNTIME "\" \"" + unpacked + "\"";
+      const std::string copy = "cp -LRf \"" + test::testRuntime() + "\" \"" + unpacked + "\"";
       EXPECT_EQ(0, system(copy.c_str()));
       doRename(bundle_.master("QuorvaneTemp-1-2-app").c_str(), plugin().c_str());
       initOSXJRE(plugin().c_str());

@@ -6,6 +6,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/process.h"
+#include "tests/support/product_system.h"
 #include "tests/support/temp_folder.h"
 
 using Names = std::vector<std::string>;
@@ -14,7 +15,7 @@ class Lzma64 : public testing::Test {
  protected:
   test::Result lzma64(const std::vector<std::string>& arguments) {
     test::Command command;
-    command.arguments = {QUORVANE_BIN "/lzma64"};
+    command.arguments = {test::product("lzma64")};
     command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
     return test::run(command);
   }

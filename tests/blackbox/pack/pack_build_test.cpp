@@ -271,7 +271,8 @@ TEST(PackBuild, GivesEachBundleItsOwnIdentifierAndName) {
     const std::string plist =
         test::readFile(project / "dist" + "/" + bundle + "/Contents/Info.plist");
     EXPECT_EQ(identifier, tools::plistText(plist, "CFBundleIdentifier"));
-    EXPECT_EQ(name, tools::plistText(plist, "CFBundleName"));
+    EXPECT_EQ(name, tools::plistText(plist, "CFBundleDisplayName"));
+    EXPECT_EQ("Small App", tools::plistText(plist, "CFBundleName"));
     EXPECT_EQ("Small App", tools::plistText(plist, "CFBundleExecutable"));
   }
 }

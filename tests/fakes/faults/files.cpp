@@ -121,6 +121,11 @@ int renameat2(int fromFolder, const char* from, int toFolder, const char* to, un
   return fails("rename") ? -1 : next(fromFolder, from, toFolder, to, flags);
 }
 
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) {
+  static const auto next = real<int (*)(int, const char*, int, const char*)>("renameat");
+  return fails("rename") ? -1 : next(fromFolder, from, toFolder, to);
+}
+
 int unlink(const char* path) {
   static const auto next = real<int (*)(const char*)>("unlink");
   return fails("delete") ? -1 : next(path);
@@ -149,6 +154,16 @@ int symlink(const char* target, const char* path) {
 int link(const char* from, const char* to) {
   static const auto next = real<int (*)(const char*, const char*)>("link");
   return fails("link") ? -1 : next(from, to);
+}
+
+int symlinkat(const char* target, int folder, const char* path) {
+  static const auto next = real<int (*)(const char*, int, const char*)>("symlinkat");
+  return fails("link") ? -1 : next(target, folder, path);
+}
+
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
+  static const auto next = real<int (*)(int, const char*, int, const char*, int)>("linkat");
+  return fails("link") ? -1 : next(fromFolder, from, toFolder, to, flags);
 }
 
 int mkdir(const char* path, mode_t mode) {
@@ -219,6 +234,11 @@ int access(const char* path, int mode) {
 ssize_t readlink(const char* path, char* target, size_t size) {
   static const auto next = real<ssize_t (*)(const char*, char*, size_t)>("readlink");
   return fails("look") ? -1 : next(path, target, size);
+}
+
+ssize_t readlinkat(int folder, const char* path, char* target, size_t size) {
+  static const auto next = real<ssize_t (*)(int, const char*, char*, size_t)>("readlinkat");
+  return fails("look") ? -1 : next(folder, path, target, size);
 }
 
 }  // extern "C"

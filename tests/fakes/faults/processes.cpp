@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 
 #include "tests/fakes/faults/plan.h"
 
@@ -20,11 +19,6 @@ int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t
   return fails("spawn") ? errno : next(child, path, actions, attributes, words, environment);
 }
 
-FILE* popen(const char* command, const char* mode) {
-  static const auto next = real<FILE* (*)(const char*, const char*)>("popen");
-  return fails("spawn") ? nullptr : next(command, mode);
-}
-
 pid_t fork() {
   static const auto next = real<pid_t (*)()>("fork");
   return fails("spawn") ? -1 : next();
@@ -35,12 +29,6 @@ pid_t waitpid(pid_t child, int* status, int options) {
   static const auto next = real<pid_t (*)(pid_t, int*, int)>("waitpid");
   const pid_t result = next(child, status, options);
   return result != 0 && fails("wait") ? -1 : result;
-}
-
-int pclose(FILE* stream) {
-  static const auto next = real<int (*)(FILE*)>("pclose");
-  const int result = next(stream);
-  return fails("wait") ? -1 : result;
 }
 
 unsigned sleep(unsigned seconds) {

@@ -33,7 +33,10 @@ class Trials {
   // Runs trials in one child until it ends; the trial in which it ended is one of them.
   void runFrom(size_t first) {
     int ends[2];
-    ASSERT_EQ(0, pipe2(ends, O_CLOEXEC));
+    ASSERT_EQ(0, pipe(ends));
+    for (const int end : ends) {
+      fcntl(end, F_SETFD, FD_CLOEXEC);
+    }
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {

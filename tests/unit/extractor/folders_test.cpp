@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 
 #include <filesystem>
 #include <fstream>
@@ -36,10 +40,6 @@ class MasterFolder : public testing::Test {
     test::capture([&] { moveIntoPlace(foldersRun, "application", temp, to.c_str()); });
   }
 
-  void makeOld(const std::string& path) {
-    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(25));
-  }
-
   test::TempFolder folder_;
 };
 
@@ -56,13 +56,13 @@ TEST_F(MoveIntoPlace, RenamesWhenNothingStandsThere) {
   EXPECT_FALSE(test::exists(*this / "temp"));
 }
 
-TEST_F(MoveIntoPlace, ReplacesAnExistingFolderWithoutMixingTheTwo) {
+TEST_F(MoveIntoPlace, ReplacesAnExistingFolderAndKeepsWhatOnlyThatHolds) {
   writeFile(*this / "temp/a", "new");
   writeFile(*this / "target/a", "old");
   writeFile(*this / "target/.x", "old");
   moveInto(*this / "temp", *this / "target");
   EXPECT_EQ("new", test::readFile(*this / "target/a"));
-  EXPECT_FALSE(test::exists(*this / "target/.x"));
+  EXPECT_EQ("old", test::readFile(*this / "target/.x"));
   EXPECT_FALSE(test::exists(*this / "temp"));
 }
 
@@ -121,22 +121,46 @@ TEST_F(TempFolders, GetANewNameWhenTheirsIsTaken) {
   EXPECT_TRUE(fs::is_empty(name));
 }
 
-TEST_F(TempFolders, OlderThanADayAreRemovedWithALogLine) {
+TEST_F(TempFolders, OfNoLivingProcessAreRemovedWithALogLine) {
   writeFile(*this / "QuorvaneTemp-1-2-app/.a", "x");
-  makeOld(*this / "QuorvaneTemp-1-2-app");
-  const auto lines = test::logLinesOf([] { removeOldTempFolders(foldersRun); });
+  const auto lines = test::logLinesOf([] { removeAbandonedTempFolders(foldersRun); });
   EXPECT_FALSE(test::exists(*this / "QuorvaneTemp-1-2-app"));
   EXPECT_TRUE(test::containsInOrder(
       lines, {"[Extractor] Removing old temporary folder " + (*this / "QuorvaneTemp-1-2-app")}));
 }
 
-TEST_F(TempFolders, OfTodayAndEverythingElseAreLeftAlone) {
-  writeFile(*this / "QuorvaneTemp-1-2-app/a", "x");
+TEST_F(TempFolders, OfALivingProcessStayUntilItDies) {
+  int ready[2];
+  ASSERT_EQ(0, pipe(ready));
+  const pid_t child = fork();
+  ASSERT_LE(0, child);
+  if (child == 0) {
+    char path[PATH_BUFFER_SIZE];
+    setPath(path, (*this / "QuorvaneTemp-1-2-app").c_str());
+    const int result = createTempFolder(foldersRun, path);
+    const bool isWritten = write(ready[1], &result, sizeof result) == sizeof result;
+    pause();
+    _exit(isWritten ? 0 : 1);
+  }
+  int result = -1;
+  EXPECT_EQ(static_cast<ssize_t>(sizeof result), read(ready[0], &result, sizeof result));
+  EXPECT_EQ(0, result);
+  test::capture([] { removeAbandonedTempFolders(foldersRun); });
+  EXPECT_TRUE(test::exists(*this / "QuorvaneTemp-1-2-app"));
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  close(ready[0]);
+  close(ready[1]);
+  test::capture([] { removeAbandonedTempFolders(foldersRun); });
+  EXPECT_FALSE(test::exists(*this / "QuorvaneTemp-1-2-app"));
+}
+
+TEST_F(TempFolders, AreAllThatIsRemoved) {
   writeFile(*this / "Quorvane-MyApp-1-complete/a", "x");
-  makeOld(*this / "Quorvane-MyApp-1-complete");
-  test::capture([] { removeOldTempFolders(foldersRun); });
-  EXPECT_TRUE(test::exists(*this / "QuorvaneTemp-1-2-app/a"));
+  writeFile(*this / "QuorvaneTemp-1-2-file", "x");
+  test::capture([] { removeAbandonedTempFolders(foldersRun); });
   EXPECT_TRUE(test::exists(*this / "Quorvane-MyApp-1-complete/a"));
+  EXPECT_TRUE(test::exists(*this / "QuorvaneTemp-1-2-file"));
 }
 
 TEST_F(TempFolders, LinkIsNotFollowedWhenRemoved) {
@@ -164,16 +188,29 @@ TEST_F(InterruptedRuns, MoveThatWasCutShortGoesOnWhereItStopped) {
   EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
 }
 
-TEST_F(InterruptedRuns, EarlierRuntimeOfTheSameVersionDoesNotMixWithTheNewOne) {
+TEST_F(InterruptedRuns, EarlierRuntimeOfTheSameVersionIsReplacedButForWhatOnlyThatHolds) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + "/bin/java", "old", 0755);
+  writeFile(plain + "/bin/Demo", "old", 0755);  // the copy under an application's name
   writeFile(plain + "/lib/old", "old");
   writeFile(plain + ".plugin/Contents/Home/bin/java", "new", 0755);
   test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("new", test::readFile(plain + "/bin/java"));
-  EXPECT_FALSE(test::exists(plain + "/lib/old"));
+  EXPECT_FALSE(test::exists(plain + "/bin/Demo"));
+  EXPECT_EQ("old", test::readFile(plain + "/lib/old"));
   EXPECT_TRUE(fs::is_symlink(plain + ".plugin/Contents/Home"));
   EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
+}
+
+TEST_F(InterruptedRuns, AdoptedHomeTakesTheEarlierOnesPlaceAndKeepsWhatOnlyThatHolds) {
+  const std::string plain = *this / "Quorvane-Mac64JRE-00000000000-complete";
+  writeFile(plain + "/bin/java", "old", 0755);
+  writeFile(plain + "/lib/old", "old");
+  writeFile(plain + ".plugin/bin/java", "new", 0755);
+  test::capture([] { finishInterruptedRuntimes(foldersRun); });
+  EXPECT_EQ("new", test::readFile(plain + "/bin/java"));
+  EXPECT_EQ("old", test::readFile(plain + "/lib/old"));
+  EXPECT_EQ("new", test::readFile(plain + ".plugin/Contents/Home/bin/java"));
 }
 
 TEST_F(InterruptedRuns, BundleWithAnotherBinFolderIsFinishedOnlyOnce) {
@@ -210,13 +247,15 @@ TEST_F(InterruptedRuns, HomeWithAHiddenFolderIsFinishedOnlyOnce) {
 TEST_F(InterruptedRuns, HomeWithAHiddenFolderTakesTheEarlierOnesPlaceWhole) {
   const std::string plain = *this / "Quorvane-Mac64JRE-1-complete";
   writeFile(plain + "/bin/java", "old", 0755);
-  writeFile(plain + "/lib/old", "old");
+  writeFile(plain + "/.user", "old");
+  writeFile(plain + "/.users/file", "old");
   writeFile(plain + ".plugin/Contents/Home/bin/java", "new", 0755);
   writeFile(plain + ".plugin/Contents/Home/.folder/file", "x");
   writeFile(plain + ".plugin/Contents/Home/.file", "x");
   test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("new", test::readFile(plain + "/bin/java"));
-  EXPECT_EQ(std::vector<std::string>{"bin"}, test::namesIn(plain));
+  EXPECT_EQ((std::vector<std::string>{".user", ".users", "bin"}), test::namesIn(plain));
+  EXPECT_EQ("old", test::readFile(plain + "/.users/file"));
   EXPECT_EQ("x", test::readFile(plain + ".plugin/Contents/Home/.folder/file"));
   EXPECT_FALSE(test::exists(plain + ".plugin/Contents/Home/.file"));
   EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
@@ -298,6 +337,14 @@ TEST_F(MasterFolder, LockKeepsASecondInstallerWaitingUntilItIsReleased) {
       test::runInChild([&path] { const InstallLock second(path.c_str()); }, 10.0);
   EXPECT_EQ(test::CODE_RETURNED, free.status);
   EXPECT_EQ("", free.out);
+}
+
+TEST_F(MasterFolder, LockIsNotWaitedForByWhoSaysSo) {
+  fs::create_directories(*this / "QVAppsSharedConfig");
+  const InstallLock first(foldersRun.masterFolder);
+  const InstallLock second(foldersRun.masterFolder, InstallLock::Wait::Never);
+  EXPECT_FALSE(second.isHeld());
+  EXPECT_TRUE(second.isHeldByAnother());
 }
 
 TEST_F(MasterFolder, LockThatCannotBeCreatedIsNoLock) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "extractor/run.h"
+#include "launcher/silent_word.h"
 #include "support/strings.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

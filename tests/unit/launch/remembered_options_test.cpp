@@ -1,25 +1,28 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "tests/unit/launch/launching.h"
 
+namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
 
 class RememberedOptions : public Launching {
  protected:
   RememberedOptions() { scene.installFakeRuntime(scene.runtime()); }
 
-  // The application starts nevertheless.
-  void expectNoneOfADamagedFile() {
+  // The application starts nevertheless, with `options`, and with one error line.
+  void expectUsed(const Texts& options, const std::string& error) {
     const Launched launched = launch();
     EXPECT_EQ(0, launched.result);
-    EXPECT_TRUE(startedOptions().empty());
-    EXPECT_EQ("(none)", test::propertyIn(written(), "qvstat_jvm_options_count"));
-    EXPECT_EQ((Texts{"JRE LSO file is damaged, no option of it is used"}),
-              errorsIn(launched.lines));
+    EXPECT_EQ(options, startedOptions());
+    EXPECT_EQ(std::to_string(options.size()),
+              test::propertyIn(written(), "qvstat_jvm_options_count"));
+    EXPECT_EQ((Texts{error}), errorsIn(launched.lines));
   }
 
   static Texts optionsOf(size_t count) {
@@ -28,6 +31,22 @@ class RememberedOptions : public Launching {
       options.push_back("-Doption." + std::to_string(i) + "=" + std::to_string(i * i));
     }
     return options;
+  }
+
+  void forgetLaunch() const {
+    for (const std::string& file : scene.propertiesFiles()) {
+      fs::remove(file);
+    }
+    fs::remove(scene / "record");
+  }
+
+  // How many entries the command line has without remembered options, with some arguments.
+  size_t startedWithout() {
+    arguments = {"first", "last"};
+    launch();
+    const size_t count = startedWith().size();
+    forgetLaunch();
+    return count;
   }
 
   Texts startedOptions() const {
@@ -71,15 +90,14 @@ TEST_F(RememberedOptions, OfCountFortyKeepTheirOrder) {
 }
 
 TEST_F(RememberedOptions, LongerThanNinetyNineCharactersAreCutInTheLogOnly) {
-  const std::string whole(99, 'a');
-  const std::string cut(100, 'b');
+  const std::string whole = "-D" + std::string(97, 'a');
+  const std::string cut = "-D" + std::string(98, 'b');
   scene.writeOptionsFile({whole, cut});
   const Launched launched = launch();
   EXPECT_EQ((Texts{whole, cut}), startedOptions());
   EXPECT_TRUE(test::containsInOrder(
-      launched.lines,
-      {"[Extractor] Launch Prop: jvm_options_0 = " + whole,
-       "[Extractor] Launch Prop: jvm_options_1 = " + std::string(99, 'b') + "..."}));
+      launched.lines, {"[Extractor] Launch Prop: jvm_options_0 = " + whole,
+                       "[Extractor] Launch Prop: jvm_options_1 = " + cut.substr(0, 99) + "..."}));
 }
 
 TEST_F(RememberedOptions, OfAMissingFileAreNone) {
@@ -132,31 +150,82 @@ TEST_F(RememberedOptions, AreNotLookedForWithoutAPrivateRuntime) {
 }
 
 TEST_F(RememberedOptions, OfANegativeCountAreNone) {
-  test::writeFile(scene.optionsFile(), test::field("-1"));
-  expectNoneOfADamagedFile();
+  test::writeFile(scene.optionsFile(), test::field("-1") + test::field("-Da=b"));
+  expectUsed({}, "JRE LSO file counts -1 options and holds 1");
 }
 
-TEST_F(RememberedOptions, OfMoreThanTheCommandLineHoldsAreNone) {
-  scene.writeOptionsFile(optionsOf(497));
-  expectNoneOfADamagedFile();
-}
-
-TEST_F(RememberedOptions, OfAFileThatEndsBeforeTheLastOneAreNone) {
+TEST_F(RememberedOptions, OfAFileThatEndsBeforeTheLastOneAreThoseThatItHolds) {
   test::writeFile(scene.optionsFile(), test::field("2") + test::field("-Dname=value"));
-  expectNoneOfADamagedFile();
+  expectUsed({"-Dname=value"}, "JRE LSO file counts 2 options and holds 1");
 }
 
-TEST_F(RememberedOptions, OfAFileThatEndsInsideOfOneAreNone) {
-  test::writeFile(scene.optionsFile(), test::field("1") + "-Dname=val");
-  expectNoneOfADamagedFile();
-}
-
-TEST_F(RememberedOptions, ThatDoNotFitThePropertiesEndTheProcess) {
-  scene.writeOptionsFile(Texts(250, std::string(1000, 'o')));
+TEST_F(RememberedOptions, OfAFileWithoutItsLastZeroByteAreAllUsed) {
+  test::writeFile(scene.optionsFile(), test::field("2") + test::field("-Da=b") + "-Dname=val");
   const Launched launched = launch();
-  EXPECT_FALSE(launched.returned);
-  EXPECT_EQ(1, launched.result);
-  ASSERT_EQ(1u, errorsIn(launched.lines).size());
-  EXPECT_EQ(0u, errorsIn(launched.lines)[0].find("Unable to launch: the property jvm_options_"));
-  EXPECT_TRUE(scene.propertiesFiles().empty());
+  EXPECT_EQ((Texts{"-Da=b", "-Dname=val"}), startedOptions());
+  EXPECT_TRUE(errorsIn(launched.lines).empty());
+}
+
+TEST_F(RememberedOptions, AreUsedAsFarAsTheCommandLineHasRoomForThemAndForAllElse) {
+  const size_t others = startedWithout();
+  for (const size_t count : {499 - others, 499 - others + 1, size_t{495}, size_t{5000}}) {
+    scene.writeOptionsFile(optionsOf(count));
+    const Launched launched = launch();
+    EXPECT_EQ(0, launched.result);
+    EXPECT_EQ(499u, startedWith().size());
+    EXPECT_EQ("last", startedWith().back());
+    EXPECT_EQ(count == 499 - others, errorsIn(launched.lines).empty());
+    forgetLaunch();
+  }
+}
+
+TEST_F(RememberedOptions, AreUsedAsFarAsThePropertiesHaveRoom) {
+  const Texts options(250, "-D" + std::string(1000, 'o'));
+  scene.writeOptionsFile(options);
+  const Launched launched = launch();
+  EXPECT_EQ(0, launched.result);
+  const size_t used = startedOptions().size();
+  EXPECT_LT(190u, used);
+  EXPECT_LT(used, 200u);
+  EXPECT_EQ(std::to_string(used), test::propertyIn(written(), "qvstat_jvm_options_count"));
+  EXPECT_EQ((Texts{"JRE LSO file: there is room for " + std::to_string(used) + " of 250 options"}),
+            errorsIn(launched.lines));
+}
+
+TEST_F(RememberedOptions, ThatAreNoneArePassedOver) {
+  const std::string longest = "-D" + std::string(1020, 'x');
+  const std::string tooLong = longest + "x";
+  std::string bytes = test::field("7");
+  for (const std::string& text :
+       {std::string(), std::string("-Da=b"), std::string("com.example.Other"), tooLong,
+        std::string("--add-opens"), std::string("java.base/x=y"), longest}) {
+    bytes += test::field(text);
+  }
+  test::writeFile(scene.optionsFile(), bytes);
+  const Launched launched = launch();
+  EXPECT_EQ(0, launched.result);
+  EXPECT_EQ((Texts{"-Da=b", "--add-opens", "java.base/x=y", longest}), startedOptions());
+  EXPECT_EQ("4", test::propertyIn(written(), "qvstat_jvm_options_count"));
+  EXPECT_TRUE(test::containsInOrder(
+      launched.lines, {"[Extractor] LSO option 0 is not used, it is empty",
+                       "[Extractor] LSO option 2 is not used, it does not begin with a dash",
+                       "[Extractor] LSO option 3 is not used, it is too long"}));
+}
+
+TEST_F(RememberedOptions, OfAPipeOrAFolderAreNoneAndTheLaunchDoesNotWait) {
+  fs::create_directories(fs::path(scene.optionsFile()).parent_path());
+  for (const bool isPipe : {true, false}) {
+    if (isPipe) {
+      ASSERT_EQ(0, mkfifo(scene.optionsFile().c_str(), 0600));
+    } else {
+      ASSERT_TRUE(fs::create_directory(scene.optionsFile()));
+    }
+    const Launched launched = launch();
+    EXPECT_EQ(0, launched.result);
+    EXPECT_TRUE(startedOptions().empty());
+    EXPECT_EQ(0, launched.pauses);
+    EXPECT_EQ((Texts{"JRE LSO file is not a regular file"}), errorsIn(launched.lines));
+    forgetLaunch();
+    fs::remove(scene.optionsFile());
+  }
 }

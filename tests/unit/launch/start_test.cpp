@@ -2,10 +2,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/logging.h"
+#include "support/process_start.h"
 #include "tests/unit/launch/launching.h"
 
 using Texts = std::vector<std::string>;
@@ -60,6 +65,17 @@ TEST_F(ApplicationStart, ThatFailsByJniFollowsAsAProcessWithTheSameArguments) {
                        "[Utils] Closing logging file."}));
 }
 
+TEST_F(ApplicationStart, ByAProcessPassesNoOptionsThatJavaWouldRefuse) {
+  scene.writeOptionsFile({"-XstartOnFirstThread", "-Dlast=1", "-Xdock:name=Sample"});
+  EXPECT_EQ(0, launch().result);
+  const Texts started = startedWith();
+  EXPECT_EQ(1, std::count(started.begin(), started.end(), "-Dlast=1"));
+  EXPECT_EQ(0, std::count(started.begin(), started.end(), "-XstartOnFirstThread"));
+  EXPECT_EQ(0, std::count(started.begin(), started.end(), "-Xdock:name=Sample"));
+  const Texts properties = written();
+  EXPECT_EQ(1, std::count(properties.begin(), properties.end(), "-XstartOnFirstThread"));
+}
+
 TEST_F(ApplicationStart, LoadsTheRuntimesBundleBesideItsFolder) {
   const Launched launched = launch();
   EXPECT_TRUE(test::containsInOrder(
@@ -67,6 +83,21 @@ TEST_F(ApplicationStart, LoadsTheRuntimesBundleBesideItsFolder) {
       {"[Extractor] JRE folder is " + scene.runtime(),
        "[BundleLoader] Creating jre path URL for path " + scene.runtime() + ".plugin",
        "[Extractor] Attempting spawn launch"}));
+}
+
+TEST_F(ApplicationStart, BySpawnGivesTheApplicationTheDefaultActionForSigpipe) {
+  const std::string status = scene / "status";
+  test::writeFile(scene.runtime() + "/bin/Sample",
+                  "#!/bin/sh\ngrep SigIgn /proc/self/status > '" + status + ".new'\nmv '" + status +
+                      ".new' '" + status + "'\n",
+                  0755);
+  beforeLaunch = [] { beginProcess(); };
+  EXPECT_EQ(0, launch().result);
+  for (int i = 0; i < 6000 && !test::exists(status); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  const std::string line = test::readFile(status);
+  EXPECT_EQ(0u, strtoull(line.c_str() + 7, nullptr, 16) >> (SIGPIPE - 1) & 1) << line;
 }
 
 TEST_F(ApplicationStart, ThatCannotBeSpawnedReturnsTheErrorNumber) {

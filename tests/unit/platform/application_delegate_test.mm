@@ -1,9 +1,10 @@
-#include "platform/gnustep/application_delegate.h"
+#include "launcher/application_delegate.h"
 
 #include <gtest/gtest.h>
 
 #include "launcher/url_events.h"
 #include "platform/gnustep/apple_events.h"
+#include "platform/gnustep/application_base.h"
 
 class OpenURL : public testing::Test {
  protected:
@@ -42,13 +43,40 @@ TEST_F(OpenURL, OfNothingLeavesTheUrlBeforeIt) {
   EXPECT_STREQ("quorvane://first", getRequestedURL());
 }
 
-TEST_F(OpenURL, AfterASecondRegistrationReachesTheNewHandler) {
+TEST_F(OpenURL, ASecondRegistrationKeepsTheHandlerAndItsUrl) {
   registerOSXEventListener();
   [delegate_ application:nil openURL:@"quorvane://first"];
   registerOSXEventListener();
-  EXPECT_EQ(nullptr, getRequestedURL());
+  EXPECT_STREQ("quorvane://first", getRequestedURL());
   [delegate_ application:nil openURL:@"quorvane://second"];
   EXPECT_STREQ("quorvane://second", getRequestedURL());
+}
+
+TEST_F(OpenURL, OfAFileIsItsFileUrl) {
+  registerOSXEventListener();
+  EXPECT_TRUE([delegate_ application:nil openFile:@"/tmp/a file.txt"]);
+  EXPECT_STREQ("file:///tmp/a%20file.txt", getRequestedURL());
+}
+
+TEST_F(OpenURL, OfSeveralFilesKeepsTheLast) {
+  registerOSXEventListener();
+  [delegate_ application:nil openURL:@"quorvane://first"];
+  [delegate_ application:nil openFiles:[NSArray arrayWithObjects:@"/tmp/one", @"/tmp/two", nil]];
+  EXPECT_STREQ("file:///tmp/two", getRequestedURL());
+}
+
+TEST_F(OpenURL, OfNoFileIsRefused) { EXPECT_FALSE([delegate_ application:nil openFile:nil]); }
+
+TEST_F(OpenURL, IsRegisteredForWhileTheApplicationFinishesLaunching) {
+  [delegate_ applicationWillFinishLaunching:nil];
+  EXPECT_TRUE([delegate_ application:nil openURL:@"quorvane://open"]);
+}
+
+TEST_F(OpenURL, ThatCameBeforeTheApplicationFinishesLaunchingIsNotLost) {
+  registerOSXEventListener();
+  [delegate_ application:nil openURL:@"quorvane://early"];
+  [delegate_ applicationWillFinishLaunching:nil];
+  EXPECT_STREQ("quorvane://early", getRequestedURL());
 }
 
 TEST_F(OpenURL, AnEventOfAnotherClassFindsNoHandler) {

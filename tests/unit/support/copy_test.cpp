@@ -10,6 +10,7 @@
 #include "support/paths.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
+#include "tests/support/real_functions.h"
 #include "tests/support/temp_folder.h"
 
 namespace fs = std::filesystem;
@@ -34,7 +35,7 @@ extern "C" size_t fwrite(const void* bytes, size_t size, size_t count, FILE* fil
   if (written != nullptr) {
     written->push_back(size * count);
   }
-  return fwrite_unlocked(bytes, size, count, file);
+  return test::realFwrite(bytes, size, count, file);
 }
 
 namespace {

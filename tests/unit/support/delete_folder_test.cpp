@@ -71,34 +71,61 @@ TEST(DeleteFolder, RemovesALinkAndLeavesWhatItLeadsTo) {
   EXPECT_EQ("kept", test::readFile(folder / "outside/file"));
 }
 
-TEST(DeleteFolder, EmptiesTheFolderThatALinkItIsGivenLeadsTo) {
+TEST(DeleteFolder, DoesNotFollowALinkThatItIsGiven) {
   const test::TempFolder folder;
-  test::writeFile(folder / "real/file", "");
+  test::writeFile(folder / "real/file", "kept");
   fs::create_symlink("real", folder / "link");
-  test::capture([&] { EXPECT_EQ(0, deleteFolder((folder / "link").c_str())); });
-  EXPECT_EQ((Lines{}), test::namesIn(folder / "real"));
-  EXPECT_TRUE(test::exists(folder / "link"));
+  for (const std::string& path : {folder / "link", folder / "link/"}) {
+    EXPECT_EQ((Lines{"[DeleteFolder] Deleting from '" + path + "' is NULL"}),
+              test::logLinesOf([&] { EXPECT_EQ(1, deleteFolder(path.c_str())); }));
+  }
+  EXPECT_EQ("kept", test::readFile(folder / "real/file"));
 }
 
-TEST(DeleteFolder, GoesOnAfterAFailureAndLogsIt) {
+TEST(DeleteFolder, GoesThroughALinkFurtherUp) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "real/tree/file", "");
+  fs::create_symlink("real", folder / "link");
+  test::capture([&] { EXPECT_EQ(0, deleteFolder((folder / "link/tree").c_str())); });
+  EXPECT_EQ((Lines{}), test::namesIn(folder / "real/tree"));
+}
+
+TEST(DeleteFolder, DeletesATreeWhosePathsAreLongerThanTheSystemTakes) {
   const test::TempFolder folder;
   const std::string path = folder.path();
-  // A path that has become too long for the operating system cannot be removed by it.
-  std::string deep = path;
   const std::string name(250, 'd');
   const test::Result result = test::runInChild([&] {
     bool inside = chdir(path.c_str()) == 0;
-    for (int depth = 0; depth < 20; ++depth) {
+    for (int depth = 0; depth < 40; ++depth) {
       inside = inside && mkdir(name.c_str(), 0777) == 0 && chdir(name.c_str()) == 0;
+    }
+    if (!inside) {
+      _exit(1);
     }
   });
   ASSERT_EQ(test::CODE_RETURNED, result.status);
-  test::writeFile(folder / "file", "");
   const Lines lines = test::logLinesOf([&] { EXPECT_EQ(0, deleteFolder(path.c_str())); });
-  EXPECT_EQ((Lines{name}), test::namesIn(path));
-  EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
-    return line.rfind("Failed to delete file ", 0) == 0;
-  }));
+  EXPECT_EQ((Lines{}), test::namesIn(path));
+  EXPECT_EQ(40u, lines.size());
+  EXPECT_EQ("Deleting DIR " + path + "/.../" + name, lines.back());
+}
+
+TEST(DeleteFolder, NeedsNeitherStackNorDescriptorsForEachOfThousandsOfLevels) {
+  const test::TempFolder folder;
+  const std::string path = folder.path();
+  const test::Result result = test::runInChild(
+      [&] {
+        bool inside = chdir(path.c_str()) == 0;
+        for (int depth = 0; depth < 2600; ++depth) {
+          inside = inside && mkdir("d", 0777) == 0 && chdir("d") == 0;
+        }
+        test::allowOpenFiles(32);
+        test::allowStack(256 * 1024);
+        _exit(inside && removeTree(path.c_str()) ? 0 : 1);
+      },
+      120);
+  EXPECT_EQ(0, result.status);
+  EXPECT_FALSE(test::exists(path));
 }
 
 TEST(DeleteFolder, ReachesTheBottomOfATreeThatIsDeeperThanOpenFilesAreAllowed) {

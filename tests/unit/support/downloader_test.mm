@@ -5,6 +5,8 @@
 
 #include <climits>
 
+#import <objc/runtime.h>
+
 #include "support/downloader.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
@@ -181,23 +183,120 @@ TEST_F(DownloaderTest, TheRequestUsesTheDefaultCachePolicyAndWaitsSixtySeconds) 
   [keeper release];
 }
 
+// A connection that says when it goes away.
+@interface MortalDownload : NSObject {
+ @public
+  bool* isGone;
+  int cancelled;
+}
+- (void)cancel;
+@end
+
+@implementation MortalDownload
+- (void)cancel {
+  ++cancelled;
+}
+- (void)dealloc {
+  *isGone = true;
+  [super dealloc];
+}
+@end
+
+class EndOfDownloadTest : public DownloaderTest {
+ protected:
+  EndOfDownloadTest() : download_([[MortalDownload alloc] init]) { download_->isGone = &isGone_; }
+
+  NSURLDownload* download() { return (NSURLDownload*)download_; }
+
+  // Expects that the connection outlives the callback, which it has made itself, and not more.
+  void expectGoneLater(const std::function<void()>& callback) {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    test::capture(callback);
+    EXPECT_TRUE([downloader_ isDone]);
+    EXPECT_FALSE(isGone_) << "released inside of its own callback";
+    [pool release];
+    EXPECT_TRUE(isGone_) << "never released";
+  }
+
+  bool isGone_ = false;
+  MortalDownload* download_;
+};
+
+TEST_F(EndOfDownloadTest, AConnectionOutlivesTheCallbackThatItHasFinished) {
+  expectGoneLater([&] { [downloader_ downloadDidFinish:download()]; });
+}
+
+TEST_F(EndOfDownloadTest, AConnectionOutlivesTheCallbackThatItHasFailed) {
+  expectGoneLater([&] { [downloader_ download:download() didFailWithError:nil]; });
+}
+
+TEST_F(EndOfDownloadTest, AConnectionOutlivesTheCallbackInWhichItIsCancelled) {
+  expectGoneLater([&] {
+    [downloader_ download:download() didReceiveResponse:responseWithStatus(503)];
+    EXPECT_EQ(download_->cancelled, 1);
+  });
+}
+
+static int downloadsAskedFor = 0;
+
+static id bearNothing(id download, SEL, NSURLRequest*, id) {
+  ++downloadsAskedFor;
+  [download release];
+  return nil;
+}
+
+// From here on every download is refused.
+static void refuseDownloads() {
+  NSURLDownload* download = [NSURLDownload alloc];
+  const SEL initialiser = @selector(initWithRequest:delegate:);
+  method_setImplementation(class_getInstanceMethod([download class], initialiser),
+                           reinterpret_cast<IMP>(bearNothing));
+  [download release];
+}
+
 TEST_F(DownloaderTest, AnUnbornDownloadIsLoggedAndIsNeverDone) {
+  refuseDownloads();
+  BOOL started = YES;
+  EXPECT_EQ(systemLogOf([&] {
+              started = [downloader_ startDownloadingURL:downloader_
+                                                 fromURL:@"http://127.0.0.1/ab"
+                                                  toFile:@"/nonexistent/file"];
+            }),
+            (Lines{"Starting download from = http://127.0.0.1/ab", "Download failed"}));
+  EXPECT_EQ(downloadsAskedFor, 1);
+  EXPECT_FALSE(started);
+  EXPECT_FALSE([downloader_ isDone]);
+}
+
+TEST_F(DownloaderTest, AUrlThatIsNoneIsAFailureAndNotARequest) {
+  refuseDownloads();
   BOOL started = YES;
   EXPECT_EQ(systemLogOf([&] {
               started = [downloader_ startDownloadingURL:downloader_
                                                  fromURL:@"http://127.0.0.1/a b"
                                                   toFile:@"/nonexistent/file"];
             }),
-            (Lines{"Starting download from = http://127.0.0.1/a b", "Download failed"}));
+            (Lines{"Starting download from = http://127.0.0.1/a b",
+                   "Download failed! Error - This is not a valid URL: http://127.0.0.1/a b"}));
+  EXPECT_EQ(downloadsAskedFor, 0);
   EXPECT_FALSE(started);
   EXPECT_FALSE([downloader_ isDone]);
 }
 
-TEST_F(DownloaderTest, TheWaitForAnUnbornDownloadEnds) {
+static void expectWaitEndsWithoutAFile(const char* url) {
   test::TempFolder folder;
   test::writeFile(folder / "file", "from before");
   int result = 0;
-  test::capture([&] { result = downloadFile("http://127.0.0.1/a b", (folder / "file").c_str()); });
+  test::capture([&] { result = downloadFile(url, (folder / "file").c_str()); });
   EXPECT_EQ(result, 1);
   EXPECT_EQ(test::namesIn(folder.path()), Lines{});
+}
+
+TEST_F(DownloaderTest, TheWaitForAnUnbornDownloadEnds) {
+  refuseDownloads();
+  expectWaitEndsWithoutAFile("http://127.0.0.1/ab");
+}
+
+TEST_F(DownloaderTest, TheWaitForAUrlThatIsNoneEnds) {
+  expectWaitEndsWithoutAFile("http://127.0.0.1/a b");
 }

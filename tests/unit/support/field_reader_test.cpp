@@ -18,13 +18,13 @@ using Lines = std::vector<std::string>;
 namespace {
 
 // A stream over bytes in memory, as a fuzzer would have it.
-class Stream {
+class TextStream {
  public:
-  explicit Stream(std::string bytes)
+  explicit TextStream(std::string bytes)
       : bytes_(std::move(bytes)), file_(fmemopen(bytes_.data(), bytes_.size(), "rb")) {}
-  ~Stream() { fclose(file_); }
-  Stream(const Stream&) = delete;
-  Stream& operator=(const Stream&) = delete;
+  ~TextStream() { fclose(file_); }
+  TextStream(const TextStream&) = delete;
+  TextStream& operator=(const TextStream&) = delete;
   operator FILE*() const { return file_; }
 
  private:
@@ -55,34 +55,34 @@ static int scan(FILE* stream, const std::string& wanted, Lines* lines = nullptr)
 }
 
 TEST(ScanToMarker, LeavesTheStreamAtTheFirstByteBehindTheMarker) {
-  const Stream stream("before" + markerBytes() + field("after"));
+  const TextStream stream("before" + markerBytes() + field("after"));
   EXPECT_EQ(6 + 128, scan(stream, markerBytes()));
   EXPECT_EQ("after", read(stream));
 }
 
 TEST(ScanToMarker, FindsAMarkerAtTheVeryStart) {
-  const Stream stream(markerBytes());
+  const TextStream stream(markerBytes());
   EXPECT_EQ(128, scan(stream, markerBytes()));
 }
 
 TEST(ScanToMarker, FindsAMarkerBehindAFalseStartThatAnotherByteEnds) {
   const std::string falseStart("\x1D\x43\x00", 3);
-  const Stream stream(falseStart + markerBytes());
+  const TextStream stream(falseStart + markerBytes());
   EXPECT_EQ(3 + 128, scan(stream, markerBytes()));
 }
 
 TEST(ScanToMarker, MissesAMarkerWhoseFirstByteEndsAFalseStart) {
-  const Stream stream("\x1D\x43" + markerBytes());
+  const TextStream stream("\x1D\x43" + markerBytes());
   EXPECT_EQ(-1, scan(stream, markerBytes()));
 }
 
 TEST(ScanToMarker, FindsTheSecondOfTwoMarkersWhenTheFirstIsMissed) {
-  const Stream stream("\x1D" + markerBytes() + markerBytes());
+  const TextStream stream("\x1D" + markerBytes() + markerBytes());
   EXPECT_EQ(1 + 128 + 128, scan(stream, markerBytes()));
 }
 
 TEST(ScanToMarker, LogsAStreamThatEndsFirstAndLeavesItAtItsEnd) {
-  const Stream stream(markerBytes().substr(0, 127));
+  const TextStream stream(markerBytes().substr(0, 127));
   Lines lines;
   EXPECT_EQ(-1, scan(stream, markerBytes(), &lines));
   EXPECT_EQ((Lines{"Could not find marker: Tail"}), lines);
@@ -90,21 +90,21 @@ TEST(ScanToMarker, LogsAStreamThatEndsFirstAndLeavesItAtItsEnd) {
 }
 
 TEST(ScanToMarker, SaysNothingWhenItFindsTheMarker) {
-  const Stream stream(markerBytes());
+  const TextStream stream(markerBytes());
   Lines lines;
   scan(stream, markerBytes(), &lines);
   EXPECT_EQ((Lines{}), lines);
 }
 
 TEST(ScanToMarker, GivesZeroForALengthOfZeroWithoutReading) {
-  const Stream stream("abc");
+  const TextStream stream("abc");
   EXPECT_EQ(0, scan(stream, ""));
   EXPECT_EQ('a', getc(stream));
 }
 
 TEST(ScanToMarker, SearchesForAMarkerOfAnotherLengthAndName) {
   const std::string wanted(64, '\xFE');
-  const Stream stream(std::string(100, '\xFE'));
+  const TextStream stream(std::string(100, '\xFE'));
   EXPECT_EQ(64, scanToMarker(stream, wanted.data(), 64, "Params"));
   EXPECT_EQ((Lines{"Could not find marker: Params"}), test::logLinesOf([&] {
               EXPECT_EQ(-1, scanToMarker(stream, wanted.data(), 64, "Params"));
@@ -112,13 +112,13 @@ TEST(ScanToMarker, SearchesForAMarkerOfAnotherLengthAndName) {
 }
 
 TEST(ReadString, ReadsAFieldWithItsTerminator) {
-  const Stream stream(field("one") + field("two"));
+  const TextStream stream(field("one") + field("two"));
   EXPECT_EQ("one", read(stream));
   EXPECT_EQ("two", read(stream));
 }
 
 TEST(ReadString, GivesAnEmptyTextForAnEmptyFieldBetweenTwoOthers) {
-  const Stream stream(field("one") + field("") + field("two"));
+  const TextStream stream(field("one") + field("") + field("two"));
   EXPECT_EQ("one", read(stream));
   char* empty = readString(stream, "Name");
   ASSERT_NE(nullptr, empty);
@@ -131,19 +131,19 @@ TEST(ReadString, KeepsEveryByteOtherThanZero) {
   for (int byte = 1; byte <= 255; ++byte) {
     bytes.push_back(static_cast<char>(byte));
   }
-  const Stream stream(field(bytes));
+  const TextStream stream(field(bytes));
   EXPECT_EQ(bytes, read(stream));
 }
 
 TEST(ReadString, FillsTheRestOfItsBlockWithZeros) {
-  const Stream stream(field("ab"));
+  const TextStream stream(field("ab"));
   char* block = readString(stream, "Name", 100);
   EXPECT_EQ("ab" + std::string(98, '\0'), std::string(block, 100));
   free(block);
 }
 
 TEST(ReadString, GivesAFieldThatTheEndOfTheStreamCutsShortAsRead) {
-  const Stream stream(field("one") + "tw");
+  const TextStream stream(field("one") + "tw");
   EXPECT_EQ("one", read(stream));
   EXPECT_EQ("tw", read(stream));
   EXPECT_EQ("", read(stream));
@@ -152,7 +152,7 @@ TEST(ReadString, GivesAFieldThatTheEndOfTheStreamCutsShortAsRead) {
 
 TEST(ReadString, ReadsAKeyOf8190CharactersWhole) {
   const std::string key(8190, 'A');
-  const Stream stream(field(key) + field("next"));
+  const TextStream stream(field(key) + field("next"));
   const std::string out = test::capture([&] { EXPECT_EQ(key, read(stream, 8192)); }).out;
   EXPECT_EQ("", out);
   EXPECT_EQ("next", read(stream));
@@ -160,7 +160,7 @@ TEST(ReadString, ReadsAKeyOf8190CharactersWhole) {
 
 TEST(ReadString, WarnsOfAKeyOf8191CharactersAndGivesAnEmptyNextField) {
   const std::string key(8191, 'A');
-  const Stream stream(field(key) + field("next"));
+  const TextStream stream(field(key) + field("next"));
   const test::Captured captured = test::capture([&] { EXPECT_EQ(key, read(stream, 8192)); });
   EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 8191>8192! (READSTRING) [" + key + "]\n",
             captured.out);
@@ -170,7 +170,7 @@ TEST(ReadString, WarnsOfAKeyOf8191CharactersAndGivesAnEmptyNextField) {
 }
 
 TEST(ReadString, LeavesTheRestOfATooLongFieldForTheNextRead) {
-  const Stream stream(field("abcdefgh") + field("next"));
+  const TextStream stream(field("abcdefgh") + field("next"));
   test::capture([&] {
     EXPECT_EQ("abcd", read(stream, 5));
     EXPECT_EQ("efgh", read(stream, 6)) << "four bytes and their end fit a limit of six";
@@ -179,14 +179,14 @@ TEST(ReadString, LeavesTheRestOfATooLongFieldForTheNextRead) {
 }
 
 TEST(ReadString, TakesTheSmallestLimit) {
-  const Stream stream("xyz");
+  const TextStream stream("xyz");
   EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 1>2! (READSTRING) [x]\n",
             test::capture([&] { EXPECT_EQ("x", read(stream, 2)); }).out);
 }
 
 TEST(ReadString, HasALimitOf1024WithoutOne) {
   const std::string most(1022, 'x');
-  const Stream stream(field(most) + field(most + "y") + field("next"));
+  const TextStream stream(field(most) + field(most + "y") + field("next"));
   EXPECT_EQ(most, test::takeText(readString(stream, "Name")));
   EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 1023>1024! (READSTRING) [" + most + "y]\n",
             test::capture([&] {
@@ -195,7 +195,7 @@ TEST(ReadString, HasALimitOf1024WithoutOne) {
 }
 
 static long number(const std::string& text) {
-  const Stream stream(field(text));
+  const TextStream stream(field(text));
   return readInt(stream, "Name");
 }
 
@@ -214,7 +214,7 @@ TEST(ReadInt, GivesZeroForTextWithoutDigits) {
 }
 
 TEST(ReadInt, ReadsWithALimitOf40) {
-  const Stream stream(field("1" + std::string(38, ' ')) + field("next"));
+  const TextStream stream(field("1" + std::string(38, ' ')) + field("next"));
   EXPECT_EQ("***WARNING - STRING TOO LONG FOR ALLOC 39>40! (READSTRING) [1" + std::string(38, ' ') +
                 "]\n",
             test::capture([&] { EXPECT_EQ(1, readInt(stream, "Name")); }).out);
@@ -223,7 +223,7 @@ TEST(ReadInt, ReadsWithALimitOf40) {
 }
 
 static bool boolean(const std::string& text) {
-  const Stream stream(field(text));
+  const TextStream stream(field(text));
   return readBoolean(stream, "Name");
 }
 

@@ -15,6 +15,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/files.h"
+#include "tests/support/slow_file.h"
 #include "tests/support/temp_folder.h"
 
 using Lines = std::vector<std::string>;
@@ -85,19 +86,9 @@ TEST(LogMessage, StoresTheWallClockOfItsEnd) {
   EXPECT_EQ(static_cast<uint64_t>(kMoment), lastTimestamp);
 }
 
-// A stream that takes 40 milliseconds of the fake clock for every write.
-static FILE* slowFile(test::FakeClock* clock) {
-  cookie_io_functions_t functions{};
-  functions.write = [](void* cookie, const char*, size_t size) {
-    static_cast<test::FakeClock*>(cookie)->advance(40);
-    return static_cast<ssize_t>(size);
-  };
-  return fopencookie(clock, "w", functions);
-}
-
 TEST(LogMessage, LeavesTheTimeThatWritingTookOutOfTheNextPrefix) {
   test::FakeClock clock(kMoment);
-  FILE* file = slowFile(&clock);
+  FILE* file = test::slowFile(&clock);
   setFileToLogTo(file);
   const std::string out = outputOf([&] {
     logMessage("one\n");

@@ -23,7 +23,7 @@ static int failingRenames = 0;
 static int renameError = 0;
 
 // Takes the place of the C library's function in this executable.
-extern "C" int rename(const char* from, const char* to) noexcept {
+extern "C" int rename(const char* from, const char* to) {
   if (failingRenames > 0) {
     --failingRenames;
     errno = renameError;

@@ -83,7 +83,8 @@ TEST(PlistText, IsWhatTheBundleWriterWrote) {
   test::writeFile(folder / "program", "program", 0755);
   tools::Bundle bundle;
   bundle.path = folder / "A.app";
-  bundle.name = "A & <B>";
+  bundle.name = "A";
+  bundle.shownName = "A Installer";
   bundle.identifier = "org.example";
   bundle.version = "1";
   bundle.executable = folder / "program";
@@ -91,6 +92,8 @@ TEST(PlistText, IsWhatTheBundleWriterWrote) {
   tools::writeBundle(bundle);
   const std::string plist = test::readFile(bundle.path + "/Contents/Info.plist");
   EXPECT_EQ("A & <B>", tools::plistText(plist, "CFBundleExecutable"));
+  EXPECT_EQ("A", tools::plistText(plist, "CFBundleName"));
+  EXPECT_EQ("A Installer", tools::plistText(plist, "CFBundleDisplayName"));
   EXPECT_EQ("", tools::plistText(plist, "CFBundleIconFile"));
   EXPECT_EQ(tools::executableIn(bundle), tools::executableOfBundle(bundle.path));
 }

@@ -42,6 +42,9 @@ public final class Program {
             case "variable":
                 new ProcessBuilder("printenv", "GUEST_WORD").inheritIO().start().waitFor();
                 break;
+            case "signals":
+                new ProcessBuilder("grep", "SigIgn", "/proc/self/status").inheritIO().start().waitFor();
+                break;
             case "stay":
                 sleepForEver();
                 break;

@@ -25,6 +25,7 @@ final class Application {
   private final LaunchFile launchFile;
   private final List<String> arguments;
   private final List<String> rememberedOptions;
+  private final File program;
   private final Map<String, String> systemProperties = new LinkedHashMap<>();
 
   /** {@code handedOn} are the arguments that follow the application's own. */
@@ -37,6 +38,7 @@ final class Application {
     arguments = new ArrayList<>(launchFile.arguments);
     arguments.addAll(handedOn);
     rememberedOptions = remembered(properties);
+    program = new File(properties.packaged("launched_from_dynprops"));
     systemProperties.put("quorvane.app_dir", folder.getPath());
     systemProperties.put("quorvane.app_version", VersionFolders.versionOf(folder));
     if (properties.given("url_req") != null) {
@@ -118,6 +120,7 @@ final class Application {
     if (launchFile.initialHeapMegabytes >= 1) {
       command.add("-Xms" + launchFile.initialHeapMegabytes + "m");
     }
+    command.addAll(DockOptions.of(launchFile, folder, program));
     command.addAll(rememberedOptions);
     command.addAll(launchFile.jvmOptions);
     systemProperties.forEach((key, value) -> command.add("-D" + key + "=" + value));

@@ -12,6 +12,8 @@ final class LaunchFile {
   private static final String NAME = "QuorvaneLaunch";
 
   final String mainClass;
+  final String appName;
+  final String icon;
   final long maximumHeapMegabytes;
   final long initialHeapMegabytes;
   final List<String> classPath;
@@ -38,7 +40,10 @@ final class LaunchFile {
     fields = bytes.split("\0", -1);
     long version = number();
     mainClass = text();
-    skip(4); // class after an update, name of the executable, icon, whether a URL is required
+    skip(1); // class after an update
+    appName = text();
+    icon = text();
+    skip(1); // whether a URL is required
     maximumHeapMegabytes = number();
     initialHeapMegabytes = number();
     classPath = texts();

@@ -8,6 +8,7 @@
 typedef double NSTimeInterval;
 
 SDK_API @interface NSDate : NSObject
++ (NSDate*)distantFuture SDK_API;
 + (NSDate*)distantPast SDK_API;
 + (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)seconds SDK_API;
 @end

@@ -10,6 +10,7 @@
 SDK_API @interface NSProcessInfo : NSObject
 + (NSProcessInfo*)processInfo SDK_API;
 - (NSString*)processName SDK_API;
+- (void)setProcessName:(NSString*)name SDK_API;
 @end
 
 #endif

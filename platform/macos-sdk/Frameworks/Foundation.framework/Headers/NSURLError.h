@@ -11,6 +11,7 @@ SDK_EXTERN NSString* const NSURLErrorDomain SDK_API;
 SDK_EXTERN NSString* const NSURLErrorFailingURLStringErrorKey SDK_API;
 
 enum : NSInteger {
+  NSURLErrorBadURL SDK_API = -1000,
   NSURLErrorBadServerResponse SDK_API = -1011,
 };
 

@@ -1,12 +1,18 @@
-#include "platform/gnustep/application_delegate.h"
+#include "platform/gnustep/application_base.h"
 
 #include "platform/gnustep/apple_events.h"
-#include "platform/process_end.h"
 
 static const AEEventClass kOpenURL = 0x4755524C;    // 'GURL', the event's class and its id
 static const AEKeyword kDirectObject = 0x2D2D2D2D;  // '----'
 
-@implementation ApplicationDelegate
+@protocol OpensFiles
+- (void)application:(NSApplication*)application openFiles:(NSArray*)paths;
+@end
+
+@implementation ApplicationBase
+@end
+
+@implementation ApplicationBase (QuorvaneRequests)
 
 - (BOOL)application:(NSApplication*)application openURL:(id)url {
   (void)application;
@@ -22,14 +28,17 @@ static const AEKeyword kDirectObject = 0x2D2D2D2D;  // '----'
   return dispatchAppleEvent(event);
 }
 
+- (BOOL)application:(NSApplication*)application openFile:(NSString*)path {
+  if (path == nil) {
+    return NO;
+  }
+  [(id<OpensFiles>)self application:application openFiles:[NSArray arrayWithObject:path]];
+  return YES;
+}
+
 - (void)applicationDidResignActive:(NSNotification*)notification {
   (void)notification;
   [[NSApp mainMenu] display];
-}
-
-- (void)applicationWillTerminate:(NSNotification*)notification {
-  (void)notification;
-  endProcess(0);
 }
 
 @end

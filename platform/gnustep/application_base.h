@@ -1,22 +1,22 @@
-#ifndef QUORVANE_PLATFORM_GNUSTEP_APPLICATION_DELEGATE_H
-#define QUORVANE_PLATFORM_GNUSTEP_APPLICATION_DELEGATE_H
+#ifndef QUORVANE_PLATFORM_GNUSTEP_APPLICATION_BASE_H
+#define QUORVANE_PLATFORM_GNUSTEP_APPLICATION_BASE_H
 
-#import <AppKit/AppKit.h>
+#include "platform/application_base.h"
 
-// The application's delegate: what the toolkit asks of an application and Cocoa does by itself.
-@interface ApplicationDelegate : NSObject
+// What the toolkit asks of an application's delegate and Cocoa does by itself.
+@interface ApplicationBase (QuorvaneRequests)
 // Other programs ask a running application to open a URL through distributed objects, with this
 // method of its delegate. Turns the request into the Apple event that a handler is registered for.
 // `url` is an NSURL or a text. Returns whether a handler took it.
 - (BOOL)application:(NSApplication*)application openURL:(id)url;
 
+// The same for a file, which the toolkit hands over one by one. Passes it on as Cocoa does, with
+// application:openFiles:.
+- (BOOL)application:(NSApplication*)application openFile:(NSString*)path;
+
 // Keeps the menu on the screen: the Java program's windows are not the toolkit's, which takes the
 // application for inactive while one of them is in front.
 - (void)applicationDidResignActive:(NSNotification*)notification;
-
-// Ends the process with status 0, as quitting does, but without the toolkit's tear-down, which does
-// not expect the JVM's threads.
-- (void)applicationWillTerminate:(NSNotification*)notification;
 @end
 
 #endif

@@ -1,0 +1,43 @@
+package org.example.updater;
+
+import java.io.File;
+import java.util.ArrayList;
+import java.util.List;
+
+/**
+ * How a Java that is a process of its own presents itself in the Dock of macOS, where it would bear the
+ * name and the icon of "java". Nowhere else are there such options.
+ */
+final class DockOptions {
+  private DockOptions() {}
+
+  /**
+   * The options for the application of {@code launchFile} in {@code folder}, which {@code program}, an
+   * executable in a bundle, has launched.
+   */
+  static List<String> of(LaunchFile launchFile, File folder, File program) {
+    List<String> options = new ArrayList<>();
+    if (!System.getProperty("os.name").startsWith("Mac")) {
+      return options;
+    }
+    if (!launchFile.appName.isEmpty()) {
+      options.add("-Xdock:name=" + launchFile.appName);
+    }
+    File icon = icon(launchFile, folder, program);
+    if (icon != null) {
+      options.add("-Xdock:icon=" + icon);
+    }
+    return options;
+  }
+
+  /** The application's own icon, or else the bundle's; null where neither has one. */
+  private static File icon(LaunchFile launchFile, File folder, File program) {
+    File own = new File(folder, launchFile.icon);
+    if (!launchFile.icon.isEmpty() && own.isFile()) {
+      return own;
+    }
+    File contents = program.getAbsoluteFile().getParentFile().getParentFile();
+    File[] icons = new File(contents, "Resources").listFiles((in, name) -> name.endsWith(".icns"));
+    return icons == null || icons.length == 0 ? null : icons[0];
+  }
+}

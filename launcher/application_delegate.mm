@@ -1,0 +1,36 @@
+#include "launcher/application_delegate.h"
+
+#include "launcher/java_end.h"
+#include "launcher/url_events.h"
+#include "launcher/url_handler.h"
+#include "platform/process_end.h"
+#include "platform/window_system.h"
+#include "support/failure.h"
+
+@implementation ApplicationDelegate
+
+- (void)applicationWillFinishLaunching:(NSNotification*)notification {
+  (void)notification;
+  // The application may finish its launch twice, and AppKit may then install its own handler again.
+  if (urlHandler == nil || !keepsEarlyEventHandlers()) {
+    registerOSXEventListener();
+  }
+}
+
+- (void)application:(NSApplication*)application openFiles:(NSArray*)paths {
+  for (NSUInteger i = 0; i < [paths count]; ++i) {
+    requestURL([[NSURL fileURLWithPath:[paths objectAtIndex:i]] absoluteString]);
+  }
+  [application replyToOpenOrPrint:NSApplicationDelegateReplySuccess];
+}
+
+- (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)application {
+  (void)application;
+  const int status = failingStatus();
+  if (status >= 0) {
+    endProcess(status);
+  }
+  return endJavaInOrder() ? NSTerminateLater : NSTerminateNow;
+}
+
+@end

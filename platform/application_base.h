@@ -1,0 +1,11 @@
+#ifndef QUORVANE_PLATFORM_APPLICATION_BASE_H
+#define QUORVANE_PLATFORM_APPLICATION_BASE_H
+
+#import <AppKit/AppKit.h>
+
+// What the application's delegate (launcher/application_delegate.h) does on this platform alone.
+// Nothing on macOS. Included by Objective-C++ files only.
+@interface ApplicationBase : NSObject
+@end
+
+#endif

@@ -1,0 +1,5 @@
+#include "platform/java_command.h"
+
+bool takesJavaCommandHostOptions() {
+  return false;
+}

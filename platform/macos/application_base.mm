@@ -1,0 +1,4 @@
+#include "platform/application_base.h"
+
+@implementation ApplicationBase
+@end

@@ -1,0 +1,35 @@
+// URLs that arrive at an installer while the application that it has started runs in its process.
+
+#include <gtest/gtest.h>
+
+#include "tests/blackbox/hosting/hosted_program.h"
+#include "tests/support/background.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+
+class HostedUrl : public testing::TestWithParam<Start> {};
+
+INSTANTIATE_TEST_SUITE_P(In, HostedUrl, testing::ValuesIn(kInstallerStarts),
+                         [](const auto& info) { return nameOf(info.param); });
+
+TEST_P(HostedUrl, ArrivesWhileTheProgramRuns) {
+  const test::TempFolder folder;
+  const test::OwnDisplay display;
+  HostedProgram program(GetParam(), "guest.Hosted");
+  program.steps = {"wait=" + (folder / "end")};
+  test::Command command = program.command();
+  command.environment["DISPLAY"] = display.name();
+  const test::Background installer(command);
+  installer.waitForLine("[Hosted] waiting");
+  test::Command sender;
+  sender.arguments = {QUORVANE_BIN "/url_sender", program.processName(), "demo://open/later"};
+  sender.environment = program.home().environment();
+  sender.environment["DISPLAY"] = display.name();
+  const test::Result sending = test::run(sender);
+  EXPECT_EQ("1\n", sending.out) << sending.err;
+  EXPECT_TRUE(comesTrue([&installer] {
+    return installer.err().find("[URL] Converted URL to 'demo://open/later'") != std::string::npos;
+  })) << installer.err();
+  test::writeFile(folder / "end", "");
+  installer.waitForLine("[Hosted] waited");
+}
