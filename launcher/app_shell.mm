@@ -72,13 +72,19 @@ static void putNameIntoTitles(NSMenu* menu, NSString* name) {
   }
 }
 
-// Once: while the first menu is open, another in its place would not be served.
+// The menu is made once: while it is open, another in its place would not be served. Where its
+// window shows the process's name, it takes the name when it becomes the main menu.
 static void loadMenu() {
-  static bool isLoaded = false;
-  if (!isLoaded && !loadStockMenu()) {
+  static NSMenu* menu = nil;
+  if (menu != nil) {
+    [NSApp setMainMenu:nil];
+    [NSApp setMainMenu:menu];
+    return;
+  }
+  if (!loadStockMenu()) {
     installDefaultMenu();
   }
-  isLoaded = true;
+  menu = [[NSApp mainMenu] retain];
 }
 
 static void setIcon() {

@@ -3,7 +3,6 @@
 #include "launcher/java_end.h"
 #include "launcher/url_events.h"
 #include "launcher/url_handler.h"
-#include "platform/process_end.h"
 #include "platform/window_system.h"
 #include "support/failure.h"
 
@@ -26,10 +25,7 @@
 
 - (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)application {
   (void)application;
-  const int status = failingStatus();
-  if (status >= 0) {
-    endProcess(status);
-  }
+  endIfFailing();
   return endJavaInOrder() ? NSTerminateLater : NSTerminateNow;
 }
 

@@ -67,8 +67,10 @@ static void showAlert(Failure failure) {
   showFailureAlert({failure, alertName, loggedFilePath()});
 }
 
-int failingStatus() {
-  return statusOfFailure;
+void endIfFailing() {
+  if (statusOfFailure >= 0) {
+    endProcess(statusOfFailure);
+  }
 }
 
 void failProcess(int status, Failure failure) {

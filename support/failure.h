@@ -33,9 +33,10 @@ enum class Failure {
 // where it does not do so within ten seconds.
 [[noreturn]] void failProcess(int status, Failure failure);
 
-// Returns the status of the failProcess() under way, or -1 when there is none: a Quit that comes
-// while its alert is open ends the process with it. Any thread.
-[[nodiscard]] int failingStatus();
+// Ends the process with the status of the failProcess() under way, and returns when there is none:
+// a Quit that comes while the alert is shown does not turn a failure into a success. Logs nothing.
+// Any thread.
+void endIfFailing();
 
 // Remembers why the result that a function is about to return is a failure, for endWithResult().
 // The latest counts. Any thread, before the thread that ends the process learns of the result.

@@ -13,7 +13,8 @@ SOURCE = pathlib.Path(sys.argv[1]).resolve()
 
 # Ends of the process, and of which status; a call with 0 is not a failure.
 ENDS = re.compile(r"(?<![\w.>])(?:std::|::)?(endProcess|exit|_exit|_Exit|quick_exit)\s*\(\s*([^)]*)\)")
-SUCCESS = ("0", "EXIT_SUCCESS")
+# What a user asked for is no failure.
+SUCCESS = ("0", "EXIT_SUCCESS", "kQuitStatus")
 END_FILES = ("support/failure.cpp", "platform/process_end.h", "platform/linux/process_end.cpp",
              "platform/macos/process_end.cpp")
 # main() ends the process by returning.

@@ -90,6 +90,7 @@ class DiskPicture : public AlertPicture {
 }  // namespace
 
 TEST_F(LauncherPicture, NoRuntime) {
+  fs::create_directories(bundle_.master());
   startLauncher({"guest.Program"});
   waitForAlert();
   const test::Result result =

@@ -308,7 +308,8 @@ TEST_F(Conditions, FullProcessTableInstallsNothingAndLosesNothing) {
   expectNextRunUpdates();
 }
 
-TEST_F(Conditions, FullProcessTableStillLaunchesWhatIsCurrentInThisProcess) {
+// Java needs a thread, and a thread needs a place in the table.
+TEST_F(Conditions, FullProcessTableLaunchesNothingOfWhatIsCurrentAndNamesBothFailures) {
   installer_.write();
   EXPECT_EQ(0, installer_.run().status);
   fs::remove(installer_.jvmReport());
@@ -320,6 +321,13 @@ TEST_F(Conditions, FullProcessTableStillLaunchesWhatIsCurrentInThisProcess) {
     setrlimit(RLIMIT_NPROC, &limit);
   });
   EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(mentions(result, "[JNILaunch] [ERROR] Unable to start Java's thread!\n"))
+      << result.out;
+  EXPECT_TRUE(
+      mentions(result, "Launch Error " + std::to_string(test::productErrno(EAGAIN)) + ".\n"))
+      << result.out;
+  EXPECT_FALSE(installer_.launched());
+  EXPECT_EQ(0, installer_.run().status);
   EXPECT_TRUE(installer_.launched());
 }
 

@@ -86,6 +86,11 @@ std::vector<std::string> throughMenu(const std::string& name, pid_t) {
   return {"/bin/bash", "-c", kScript, "script", QUORVANE_SOURCE "/scripts/app-menu", name};
 }
 
+// The menu is the program's, in whatever process it runs.
+std::vector<std::string> throughProgramsMenu(const std::string&, pid_t id) {
+  return throughMenu("Demo", id);
+}
+
 std::vector<std::string> fromAnotherProgram(const std::string& name, pid_t) {
   return {QUORVANE_BIN "/url_sender", name, "quit"};
 }
@@ -106,10 +111,10 @@ std::ostream& operator<<(std::ostream& stream, const Case& value) {
 }
 
 const Case kCases[] = {
-    {"LauncherMenu", make<LauncherHost>, throughMenu, 0},
+    {"LauncherMenu", make<LauncherHost>, throughProgramsMenu, 0},
     {"LauncherOtherProgram", make<LauncherHost>, fromAnotherProgram, 0},
     {"LauncherSignal", make<LauncherHost>, withASignal, 128 + SIGTERM},
-    {"InstallerMenu", make<InstallerHost>, throughMenu, 0},
+    {"InstallerMenu", make<InstallerHost>, throughProgramsMenu, 0},
     {"InstallerOtherProgram", make<InstallerHost>, fromAnotherProgram, 0},
     {"InstallerSignal", make<InstallerHost>, withASignal, 128 + SIGTERM},
 };
