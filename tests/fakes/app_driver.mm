@@ -69,9 +69,11 @@ static id sharedApplication(id application, SEL selector) {
   static bool isFirst = true;
   if (isFirst) {
     isFirst = false;
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     NSString* value =
         [[NSUserDefaults standardUserDefaults] stringForKey:@"NSTreatUnknownArgumentsAsOpen"];
     puts(value == nil ? "unset" : [value UTF8String]);
+    [pool release];
   }
   return toolkitSharedApplication(application, selector);
 }

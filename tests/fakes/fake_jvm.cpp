@@ -4,6 +4,7 @@
 // a launch has no need of is a null entry in the table, so that calling it ends the process.
 
 #include <jni.h>
+#include <unistd.h>
 
 #include <cstdarg>
 #include <cstdio>
@@ -62,6 +63,9 @@ static void setObjectArrayElement(JNIEnv*, jobjectArray array, jsize index, jobj
 }
 
 static void callStaticVoidMethodV(JNIEnv*, jclass owner, jmethodID method, va_list arguments) {
+  if (goesWrong("slow")) {
+    sleep(2);
+  }
   report("CallStaticVoidMethod %s %s %s", nameOf(owner), nameOf(reinterpret_cast<jobject>(method)),
          nameOf(va_arg(arguments, jobject)));
 }

@@ -39,6 +39,11 @@ int productErrno(int error) {
   return found == kOnMacos.end() ? error : found->second;
 }
 
+std::string productMissingDisplay() {
+  return productIsForMacos() ? "No window server: this login session has no graphic access."
+                             : "No display: DISPLAY names no window system that can be reached.";
+}
+
 size_t longestPath() {
   return productIsForMacos() ? 1024 : 4096;
 }

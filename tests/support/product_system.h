@@ -25,6 +25,10 @@ bool productIsElsewhere();
 // The number that the product logs for an error of this system's <cerrno>.
 int productErrno(int error);
 
+// What the product prints to standard error where it needs a window system and there is none: a
+// line without its end.
+std::string productMissingDisplay();
+
 // The longest path that the product's system takes, with the zero byte at its end.
 size_t longestPath();
 

@@ -334,8 +334,10 @@ TEST_F(Conditions, FullProcessTableLaunchesNothingOfWhatIsCurrentAndNamesBothFai
 TEST_F(Conditions, TableOfOpenFilesThatIsSmallStillInstalls) {
   installOldVersion();
   installer_.write();
-  const test::Result result = runWith([] {
-    const rlimit limit{24, 24};
+  // What starts an executable of another system here has some files open, too.
+  const rlim_t count = test::productIsElsewhere() ? 40 : 24;
+  const test::Result result = runWith([count] {
+    const rlimit limit{count, count};
     setrlimit(RLIMIT_NOFILE, &limit);
   });
   EXPECT_EQ(0, result.status) << result.out;

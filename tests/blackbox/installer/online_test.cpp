@@ -479,7 +479,7 @@ class OnlineWithOwnRoot : public Online {
   void offer(const std::string& home, const std::string& java) {
     test::writeFile((installer_ / home.substr(1)) + "/bin/java", java, 0755);
     test::writeFile((installer_ / home.substr(1)) + "/bin/unpack200", "#!/bin/sh\n", 0755);
-    test::writeFile((installer_ / home.substr(1)) + "/lib/server/libjvm.so",
+    test::writeFile((installer_ / home.substr(1)) + "/" + test::jvmLibraryPlace(),
                     test::readFile(QUORVANE_FAKE_JVM));
   }
 

@@ -218,7 +218,7 @@ TEST_F(Updater, HandsTheRememberedOptionsToAChild) {
 // A runtime whose "java" records its arguments; its JVM lies in it for good, not through a link, so
 // that Java takes it for its home.
 static void makeRecordingRuntime(const std::string& folder) {
-  const fs::path real = QUORVANE_TEST_RUNTIME;
+  const fs::path real = test::testRuntime();
   test::makeRuntime(folder);
   fs::remove(folder + "/lib");
   fs::create_directories(folder + "/lib");

@@ -241,18 +241,18 @@ TEST_F(AppShell, WithoutADisplayItSaysSoInOneLineAndEndsWithOne) {
   const test::Result result = run({kDriver, "loop"}, {{"DISPLAY", ""}});
   EXPECT_EQ(1, result.status);
   EXPECT_EQ("", result.out);
-  EXPECT_EQ("No display: DISPLAY names no window system that can be reached.\n", result.err);
+  EXPECT_EQ(test::productMissingDisplay() + "\n", result.err);
 }
 
 TEST_F(AppShell, WithADisplayThatIsNotThereItSaysSoInOneLineAndEndsWithOne) {
   const test::Result result = run({kDriver, "loop"}, {{"DISPLAY", ":65000"}});
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ("No display: DISPLAY names no window system that can be reached.\n", result.err);
+  EXPECT_EQ(test::productMissingDisplay() + "\n", result.err);
 }
 
 TEST_F(AppShell, WithADisplayThatRefusesTheToolkitItSaysSoInOneLineAndEndsWithOne) {
   const test::Result result = run({kDriver, "loop"}, {{"DISPLAY", "127.0.0.1:65000"}});
   EXPECT_EQ(1, result.status);
   EXPECT_EQ("", result.out);
-  EXPECT_EQ("No display: DISPLAY names no window system that can be reached.\n", result.err);
+  EXPECT_EQ(test::productMissingDisplay() + "\n", result.err);
 }

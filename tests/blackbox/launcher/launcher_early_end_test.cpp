@@ -7,6 +7,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 using test::containsInOrder;
@@ -183,8 +184,7 @@ TEST(LauncherWithoutDisplay, SaysSoInOneLineOnStandardErrorAndEndsWithFailure) {
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(0, result.signal);
   EXPECT_EQ("[Launcher] About to create NSApplication", lastOf(messagesOf(result.out)));
-  EXPECT_EQ("No display: DISPLAY names no window system that can be reached.",
-            lastOf(test::linesOf(result.err)));
+  EXPECT_EQ(test::productMissingDisplay(), lastOf(test::linesOf(result.err)));
 }
 
 TEST(LauncherWithADisplayThatNobodyServes, SaysSoInOneLineOnStandardErrorAndEndsWithFailure) {
@@ -193,6 +193,5 @@ TEST(LauncherWithADisplayThatNobodyServes, SaysSoInOneLineOnStandardErrorAndEnds
   bundle.installRuntime();
   const test::Result result = bundle.run({"guest.Program"}, {{"DISPLAY", ":59998"}});
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ("No display: DISPLAY names no window system that can be reached.",
-            lastOf(test::linesOf(result.err)));
+  EXPECT_EQ(test::productMissingDisplay(), lastOf(test::linesOf(result.err)));
 }

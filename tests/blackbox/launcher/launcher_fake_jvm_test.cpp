@@ -137,7 +137,7 @@ TEST_F(FakeJvm, TheLaunchRunsOnAThreadThatIsNotTheMainOne) {
 
 // With the application object, or while it finishes launching, as the platform wants it.
 TEST_F(FakeJvm, OpenUrlEventsAreListenedForOnceTheApplicationExists) {
-  run({"com.x.Main"});
+  run({"com.x.Main"}, "slow");
   const std::string line = "[Wrapper] Registering shared apple event manager";
   const size_t creating = result.err.find("[Launcher] About to create NSApplication");
   const size_t listening = result.err.find(line);

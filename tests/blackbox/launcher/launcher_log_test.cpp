@@ -9,6 +9,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"
+#include "tests/support/product_system.h"
 
 namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
@@ -19,7 +20,7 @@ class LauncherLog : public testing::Test {
  protected:
   LauncherLog() {
     bundle_.writeTailFile(test::Tail());
-    bundle_.installLibrary(QUORVANE_FAKE_JVM, "lib/server/libjvm.so");
+    bundle_.installLibrary(QUORVANE_FAKE_JVM, test::jvmLibraryPlace());
   }
 
   void run(const std::map<std::string, std::string>& environment) {

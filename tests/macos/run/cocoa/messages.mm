@@ -75,8 +75,12 @@ static id autoreleaseObject(id object) { return [object autorelease]; }
 // What a class that is not yet used has for its cache there; nobody looks into it here.
 static const uint64_t emptyCache[2] = {};
 
+// The records of methods that these take and return are GNUstep's; nobody looks into them.
 static const Supplied kMessages[] = {
     data<&emptyCache>("__objc_empty_cache"),
+    function<class_getClassMethod>("_class_getClassMethod"),
+    function<method_getImplementation>("_method_getImplementation"),
+    function<method_setImplementation>("_method_setImplementation"),
     function<allocateObject>("_objc_alloc"),
     function<makeObject>("_objc_alloc_init"),
     function<autoreleaseObject>("_objc_autorelease"),

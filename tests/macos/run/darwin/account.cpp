@@ -57,6 +57,11 @@ static int copyExecutablePath(char* path, uint32_t* size) {
   return fits ? 0 : -1;
 }
 
+// What the desktop starts there is launchd's child; here the desktop says that it was it.
+static pid_t parentOf() {
+  return getenv("DESKTOP_STARTUP_ID") != nullptr ? 1 : getppid();
+}
+
 static constexpr Supplied kAccount[] = {
     data<&environ>("_environ"),
     function<environmentPlace>("__NSGetEnviron"),
@@ -66,7 +71,7 @@ static constexpr Supplied kAccount[] = {
     function<geteuid>("_geteuid"),
     function<getgid>("_getgid"),
     function<getpid>("_getpid"),
-    function<getppid>("_getppid"),
+    function<parentOf>("_getppid"),
     function<accountNamed>("_getpwnam"),
     function<accountOf>("_getpwuid"),
     function<getuid>("_getuid"),

@@ -1,4 +1,5 @@
 #include <malloc.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <cstdlib>
@@ -20,6 +21,16 @@ static int allocateAligned(void** bytes, size_t alignment, size_t size) {
   return toDarwinError(posix_memalign(bytes, alignment, size));
 }
 
+// _SC_PAGESIZE of <unistd.h>.
+static constexpr int kDarwinPageSize = 29;
+
+static long readSetting(int number) {
+  if (number != kDarwinPageSize) {
+    giveUp("sysconf: number %d is not supported", number);
+  }
+  return sysconf(_SC_PAGESIZE);
+}
+
 static constexpr Supplied kMemory[] = {
     function<stackGuardIsGone>("___stack_chk_fail"),
     data<&stackGuard>("___stack_chk_guard"),
@@ -30,6 +41,7 @@ static constexpr Supplied kMemory[] = {
     function<malloc_usable_size>("_malloc_size"),
     function<allocateAligned>("_posix_memalign"),
     translated<realloc>("_realloc"),
+    function<readSetting>("_sysconf"),
 };
 const SupplyTable kMemoryTable = tableOf(kMemory);
 

@@ -87,6 +87,16 @@ static ssize_t readLinkAt(int folder, const char* path, char* target, size_t siz
              : -1;
 }
 
+static int makeNameAt(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
+  if (!isPathShort(from) || !isPathShort(to)) {
+    return -1;
+  }
+  const int linux = (flags & kDarwinFollow) != 0 ? AT_SYMLINK_FOLLOW : 0;
+  return translating([&] {
+    return linkat(fromDarwinFolder(fromFolder), from, fromDarwinFolder(toFolder), to, linux);
+  });
+}
+
 static int makeFolderAt(int folder, const char* path, mode_t mode) {
   return isPathShort(path)
              ? translating([&] { return mkdirat(fromDarwinFolder(folder), path, mode); })
@@ -121,6 +131,7 @@ static constexpr Supplied kPaths[] = {
     translated<getcwd>("_getcwd"),
     onPath<lchown>("_lchown"),
     onPath<link>("_link"),
+    function<makeNameAt>("_linkat"),
     onPath<mkdir>("_mkdir"),
     function<makeFolderAt>("_mkdirat"),
     translated<mkdtemp>("_mkdtemp"),

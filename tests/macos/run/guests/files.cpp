@@ -4,6 +4,7 @@
 #include <fts.h>
 #include <ftw.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/stdio.h>
 #include <unistd.h>
 
@@ -107,6 +108,31 @@ static void changeFiles() {
   printf("removed %d %d\n", unlinkat(outer, "new", 0), unlinkat(outer, "empty", AT_REMOVEDIR));
 }
 
+static void showVolume() {
+  struct statvfs volume;
+  if (statvfs(folder.c_str(), &volume) != 0) {
+    return;
+  }
+  printf("page %ld\n", sysconf(_SC_PAGESIZE));
+  printf("block %lu blocks %u name %lu flags %lu\n", volume.f_frsize, volume.f_blocks,
+         volume.f_namemax, volume.f_flag);
+  printf("missing %d", statvfs(in("missing").c_str(), &volume));
+  printf(" error %d\n", errno);
+}
+
+static void linkFiles() {
+  const int outer = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+  struct stat status;
+  printf("linked %d", linkat(outer, "file", AT_FDCWD, in("second").c_str(), 0));
+  printf(" links %d\n", stat(in("second").c_str(), &status) == 0 ? status.st_nlink : 0);
+  printf("again %d", linkat(outer, "file", outer, "second", 0));
+  printf(" error %d\n", errno);
+  linkat(outer, "link", outer, "followed", AT_SYMLINK_FOLLOW);
+  linkat(outer, "link", outer, "same", 0);
+  printf("followed %d", lstat(in("followed").c_str(), &status) == 0 && S_ISREG(status.st_mode));
+  printf(" same %d\n", lstat(in("same").c_str(), &status) == 0 && S_ISLNK(status.st_mode));
+}
+
 int main(int, char** argv) {
   folder = argv[2];
   const std::string order = argv[1];
@@ -120,5 +146,9 @@ int main(int, char** argv) {
     showTree();
   } else if (order == "changes") {
     changeFiles();
+  } else if (order == "volume") {
+    showVolume();
+  } else if (order == "links") {
+    linkFiles();
   }
 }

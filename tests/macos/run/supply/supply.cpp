@@ -7,13 +7,21 @@
 namespace macrun {
 
 static const SupplyTable* const kTables[] = {
-    &kErrorTable,           &kPathTable,      &kOpenTable,       &kStatusTable,
-    &kFolderTable,          &kTreeTable,      &kDescriptorTable, &kStreamTable,
-    &kPrintTable,           &kCharacterTable, &kTextTable,       &kNumberTable,
-    &kMemoryTable,          &kClockTable,     &kSignalTable,     &kSignalActionTable,
-    &kSpawnTable,           &kWaitTable,      &kAccountTable,    &kThreadTable,
-    &kThreadAttributeTable, &kLockTable,      &kLibraryTable,    &kEndTable,
-    &kUnwindTable,          &kMessageTable,   &kCocoaTable,      &kSessionTable,
+    &kErrorTable,        &kPathTable,
+    &kOpenTable,         &kStatusTable,
+    &kFolderTable,       &kTreeTable,
+    &kDescriptorTable,   &kStreamTable,
+    &kPrintTable,        &kCharacterTable,
+    &kTextTable,         &kNumberTable,
+    &kMemoryTable,       &kVolumeTable,
+    &kClockTable,        &kSignalTable,
+    &kSignalActionTable, &kSpawnTable,
+    &kWaitTable,         &kAccountTable,
+    &kThreadTable,       &kThreadAttributeTable,
+    &kLockTable,         &kLibraryTable,
+    &kEndTable,          &kUnwindTable,
+    &kMessageTable,      &kCocoaTable,
+    &kSessionTable,
 };
 
 const Supplied* findSupplied(const char* name) {

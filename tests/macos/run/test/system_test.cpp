@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -165,4 +166,21 @@ TEST_F(System, StreamsCharactersClocksAndAccountsAreDarwins) {
   ASSERT_EQ(8u, lines.size());
   EXPECT_EQ(expected, Lines(lines.begin(), lines.end() - 1));
   EXPECT_EQ(0u, lines[7].find("account 1 home /")) << lines[7];
+}
+
+TEST_F(System, AVolumesRecordHasDarwinsLayout) {
+  struct statvfs volume;
+  ASSERT_EQ(0, statvfs(folder_.path().c_str(), &volume));
+  const Lines lines = files("volume");
+  ASSERT_EQ(3u, lines.size());
+  EXPECT_EQ("page " + std::to_string(sysconf(_SC_PAGESIZE)), lines[0]);
+  EXPECT_EQ("block " + std::to_string(volume.f_frsize) + " blocks " +
+                std::to_string(std::min<uint64_t>(volume.f_blocks, UINT32_MAX)) + " name " +
+                std::to_string(volume.f_namemax) + " flags " + std::to_string(volume.f_flag & 3),
+            lines[1]);
+  EXPECT_EQ("missing -1 error 2", lines[2]);
+}
+
+TEST_F(System, SecondNamesOfFilesAreMadeInFolders) {
+  EXPECT_EQ((Lines{"linked 0 links 2", "again -1 error 17", "followed 1 same 1"}), files("links"));
 }
