@@ -15,8 +15,7 @@
 // installing thread only.
 
 // Whether an archive that ends without a signature record is treated as one whose signature is
-// wrong, and a signature record is taken only in the one form that the archive writer gives it.
-// False unless a caller sets it.
+// wrong. False unless a caller sets it.
 extern bool requireSignature;
 
 // Set once a pack200 entry has been met.

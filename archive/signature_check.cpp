@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "archive/archive.h"
 #include "archive/entry.h"
@@ -124,20 +123,6 @@ static bool isSameFile(FILE* archive, const MetSignature& met) {
          status.st_ino == met.file;
 }
 
-// Whether the record is, byte for byte, the one that the archive writer makes of this signature.
-static bool isWrittenForm(FILE* archive, const MetSignature& met, const unsigned char* signature,
-                          int signatureLength) {
-  std::string hex(2 * static_cast<size_t>(signatureLength) + 1, '\0');
-  bytesToHex(hex.data(), signature, signatureLength);
-  const std::string end(1, '\0');
-  const std::string data = std::to_string(met.signedLength) + end + hex;
-  const std::string wanted =
-      "0" + end + SIGNATURE_RECORD_PATH + end + std::to_string(data.size()) + end + data;
-  std::string found(wanted.size(), '\0');
-  return fseek(archive, met.signedLength, SEEK_SET) == 0 &&
-         fread(found.data(), 1, found.size(), archive) == found.size() && found == wanted;
-}
-
 bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key* key) {
   logMessage("[ExtractArchive] Pre-Alloc\n");
   const Block<unsigned char> chunk(static_cast<unsigned char*>(allocZeroed(kHashChunk)));
@@ -155,8 +140,6 @@ bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key*
   }
   logDigest(digest.get());
   const bool isInPlace = met.isComplete && met.offset == met.signedLength;
-  const bool isAcceptable =
-      isInPlace && isSameFile(archive.get(), met) &&
-      (!requireSignature || isWrittenForm(archive.get(), met, signature.get(), length));
-  return verifySignature(signature.get(), length, digest.get(), key) && isAcceptable;
+  return verifySignature(signature.get(), length, digest.get(), key) && isInPlace &&
+         isSameFile(archive.get(), met);
 }

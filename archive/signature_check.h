@@ -24,8 +24,9 @@ void noteFile(FILE* archive, MetSignature* met);
 // Opens `archivePath` again, logs every place in which the record there differs from `met`, hashes
 // the signed bytes and returns whether the signature is theirs. A record that does not begin where
 // its signed bytes end, one that is cut short, and an archive that is no longer the same file are
-// never right; with requireSignature neither is a record in any form but the writer's. Ends the
-// process with status 1, after a logged line, when the archive cannot be opened.
+// never right. How a record is spelled does not matter: its type, the length that nothing uses and
+// the case of its digits are the writer's own affair. Ends the process with status 1, after a
+// logged line, when the archive cannot be opened.
 [[nodiscard]] bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key* key);
 
 // Opens an archive for reading; ends the process with status 1, after a logged line, on failure.

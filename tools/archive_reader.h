@@ -32,7 +32,8 @@ struct ArchiveListing {
 // writes, bytes behind the signature included. `name` is what messages call the archive.
 ArchiveListing readArchive(const std::string& path, const std::string& name);
 
-// Checks the signature of the archive `path` as the product does when it requires one. Throws
+// Checks the signature of the archive `path` as the product does when it requires one, and that the
+// record has the form that the writer gives it, which the product does not ask for. Throws
 // InputError, saying why, when it is not right.
 void checkSignature(const std::string& path, const std::string& name, const ArchiveListing& listing,
                     Rsa_key* key);

@@ -1,6 +1,7 @@
 // Every single-bit flip and every truncation of a signed archive of about 4 KiB, each in an
-// installation of its own: with "require_signature" nothing of it is installed or started; without
-// it, what counts as unsigned is counted. The installations run in forks of this process, which
+// installation of its own: with "require_signature" it is installed and started only where the
+// signature record still says the same, and nothing else of it ever is; without it, what counts as
+// unsigned is counted. The installations run in forks of this process, which
 // saves the start of a program for each; an executable that is not of this build is started each
 // time.
 //
@@ -29,6 +30,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/product_system.h"
+#include "tests/support/signature_record.h"
 
 namespace fs = std::filesystem;
 using test::fileRecord;
@@ -118,9 +120,10 @@ class SignatureBits : public testing::TestWithParam<Component> {
     for (size_t i = 0; i < most && !HasFailure(); ++i) {
       const size_t at = i * size / most;
       SCOPED_TRACE("position " + std::to_string(at));
-      tryArchive(change(at), &counts);
+      const std::string bytes = change(at);
+      tryArchive(bytes, &counts);
       if (!accepted_) {
-        expectNotInstalled();
+        expectInstalledIf(test::saysTheSame(bytes, archive()));
       }
     }
     return counts;
@@ -144,6 +147,19 @@ class SignatureBits : public testing::TestWithParam<Component> {
            counts.killed);
   }
 
+  // Refused, nothing of the archive is there and nothing ran; otherwise exactly what was signed is.
+  void expectInstalledIf(bool isAllowed) {
+    EXPECT_EQ(isAllowed, mainClassStarted());
+    if (!isAllowed) {
+      EXPECT_FALSE(test::exists(folder()));
+      EXPECT_FALSE(test::exists(folder() + ".plugin"));
+      return;
+    }
+    const std::string bundle = folder() + ".plugin";
+    const std::string holder = GetParam() == Component::Runtime ? bundle : folder();
+    EXPECT_EQ(std::string(3000, 'p'), test::readFile(holder + "/padding"));
+  }
+
   bool accepted_ = false;  // whether an altered archive may be installed
   Installer installer_;
 
@@ -157,12 +173,6 @@ class SignatureBits : public testing::TestWithParam<Component> {
       default:
         return installer_.master("Quorvane-Demo-3-complete");
     }
-  }
-
-  void expectNotInstalled() {
-    EXPECT_FALSE(test::exists(folder()));
-    EXPECT_FALSE(test::exists(folder() + ".plugin"));
-    EXPECT_FALSE(mainClassStarted());
   }
 
   // The runtime holds no JVM library, so that the launch runs its java.
@@ -263,11 +273,31 @@ TEST_P(SignatureBits, OfAnUntouchedArchiveAreAccepted) {
   EXPECT_EQ(1, counts.started);
 }
 
-TEST_P(SignatureBits, FlippedOneByOneAreNeverInstalledWhereSignaturesAreRequired) {
+TEST_P(SignatureBits, FlippedOneByOneAreInstalledWhereSignaturesAreRequiredOnlyIfTheySayTheSame) {
   requireSignatures();
   const Counts counts = flipEveryBit();
-  report("flips", counts);
-  EXPECT_EQ(counts.runs, counts.refused);
+  report("flips, signatures required", counts);
+  EXPECT_EQ(0, counts.killed);
+  EXPECT_EQ(counts.runs - counts.refused, counts.started);
+}
+
+TEST_P(SignatureBits, SpelledAsAnotherPackagerDoesAreInstalledWhereSignaturesAreRequired) {
+  requireSignatures();
+  std::string bytes = archive();
+  const size_t type = test::signatureRecordOf(bytes);
+  const size_t hex = bytes.rfind('\0', bytes.size() - 2) + 1;
+  ASSERT_EQ('0', bytes[type]);
+  bytes[type] = '3';
+  for (size_t i = hex; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<char>(toupper(bytes[i]));
+  }
+  const size_t length = type + sizeof "0" + sizeof "qvArcSpBlock_DigitalSignature1";
+  bytes.replace(length, bytes.find('\0', length) - length, "00");
+  ASSERT_TRUE(test::saysTheSame(bytes, archive()));
+  Counts counts;
+  tryArchive(bytes, &counts);
+  EXPECT_EQ(1, counts.installed);
+  expectInstalledIf(true);
 }
 
 TEST_P(SignatureBits, CutAnywhereAreNeverInstalledWhereSignaturesAreRequired) {

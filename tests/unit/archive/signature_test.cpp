@@ -171,27 +171,38 @@ TEST_F(SignedArchive, WithAnotherTypeAndLengthInItsRecordIsVerified) {
   expectAccepted(entries_ + record);
 }
 
-TEST_F(SignedArchive, WithAnotherTypeOrLengthInItsRecordIsRejectedWhenASignatureIsRequired) {
+// Another packager may write the record otherwise: what counts is what it says.
+TEST_F(SignedArchive, WithARecordSpelledOtherwiseIsVerifiedWhenASignatureIsRequired) {
   requireSignature = true;
-  const std::string data = field(std::to_string(entries_.size())) + field(signatureOver(entries_));
-  const std::string length = std::to_string(data.size());
-  const char path[] = "qvArcSpBlock_DigitalSignature1";
-  expectAccepted(entries_ + test::recordHead("0", path, length) + data);
-  expectRejected(entries_ + test::recordHead("3", path, length) + data);
-  expectRejected(entries_ + test::recordHead("0", path, "0") + data);
-  expectRejected(entries_ + test::recordHead("0", path, "0" + length) + data);
-}
-
-TEST_F(SignedArchive, WithUpperCaseDigitsIsRejectedOnlyWhenASignatureIsRequired) {
-  std::string hex = signatureOver(entries_);
-  for (char& digit : hex) {
+  const std::string size = std::to_string(entries_.size());
+  const std::string hex = signatureOver(entries_);
+  std::string upperCase = hex;
+  for (char& digit : upperCase) {
     digit = static_cast<char>(toupper(digit));
   }
-  const std::string bytes =
-      entries_ + tools::signatureRecord(static_cast<long>(entries_.size()), hex);
-  expectAccepted(bytes);
+  ASSERT_NE(hex, upperCase);
+  const char path[] = "qvArcSpBlock_DigitalSignature1";
+  for (const char* type : {"0", "2", "3", "-1", "00", "x"}) {
+    expectAccepted(entries_ + test::recordHead(type, path, "517") + field(size) + field(hex));
+    EXPECT_EQ((Lines{"d", "f"}), test::namesIn(dest()));
+    EXPECT_EQ("content", test::readFile(inDest("f")));
+  }
+  for (const char* length : {"0", "0517", "-17", "", "x"}) {
+    expectAccepted(entries_ + test::recordHead("0", path, length) + field(size) + field(hex));
+  }
+  expectAccepted(entries_ + test::recordHead("0", path, "517") + field("0" + size) + field(hex));
+  expectAccepted(entries_ + test::recordHead("0", path, "517") + field(size) + field(upperCase));
+}
+
+TEST_F(SignedArchive, WithARecordThatSaysAnythingElseIsRejectedWhenASignatureIsRequired) {
   requireSignature = true;
-  expectRejected(bytes);
+  const std::string length = std::to_string(entries_.size());
+  const std::string hex = signatureOver(entries_);
+  expectRejected(entries_ + test::signatureRecord(length, signatureOver(entries_, "second")));
+  expectRejected(entries_ + test::signatureRecord(length, signatureOver(entries_ + "x")));
+  expectRejected(entries_ + fileRecord("evil", "x") + test::signatureRecord(length, hex));
+  expectRejected(entries_ + test::signatureRecord("0", signatureOver("")));
+  expectRejected(entries_ + test::signatureRecord(length, hex).substr(0, 40));
 }
 
 // What follows was not signed; nothing that stands between the signed bytes and the record may be

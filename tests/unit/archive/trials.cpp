@@ -20,7 +20,8 @@ namespace test {
 // Extracts archives one after another in the child process and reports through a pipe.
 class Trials {
  public:
-  explicit Trials(const std::vector<std::string>& archives) : archives_(archives) {}
+  Trials(const std::vector<std::string>& archives, Judge judge)
+      : archives_(archives), judge_(judge) {}
 
   std::vector<Outcome> run() {
     while (outcomes_.size() < archives_.size() && !testing::Test::HasFatalFailure()) {
@@ -86,18 +87,22 @@ class Trials {
     const bool isVerified =
         readFile(log).find("[ExtractArchive] Archive signature verified.") != std::string::npos;
     if (exists(dest)) {
+      if (judge_ != nullptr && !judge_(dest)) {
+        return Outcome::altered;
+      }
       return isVerified ? Outcome::verified : Outcome::accepted;
     }
     return isVerified ? Outcome::crashed : Outcome::rejected;
   }
 
   const std::vector<std::string>& archives_;
+  const Judge judge_;
   TempFolder folder_;
   std::vector<Outcome> outcomes_;
 };
 
-std::vector<Outcome> tryArchives(const std::vector<std::string>& archives) {
-  return Trials(archives).run();
+std::vector<Outcome> tryArchives(const std::vector<std::string>& archives, Judge judge) {
+  return Trials(archives, judge).run();
 }
 
 }  // namespace test

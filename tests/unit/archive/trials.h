@@ -10,14 +10,18 @@ namespace test {
 enum class Outcome : char {
   verified = 'V',  // accepted because of its signature
   accepted = 'A',  // accepted without one
+  altered = 'X',   // as `verified` or `accepted`, but the destination does not hold what it should
   rejected = 'R',  // the destination was removed
   ended = 'E',     // the process ended with status 1, or 101 for pack200
   crashed = 'C'    // anything else
 };
 
+// Says whether the destination of an archive that was not refused holds what it should.
+using Judge = bool (*)(const std::string& dest);
+
 // Extracts each of the archives into an empty folder, in child processes, and returns how each came
-// out, in order.
-std::vector<Outcome> tryArchives(const std::vector<std::string>& archives);
+// out, in order. Without a judge any content will do.
+std::vector<Outcome> tryArchives(const std::vector<std::string>& archives, Judge judge = nullptr);
 
 }  // namespace test
 
