@@ -58,13 +58,23 @@ static std::vector<std::string> namesIn(const std::string& folder, bool hidden) 
   return names;
 }
 
-// mv FROM/* TO
-static void moveVisibleEntries(const std::string& from, const std::string& to) {
+static void moveEntry(const std::string& from, const std::string& to, const std::string& name) {
+  rename(childPath(from, name).c_str(), childPath(to, name).c_str());
+}
+
+// mv FROM/* TO. Hidden folders go along, first: rm leaves them, and a home that is not empty would
+// stay in the place of the link to the plain folder.
+static void moveEntries(const std::string& from, const std::string& to) {
   if (!isFolder(to.c_str())) {
     return;  // a link in its place may lead anywhere
   }
+  for (const std::string& name : namesIn(from, true)) {
+    if (isFolder(childPath(from, name).c_str())) {
+      moveEntry(from, to, name);
+    }
+  }
   for (const std::string& name : namesIn(from, false)) {
-    rename(childPath(from, name).c_str(), childPath(to, name).c_str());
+    moveEntry(from, to, name);
   }
 }
 
@@ -76,29 +86,13 @@ static void removeFile(const std::string& path) {
   }
 }
 
-std::vector<std::string> hiddenNamesIn(const char* folder) {
-  return namesIn(folder, true);
-}
-
 std::vector<std::string> linksOfLayout() {
   return {kHome, kExecutable};
 }
 
 void removeHiddenFiles(const char* folder) {
-  for (const std::string& name : hiddenNamesIn(folder)) {
+  for (const std::string& name : namesIn(folder, true)) {
     removeFile(childPath(folder, name));
-  }
-}
-
-void returnHiddenFolders(const char* plain, const char* home,
-                         const std::vector<std::string>& names) {
-  struct stat status {};
-  if (names.empty() || stat(plain, &status) != 0 || mkdir(home, 0777) != 0) {
-    return;
-  }
-  static_cast<void>(setModeWithoutLink(home, status.st_mode & 07777));
-  for (const std::string& name : names) {
-    rename(childPath(plain, name).c_str(), childPath(home, name).c_str());
   }
 }
 
@@ -142,17 +136,13 @@ static bool moveHomeWhole(const Layout& layout) {
     return false;
   }
   removeHiddenFiles(home);
-  if (rename(home, layout.plain.c_str()) != 0) {
-    return false;
-  }
-  returnHiddenFolders(layout.plain.c_str(), home, hiddenNamesIn(layout.plain.c_str()));
-  return true;
+  return rename(home, layout.plain.c_str()) == 0;
 }
 
 static void moveHome(const Layout& layout) {
   const char* home = layout.home.c_str();
   logMessage("[LNS] Running mv \"%s\"/* \"%s\"\n", home, layout.plain.c_str());
-  moveVisibleEntries(layout.home, layout.plain);
+  moveEntries(layout.home, layout.plain);
   logMessage("[LNS] Running rm \"%s\"/.* \n", home);
   removeHiddenFiles(home);
   logMessage("[LNS] Running rmdir \"%s\"\n", home);

@@ -12,25 +12,15 @@
 std::string plainFolderOf(const std::string& bundlePath);
 
 // Turns the unpacked bundle at `bundlePath`, which ends in ".plugin", into that pair. The visible
-// entries of its Java home move into the plain folder; hidden files there are removed. A bundle
-// path that holds a plain Java home, without Contents/Home, gives the same pair. Every step is
-// logged with the shell command that would do the same and is tried whatever the previous one gave;
-// no failure is reported. Not atomic.
+// entries of its Java home and its hidden folders move into the plain folder; hidden files there
+// are removed. A bundle path that holds a plain Java home, without Contents/Home, gives the same
+// pair. Every step is logged with the shell command that would do the same and is tried whatever
+// the previous one gave; no failure is reported. Not atomic.
 void initOSXJRE(const char* bundlePath);
 
 // Removes what is hidden in `folder` and is no folder, as rm .* does. A link is removed itself; a
 // file that cannot be removed stays without a word.
 void removeHiddenFiles(const char* folder);
-
-// Returns the names in `folder` that begin with '.', but for "." and "..".
-std::vector<std::string> hiddenNamesIn(const char* folder);
-
-// Gives the hidden entries `names` of `plain`, to which a Java home was moved whole, back to the
-// bundle, where the folder `home` is made again for them with the same mode: they do not belong to
-// the plain folder. Where there are none, or something exists at `home` already, nothing is done.
-// What cannot be moved stays without a word.
-void returnHiddenFolders(const char* plain, const char* home,
-                         const std::vector<std::string>& names);
 
 // Returns the places in a bundle at which a link is the layout's own.
 std::vector<std::string> linksOfLayout();

@@ -23,8 +23,7 @@ static std::string plainNameOf(const char* bundle) {
   return plainFolderOf(pathToFile(bundle));
 }
 
-// A home that could not be emptied, or that keeps hidden folders, has the link to the plain folder
-// in it. It must not come along.
+// A home that could not be emptied has the link to the plain folder in it. It must not come along.
 static void removeLinkInHome(const char* bundle) {
   char link[PATH_BUFFER_SIZE];
   setPath(link, bundle, "Contents", "Home", plainNameOf(bundle).c_str());
@@ -67,9 +66,9 @@ static bool keepEarlierEntries(const char* earlierHome, const char* home) {
 }
 
 // Puts the bundle's home in the place of the earlier one, and that aside, without a moment at which
-// a program that runs from the earlier one would miss its files, or its user's. Hidden files and
-// folders of the new one do not come along. Where the system cannot exchange folders no home is
-// moved. Returns whether they were.
+// a program that runs from the earlier one would miss its files, or its user's. Hidden files of the
+// new one do not come along. Where the system cannot exchange folders no home is moved. Returns
+// whether they were.
 static bool exchangeHomes(const char* bundle, const char* earlierHome, const char* aside) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, bundle, "Contents", "Home");
@@ -78,12 +77,10 @@ static bool exchangeHomes(const char* bundle, const char* earlierHome, const cha
   }
   removeHiddenFiles(home);
   removeLinkInHome(bundle);
-  const std::vector<std::string> hidden = hiddenNamesIn(home);
   if (rename(home, aside) != 0) {
     return false;
   }
   if (keepEarlierEntries(earlierHome, aside) && exchangeFolders(aside, earlierHome)) {
-    returnHiddenFolders(earlierHome, home, hidden);
     return true;
   }
   static_cast<void>(rename(aside, home));

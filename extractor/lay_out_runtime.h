@@ -10,8 +10,8 @@ struct ExtractorRun;
 // Any thread.
 [[nodiscard]] bool lacksJava(const char* home);
 
-// Whether what initOSXJRE() takes along to the plain folder still lies in the bundle's
-// Contents/Home. Hidden folders stay there for good, and then the link does too. Any thread.
+// Whether something visible that initOSXJRE() takes along to the plain folder still lies in the
+// bundle's Contents/Home. Any thread.
 [[nodiscard]] bool isMoveCutShort(const char* bundle);
 
 // Prepares the bundle `bundle`, a version folder, with initOSXJRE(). An earlier runtime of the same

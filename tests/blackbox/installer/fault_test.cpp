@@ -112,14 +112,14 @@ class Update : public Disturbed {
 };
 
 // The same update with a runtime that holds a hidden file, which is removed, and a hidden folder,
-// which stays in the bundle: neither comes along to the earlier one's place.
+// which comes along to the earlier one's place.
 class HiddenUpdate : public Update {
  protected:
   HiddenUpdate() {
     installer_.runtime = test::nestedRecord(
         "runtime", test::Installer::runtimeRecords() +
                        test::fileRecord("Contents/Home/.hidden", "what nobody needs") +
-                       test::fileRecord("Contents/Home/.folder/file", "nor this"));
+                       test::fileRecord("Contents/Home/.folder/file", "what is kept"));
     installer_.write();
   }
 };

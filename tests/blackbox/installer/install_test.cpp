@@ -51,6 +51,21 @@ class Installation : public testing::Test {
 
 }  // namespace
 
+TEST_F(Installation, WithARuntimeThatHoldsAHiddenFolderUnpacksPackedEntriesWithItsTool) {
+  installer_.runtime =
+      nestedRecord("runtime", Installer::runtimeRecords() +
+                                  fileRecord("Contents/Home/.systemPrefs/prefs.xml", "<prefs/>"));
+  const std::string packed = test::field("2") + test::field("lib/a.jar") + test::field("6");
+  installer_.application[0] =
+      nestedRecord("application", Installer::applicationRecords("3") + packed + "packed");
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_EQ("packed", test::readFile(installer_.master(kAppFolder) + "/lib/a.jar"));
+  EXPECT_EQ(installer_.runtimeFolder(),
+            fs::read_symlink(installer_.master(kRuntimeBundle) + "/Contents/Home").string());
+  EXPECT_EQ("<prefs/>", test::readFile(installer_.runtimeFolder() + "/.systemPrefs/prefs.xml"));
+}
+
 TEST_F(Installation, OnAFreshAccountMakesAllVersionFoldersAndLaunches) {
   const test::Result result = install();
   EXPECT_EQ(0, result.status) << result.out;

@@ -240,7 +240,8 @@ TEST_F(InterruptedRuns, HomeWithAHiddenFolderIsFinishedOnlyOnce) {
   writeFile(plain + ".plugin/Contents/Home/bin/java", "java", 0755);
   writeFile(plain + ".plugin/Contents/Home/.hidden/file", "x");
   test::capture([] { finishInterruptedRuntimes(foldersRun); });
-  EXPECT_EQ("java", test::readFile(plain + "/bin/java"));
+  EXPECT_EQ("java", test::readFile(plain + ".plugin/Contents/Home/bin/java"));
+  EXPECT_EQ("x", test::readFile(plain + "/.hidden/file"));
   EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 
@@ -254,10 +255,10 @@ TEST_F(InterruptedRuns, HomeWithAHiddenFolderTakesTheEarlierOnesPlaceWhole) {
   writeFile(plain + ".plugin/Contents/Home/.file", "x");
   test::capture([] { finishInterruptedRuntimes(foldersRun); });
   EXPECT_EQ("new", test::readFile(plain + "/bin/java"));
-  EXPECT_EQ((std::vector<std::string>{".user", ".users", "bin"}), test::namesIn(plain));
+  EXPECT_EQ((std::vector<std::string>{".folder", ".user", ".users", "bin"}), test::namesIn(plain));
   EXPECT_EQ("old", test::readFile(plain + "/.users/file"));
-  EXPECT_EQ("x", test::readFile(plain + ".plugin/Contents/Home/.folder/file"));
-  EXPECT_FALSE(test::exists(plain + ".plugin/Contents/Home/.file"));
+  EXPECT_EQ("x", test::readFile(plain + "/.folder/file"));
+  EXPECT_EQ(plain, fs::read_symlink(plain + ".plugin/Contents/Home"));
   EXPECT_TRUE(test::logLinesOf([] { finishInterruptedRuntimes(foldersRun); }).empty());
 }
 

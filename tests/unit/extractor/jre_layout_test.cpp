@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -112,7 +113,7 @@ TEST(InitOSXJRE, RunTwiceLeavesWhatTheCommandsRunTwiceLeave) {
   expectSameAsShell(writeBundle, 3);
 }
 
-TEST(InitOSXJRE, TreatsHiddenFilesAndFoldersAsTheCommandsDo) {
+TEST(InitOSXJRE, TreatsHiddenFilesAsTheCommandsDo) {
   expectSameAsShell([](const std::string& bundle) {
     writeBundle(bundle);
     test::writeFile(bundle + "/Contents/Home/.hidden", "x");
@@ -120,10 +121,59 @@ TEST(InitOSXJRE, TreatsHiddenFilesAndFoldersAsTheCommandsDo) {
     test::writeFile(bundle + "/Contents/Home/..odd", "x");
     fs::create_symlink("/", bundle + "/Contents/Home/.link");
   });
-  expectSameAsShell([](const std::string& bundle) {
+}
+
+namespace {
+
+// A prepared bundle whose Java home held a hidden folder beside a hidden file.
+struct BundleWithAHiddenFolder {
+  explicit BundleWithAHiddenFolder(bool plainFolderStands) {
     writeBundle(bundle);
-    test::writeFile(bundle + "/Contents/Home/.hidden/file", "x");
+    test::writeFile(bundle + "/Contents/Home/.folder/file", "x");
+    test::writeFile(bundle + "/Contents/Home/.file", "x");
+    if (plainFolderStands) {
+      fs::create_directory(plain);
+    }
+    runDirectly(bundle);
+  }
+
+  test::TempFolder folder;
+  std::string plain = folder / kName;
+  std::string bundle = plain + ".plugin";
+};
+
+}  // namespace
+
+// The commands alone would leave the home where it is and make their link in it, so that the tools
+// were at neither of their paths.
+TEST(InitOSXJRE, WithAHiddenFolderInTheHomeLinksTheHomeToThePlainFolderWhichGetsIt) {
+  for (const bool plainFolderStands : {false, true}) {
+    const BundleWithAHiddenFolder prepared(plainFolderStands);
+    EXPECT_EQ(prepared.plain, fs::read_symlink(prepared.bundle + "/Contents/Home").string());
+    EXPECT_EQ((Lines{".folder", "bin", "lib", "release"}), test::namesIn(prepared.plain));
+    EXPECT_EQ("x", test::readFile(prepared.plain + "/.folder/file"));
+  }
+}
+
+TEST(InitOSXJRE, WithAHiddenFolderInTheHomeLeavesTheToolsWhereTheirPathsSay) {
+  const BundleWithAHiddenFolder prepared(false);
+  test::capture([&] {
+    const std::unique_ptr<char, decltype(&free)> java(getJavaExecutable(prepared.bundle.c_str()),
+                                                      &free);
+    const std::unique_ptr<char, decltype(&free)> unpack200(
+        getUnpack200Executable(prepared.bundle.c_str()), &free);
+    EXPECT_EQ("java\n", test::run({{java.get()}}).out);
+    EXPECT_EQ("unpack200\n", test::run({{unpack200.get()}}).out);
   });
+}
+
+TEST(InitOSXJRE, WithAHiddenFolderInTheHomeChangesNothingMateriallyOnASecondRun) {
+  const BundleWithAHiddenFolder prepared(false);
+  const auto first = treeOf(prepared.folder.path());
+  runDirectly(prepared.bundle);
+  auto second = treeOf(prepared.folder.path());
+  EXPECT_EQ(1u, second.erase(std::string("/") + kName + "/" + kName));
+  EXPECT_EQ(first, second);
 }
 
 TEST(InitOSXJRE, TreatsOddHomesAsTheCommandsDo) {
