@@ -22,7 +22,8 @@ void downloadVersionFile(const char* folder, const char* url, const char* name) 
   }
   const std::string fileName = versionFileName(name);
   char path[PATH_BUFFER_SIZE];
-  downloadFile((url + fileName).c_str(), setPath(path, folder, fileName.c_str()));
+  downloadFile((url + fileName).c_str(), setPath(path, folder, fileName.c_str()),
+               MOST_VERSION_FILE_BYTES);
 }
 
 bool readVersionText(FILE* file, char* version) {

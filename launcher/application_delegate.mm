@@ -5,6 +5,7 @@
 #include "launcher/url_handler.h"
 #include "platform/window_system.h"
 #include "support/failure.h"
+#include "support/quit_cleanup.h"
 
 @implementation ApplicationDelegate
 
@@ -26,6 +27,7 @@
 - (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)application {
   (void)application;
   endIfFailing();
+  runQuitCleanup();
   return endJavaInOrder() ? NSTerminateLater : NSTerminateNow;
 }
 

@@ -15,10 +15,10 @@
 - (NSURLResponse*)downloadResponse;
 - (int)bytesReceived;
 
-// Starts downloading `url` to the file `path`, replacing one that stands there. Returns NO, with
-// `isDone` left unset, when no transfer could be created; the failure is logged. `downloader` is
-// not used.
-- (BOOL)startDownloadingURL:(id)downloader fromURL:(NSString*)url toFile:(NSString*)path;
+// Starts downloading `url` to the file `path`, replacing one that stands there. Returns the
+// transfer, which lives until it has ended, or nil, with `isDone` left unset, when none could be
+// created; the failure is logged. `downloader` is not used.
+- (NSURLDownload*)startDownloadingURL:(id)downloader fromURL:(NSString*)url toFile:(NSString*)path;
 
 - (void)download:(NSURLDownload*)download didFailWithError:(NSError*)error;
 - (void)downloadDidFinish:(NSURLDownload*)download;

@@ -12,7 +12,8 @@ is noted on standard output as "request METHOD TARGET".
   /reset?size=N       half of N promised bytes, then a reset
   /stall              no answer at all                  /stall-body       half the body, then nothing
   /held?size=N&path=P     half of N bytes, the other half once the file P stands
-  /drip?count=N&pause=S   N bytes, S seconds apart      /agent            the User-Agent it was sent
+  /drip?count=N&pause=S[&size=B]  N pieces of one byte, or of B, S seconds apart
+  /agent              the User-Agent it was sent        /endless          bytes without end
   /endless-head       header lines without end
 
 As a proxy it answers an absolute "GET http://..." with the text "proxied URL" and relays CONNECT.
@@ -159,11 +160,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def page_drip(self):
         count = int(self.query["count"])
-        self.head(Content_Length=count)
+        piece = b"d" * int(self.query.get("size", 1))
+        self.head(Content_Length=count * len(piece))
         for _ in range(count):
-            self.wfile.write(b"d")
+            self.wfile.write(piece)
             self.wfile.flush()
             time.sleep(float(self.query["pause"]))
+
+    def page_endless(self):
+        self.head(Connection="close")
+        while True:
+            self.wfile.write(PATTERN[:65536])
 
     def page_agent(self):
         self.answer(self.headers.get("User-Agent", "none").encode())

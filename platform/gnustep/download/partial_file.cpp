@@ -1,20 +1,43 @@
 #include "platform/gnustep/download/partial_file.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+
+#include "support/folder_walk.h"
 
 PartialFile::~PartialFile() {
   discard();
 }
 
+static const char kPart[] = ".part-";
+
+// A process that was killed in the middle of a download could not remove its file.
+static void removePartsOfDeadProcesses(const std::string& target) {
+  const size_t slash = target.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : target.substr(0, slash + 1);
+  const std::string start = target.substr(slash + 1) + kPart;
+  for (const std::string& name : allNames(openFolder(folder.c_str()))) {
+    if (name.compare(0, start.size(), start) != 0) {
+      continue;
+    }
+    const int process = atoi(name.c_str() + start.size());
+    if (process > 0 && kill(process, 0) != 0 && errno == ESRCH) {
+      unlink(childPath(folder, name).c_str());
+    }
+  }
+}
+
 bool PartialFile::create(const std::string& target) {
   static std::atomic<unsigned> count{0};
+  removePartsOfDeadProcesses(target);
   target_ = target;
-  path_ = target + ".part-" + std::to_string(getpid()) + "-" + std::to_string(count++);
+  path_ = target + kPart + std::to_string(getpid()) + "-" + std::to_string(count++);
   // A leftover of an earlier process with this number; anything else makes the open fail.
   unlink(path_.c_str());
   handle_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);

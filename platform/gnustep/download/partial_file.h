@@ -14,7 +14,8 @@ class PartialFile {
   PartialFile(const PartialFile&) = delete;
   PartialFile& operator=(const PartialFile&) = delete;
 
-  // Creates the empty file beside `target`, with the permissions of an ordinary new file.
+  // Creates the empty file beside `target`, with the permissions of an ordinary new file, and
+  // removes those that processes left there which have ended since.
   [[nodiscard]] bool create(const std::string& target);
   [[nodiscard]] bool isOpen() const { return handle_ >= 0; }
 

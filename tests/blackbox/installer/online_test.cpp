@@ -160,6 +160,26 @@ TEST_F(Online, VersionThatIsTooLongEndsTheRun) {
   EXPECT_TRUE(mentions(result, "[JREDownload] Version invalid (too long)\n"));
 }
 
+TEST_F(Online, VersionFileOf64KilobytesIsTaken) {
+  site_.publishGoodSite();
+  site_.publishVersion("1500 " + std::string(64 * 1024 - 5, 'x'));
+  serve();
+  expectDownloaded(install());
+}
+
+TEST_F(Online, VersionFileOfMoreThan64KilobytesEndsTheRunAndIsNotKept) {
+  site_.publishGoodSite();
+  site_.publishVersion("1500 " + std::string(64 * 1024 - 4, 'x'));
+  serve();
+  const test::Result result = install();
+  expectNoRuntime(result);
+  EXPECT_TRUE(mentions(result, "[JREDownload] Failed to download JRE version file\n"));
+  for (const auto& entry : fs::recursive_directory_iterator(installer_.master())) {
+    EXPECT_EQ(std::string::npos, entry.path().filename().string().find("Mac64JRE-version"))
+        << entry.path();
+  }
+}
+
 TEST_F(Online, VersionOfAnotherFolderEndsTheRun) {
   site_.publishVersion("../../x\n");
   serve();

@@ -4,8 +4,10 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 
 #include "support/downloader.h"
@@ -205,6 +207,64 @@ TEST_F(DownloadFileTest, AHeadWithoutEndLeavesNoFile) {
   const std::string log = download("endless-head");
   expectNothingLeft();
   EXPECT_THAT(log, HasSubstr("Download failed! Error - "));
+}
+
+TEST_F(DownloadFileTest, AServerThatSendsNextToNothingIsGivenUpAndLeavesNoFile) {
+  EXPECT_EQ(60, slowTransferSeconds);
+  slowTransferSeconds = 1;
+  const auto start = std::chrono::steady_clock::now();
+  const std::string log = download("drip?count=100&pause=0.1&size=50");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+  expectNothingLeft();
+  EXPECT_THAT(log, HasSubstr("Download failed! Error - The server sends next to nothing " +
+                             url("drip?count=100&pause=0.1&size=50") + "\n"));
+  EXPECT_THAT(log, Not(HasSubstr("downloadDidFinish")));
+}
+
+TEST_F(DownloadFileTest, AServerThatSendsAHeadWithoutABodyIsGivenUpAndLeavesNoFile) {
+  slowTransferSeconds = 1;
+  EXPECT_THAT(download("stall-body"), HasSubstr("The server sends next to nothing"));
+  expectNothingLeft();
+}
+
+TEST_F(DownloadFileTest, ASlowServerThatSendsEnoughIsWaitedFor) {
+  slowTransferSeconds = 1;
+  const std::string log = download("drip?count=6&pause=0.4&size=1024");
+  expectOnlyTarget(std::string(6 * 1024, 'd'));
+  EXPECT_THAT(log, HasSubstr("downloadDidFinish\n"));
+}
+
+TEST_F(DownloadFileTest, AFileOfTheLargestSizeArrivesAndALargerOneLeavesNoFile) {
+  const std::string path = target_;
+  test::capture([&] { downloadFile(url("length?size=65536").c_str(), path.c_str(), 65536); });
+  expectOnlyTarget(pattern(65536));
+  const std::string log = test::capture([&] {
+                            downloadFile(url("length?size=65537").c_str(), path.c_str(), 65536);
+                          }).err;
+  expectNothingLeft();
+  EXPECT_THAT(log, HasSubstr("Download failed! Error - The file is too large "));
+}
+
+TEST_F(DownloadFileTest, AFileWithoutEndIsGivenUpAtTheLargestSizeAndLeavesNoFile) {
+  const std::string log =
+      test::capture([&] { downloadFile(url("endless").c_str(), target_.c_str(), 65536); }).err;
+  expectNothingLeft();
+  EXPECT_THAT(log, HasSubstr("Download failed! Error - The file is too large "));
+}
+
+TEST_F(DownloadFileTest, WhatADeadProcessLeftOfTheFileGoesWithTheNextDownload) {
+  const pid_t dead = fork();
+  if (dead == 0) {
+    _exit(0);
+  }
+  waitpid(dead, nullptr, 0);
+  const std::string living = "file.part-" + std::to_string(getppid()) + "-0";
+  const std::string other = "files.part-" + std::to_string(dead) + "-0";
+  writeFile(folder_ / ("file.part-" + std::to_string(dead) + "-0"), "half");
+  writeFile(folder_ / living, "half");
+  writeFile(folder_ / other, "half");
+  download("length?size=20");
+  EXPECT_THAT(test::namesIn(folder_.path()), testing::ElementsAre("file", living, other));
 }
 
 TEST_F(DownloadFileTest, AnExistingTargetIsOverwritten) {

@@ -2,12 +2,15 @@
 #import "support/downloader_delegate.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <climits>
 
 #import <objc/runtime.h>
 
 #include "support/downloader.h"
+#include "support/quit_cleanup.h"
+#include "tests/support/background.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -256,7 +259,7 @@ static void refuseDownloads() {
 
 TEST_F(DownloaderTest, AnUnbornDownloadIsLoggedAndIsNeverDone) {
   refuseDownloads();
-  BOOL started = YES;
+  id started = downloader_;
   EXPECT_EQ(systemLogOf([&] {
               started = [downloader_ startDownloadingURL:downloader_
                                                  fromURL:@"http://127.0.0.1/ab"
@@ -264,13 +267,13 @@ TEST_F(DownloaderTest, AnUnbornDownloadIsLoggedAndIsNeverDone) {
             }),
             (Lines{"Starting download from = http://127.0.0.1/ab", "Download failed"}));
   EXPECT_EQ(downloadsAskedFor, 1);
-  EXPECT_FALSE(started);
+  EXPECT_EQ(nil, started);
   EXPECT_FALSE([downloader_ isDone]);
 }
 
 TEST_F(DownloaderTest, AUrlThatIsNoneIsAFailureAndNotARequest) {
   refuseDownloads();
-  BOOL started = YES;
+  id started = downloader_;
   EXPECT_EQ(systemLogOf([&] {
               started = [downloader_ startDownloadingURL:downloader_
                                                  fromURL:@"http://127.0.0.1/a b"
@@ -279,7 +282,7 @@ TEST_F(DownloaderTest, AUrlThatIsNoneIsAFailureAndNotARequest) {
             (Lines{"Starting download from = http://127.0.0.1/a b",
                    "Download failed! Error - This is not a valid URL: http://127.0.0.1/a b"}));
   EXPECT_EQ(downloadsAskedFor, 0);
-  EXPECT_FALSE(started);
+  EXPECT_EQ(nil, started);
   EXPECT_FALSE([downloader_ isDone]);
 }
 
@@ -299,4 +302,33 @@ TEST_F(DownloaderTest, TheWaitForAnUnbornDownloadEnds) {
 
 TEST_F(DownloaderTest, TheWaitForAUrlThatIsNoneEnds) {
   expectWaitEndsWithoutAFile("http://127.0.0.1/a b");
+}
+
+// The user quits while the main thread waits for a download: the application's delegate undoes it
+// in an event, and the process ends there.
+@interface QuittingUser : NSObject
+- (void)quit;
+@end
+
+@implementation QuittingUser
+- (void)quit {
+  runQuitCleanup();
+  _exit(7);
+}
+@end
+
+static test::Result quitDuringDownloadTo(const std::string& path) {
+  const test::Background server({{QUORVANE_SOURCE "/tests/fakes/web_server.py"}});
+  const std::string url = "http://127.0.0.1:" + server.waitForLine("listening ") +
+                          "/drip?count=1000&pause=0.01&size=500";
+  return test::runInChild([&] {
+    [[[QuittingUser alloc] init] performSelector:@selector(quit) withObject:nil afterDelay:1];
+    downloadFile(url.c_str(), path.c_str());
+  });
+}
+
+TEST_F(DownloaderTest, AQuitInTheMiddleOfADownloadLeavesNoFile) {
+  const test::TempFolder folder;
+  EXPECT_EQ(quitDuringDownloadTo(folder / "file").status, 7);
+  EXPECT_EQ(test::namesIn(folder.path()), Lines{});
 }

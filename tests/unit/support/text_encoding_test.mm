@@ -23,10 +23,10 @@ static NSString* expected() {
 
 static NSMutableArray* given = nil;  // what Cocoa got
 
-static BOOL keepTexts(id, SEL, id, NSString* url, NSString* path) {
+static id keepTexts(id, SEL, id, NSString* url, NSString* path) {
   [given addObject:url];
   [given addObject:path];
-  return NO;
+  return nil;
 }
 
 static void keepLogLine(NSString* line) { [given addObject:line]; }
@@ -60,7 +60,7 @@ TEST_F(TextEncodingTest, WhatIsNotUtf8IsReadAsLatin1) {
 TEST_F(TextEncodingTest, TheDownloadersUrlAndPathAreReadAsUtf8) {
   // From here on a Downloader only says what it was given.
   class_replaceMethod([Downloader class], @selector(startDownloadingURL:fromURL:toFile:),
-                      (IMP)(void*)keepTexts, "c@:@@@");
+                      (IMP)(void*)keepTexts, "@@:@@@");
   downloadFile(kText, kText);
   ASSERT_EQ([given count], 2U);
   EXPECT_TRUE([[given objectAtIndex:0] isEqualToString:expected()]);
