@@ -42,8 +42,10 @@ char* setSecondParamsPath(char* path, const char* executableDir) {
 static FILE* openParamsFile(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   setFirstParamsPath(path, run.executableDir);
-  // One that is there and cannot be read is not passed over: it may require signatures.
-  if (!doesFileExist(path) && leadsNowhere(path)) {
+  if (!doesFileExist(path)) {
+    if (!leadsNowhere(path)) {
+      logMessage("[Extractor] Unable to open params file %s, looking at its other place\n", path);
+    }
     setSecondParamsPath(path, run.executableDir);
   }
   FILE* params = fopen(path, "rb");

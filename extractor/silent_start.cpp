@@ -8,7 +8,6 @@
 #include "launcher/tail_marker.h"
 #include "launcher/tail_reader.h"
 #include "support/field_reader.h"
-#include "support/file_kind.h"
 #include "support/owned.h"
 #include "support/paths.h"
 
@@ -20,13 +19,18 @@ static bool isAtEnd(const Stream& stream) {
   return feof(stream.get()) != 0 || ferror(stream.get()) != 0;
 }
 
+static Stream openParamsSilently(const char* executableDir) {
+  char path[PATH_BUFFER_SIZE];
+  Stream params(fopen(setFirstParamsPath(path, executableDir), "rb"));
+  if (params == nullptr) {
+    params.reset(fopen(setSecondParamsPath(path, executableDir), "rb"));
+  }
+  return params;
+}
+
 // Whether a pair of the params file says that nothing is to be shown.
 static bool paramsSaySilent(const char* executableDir) {
-  char path[PATH_BUFFER_SIZE];
-  if (leadsNowhere(setFirstParamsPath(path, executableDir))) {
-    setSecondParamsPath(path, executableDir);
-  }
-  const Stream params(fopen(path, "rb"));
+  const Stream params = openParamsSilently(executableDir);
   const char* paramsStart = reinterpret_cast<const char*>(paramsMarker);
   if (params == nullptr || findMarker(params.get(), paramsStart, PARAMS_MARKER_SIZE) < 0) {
     return false;

@@ -164,6 +164,9 @@ void overrideJreName(ExtractorRun& run) {
     failRun("[JREOverride] Unable to open the JRE name override %s\n", path);
   }
   if (file == nullptr) {
+    if (errno != ENOENT && errno != ENOTDIR) {
+      logMessage("[JREOverride] The JRE name override %s cannot be opened [%d]\n", path, errno);
+    }
     logMessage("[JREOverride] No JRE name override, will continue to use %s\n", run.jreName);
     return;
   }

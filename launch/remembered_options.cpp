@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -38,7 +39,7 @@ static Stream openForReading(const char* path) {
 static Stream openOptionsFile(const char* path) {
   logMessage("[Extractor] Reading %s\n", path);
   Stream file = openForReading(path);
-  const bool worthRetrying = file == nullptr && access(path, F_OK) == 0;
+  const bool worthRetrying = file == nullptr && errno != ENOENT && errno != ENOTDIR;
   for (int attempt = 0; worthRetrying && file == nullptr && attempt < RETRY_COUNT; ++attempt) {
     logMessage("[Extractor] LSO file does exist. Retrying (%d)...", attempt);
     file = openForReading(path);

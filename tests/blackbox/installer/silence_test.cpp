@@ -14,6 +14,7 @@
 
 #include "tests/installer/installer.h"
 #include "tests/support/background.h"
+#include "tests/support/launch_scene.h"
 
 namespace fs = std::filesystem;
 
@@ -127,6 +128,13 @@ TEST_F(Silence, IsKeptByTheParamsFile) {
 TEST_F(Silence, IsKeptByTheParamsFileInItsSecondPlace) {
   installer_.paramsPlace = test::ParamsPlace::LocVersion;
   installer_.properties = {{"show_no_ui", "true"}, {"show_no_ui", "TRUE"}};
+  expectSilence({});
+}
+
+TEST_F(Silence, IsKeptByTheParamsFileInItsSecondPlaceWhereTheFirstCannotBeOpened) {
+  installer_.paramsPlace = test::ParamsPlace::LocVersion;
+  installer_.properties = {{"show_no_ui", "true"}};
+  test::makeUnopenable(installer_.params());
   expectSilence({});
 }
 

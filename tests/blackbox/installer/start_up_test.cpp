@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/blackbox/installer/current_installation.h"
+#include "tests/support/launch_scene.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -48,6 +49,27 @@ TEST_F(StartUp, LinkThatLeadsNowhereInTheFirstParamsPlaceIsPassedOver) {
   const test::Result result = installer_.run();
   EXPECT_EQ(0, result.status);
   EXPECT_TRUE(logs(result, "[DynProps] Dynamic Param 0: where=[second]"));
+}
+
+TEST_F(StartUp, ParamsThatCannotBeOpenedInTheFirstPlaceAreReadInTheSecondAfterALine) {
+  installer_.paramsPlace = ParamsPlace::LocVersion;
+  installer_.properties = {{"where", "second"}};
+  installer_.write();
+  test::makeUnopenable(installer_.params());
+  const test::Result result = installer_.run();
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(logs(result, "[DynProps] Dynamic Param 0: where=[second]"));
+  EXPECT_TRUE(mentions(result, "[Extractor] Unable to open params file "));
+}
+
+TEST_F(StartUp, ParamsThatCannotBeOpenedAnywhereEndWithStatus1) {
+  installer_.paramsPlace = ParamsPlace::None;
+  installer_.write();
+  test::makeUnopenable(installer_.params());
+  test::makeUnopenable(installer_.resources() + "/params.lproj/locversion.plist");
+  const test::Result result = installer_.run();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(logs(result, kNoParams));
 }
 
 TEST_F(StartUp, WithoutParamsEndsWithStatus1) {
@@ -187,6 +209,23 @@ TEST_F(StartUp, JreOverrideThatIsAFolderGivesAnEmptyName) {
   fs::create_directories(installer_.master("QVApps/JreNameOverride"));
   const test::Result result = run();
   EXPECT_TRUE(mentions(result, "[JREOverride] JRE name overriden to \n"));
+}
+
+TEST_F(StartUp, JreOverrideThatIsALinkToItselfIsNamedInALineAndTheDefaultNameStays) {
+  const std::string path = installer_.master("QVApps/JreNameOverride");
+  fs::create_directories(installer_.master("QVApps"));
+  fs::create_symlink(path, path);
+  const test::Result result = run();
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(mentions(result, "[JREOverride] The JRE name override "));
+  EXPECT_TRUE(logs(result, "[JREOverride] No JRE name override, will continue to use Mac64JRE"));
+}
+
+TEST_F(StartUp, JreOverrideOfWhichNobodyKnowsWhatItSaysEndsWithStatus1AndALine) {
+  test::makeUnopenable(installer_.master("QVApps/JreNameOverride"));
+  const test::Result result = run();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(mentions(result, "[JREOverride] Unable to open the JRE name override "));
 }
 
 TEST_F(StartUp, WithoutAJreOverrideFileTheDefaultNameStays) {

@@ -127,6 +127,33 @@ TEST_F(RememberedOptions, OfAFileThatExistsButCannotBeOpenedAreNoneAfterFivePaus
   }
 }
 
+// Nothing but a missing file counts as one: what cannot be looked at may be there at the next try.
+TEST_F(RememberedOptions, OfALinkThatLeadsToItselfAreTriedAgainAsThoseOfAFileThatCannotBeOpened) {
+  fs::create_directories(fs::path(scene.optionsFile()).parent_path());
+  fs::create_symlink(scene.optionsFile(), scene.optionsFile());
+  onPause = [this](int number) {
+    if (number == 3) {
+      std::remove(scene.optionsFile().c_str());
+      scene.writeOptionsFile({"-Dlate=1"});
+    }
+  };
+  const Launched launched = launch();
+  EXPECT_EQ(3, launched.pauses);
+  EXPECT_EQ((Texts{"-Dlate=1"}), startedOptions());
+}
+
+TEST_F(RememberedOptions, OfALinkThatLeadsNowhereOrBelowAFileAreNoneWithoutAPause) {
+  fs::create_directories(fs::path(scene.optionsFile()).parent_path());
+  fs::create_symlink("nowhere", scene.optionsFile());
+  EXPECT_EQ(0, launch().pauses);
+  forgetLaunch();
+  fs::remove_all(fs::path(scene.optionsFile()).parent_path());
+  test::writeFile(fs::path(scene.optionsFile()).parent_path(), "a file");
+  const Launched launched = launch();
+  EXPECT_EQ(0, launched.pauses);
+  EXPECT_EQ((Texts{"JRE LSO file does not exist"}), errorsIn(launched.lines));
+}
+
 TEST_F(RememberedOptions, OfAFileThatCanBeOpenedAtTheThirdTryAreRead) {
   test::makeUnopenable(scene.optionsFile());
   onPause = [this](int number) {
