@@ -67,12 +67,13 @@ static void readSplashImage(const char* path) {
 }
 
 void configureSplash(const char* imagePath) {
+  // A silent run says so too: the line shows which image the updater brought.
+  printf("[Splash] configureSplash with URL %s\n", imagePath);
+  fflush(stdout);
   if (!isSplashPossible()) {
     return;
   }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  printf("[Splash] configureSplash with URL %s\n", imagePath);
-  fflush(stdout);
   readSplashImage(imagePath);
   // A size asked of no image would be undefined.
   const NSSize size = splashImage == nil ? NSZeroSize : [splashImage size];

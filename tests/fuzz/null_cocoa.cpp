@@ -49,6 +49,10 @@ int downloadFile(const char*, const char*) {
   return 1;
 }
 
+int downloadFile(const char*, const char*, int) {
+  return 1;
+}
+
 void init() {}
 
 void configureSplash(const char*) {}

@@ -196,9 +196,14 @@ TEST_F(Installation, ThatIsElevatedInstallsAndLaunchesNothing) {
 TEST_F(Installation, ThatIsSilentStillConfiguresTheSplashButNeverShowsIt) {
   const test::Result result = install({"-silent"});
   EXPECT_EQ(0, result.status);
-  EXPECT_TRUE(test::containsInOrder(
-      test::logLinesOf(result.out),
-      {"[Extractor] Is silent install is 1", "[Extractor] Configuring splash"}));
+  EXPECT_TRUE(test::containsInOrder(test::linesOf(result.out),
+                                    {"[Splash] configureSplash with URL " +
+                                     installer_.master(kUpdaterFolder) + "/nativesplash.png"}));
+  EXPECT_TRUE(
+      test::containsInOrder(test::logLinesOf(result.out),
+                            {"[Extractor] Is silent install is 1", "[Extractor] Configuring splash",
+                             "[Extractor] Showing splash"}));
+  EXPECT_EQ(std::string::npos, result.out.find("[Splash] Resizing"));
   EXPECT_TRUE(installer_.launched());
 }
 

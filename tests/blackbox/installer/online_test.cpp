@@ -444,6 +444,47 @@ TEST_F(Online, SystemRuntimeThroughTwoLinksIsAdopted) {
   EXPECT_TRUE(fs::exists(installer_.master(kAdopted) + "/bin/java"));
 }
 
+TEST_F(Online, SystemRuntimeThroughFortyLinksIsAdopted) {
+  installer_.makeOnline("http://192.0.2.10/");
+  std::string target = offerSystemRuntime(javaScript(72)) + "/bin/java";
+  fs::create_directories(installer_ / "links");
+  for (int i = 0; i < 39; ++i) {
+    const std::string link = installer_ / ("links/" + std::to_string(i));
+    fs::create_symlink(target, link);
+    target = link;
+  }
+  fs::remove(installer_ / "bin/java");
+  fs::create_symlink(target, installer_ / "bin/java");
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(fs::exists(installer_.master(kAdopted) + "/bin/java"));
+}
+
+// The shell takes a relative link from the folder of the link, the search from the folder that the
+// installer runs in: there it may lead to itself.
+TEST_F(Online, SystemRuntimeWhoseLinksLeadToThemselvesIsNotAdoptedAfterFortyOfThem) {
+  site_.publishGoodSite();
+  serve();
+  test::writeFile(installer_ / "bin/here", javaScript(72), 0755);
+  fs::remove(installer_ / "bin/java");
+  fs::create_symlink("here", installer_ / "bin/java");
+  fs::create_directories(installer_ / "run");
+  fs::create_symlink("here", installer_ / "run/here");
+  installer_.write();
+  test::Command command = installer_.command();
+  command.environment["PATH"] = (installer_ / "bin") + ":/usr/bin:/bin";
+  command.folder = installer_ / "run";
+  const test::Result result = test::run(command);
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(fs::exists(installer_.master(kDownloaded) + "/bin/java"));
+  size_t followed = 0;
+  for (const std::string& line : test::logLinesOf(result.out)) {
+    followed += line.rfind("[JRESearch] Followed link ", 0) == 0 ? 1 : 0;
+  }
+  EXPECT_EQ(40u, followed);
+  EXPECT_TRUE(mentions(result, "[JRESearch] Followed 40 links, will not follow any more\n"));
+}
+
 TEST_F(Online, CarriedRuntimeCountsAsNewerThanAnAdoptedOne) {
   Installer offline;
   const std::string runtime = offline.runtime;

@@ -9,10 +9,11 @@ using testing::Not;
 
 class SplashWithoutDisplayTest : public SplashTest {
  protected:
-  void expectOneLineAndNothingElse() {
+  void expectTwoLinesAndNothingElse() {
     EXPECT_THAT(
         lines(),
-        ElementsAre("[Splash] No window system can be reached, going on without a splash window"));
+        ElementsAre("[Splash] No window system can be reached, going on without a splash window",
+                    "[Splash] configureSplash with URL " + image_));
     EXPECT_THAT(err_, Not(HasSubstr("Image Size")));
     EXPECT_THAT(err_, Not(HasSubstr("Redrawer")));
     EXPECT_EQ(states_[0]["percent"], -100);
@@ -29,12 +30,12 @@ class SplashWithoutDisplayTest : public SplashTest {
 
 TEST_F(SplashWithoutDisplayTest, WithoutADisplayItIsSaidOnceAndNothingElseHappens) {
   playOn("", everyCall());
-  expectOneLineAndNothingElse();
+  expectTwoLinesAndNothingElse();
 }
 
 TEST_F(SplashWithoutDisplayTest, ADisplayThatDoesNotExistCountsAsNone) {
   playOn(":4711", everyCall());
-  expectOneLineAndNothingElse();
+  expectTwoLinesAndNothingElse();
 }
 
 TEST_F(SplashWithoutDisplayTest, ADisplayThatRefusesCountsAsNone) {
@@ -45,5 +46,5 @@ TEST_F(SplashWithoutDisplayTest, ADisplayThatRefusesCountsAsNone) {
       {{"/usr/bin/Xvfb", "-displayfd", "1", "-auth", folder_ / "auth", "-nolisten", "tcp"}});
   setenv("XAUTHORITY", "/dev/null", 1);
   playOn(":" + server.waitForLine(""), everyCall());
-  expectOneLineAndNothingElse();
+  expectTwoLinesAndNothingElse();
 }

@@ -339,6 +339,25 @@ TEST_F(SignatureText, LongerThanItsFieldIsRejected) {
   }
 }
 
+// The check reads less of a text than the extraction does, and says so; it is made with what the
+// extraction has read.
+TEST_F(SignatureText, IsReadTo8191DigitsByTheExtractionAndTo4095ByTheCheck) {
+  struct Case {
+    size_t digits;
+    int bytes;
+    bool isMismatch;
+  };
+  for (const Case& one : {Case{4095, 2048, false}, Case{4096, 2048, true}, Case{8189, 4095, true},
+                          Case{8191, 4096, true}, Case{8192, 4096, true}, Case{9000, 4096, true}}) {
+    fs::create_directories(dest());
+    const Lines lines = extract(withHex(std::string(one.digits, 'a')));
+    EXPECT_TRUE(
+        has(lines, "[ExtractArchive] Produced a signature of length " + std::to_string(one.bytes)))
+        << one.digits;
+    EXPECT_EQ(one.isMismatch, has(lines, std::string(kMismatch) + "sig mismatch)")) << one.digits;
+  }
+}
+
 TEST_F(SignatureText, ThatLacksOnlyItsEndIsRejected) {
   const std::string whole = signedArchive(entries_);
   expectRejected(whole.substr(0, whole.size() - 1));

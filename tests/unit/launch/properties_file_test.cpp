@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "launch/launch_properties.h"
+#include "support/clock.h"
 #include "support/exit_status.h"
 #include "tests/unit/launch/launching.h"
 
@@ -113,4 +114,37 @@ TEST_F(PropertiesFile, OfASecondLaunchHasAnotherName) {
   launch();
   launch();
   EXPECT_EQ(2u, scene.propertiesFiles().size());
+}
+
+// A folder in which every name that the next ten seconds give is taken, until something is added.
+class TakenName : public Launching {
+ protected:
+  TakenName() { scene.installFakeRuntime(scene.runtime()); }
+
+  static constexpr unsigned long kNames = 10000;
+
+  void takeNames() const {
+    const std::string start = scene.appFolder() + "/QVLaunchProperties-";
+    const size_t dots = 2;
+    const std::string count =
+        std::to_string(test::namesIn(scene.appFolder()).size() + dots + kNames);
+    const unsigned long now = getCurrentTimeMillis();
+    for (unsigned long i = 0; i < kNames; ++i) {
+      test::writeFile(start + std::to_string(now + i) + "-" + count, "another launch's");
+    }
+  }
+};
+
+TEST_F(TakenName, IsLeftAloneAndAnotherIsTaken) {
+  beforeLaunch = [this] { takeNames(); };
+  onPause = [this](int) { test::writeFile(scene.appFolder() + "/more", ""); };
+  const Launched launched = launch();
+  EXPECT_EQ(0, launched.result);
+  EXPECT_EQ(1, launched.pauses);
+  size_t others = 0;
+  for (const std::string& file : scene.propertiesFiles()) {
+    others += test::readFile(file) == "another launch's" ? 1 : 0;
+  }
+  EXPECT_EQ(kNames, others);
+  EXPECT_EQ(kNames + 1, scene.propertiesFiles().size());
 }

@@ -206,6 +206,25 @@ TEST_F(RememberedOptions, AreUsedAsFarAsTheCommandLineHasRoomForThemAndForAllEls
   }
 }
 
+TEST_F(RememberedOptions, AtTheEndOfAFileOfAbout200000BytesAreUsed) {
+  const std::string last = test::field("-Dlast=1");
+  const std::string passedOver = test::field(std::string(1999, 'x'));
+  for (const size_t size : {199999, 200000, 200001}) {
+    std::string bytes = test::field("100");
+    for (int i = 0; i < 98; ++i) {
+      bytes += passedOver;
+    }
+    bytes += test::field(std::string(size - bytes.size() - 1 - last.size(), 'x')) + last;
+    ASSERT_EQ(size, bytes.size());
+    test::writeFile(scene.optionsFile(), bytes);
+    const Launched launched = launch();
+    EXPECT_EQ(0, launched.result);
+    EXPECT_EQ((Texts{"-Dlast=1"}), startedOptions()) << size;
+    EXPECT_TRUE(errorsIn(launched.lines).empty()) << size;
+    forgetLaunch();
+  }
+}
+
 TEST_F(RememberedOptions, AreUsedAsFarAsThePropertiesHaveRoom) {
   const Texts options(250, "-D" + std::string(1000, 'o'));
   scene.writeOptionsFile(options);

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -156,6 +157,38 @@ TEST(GetAbsoluteExePath, GivesAnUnusablePathWhenTheWorkingFolderIsGone) {
   EXPECT_EQ(
       (Lines{"[Utils] ERROR - No working folder to make a path absolute: app", UNUSABLE_PATH}),
       test::logLinesOf(result.out));
+}
+
+// Enters a new folder below `folder` whose path has `length` bytes; returns whether it could.
+static bool enterPathOfLength(const std::string& folder, size_t length) {
+  std::string path = folder;
+  bool isInside = chdir(folder.c_str()) == 0;
+  while (isInside && path.size() < length) {
+    size_t step = std::min<size_t>(length - path.size() - 1, 100);
+    step -= length - path.size() - 1 - step == 1 ? 1 : 0;  // a slash alone would be left
+    const std::string name(step, 'd');
+    isInside = mkdir(name.c_str(), 0777) == 0 && chdir(name.c_str()) == 0;
+    path += "/" + name;
+  }
+  return isInside;
+}
+
+static std::string absolutePathFromAFolderOf(size_t length) {
+  const test::TempFolder folder;
+  const test::Result result = test::runInChild([&] {
+    if (enterPathOfLength(folder.path(), length)) {
+      char path[] = "app";
+      printf("%s\n", getAbsoluteExePath(path));
+    }
+  });
+  return test::linesOf(result.out).back();
+}
+
+TEST(GetAbsoluteExePath, TakesAWorkingFolderOf1023BytesAndNoLongerOne) {
+  const std::string longest = absolutePathFromAFolderOf(1023);
+  EXPECT_EQ(1023 + sizeof "/app" - 1, longest.size());
+  EXPECT_EQ("/app", longest.substr(1023));
+  EXPECT_EQ(UNUSABLE_PATH, absolutePathFromAFolderOf(1024));
 }
 
 TEST(GetAbsoluteExeDir, CutsAtTheLastSlash) {

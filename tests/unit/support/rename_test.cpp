@@ -18,15 +18,21 @@
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-// The number of rename() calls that fail before one is carried out, and what they fail with.
+// The number of rename() calls that fail before one is carried out, and what they fail with: the
+// next of the errors, or, where there are none left, one and the same.
 static int failingRenames = 0;
 static int renameError = 0;
+static std::vector<int> nextErrors;
 
 // Takes the place of the C library's function in this executable.
 extern "C" int rename(const char* from, const char* to) {
   if (failingRenames > 0) {
     --failingRenames;
     errno = renameError;
+    if (!nextErrors.empty()) {
+      errno = nextErrors.front();
+      nextErrors.erase(nextErrors.begin());
+    }
     return -1;
   }
   return renameat(AT_FDCWD, from, AT_FDCWD, to);
@@ -40,7 +46,10 @@ class DoRename : public testing::Test {
     test::writeFile(from() + "/file", "bytes");
     workingFolder_ = "[Extractor] Working dir is '" + fs::current_path().string() + "'";
   }
-  ~DoRename() override { failingRenames = 0; }
+  ~DoRename() override {
+    failingRenames = 0;
+    nextErrors.clear();
+  }
 
   std::string from() const { return folder_ / "from"; }
   std::string to() const { return folder_ / "to"; }
@@ -91,6 +100,27 @@ TEST_F(DoRename, RenamesAgainAfterAPauseWhenTheFileManagerFailsToo) {
   EXPECT_NE(std::string::npos, captured.err.find("[Rename] Unable to move item: "));
   EXPECT_EQ("bytes", test::readFile(to() + "/file"));
   EXPECT_EQ(300, clock_.sleptMilliseconds());
+}
+
+TEST_F(DoRename, LogsTheErrorOfTheLatestRenameAndNotOfTheFileManagers) {
+  // The file manager makes every other of these calls.
+  nextErrors = {EBUSY, EPERM, EACCES, EPERM, EIO, EPERM};
+  failingRenames = 6;
+  EXPECT_EQ((Lines{workingFolder_, couldNot(EBUSY), couldNot(EACCES), couldNot(EIO), renamed()}),
+            rename().lines());
+}
+
+TEST_F(DoRename, LogsTheErrorOfTheVeryLastRenameBeforeTheCopy) {
+  for (int error = 101; error <= 111; ++error) {
+    nextErrors.insert(nextErrors.end(), {error, EPERM});
+  }
+  failingRenames = 21;
+  const Lines lines = rename().lines();
+  for (int error = 101; error <= 110; ++error) {
+    EXPECT_TRUE(test::containsInOrder(lines, {couldNot(error)})) << error;
+  }
+  EXPECT_TRUE(
+      test::containsInOrder(lines, {"[Rename] [FAIL] Could not rename " + names() + " [111]"}));
 }
 
 TEST_F(DoRename, MergesACopyIntoAFolderThatIsNotEmptyAfterTenRounds) {

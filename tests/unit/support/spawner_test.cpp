@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 #include <limits.h>
+#include <signal.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -258,6 +260,39 @@ TEST(Spawner, RefusesThe501stArgumentWithAWarningAndRunsTheOthers) {
                                     {"[Spawner] Appended argument argument 499",
                                      "[Spawner] WARNING: couldn't append argument argument 500",
                                      "count 496, last argument 499"}));
+}
+
+// Interrupts the calls of this process every few milliseconds for as long as it lives.
+class Interruptions {
+ public:
+  Interruptions() {
+    struct sigaction action {};
+    action.sa_handler = [](int) { ++count; };
+    sigaction(SIGALRM, &action, &before_);
+    setTimer(5000);
+  }
+  ~Interruptions() {
+    setTimer(0);
+    sigaction(SIGALRM, &before_, nullptr);
+  }
+  Interruptions(const Interruptions&) = delete;
+  Interruptions& operator=(const Interruptions&) = delete;
+
+  static volatile sig_atomic_t count;
+
+ private:
+  static void setTimer(suseconds_t microseconds) {
+    const itimerval timer{{0, microseconds}, {0, microseconds}};
+    setitimer(ITIMER_REAL, &timer, nullptr);
+  }
+  struct sigaction before_ {};
+};
+volatile sig_atomic_t Interruptions::count = 0;
+
+TEST(RunSpawnerAndWait, WaitsOnWhenASignalInterruptsIt) {
+  const Interruptions interruptions;
+  EXPECT_EQ(7, runAndWait({"/bin/sh", "-c", "sleep 0.3; exit 7"}).result);
+  EXPECT_GT(Interruptions::count, 5);
 }
 
 TEST(RunSpawnerAndContinue, ReturnsBeforeTheChildEnds) {
