@@ -186,6 +186,21 @@ TEST_F(Installation, RunsTheExtractedJavaToWriteItsClassData) {
   EXPECT_NE(std::string::npos, words.find("-Xshare:dump"));
 }
 
+TEST_F(Installation, WhoseLzmaToolCannotBeMadeExecutableSaysSoAndGoesOn) {
+  installer_.updater[0] = fileRecord("another-tool", "nothing is compressed");
+  installer_.updater[1] = fileRecord("updater.p2", Installer::updaterRecords());
+  installer_.runtime = fileRecord("runtime.p2", Installer::runtimeRecords());
+  installer_.application[0] = fileRecord("application.p2", Installer::applicationRecords("3"));
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(test::containsInOrder(
+      test::logLinesOf(result.out),
+      {"[Extractor] Ensuring LZMA is executable.",
+       "[Extractor] ***************************** Error setting LZMA executable!",
+       "[Extractor] Extracted GU and GU Version"}));
+  EXPECT_TRUE(installer_.launched());
+}
+
 TEST_F(Installation, ThatIsElevatedInstallsAndLaunchesNothing) {
   const test::Result result = install({"--elevated"});
   EXPECT_EQ(0, result.status);

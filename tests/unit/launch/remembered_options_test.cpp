@@ -207,7 +207,7 @@ TEST_F(RememberedOptions, AreUsedAsFarAsTheCommandLineHasRoomForThemAndForAllEls
 }
 
 TEST_F(RememberedOptions, AtTheEndOfAFileOfAbout200000BytesAreUsed) {
-  const std::string last = test::field("-Dlast=1");
+  const std::string last = "-Dlast=1";  // its last byte is the file's
   const std::string passedOver = test::field(std::string(1999, 'x'));
   for (const size_t size : {199999, 200000, 200001}) {
     std::string bytes = test::field("100");
