@@ -165,7 +165,7 @@ void overrideJreName(ExtractorRun& run) {
   }
   if (file == nullptr) {
     if (errno != ENOENT && errno != ENOTDIR) {
-      logMessage("[JREOverride] The JRE name override %s cannot be opened [%d]\n", path, errno);
+      logMessage("[JREOverride] The JRE name override %s cannot be opened\n", path);
     }
     logMessage("[JREOverride] No JRE name override, will continue to use %s\n", run.jreName);
     return;
