@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "extractor/run.h"
+#include "extractor/startable.h"
 #include "launcher/version_folders.h"
 #include "support/exit_status.h"
 #include "support/failure.h"
@@ -23,8 +24,8 @@ static void logCarried(const ExtractorRun& run) {
 }
 
 static void findInstalled(ExtractorRun& run) {
-  run.latestGU = pickAndAllocLatestFromMaster(run.masterFolder, UPDATER_NAME);
-  run.latestJRE = pickAndAllocLatestFromMaster(run.masterFolder, run.jreName);
+  run.latestGU = allocInstalledUpdater(run);
+  run.latestJRE = allocInstalledRuntime(run);
 }
 
 static bool isNewer(const char* carriedVersion, const char* installedFolder) {
@@ -34,7 +35,7 @@ static bool isNewer(const char* carriedVersion, const char* installedFolder) {
 // Returns why the carried application has to be extracted, or null. Only asked of an installer that
 // carries an updater and an application.
 static const char* reasonInApp(const ExtractorRun& run) {
-  char* latestApp = pickAndAllocLatestFromMaster(run.masterFolder, run.tail.appName);
+  char* latestApp = allocInstalledApp(run);
   const char* reason = nullptr;
   if (latestApp == nullptr) {
     reason = "[Extractor] No app version found and we are offline so will extract\n";

@@ -3,9 +3,9 @@
 #include <cstdlib>
 
 #include "extractor/run.h"
+#include "extractor/startable.h"
 #include "extractor/tail_stream.h"
 #include "launch/launch_app.h"
-#include "launcher/version_folders.h"
 #include "platform/process_end.h"
 #include "support/exit_status.h"
 #include "support/failure.h"
@@ -34,7 +34,7 @@ void launchWithoutExtraction(ExtractorRun& run) {
 }
 
 void launchInstalled(ExtractorRun& run) {
-  const char* latestGU = pickAndAllocLatestFromMaster(run.masterFolder, UPDATER_NAME);
+  const char* latestGU = allocUpdaterToLaunch(run);
   if (latestGU == nullptr) {
     failRun("No latest App version even after download!\n");
   }

@@ -93,13 +93,19 @@ void InstallLock::release() {
   }
 }
 
+// Differs where another folder has been put into the place of the one that was there.
+static ino_t fileNumberOf(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
 std::string versionFoldersIn(const char* masterFolder) {
   std::vector<std::string> names = namesToWalk(openFolder(masterFolder));
   std::sort(names.begin(), names.end());
   std::string all;
   for (const std::string& name : names) {
     if (name.find("-complete") != std::string::npos) {
-      all += name + '/';
+      all += name + ' ' + std::to_string(fileNumberOf(childPath(masterFolder, name))) + '/';
     }
   }
   return all;

@@ -33,8 +33,8 @@ class InstallLock {
   bool anothers_ = false;
 };
 
-// Returns the names of the master folder's version folders in one text, to be compared with a later
-// one. Logs nothing.
+// Returns the names of the master folder's version folders, and what tells each from another one
+// put into its place, in one text, to be compared with a later one. Logs nothing.
 std::string versionFoldersIn(const char* masterFolder);
 
 #endif

@@ -11,8 +11,8 @@
 #include "extractor/provision_jre.h"
 #include "extractor/run.h"
 #include "extractor/run_command.h"
+#include "extractor/startable.h"
 #include "launch/launch_app.h"
-#include "launcher/version_folders.h"
 #include "support/exit_status.h"
 #include "support/failure.h"
 #include "support/file_kind.h"
@@ -128,7 +128,7 @@ static bool findSystemJre(const ExtractorRun& run, SystemJre* jre) {
 // Lets the installed updater's compatibility class judge the runtime.
 static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
   logMessage("[JRESearch] JRE unpack200 exists %s\n", jre.java);
-  char* latestGU = pickAndAllocLatestFromMaster(run.masterFolder, UPDATER_NAME);
+  char* latestGU = allocUpdaterToLaunch(run);
   if (latestGU == nullptr) {
     logMessage(
         "[JRESearch] ****************************** No latest App version even after download!\n");

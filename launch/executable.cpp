@@ -4,6 +4,7 @@
 
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
+#include "launcher/startable_runtime.h"
 #include "launcher/version_folders.h"
 #include "support/exit_status.h"
 #include "support/failure.h"
@@ -14,7 +15,7 @@ static const char kJava[] = "java";
 
 static bool pickRuntime(Launch* launch) {
   const Block<char> name(
-      pickAndAllocLatestFromMaster(launch->request.masterFolder, launch->request.jre));
+      pickAndAllocLatestToLaunch(launch->request.masterFolder, launch->request.jre, flawOfRuntime));
   if (name == nullptr) {
     return false;
   }

@@ -1,10 +1,14 @@
 #include "launch/launch_file.h"
 
+#include <cerrno>
+#include <cstdlib>
+
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
 #include "support/exit_status.h"
 #include "support/failure.h"
 #include "support/field_reader.h"
+#include "support/file_kind.h"
 #include "support/logging.h"
 
 std::string readText(FILE* stream, const char* name) {
@@ -74,4 +78,56 @@ void readNewerFields(Launch* launch) {
   if (launch->fileVersion >= 6) {
     readBoolean(file, "Must Fork");
   }
+}
+
+// Reads one field, in silence: the launch will say what there is to say. Returns whether it is
+// ended.
+static bool readEndedField(FILE* file, int limit, std::string* text) {
+  *text = Block<char>(readStringSilently(file, limit)).get();
+  return feof(file) == 0 && ferror(file) == 0;
+}
+
+static bool skipFields(FILE* file, long count, int limit) {
+  std::string text;
+  for (long i = 0; i < count; ++i) {
+    if (!readEndedField(file, limit, &text)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Reads past a list of texts behind their count.
+static bool skipList(FILE* file) {
+  std::string count;
+  return readEndedField(file, NUMBER_FIELD_LIMIT, &count) && atol(count.c_str()) >= 0 &&
+         skipFields(file, atol(count.c_str()), DEFAULT_FIELD_LIMIT);
+}
+
+// Reads what every launch does. What newer files have behind it, no start of an application needs.
+static bool readWhatALaunchNeeds(FILE* file, std::string* mainClass) {
+  constexpr int kNamesAndPictures = 3;  // Class OnUpdate, App Name, OS ICNS
+  constexpr int kNumbers = 3;           // URL Required, jvmMem, jvmStack
+  return skipFields(file, 1, NUMBER_FIELD_LIMIT) &&
+         readEndedField(file, DEFAULT_FIELD_LIMIT, mainClass) &&
+         skipFields(file, kNamesAndPictures, DEFAULT_FIELD_LIMIT) &&
+         skipFields(file, kNumbers, NUMBER_FIELD_LIMIT) && skipList(file) && skipList(file);
+}
+
+const char* flawOfLaunchFile(const char* path) {
+  if (leadsNowhere(path)) {
+    return "its launch file is missing";
+  }
+  if (lacksContent(path)) {
+    return "its launch file is empty or no file";
+  }
+  const Stream file(fopen(path, "rb"));
+  if (file == nullptr) {
+    return errno == EACCES ? "its launch file cannot be read" : nullptr;
+  }
+  std::string mainClass;
+  if (!readWhatALaunchNeeds(file.get(), &mainClass)) {
+    return ferror(file.get()) == 0 ? "its launch file is cut short or damaged" : nullptr;
+  }
+  return mainClass.empty() ? "its launch file names no main class" : nullptr;
 }

@@ -26,6 +26,7 @@
 #include "launcher/java_thread.h"
 #include "launcher/jvm_launch.h"
 #include "launcher/silent_word.h"
+#include "launcher/startable_runtime.h"
 #include "launcher/tail_marker.h"
 #include "launcher/tail_reader.h"
 #include "launcher/version_folders.h"
@@ -90,11 +91,12 @@ static void settleAlert(int argc, char** argv) {
   allowAlert(!isSilent(silent_parameter, argc, argv));
 }
 
-// Sets jreFolder to the newest complete JRE in the master folder.
+// Sets jreFolder to the newest complete JRE in the master folder that can start.
 static void chooseJreFolder(const char* masterFolder) {
   const char* jreName = getJREName(masterFolder);
   logMessage("[Launcher] JRE name is is %s\n", jreName);
-  const char* folderName = pickAndAllocLatestFromMaster(masterFolder, jreName);
+  const char* folderName =
+      pickAndAllocLatestToLaunch(masterFolder, jreName, flawOfRuntimeInProcess);
   if (folderName == nullptr) {
     logMessage("[Launcher] *************************** No complete JRE folder for %s in %s\n",
                jreName, masterFolder);

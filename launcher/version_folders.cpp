@@ -64,9 +64,20 @@ static std::vector<std::string> sortedNamesIn(const char* path) {
   return names;
 }
 
-char* pickAndAllocLatestFromMaster(const char* masterFolder, const char* componentName) {
+namespace {
+
+struct VersionFolder {
+  long version;
+  std::string name;
+};
+
+}  // namespace
+
+// Newest first, by name among equals. Logs every match and every better one.
+static std::vector<VersionFolder> versionFoldersOf(const char* masterFolder,
+                                                   const char* componentName) {
+  std::vector<VersionFolder> folders;
   long best = -1;
-  std::string chosen;
   for (const std::string& name : sortedNamesIn(masterFolder)) {
     if (checkAppFolderName(name.c_str(), componentName) != 0) {
       continue;
@@ -76,9 +87,51 @@ char* pickAndAllocLatestFromMaster(const char* masterFolder, const char* compone
                version);
     if (version > best) {
       logMessage("[PickFolder] Set latest to %ld %s\n", version, name.c_str());
-      chosen = name;
       best = version;
     }
+    if (version > -1) {
+      folders.push_back({version, name});
+    }
   }
-  return best == -1 ? nullptr : allocCopy(chosen.c_str());
+  std::stable_sort(folders.begin(), folders.end(),
+                   [](const VersionFolder& one, const VersionFolder& other) {
+                     return one.version > other.version;
+                   });
+  return folders;
+}
+
+// Returns the first of the folders without a flaw, or null.
+static const VersionFolder* firstThatStarts(const char* masterFolder,
+                                            const std::vector<VersionFolder>& folders,
+                                            FlawOfFolder flawOf) {
+  for (const VersionFolder& folder : folders) {
+    const char* flaw = flawOf(childPath(masterFolder, folder.name).c_str());
+    if (flaw == nullptr) {
+      return &folder;
+    }
+    logMessage("[PickFolder] Folder %s cannot start: %s\n", folder.name.c_str(), flaw);
+  }
+  return nullptr;
+}
+
+char* pickAndAllocLatestFromMaster(const char* masterFolder, const char* componentName) {
+  const std::vector<VersionFolder> folders = versionFoldersOf(masterFolder, componentName);
+  return folders.empty() ? nullptr : allocCopy(folders.front().name.c_str());
+}
+
+char* pickAndAllocLatestThatStarts(const char* masterFolder, const char* componentName,
+                                   FlawOfFolder flawOf) {
+  const std::vector<VersionFolder> folders = versionFoldersOf(masterFolder, componentName);
+  const VersionFolder* chosen = firstThatStarts(masterFolder, folders, flawOf);
+  return chosen == nullptr ? nullptr : allocCopy(chosen->name.c_str());
+}
+
+char* pickAndAllocLatestToLaunch(const char* masterFolder, const char* componentName,
+                                 FlawOfFolder flawOf) {
+  const std::vector<VersionFolder> folders = versionFoldersOf(masterFolder, componentName);
+  if (folders.empty()) {
+    return nullptr;
+  }
+  const VersionFolder* chosen = firstThatStarts(masterFolder, folders, flawOf);
+  return allocCopy((chosen == nullptr ? folders.front() : *chosen).name.c_str());
 }

@@ -21,4 +21,19 @@ long pickVersionFromAppFolderName(const char* folderName);
 // or the folder cannot be read. Logs every match and every better one. Any thread.
 char* pickAndAllocLatestFromMaster(const char* masterFolder, const char* componentName);
 
+// A look at the version folder with the given full path. Returns null when it may well start, else
+// a constant text, as "its launch file is missing", that says why it surely cannot. Where the
+// system cannot tell, as after a read error, it may start.
+using FlawOfFolder = const char* (*)(const char* folder);
+
+// As pickAndAllocLatestFromMaster(), but passes over what `flawOf` finds a flaw in, with a logged
+// line that says which; null when nothing else is left. Any thread.
+char* pickAndAllocLatestThatStarts(const char* masterFolder, const char* componentName,
+                                   FlawOfFolder flawOf);
+
+// The same, but gives the newest one where all have a flaw: for who has nothing to put in its
+// place, and can as well try it.
+char* pickAndAllocLatestToLaunch(const char* masterFolder, const char* componentName,
+                                 FlawOfFolder flawOf);
+
 #endif

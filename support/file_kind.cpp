@@ -56,6 +56,14 @@ bool isPlainFile(const char* path) {
   return kindOf(path) == S_IFREG;
 }
 
+bool lacksContent(const char* path) {
+  struct stat status {};
+  if (stat(path, &status) != 0) {
+    return saysLeadsNowhere(errno);
+  }
+  return !S_ISREG(status.st_mode) || status.st_size == 0;
+}
+
 bool isExecutable(const char* path) {
   return kindBehindLinks(path) == S_IFREG && access(path, X_OK) == 0;
 }

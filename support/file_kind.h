@@ -26,6 +26,9 @@
 // Returns whether `path` is a plain file.
 [[nodiscard]] bool isPlainFile(const char* path);
 
+// Returns whether no plain file with content, nor a link to one, is at `path`, for sure.
+[[nodiscard]] bool lacksContent(const char* path);
+
 // Returns whether `path` is a plain file, or a link to one, that may be executed.
 [[nodiscard]] bool isExecutable(const char* path);
 

@@ -1,0 +1,53 @@
+#include "extractor/startable.h"
+
+#include <string>
+#include <vector>
+
+#include "extractor/run.h"
+#include "launch/launch_file.h"
+#include "launcher/startable_runtime.h"
+#include "launcher/version_folders.h"
+#include "support/file_kind.h"
+#include "support/folder_walk.h"
+#include "support/paths.h"
+
+static const char kNoFolder[] = "it is no folder";
+
+static const char* flawOfUpdater(const char* folder) {
+  if (isPlainFile(folder)) {
+    return kNoFolder;
+  }
+  char path[PATH_BUFFER_SIZE];
+  return flawOfLaunchFile(setPath(path, folder, LAUNCH_FILE_NAME));
+}
+
+// The updater starts the application, so that no more is known of what it needs.
+static const char* flawOfApp(const char* folder) {
+  if (isPlainFile(folder)) {
+    return kNoFolder;
+  }
+  std::vector<std::string> names;
+  const bool isListed = listNames(openFolder(folder), &names);
+  return isListed && names.empty() ? "it is empty" : nullptr;
+}
+
+static char* allocInstalled(const ExtractorRun& run, const char* component, FlawOfFolder flawOf) {
+  return carriesUpdater(run) ? pickAndAllocLatestThatStarts(run.masterFolder, component, flawOf)
+                             : pickAndAllocLatestToLaunch(run.masterFolder, component, flawOf);
+}
+
+char* allocInstalledUpdater(const ExtractorRun& run) {
+  return allocInstalled(run, UPDATER_NAME, flawOfUpdater);
+}
+
+char* allocInstalledRuntime(const ExtractorRun& run) {
+  return allocInstalled(run, run.jreName, flawOfRuntime);
+}
+
+char* allocInstalledApp(const ExtractorRun& run) {
+  return allocInstalled(run, run.tail.appName, flawOfApp);
+}
+
+char* allocUpdaterToLaunch(const ExtractorRun& run) {
+  return pickAndAllocLatestToLaunch(run.masterFolder, UPDATER_NAME, flawOfUpdater);
+}
