@@ -8,6 +8,7 @@
 #include <string>
 
 #include "launch/launch_app.h"
+#include "launch/launch_file.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace fs = std::filesystem;
@@ -40,6 +41,9 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fs::create_directory(folder);
   std::ofstream(folder / "QuorvaneLaunch", std::ios::binary)
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+  const bool hasFlaw = flawOfLaunchFile((folder / LAUNCH_FILE_NAME).c_str()) != nullptr;
+  fuzz::require(hasFlaw || size > 10,
+                "a file without a flaw has the ten fields that every launch reads");
   int status = 0;
   int result = 0;
   if (fuzz::endsProcess([&] { result = launch(master); }, &status)) {

@@ -218,6 +218,23 @@ TEST_F(FakeJvm, TheNewestRuntimeIsTaken) {
   EXPECT_EQ(0, result.status);
 }
 
+TEST_F(FakeJvm, ANewerRuntimeThatCannotStartIsPassedOver) {
+  installAtFirstPlace();
+  const std::string newer = "Quorvane-Mac64JRE-9999-complete";
+  const std::string modules = bundle.master(newer) + "/lib/modules";
+  test::writeFile(bundle.master("Quorvane-Mac64JRE-8888-complete"), "no folder");
+  fs::create_directories(bundle.master(newer) + "/lib/server");
+  fs::copy(bundle.runtime() + "/lib/server", bundle.master(newer) + "/lib/server");
+  test::writeFile(modules, "");
+  run({"com.x.Main"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_TRUE(containsInOrder(
+      messages,
+      {"[PickFolder] Folder " + newer + " cannot start: its modules file is missing or empty",
+       "[PickFolder] Folder Quorvane-Mac64JRE-8888-complete cannot start: it is no folder",
+       "[Launcher] Located existing JRE runtime = Quorvane-Mac64JRE-1407-complete"}));
+}
+
 TEST_F(FakeJvm, ALibraryAtTheSecondPlaceIsFound) {
   install(kSecondPlace, "libjvm.dylib");
   run({"com.x.Main"});

@@ -11,6 +11,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
+#include "tools/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 
@@ -104,9 +105,23 @@ const Case kCases[] = {
 
 ExtractorRun decidingRun{};
 
+// What a start of the component needs.
+void fill(const std::string& folder, const std::string& name) {
+  if (name.find("-Quorvane-") != std::string::npos) {
+    tools::LaunchFile file;
+    file.mainClass = "updater.Main";
+    file.appName = "MyApp";
+    test::writeFile(folder + "/QuorvaneLaunch", tools::encodeLaunchFile(file));
+  } else if (name.find("JRE-") != std::string::npos) {
+    test::writeFile(folder + "/lib/server/libjvm.dylib", "a JVM");
+  } else {
+    test::writeFile(folder + "/app.jar", "the application");
+  }
+}
+
 Decision decideIn(const test::TempFolder& folder, const Case& c) {
   for (const char* name : c.installed) {
-    fs::create_directories(folder / name);
+    fill(folder / name, name);
   }
   setPath(decidingRun.masterFolder, folder.path().c_str());
   setPath(decidingRun.jreName, "Mac64JRE");
@@ -126,6 +141,63 @@ TEST_P(Deciding, ComesToItsResultWithItsLines) {
   const auto lines = test::logLinesOf([&] { decision = decideIn(folder, GetParam()); });
   EXPECT_EQ(GetParam().expected, decision);
   EXPECT_TRUE(test::containsInOrder(lines, GetParam().lines));
+}
+
+namespace {
+
+// What is installed is at least as new as what is carried, but for a flaw in one folder.
+class DecidingOnAFlaw : public testing::Test {
+ protected:
+  DecidingOnAFlaw() {
+    for (const char* name : {kGu5, kJre, kApp3}) {
+      fill(folder_ / name, name);
+    }
+  }
+
+  Decision decideWith(const char* guVersion) {
+    return decideIn(folder_, {"", {}, guVersion, guVersion[0] == 0 ? "" : "3", {}, {}});
+  }
+
+  test::TempFolder folder_;
+};
+
+}  // namespace
+
+TEST_F(DecidingOnAFlaw, UpdaterWithoutLaunchFileCountsAsNotInstalled) {
+  fs::remove(folder_ / kGu5 + "/QuorvaneLaunch");
+  Decision decision{};
+  const auto lines = test::logLinesOf([&] { decision = decideWith("5"); });
+  EXPECT_EQ(Decision::Install, decision);
+  EXPECT_TRUE(test::containsInOrder(
+      lines, {"[PickFolder] Folder Quorvane-Quorvane-5-complete cannot start: its launch file is "
+              "missing",
+              kNothingInstalled, "[Extractor] Note: Latest JRE version does exist",
+              "[Extractor] Note: No latest GU version exists"}));
+}
+
+TEST_F(DecidingOnAFlaw, UpdaterWithoutLaunchFileIsTriedWhereNoneIsCarried) {
+  fs::remove(folder_ / kGu5 + "/QuorvaneLaunch");
+  Decision decision{};
+  test::capture([&] { decision = decideWith(""); });
+  EXPECT_EQ(Decision::Launch, decision);
+}
+
+TEST_F(DecidingOnAFlaw, LowerVersionThatCanStartIsComparedWithTheCarriedOne) {
+  fill(folder_ / kGu4, kGu4);
+  fs::remove(folder_ / kGu5 + "/QuorvaneLaunch");
+  Decision decision{};
+  const auto lines = test::logLinesOf([&] { decision = decideWith("5"); });
+  EXPECT_EQ(Decision::Install, decision);
+  EXPECT_TRUE(test::containsInOrder(lines, {kNewerGu}));
+}
+
+TEST_F(DecidingOnAFlaw, EmptyApplicationCountsAsNotInstalled) {
+  fs::remove(folder_ / kApp3 + "/app.jar");
+  Decision decision{};
+  const auto lines = test::logLinesOf([&] { decision = decideWith("5"); });
+  EXPECT_EQ(Decision::Install, decision);
+  EXPECT_TRUE(test::containsInOrder(
+      lines, {"[PickFolder] Folder Quorvane-MyApp-3-complete cannot start: it is empty", kNoApp}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, Deciding, testing::ValuesIn(kCases),

@@ -1,10 +1,16 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <string>
 #include <vector>
 
 #include "launch/launch.h"
+#include "launch/launch_file.h"
+#include "tests/support/capture.h"
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
 #include "tests/unit/launch/launching.h"
+#include "tools/launch_file_writer.h"
 
 using namespace std::string_literals;
 using Texts = std::vector<std::string>;
@@ -216,4 +222,84 @@ TEST_F(LaunchFile, WithOneCommandLineArgumentTooManyEndsTheProcess) {
   EXPECT_EQ(
       "Unable to launch: 1 more entries do not fit the process command line, which has room for 0",
       errorsIn(launched.lines).back());
+}
+
+namespace {
+
+// A launch file of version 6 as it is looked at before a launch.
+class LaunchFileLook : public testing::Test {
+ protected:
+  LaunchFileLook() {
+    file_.mainClass = "com.sample.Main";
+    file_.appName = "Sample";
+    file_.classPath = {"one.jar", "two.jar"};
+    file_.arguments = {"--word"};
+    file_.compatibilityClass = "com.sample.Probe";
+  }
+
+  std::string flawOf(const std::string& bytes) {
+    test::writeFile(path_, bytes);
+    return flaw();
+  }
+
+  std::string flaw() {
+    const char* text = flawOfLaunchFile(path_.c_str());
+    return text == nullptr ? "none" : text;
+  }
+
+  tools::LaunchFile file_;
+  const test::TempFolder folder_;
+  const std::string path_ = folder_ / "QuorvaneLaunch";
+};
+
+const char kCut[] = "its launch file is cut short or damaged";
+
+}  // namespace
+
+TEST_F(LaunchFileLook, FindsNoFlawInAnyVersion) {
+  file_.compatibilityClass.clear();
+  for (long version = 1; version <= 6; ++version) {
+    file_.version = version;
+    EXPECT_EQ("none", flawOf(tools::encodeLaunchFile(file_))) << version;
+  }
+}
+
+TEST_F(LaunchFileLook, FindsAFileCutAnywhereBeforeTheEndOfItsArguments) {
+  const std::string bytes = tools::encodeLaunchFile(file_);
+  const size_t end = bytes.find("com.sample.Probe");
+  for (size_t length = 1; length < end; ++length) {
+    EXPECT_EQ(kCut, flawOf(bytes.substr(0, length))) << length;
+  }
+  for (size_t length = end; length <= bytes.size(); ++length) {
+    EXPECT_EQ("none", flawOf(bytes.substr(0, length))) << length;
+  }
+}
+
+TEST_F(LaunchFileLook, FindsANegativeCount) {
+  EXPECT_EQ(kCut, flawOf("2\0Main\0\0\0\0\0000\0000\0000\0-1\0000\0"s));
+  EXPECT_EQ("none", flawOf("2\0Main\0\0\0\0\0000\0000\0000\0000\0000\0"s));
+}
+
+TEST_F(LaunchFileLook, FindsACountOfMoreThanThereIs) {
+  EXPECT_EQ(kCut, flawOf("2\0Main\0\0\0\0\0000\0000\0000\000999999999999\0a\0b\0"s));
+}
+
+TEST_F(LaunchFileLook, FindsAMissingMainClass) {
+  file_.mainClass.clear();
+  EXPECT_EQ("its launch file names no main class", flawOf(tools::encodeLaunchFile(file_)));
+}
+
+TEST_F(LaunchFileLook, FindsThatThereIsNone) {
+  EXPECT_EQ("its launch file is missing", flaw());
+  EXPECT_EQ("its launch file is empty or no file", flawOf(""));
+}
+
+TEST_F(LaunchFileLook, NeverWaitsForWhatIsNoFile) {
+  ASSERT_EQ(0, mkfifo(path_.c_str(), 0644));
+  EXPECT_EQ("its launch file is empty or no file", flaw());
+}
+
+TEST_F(LaunchFileLook, PrintsNothingOfAFieldThatIsTooLong) {
+  test::writeFile(path_, "2\0Main\0\0"s + std::string(5000, 'a'));
+  EXPECT_EQ("", test::capture([this] { flaw(); }).out);
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -123,6 +124,79 @@ TEST_F(PickLatest, AnEmptyFolderGivesNothing) {
 
 TEST_F(PickLatest, AMissingFolderGivesNothing) {
   EXPECT_EQ(nullptr, pickAndAllocLatestFromMaster((master_ / "none").c_str(), "Mac64JRE"));
+}
+
+namespace {
+
+const char* flawOfMarked(const char* folder) {
+  return test::exists(std::string(folder) + "/flaw") ? "it is marked" : nullptr;
+}
+
+// The versions 1, 2 and 3, some of them with a flaw.
+class PickThatStarts : public testing::Test {
+ protected:
+  using Pick = char* (*)(const char*, const char*, FlawOfFolder);
+
+  PickThatStarts() {
+    for (const std::string version : {"1", "2", "3"}) {
+      fs::create_directories(folderOf(version));
+    }
+  }
+
+  std::string folderOf(const std::string& version) {
+    return master_ / ("Quorvane-Mac64JRE-" + version + "-complete");
+  }
+
+  void mark(const std::string& version) { test::writeFile(folderOf(version) + "/flaw", ""); }
+
+  std::string choiceOf(Pick pick) {
+    std::string chosen = "none";
+    lines_ = test::logLinesOf([&] {
+      const Block<char> name(pick(master_.path().c_str(), "Mac64JRE", flawOfMarked));
+      chosen = name == nullptr ? "none" : name.get();
+    });
+    return chosen;
+  }
+
+  test::TempFolder master_;
+  Texts lines_;
+};
+
+}  // namespace
+
+TEST_F(PickThatStarts, WithoutAFlawIsTheLatestAndLogsNothingElse) {
+  EXPECT_EQ("Quorvane-Mac64JRE-3-complete", choiceOf(pickAndAllocLatestThatStarts));
+  const Texts lines = lines_;
+  EXPECT_EQ("Quorvane-Mac64JRE-3-complete", choiceOf(pickAndAllocLatestToLaunch));
+  EXPECT_EQ(lines, lines_);
+  EXPECT_EQ(lines, test::logLinesOf([&] {
+              free(pickAndAllocLatestFromMaster(master_.path().c_str(), "Mac64JRE"));
+            }));
+}
+
+TEST_F(PickThatStarts, PassesOverFlawsAndSaysSo) {
+  mark("3");
+  mark("2");
+  EXPECT_EQ("Quorvane-Mac64JRE-1-complete", choiceOf(pickAndAllocLatestThatStarts));
+  ASSERT_LE(2u, lines_.size());
+  EXPECT_EQ((Texts{"[PickFolder] Folder Quorvane-Mac64JRE-3-complete cannot start: it is marked",
+                   "[PickFolder] Folder Quorvane-Mac64JRE-2-complete cannot start: it is marked"}),
+            Texts(lines_.end() - 2, lines_.end()));
+  EXPECT_EQ("Quorvane-Mac64JRE-1-complete", choiceOf(pickAndAllocLatestToLaunch));
+}
+
+TEST_F(PickThatStarts, OfFlawsAloneIsNoneOrTheNewestToLaunch) {
+  for (const char* version : {"1", "2", "3"}) {
+    mark(version);
+  }
+  EXPECT_EQ("none", choiceOf(pickAndAllocLatestThatStarts));
+  EXPECT_EQ("Quorvane-Mac64JRE-3-complete", choiceOf(pickAndAllocLatestToLaunch));
+}
+
+TEST_F(PickThatStarts, OfNothingIsNone) {
+  fs::remove_all(master_.path());
+  EXPECT_EQ("none", choiceOf(pickAndAllocLatestThatStarts));
+  EXPECT_EQ("none", choiceOf(pickAndAllocLatestToLaunch));
 }
 
 TEST(CheckAppFolderName, IsZeroForTheComponentAndTheComparisonsResultForAnother) {
