@@ -6,6 +6,8 @@
 #include <string>
 
 #include "tests/support/files.h"
+#include "tests/support/java_runtime.h"
+#include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
 
 namespace fs = std::filesystem;
@@ -146,4 +148,18 @@ TEST_F(RuntimeLook, JavaOfARuntimeThatLostItsLibrariesIsNotOfAnotherKind) {
   addRuntime();
   remove("lib");
   EXPECT_EQ(kNoLibrary, flaw());
+}
+
+TEST_F(RuntimeLook, RealRuntimeHasNoFlawUntilItLosesItsModules) {
+  const std::string runtime = runtime_ / "real";
+  test::makeRuntime(runtime);
+  EXPECT_EQ(nullptr, flawOfRuntimeInProcess(runtime.c_str()));
+  EXPECT_EQ(nullptr, flawOfRuntime(runtime.c_str()));
+  const std::string forProcesses = runtime_ / "for-processes";
+  test::makeRuntimeForProcessesOnly(forProcesses);
+  EXPECT_EQ(kNoLibrary, flawOfRuntimeInProcess(forProcesses.c_str()));
+  EXPECT_EQ(nullptr, flawOfRuntime(forProcesses.c_str()));
+  fs::remove(forProcesses + "/lib/modules");
+  EXPECT_EQ(kNoLibrary, flawOfRuntime(forProcesses.c_str()));
+  EXPECT_NE(0, test::run({{forProcesses + "/bin/java", "-version"}}).status);
 }
