@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
+#include <string>
 #include <vector>
 
 #include "support/failure.h"
@@ -93,20 +95,24 @@ void InstallLock::release() {
   }
 }
 
-// Differs where another folder has been put into the place of the one that was there.
-static ino_t fileNumberOf(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+// The file number differs where another folder has been put into the place of the one that was
+// there.
+static std::string describe(const dirent& entry) {
+  return entry.d_name + (' ' + std::to_string(entry.d_ino));
 }
 
 std::string versionFoldersIn(const char* masterFolder) {
-  std::vector<std::string> names = namesToWalk(openFolder(masterFolder));
-  std::sort(names.begin(), names.end());
-  std::string all;
-  for (const std::string& name : names) {
-    if (name.find("-complete") != std::string::npos) {
-      all += name + ' ' + std::to_string(fileNumberOf(childPath(masterFolder, name))) + '/';
+  std::vector<std::string> descriptions;
+  const Folder folder = openFolder(masterFolder);
+  while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get())) {
+    if (strstr(entry->d_name, "-complete") != nullptr) {
+      descriptions.push_back(describe(*entry));
     }
+  }
+  std::sort(descriptions.begin(), descriptions.end());
+  std::string all;
+  for (const std::string& description : descriptions) {
+    all += description + '/';
   }
   return all;
 }

@@ -14,21 +14,18 @@
 static const char kNoFolder[] = "it is no folder";
 
 static const char* flawOfUpdater(const char* folder) {
-  if (isPlainFile(folder)) {
-    return kNoFolder;
-  }
   char path[PATH_BUFFER_SIZE];
-  return flawOfLaunchFile(setPath(path, folder, LAUNCH_FILE_NAME));
+  const char* flaw = flawOfLaunchFile(setPath(path, folder, LAUNCH_FILE_NAME));
+  return flaw != nullptr && isPlainFile(folder) ? kNoFolder : flaw;
 }
 
 // The updater starts the application, so that no more is known of what it needs.
 static const char* flawOfApp(const char* folder) {
-  if (isPlainFile(folder)) {
-    return kNoFolder;
-  }
   std::vector<std::string> names;
-  const bool isListed = listNames(openFolder(folder), &names);
-  return isListed && names.empty() ? "it is empty" : nullptr;
+  if (!listNames(openFolder(folder), &names)) {
+    return isPlainFile(folder) ? kNoFolder : nullptr;
+  }
+  return names.empty() ? "it is empty" : nullptr;
 }
 
 static char* allocInstalled(const ExtractorRun& run, const char* component, FlawOfFolder flawOf) {

@@ -115,11 +115,9 @@ static bool readWhatALaunchNeeds(FILE* file, std::string* mainClass) {
 }
 
 const char* flawOfLaunchFile(const char* path) {
-  if (leadsNowhere(path)) {
-    return "its launch file is missing";
-  }
   if (lacksContent(path)) {
-    return "its launch file is empty or no file";
+    return leadsNowhere(path) ? "its launch file is missing"
+                              : "its launch file is empty or no file";
   }
   const Stream file(fopen(path, "rb"));
   if (file == nullptr) {

@@ -23,18 +23,15 @@ static bool mayHoldLibrary(const std::string& folder) {
 // has a folder. The jar that reads a modules file is in every runtime that had one.
 static bool lacksModules(const std::string& home) {
   const std::string modules = childPath(home, "lib/modules");
-  if (!leadsNowhere(modules.c_str())) {
-    return lacksContent(modules.c_str());
+  if (!lacksContent(modules.c_str())) {
+    return false;
   }
-  return isThere(childPath(home, "lib/jrt-fs.jar").c_str()) &&
-         leadsNowhere(childPath(home, "modules").c_str());
+  return !leadsNowhere(modules.c_str()) || (isThere(childPath(home, "lib/jrt-fs.jar").c_str()) &&
+                                            leadsNowhere(childPath(home, "modules").c_str()));
 }
 
 const char* flawOfRuntimeInProcess(const char* jreFolder) {
-  if (isPlainFile(jreFolder)) {
-    return kNoFolder;
-  }
-  const char* flaw = kNoLibrary;
+  const char* flaw = nullptr;
   for (int place = 0; place < JAVA_HOME_PLACES; ++place) {
     char home[PATH_BUFFER_SIZE];
     setJavaHome(home, jreFolder, place);
@@ -45,6 +42,9 @@ const char* flawOfRuntimeInProcess(const char* jreFolder) {
       return nullptr;
     }
     flaw = kNoModules;
+  }
+  if (flaw == nullptr) {
+    flaw = isPlainFile(jreFolder) ? kNoFolder : kNoLibrary;
   }
   return flaw;
 }
