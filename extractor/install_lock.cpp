@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -105,7 +104,7 @@ std::string versionFoldersIn(const char* masterFolder) {
   std::vector<std::string> descriptions;
   const Folder folder = openFolder(masterFolder);
   while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get())) {
-    if (strstr(entry->d_name, "-complete") != nullptr) {
+    if (std::string(entry->d_name).find("-complete") != std::string::npos) {
       descriptions.push_back(describe(*entry));
     }
   }

@@ -93,10 +93,10 @@ static std::vector<VersionFolder> versionFoldersOf(const char* masterFolder,
       folders.push_back({version, name});
     }
   }
-  std::stable_sort(folders.begin(), folders.end(),
-                   [](const VersionFolder& one, const VersionFolder& other) {
-                     return one.version > other.version;
-                   });
+  std::sort(
+      folders.begin(), folders.end(), [](const VersionFolder& one, const VersionFolder& other) {
+        return one.version != other.version ? one.version > other.version : one.name < other.name;
+      });
   return folders;
 }
 
