@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-
-#include "support/folder_walk.h"
+#include <filesystem>
+#include <system_error>
 
 PartialFile::~PartialFile() {
   discard();
@@ -17,18 +17,22 @@ PartialFile::~PartialFile() {
 
 static const char kPart[] = ".part-";
 
+static bool isOfDeadProcess(const char* number) {
+  const int process = atoi(number);
+  return process > 0 && kill(process, 0) != 0 && errno == ESRCH;
+}
+
 // A process that was killed in the middle of a download could not remove its file.
 static void removePartsOfDeadProcesses(const std::string& target) {
   const size_t slash = target.rfind('/');
   const std::string folder = slash == std::string::npos ? "." : target.substr(0, slash + 1);
   const std::string start = target.substr(slash + 1) + kPart;
-  for (const std::string& name : allNames(openFolder(folder.c_str()))) {
-    if (name.compare(0, start.size(), start) != 0) {
-      continue;
-    }
-    const int process = atoi(name.c_str() + start.size());
-    if (process > 0 && kill(process, 0) != 0 && errno == ESRCH) {
-      unlink(childPath(folder, name).c_str());
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const std::string name = entry->path().filename();
+    if (name.compare(0, start.size(), start) == 0 && isOfDeadProcess(name.c_str() + start.size())) {
+      unlink(entry->path().c_str());
     }
   }
 }
