@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -121,17 +122,22 @@ class TakenName : public Launching {
  protected:
   TakenName() { scene.installFakeRuntime(scene.runtime()); }
 
-  static constexpr unsigned long kNames = 10000;
+  static constexpr unsigned long kNames = 30000;
 
   void takeNames() const {
     const std::string start = scene.appFolder() + "/QVLaunchProperties-";
     const size_t dots = 2;
     const std::string count =
         std::to_string(test::namesIn(scene.appFolder()).size() + dots + kNames);
+    // A name for each millisecond of the next seconds, and faster than they pass.
+    const std::string file = scene.appFolder() + "/taken";
+    test::writeFile(file, "another launch's");
     const unsigned long now = getCurrentTimeMillis();
     for (unsigned long i = 0; i < kNames; ++i) {
-      test::writeFile(start + std::to_string(now + i) + "-" + count, "another launch's");
+      const std::string name = start + std::to_string(now + i) + "-" + count;
+      ASSERT_EQ(0, link(file.c_str(), name.c_str()));
     }
+    unlink(file.c_str());
   }
 };
 
