@@ -2,6 +2,7 @@
 #include <string>
 
 #include "archive/archive.h"
+#include "extractor/decompress_file.h"
 #include "extractor/folders.h"
 #include "extractor/jre_layout.h"
 #include "extractor/jre_temp.h"
@@ -17,7 +18,6 @@
 #include "support/logging.h"
 #include "support/owned.h"
 #include "support/paths.h"
-#include "support/spawner.h"
 #include "support/splash.h"
 
 [[noreturn]] static void failDownload(const ExtractorRun& run, const char* message,
@@ -109,18 +109,11 @@ static bool isPlaceFree(const char* archive) {
 
 static void decompressArchive(const ExtractorRun& run, char* compressed, char* archive) {
   setPath(archive, run.jreTemp, "JREArchive.p2");
-  char lzma[PATH_BUFFER_SIZE];
-  const OwnedSpawner spawner(createSpawner());
-  setSpawnerExe(spawner.get(), setPath(lzma, run.lzmaPath));
-  addSpawnerArg(spawner.get(), "d");
-  addSpawnerArg(spawner.get(), compressed);
-  addSpawnerArg(spawner.get(), archive);
   logMessage("[JREDownload] Decompressing JRE archive\n");
-  const int status = isPlaceFree(archive) ? runSpawnerAndWait(spawner.get()) : -1;
-  if (status != 0 || wasSpawnEndedBySignal() || !isPlainFile(archive)) {
+  Failure failure = Failure::NotUnpacked;
+  if (!isPlaceFree(archive) || !decompressFile(run.lzmaPath, compressed, archive, &failure)) {
     removeTree(run.jreTemp);
-    failRun(status == EXIT_STATUS_LZMA_DISK_FULL ? Failure::DiskFull : Failure::NotUnpacked,
-            "[JREDownload] Failed to decompress JRE archive\n");
+    failRun(failure, "[JREDownload] Failed to decompress JRE archive\n");
   }
 }
 

@@ -11,6 +11,7 @@
 #include "extractor/copied_folder.h"
 #include "extractor/run.h"
 #include "extractor/temp_marks.h"
+#include "launch/launch_file.h"
 #include "platform/exchange_folders.h"
 #include "support/file_kind.h"
 #include "support/file_operations.h"
@@ -46,6 +47,16 @@ int createTempFolder(const ExtractorRun& run, char* path) {
   }
   nameTempFolder(run, path);
   return createNewFolder(path);
+}
+
+void requireLaunchFile(const char* component, const char* temp) {
+  char path[PATH_BUFFER_SIZE];
+  if (!isPlainFile(setPath(path, temp, LAUNCH_FILE_NAME))) {
+    removeTree(temp);
+    failRun(Failure::ArchiveDamaged,
+            "[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",
+            component);
+  }
 }
 
 namespace {

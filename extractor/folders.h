@@ -18,6 +18,10 @@ void nameTempFolder(const ExtractorRun& run, char* dst);
 // there already, a link above all, is never taken for it.
 [[nodiscard]] int createTempFolder(const ExtractorRun& run, char* path);
 
+// Ends the process with status 1 and a logged error line that names `component` unless the
+// temporary folder `temp` holds a launch file as a plain file; the folder is removed first.
+void requireLaunchFile(const char* component, const char* temp);
+
 // Makes the temporary folder `temp` the version folder `target`. One that exists already is
 // replaced: in one step where the system can do that, elsewhere it waits aside until the new one is
 // complete. What the earlier one holds and the new one lacks was made by the application or its

@@ -35,11 +35,14 @@ static void requireContent(const ExtractorRun& run) {
   }
 }
 
-void installApp(ExtractorRun& run) {
-  if (!isOffline(run)) {
-    return;
-  }
+void putAppIntoPlace(ExtractorRun& run) {
   requireContent(run);
   moveIntoPlace(run, kApplication, run.appTemp, run.appFolder);
   logMessage("[Extractor] Renaming App folder to %s\n", run.appFolder);
+}
+
+void installApp(ExtractorRun& run) {
+  if (isOffline(run)) {
+    putAppIntoPlace(run);
+  }
 }

@@ -10,7 +10,11 @@ struct ExtractorRun;
 // Extracts the application's two archives into its temporary folder.
 void extractApp(ExtractorRun& run);
 
-// Makes the temporary folder the application's version folder.
+// Makes the temporary folder run.appTemp the version folder run.appFolder, wherever its content
+// came from.
+void putAppIntoPlace(ExtractorRun& run);
+
+// The same for the application that the installer carries.
 void installApp(ExtractorRun& run);
 
 #endif

@@ -50,10 +50,23 @@ static void releaseCurrentLock() {
   }
 }
 
+// How often the lock is asked for again, ten times a second.
+static int triesOf(InstallLock::Wait wait) {
+  switch (wait) {
+    case InstallLock::Wait::TenMinutes:
+      return 6000;
+    case InstallLock::Wait::OneMinute:
+      return 600;
+    case InstallLock::Wait::Never:
+      break;
+  }
+  return 0;
+}
+
 InstallLock::InstallLock(const char* masterFolder, Wait wait)
     : handle_(openLockFile(masterFolder)) {
   constexpr useconds_t kPauseMicroseconds = 100000;
-  const int tries = wait == Wait::Never ? 0 : 6000;
+  const int tries = triesOf(wait);
   for (int i = 0; handle_ >= 0 && flock(handle_, LOCK_EX | LOCK_NB) != 0; ++i) {
     if (errno == EINTR) {
       continue;

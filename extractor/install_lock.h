@@ -7,9 +7,9 @@
 // master folder. The system releases it when its process dies, however that happens. Main thread.
 class InstallLock {
  public:
-  enum class Wait { TenMinutes, Never };
+  enum class Wait { TenMinutes, OneMinute, Never };
 
-  // Waits until no other installer holds the lock, for ten minutes at most; says so in the log when
+  // Waits until no other installer holds the lock, as long as `wait` says; says so in the log when
   // it has to wait. Or never waits, and says nothing. Without the right to create the lock's file
   // there is no lock.
   explicit InstallLock(const char* masterFolder, Wait wait = Wait::TenMinutes);

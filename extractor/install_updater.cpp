@@ -7,8 +7,6 @@
 #include "extractor/hand_over.h"
 #include "extractor/run.h"
 #include "extractor/tail_stream.h"
-#include "launch/launch_file.h"
-#include "support/file_kind.h"
 #include "support/file_operations.h"
 #include "support/logging.h"
 #include "support/paths.h"
@@ -36,7 +34,7 @@ static void createUpdaterTemp(ExtractorRun& run) {
   }
 }
 
-static void extractLzmaTool(ExtractorRun& run) {
+void extractLzmaTool(ExtractorRun& run) {
   setPath(run.lzmaPath, run.guTemp, "lzma64");
   logMessage("[Extractor] LZMA path is %s\n", run.lzmaPath);
   requireNextArchive(run, kUpdater, nullptr, run.guTemp);
@@ -78,21 +76,11 @@ void extractUpdater(ExtractorRun& run) {
   logMessage("[Extractor] Extracted GU and GU Version\n");
 }
 
-// The launch at the end starts from this file: without it the version folder would count as
-// complete and never start, whatever became of the file on its way.
-static void requireLaunchFile(const ExtractorRun& run) {
-  char path[PATH_BUFFER_SIZE];
-  if (!isPlainFile(setPath(path, run.guTemp, LAUNCH_FILE_NAME))) {
-    removeTree(run.guTemp);
-    failRun(Failure::ArchiveDamaged,
-            "[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",
-            kUpdater);
-  }
-}
-
 void installUpdater(ExtractorRun& run) {
   logMessage("[Extractor] Renaming GU folder to %s\n", run.guFolder);
-  requireLaunchFile(run);
+  // The launch at the end starts from this file: without it the version folder would count as
+  // complete and never start, whatever became of the file on its way.
+  requireLaunchFile(kUpdater, run.guTemp);
   moveIntoPlace(run, kUpdater, run.guTemp, run.guFolder);
   chmod777(run.guFolder);
   logMessage("[Extractor] Recreating GU location\n");

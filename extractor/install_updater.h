@@ -9,6 +9,10 @@ struct ExtractorRun;
 // Names the version folders and temporary folders of the updater and the application.
 void nameInstallFolders(ExtractorRun& run);
 
+// Extracts the first of the updater's archives, the LZMA tool, into run.guTemp and leaves the
+// tool's path in run.lzmaPath.
+void extractLzmaTool(ExtractorRun& run);
+
 // Extracts the updater's four archives into its temporary folder; the first brings the LZMA tool
 // that the others need.
 void extractUpdater(ExtractorRun& run);

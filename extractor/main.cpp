@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "extractor/extract_wrapper_tail.h"
+#include "extractor/install_component.h"
 #include "extractor/silent_start.h"
 #include "extractor/window_use.h"
 #include "launcher/app_shell.h"
@@ -55,6 +56,10 @@ int main(int argc, char** argv) {
   const bool elevated = takeElevatedFlag(&argc, argv);
   prepareApplication(argv);
   createAutoreleasePool();
+  if (isInstallRequest(argc, argv)) {
+    goWithoutSplash();
+    installComponent(argc, argv);
+  }
   openWindows(elevated || willBeSilent(argv[0], argc, argv));
   extractWrapperTail(argv[0], argc, argv, 0, nullptr, elevated);
 }

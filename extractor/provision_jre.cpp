@@ -38,7 +38,7 @@ static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
   failRun(failure, "[Extractor] The folder of the %s could not be put into place\n", "JRE");
 }
 
-static void finishJre(ExtractorRun& run) {
+void putJreIntoPlace(ExtractorRun& run) {
   char home[PATH_BUFFER_SIZE];
   setPath(home, run.jreFolder);
   appendToPath(run.jreFolder, ".plugin");
@@ -60,5 +60,5 @@ void provisionJre(ExtractorRun& run) {
   } else {
     setUpOnlineJre(run);
   }
-  finishJre(run);
+  putJreIntoPlace(run);
 }

@@ -9,6 +9,11 @@ struct ExtractorRun;
 // 1 after a logged error line. Main thread.
 void provisionJre(ExtractorRun& run);
 
+// Makes the temporary folder run.jreTemp the version folder run.jreFolder, in both views of a
+// runtime, and adds ".plugin" to run.jreFolder. A runtime that cannot be put there whole ends the
+// process with status 1 and a logged error line.
+void putJreIntoPlace(ExtractorRun& run);
+
 // The ways to a runtime. Each leaves it in the temporary folder run.jreTemp and its version
 // folder's path in run.jreFolder.
 

@@ -12,6 +12,13 @@ constexpr int EXIT_STATUS_COMPATIBLE = 72;
 // The launch-properties file could not be written.
 constexpr int EXIT_STATUS_PROPERTIES_NOT_WRITTEN = 99;
 
+// How `--install` ends where it installs nothing, beside EXIT_STATUS_FAILURE.
+constexpr int EXIT_STATUS_WRONG_USAGE = 2;
+constexpr int EXIT_STATUS_NOT_NEWER = 3;          // than the newest complete version
+constexpr int EXIT_STATUS_SIGNATURE_REFUSED = 4;  // wrong, or missing
+constexpr int EXIT_STATUS_ARCHIVE_REFUSED = 5;    // damaged, or another component's
+constexpr int EXIT_STATUS_BUSY = 6;               // another installer did not end within a minute
+
 // What the decompressor lzma64, which an installer carries, ends with when the disk is full.
 constexpr int EXIT_STATUS_LZMA_DISK_FULL = 3;
 

@@ -22,6 +22,7 @@ static std::atomic<int> statusOfFailure{-1};
 static std::atomic<bool> alertAllowed{true};
 static std::atomic<bool> alertShown{false};
 static void (*beforeAlert)() = nullptr;
+static int (*endOfFailures)(int, Failure) = nullptr;
 static char alertName[kLongestName + 4] = "";
 
 void noteFailure(Failure failure) {
@@ -55,6 +56,10 @@ void setBeforeAlert(void (*function)()) {
   beforeAlert = function;
 }
 
+void setEndOfFailures(int (*function)(int status, Failure failure)) {
+  endOfFailures = function;
+}
+
 static void showAlert(Failure failure) {
   // One is enough, should it fail itself.
   if (!isAlertAllowed() || alertShown.exchange(true)) {
@@ -74,6 +79,9 @@ void endIfFailing() {
 }
 
 void failProcess(int status, Failure failure) {
+  if (endOfFailures != nullptr) {
+    status = endOfFailures(status, failure);
+  }
   statusOfFailure = status;
   showAlert(failure);
   endProcess(status);

@@ -63,6 +63,10 @@ void setAlertName(const char* name);
 // wait for what this process holds. Null for nothing. Main thread.
 void setBeforeAlert(void (*function)());
 
+// Sets what failProcess() calls first: with the status and the failure that it was given, to learn
+// the status that the process is to end with. Null for nothing. Main thread.
+void setEndOfFailures(int (*function)(int status, Failure failure));
+
 // Returns which failure it is that something could not be written below the folder `path`, with the
 // error number `error`, 0 when that is not known: DiskFull or FolderNotWritable.
 [[nodiscard]] Failure failureOfWriting(int error, const char* path);

@@ -110,6 +110,15 @@ TEST(FailProcess, CallsThatBeforeAnAlert) {
   EXPECT_EQ(7, result.status);
 }
 
+TEST(FailProcess, EndsWithTheStatusThatIsChosenForTheFailure) {
+  const test::Result result = test::runInChild([] {
+    setEndOfFailures(
+        [](int status, Failure failure) { return failure == Failure::DiskFull ? status + 1 : 50; });
+    failProcess(41, Failure::DiskFull);
+  });
+  EXPECT_EQ(42, result.status);
+}
+
 TEST(EndWithResult, EndsWithTheResult) {
   EXPECT_EQ(0, test::runInChild([] { endWithResult(0); }).status);
   EXPECT_EQ(1, test::runInChild([] { endWithResult(1); }).status);

@@ -1,0 +1,321 @@
+#include "extractor/install_component.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "extractor/complete_versions.h"
+#include "extractor/component_archive.h"
+#include "extractor/folders.h"
+#include "extractor/install_app.h"
+#include "extractor/install_lock.h"
+#include "extractor/install_updater.h"
+#include "extractor/interrupted_runs.h"
+#include "extractor/jre_layout.h"
+#include "extractor/jre_temp.h"
+#include "extractor/names.h"
+#include "extractor/params_file.h"
+#include "extractor/provision_jre.h"
+#include "extractor/run.h"
+#include "extractor/start_up.h"
+#include "extractor/tail_stream.h"
+#include "extractor/temp_marks.h"
+#include "launcher/version_folders.h"
+#include "platform/process_end.h"
+#include "support/exit_status.h"
+#include "support/failure.h"
+#include "support/file_operations.h"
+#include "support/logging.h"
+#include "support/paths.h"
+
+static const char kInstallWord[] = "--install";
+
+namespace {
+
+enum class Kind { Application, Updater, Runtime, Unknown };
+
+struct Request {
+  const char* component = "";
+  const char* version = "";
+  const char* archive = "";
+  Kind kind = Kind::Unknown;
+  const char* reason = nullptr;  // why it is refused, where no Failure says it
+  // Temporary folders, empty until they are made: one for what is done to the archive, and the one
+  // that becomes the version folder.
+  char work[PATH_BUFFER_SIZE] = "";
+  char content[PATH_BUFFER_SIZE] = "";
+};
+
+}  // namespace
+
+static Request currentRequest;
+
+bool isInstallRequest(int argc, char* const* argv) {
+  return argc >= 2 && strcmp(argv[1], kInstallWord) == 0;
+}
+
+static int installStatusOf(int status, Failure failure) {
+  if (status != EXIT_STATUS_FAILURE && status != EXIT_STATUS_UNPACK200_FAILED) {
+    return status;
+  }
+  switch (failure) {
+    case Failure::SignatureRefused:
+      return EXIT_STATUS_SIGNATURE_REFUSED;
+    case Failure::ArchiveDamaged:
+    case Failure::NotUnpacked:
+      return EXIT_STATUS_ARCHIVE_REFUSED;
+    default:
+      return EXIT_STATUS_FAILURE;
+  }
+}
+
+static const char* reasonOf(Failure failure) {
+  if (currentRequest.reason != nullptr) {
+    return currentRequest.reason;
+  }
+  switch (failure) {
+    case Failure::SignatureRefused:
+      return "the signature of its archive is missing or wrong";
+    case Failure::ArchiveDamaged:
+    case Failure::NotUnpacked:
+      return "its archive is damaged, or another component's";
+    case Failure::DiskFull:
+      return "the disk is full";
+    case Failure::FolderNotWritable:
+      return "the application's folder cannot be written";
+    case Failure::BundleIncomplete:
+    case Failure::BundleUnusable:
+      return "the installer's own bundle is damaged";
+    default:
+      return "a step of the installation failed";
+  }
+}
+
+static void removeTempFolders() {
+  for (const char* folder : {currentRequest.work, currentRequest.content}) {
+    if (folder[0] != 0) {
+      removeTree(folder);
+    }
+  }
+}
+
+// The one line for whoever started this process, and the last one of the log.
+static void sayResult(const std::string& line) {
+  logMessage("[Install] %s\n", line.c_str());
+  puts(line.c_str());
+}
+
+static int endOfRequest(int status, Failure failure) {
+  setEndOfFailures(nullptr);
+  removeTempFolders();
+  const std::string component = currentRequest.component;
+  const std::string what = component.empty() ? "" : component + " " + currentRequest.version + ": ";
+  sayResult("Not installed: " + what + reasonOf(failure));
+  return installStatusOf(status, failure);
+}
+
+[[noreturn]] static void refuse(int status, const char* reason) {
+  currentRequest.reason = reason;
+  failProcess(status, Failure::InstallationFailed);
+}
+
+static bool isVersionNumber(const char* text) {
+  constexpr size_t kMostDigits = 18;
+  const size_t length = strlen(text);
+  return length >= 1 && length <= kMostDigits && text[strspn(text, "0123456789")] == 0 &&
+         (text[0] != '0' || length == 1);
+}
+
+// Nothing is logged or written yet.
+static void readRequest(int argc, char** argv) {
+  constexpr int kWords = 5;
+  if (argc != kWords || argv[2][0] == 0 || !isVersionNumber(argv[3]) || argv[4][0] == 0) {
+    puts("Not installed: usage: --install COMPONENT VERSION ARCHIVE");
+    failProcess(EXIT_STATUS_WRONG_USAGE, Failure::NotStarted);
+  }
+  currentRequest.version = argv[3];
+  currentRequest.archive = argv[4];
+}
+
+// What the Tail says, and where it leads.
+static void openInstallation(ExtractorRun& run, int argc, char** argv) {
+  run.executablePath = argv[0];
+  run.argumentCount = argc;
+  run.arguments = argv;
+  run.silent = true;
+  resolveWrapperPaths(run);
+  readDynamicProperties(run);
+  announceTail(run);
+  openTailStream(run);
+  readTailFields(run);
+  loadPublicKey(run);
+  findSharedFolder(run);
+  openMasterFolder(run);
+  overrideJreName(run);
+  requireDistinctNames(run.jreName, run.tail.appName);
+  makeSharedConfigFolder(run);
+}
+
+static Kind componentKind(const ExtractorRun& run, const char* component) {
+  if (strcmp(component, run.tail.appName) == 0) {
+    return Kind::Application;
+  }
+  if (strcmp(component, UPDATER_NAME) == 0) {
+    return Kind::Updater;
+  }
+  return strcmp(component, run.jreName) == 0 ? Kind::Runtime : Kind::Unknown;
+}
+
+static void chooseComponent(const ExtractorRun& run, const char* component) {
+  currentRequest.kind = componentKind(run, component);
+  if (currentRequest.kind == Kind::Unknown) {
+    refuse(EXIT_STATUS_WRONG_USAGE, "this installer has no such component");
+  }
+  currentRequest.component = component;
+}
+
+static void demandSignatures(ExtractorRun& run) {
+  run.dynamic.requireSignature = true;
+  if (run.publicKey == nullptr) {
+    logMessage("[Install] There is no usable public key\n");
+    refuse(EXIT_STATUS_SIGNATURE_REFUSED, "the installer has no key to verify its archive with");
+  }
+  enforceSignatures(run);
+}
+
+static void requireNewer(const ExtractorRun& run) {
+  long installed = -1;
+  if (!findNewestComplete(run, currentRequest.component, &installed)) {
+    failRun(Failure::FolderNotWritable, "[Install] Unable to list %s\n", run.masterFolder);
+  }
+  logMessage("[Install] Newest complete version of %s is %ld\n", currentRequest.component,
+             installed);
+  if (strtol(currentRequest.version, nullptr, 10) <= installed) {
+    refuse(EXIT_STATUS_NOT_NEWER, "it is not newer than what is installed");
+  }
+}
+
+// Never waits: where another installer is at work, it will do so too.
+static void cleanUp(const ExtractorRun& run) {
+  const InstallLock lock(run.masterFolder, InstallLock::Wait::Never);
+  if (lock.isHeld()) {
+    finishRuntimesUnderLock(run);
+    removeAbandonedTempFolders(run);
+  }
+}
+
+static void makeTempFolder(const ExtractorRun& run, char* path) {
+  char name[PATH_BUFFER_SIZE];
+  nameTempFolder(run, name);
+  if (createTempFolder(run, name) != 0) {
+    failRun(failureOfWriting(0, run.masterFolder), "[Install] Unable to create a folder\n");
+  }
+  setPath(path, name);
+}
+
+// The installer's own tool, or, where it carries none, that of the installed updater.
+static void findLzmaTool(ExtractorRun& run) {
+  if (carriesUpdater(run)) {
+    setPath(run.guTemp, currentRequest.work);
+    extractLzmaTool(run);
+    return;
+  }
+  const Block<char> updater(pickAndAllocLatestFromMaster(run.masterFolder, UPDATER_NAME));
+  if (updater == nullptr) {
+    failRun("[Install] There is no tool to decompress the archive with\n");
+  }
+  setPath(run.lzmaPath, run.masterFolder, updater.get(), "lzma64");
+}
+
+// The tool for pack200 entries, a new text or null: a runtime's archive brings its own, the
+// application's uses that of the installed runtime.
+static char* allocUnpack200(const ExtractorRun& run) {
+  if (currentRequest.kind == Kind::Runtime) {
+    return getUnpack200Executable(currentRequest.content);
+  }
+  const Block<char> runtime(pickAndAllocLatestFromMaster(run.masterFolder, run.jreName));
+  if (currentRequest.kind == Kind::Updater || runtime == nullptr) {
+    return nullptr;
+  }
+  char* path = static_cast<char*>(malloc(PATH_BUFFER_SIZE));
+  return setPath(path, run.masterFolder, runtime.get(), "bin", "unpack200");
+}
+
+// Leaves the verified content in currentRequest.content.
+static void extractAside(ExtractorRun& run, const Descriptor& archive) {
+  makeTempFolder(run, currentRequest.work);
+  findLzmaTool(run);
+  makeTempFolder(run, currentRequest.content);
+  const Block<char> unpack200(allocUnpack200(run));
+  extractComponent(run, archive, currentRequest.work, unpack200.get(), currentRequest.content,
+                   currentRequest.component, currentRequest.version);
+  if (currentRequest.kind == Kind::Runtime) {
+    setPath(run.jreTemp, currentRequest.content);
+    requireJavaInTemp(run);
+    regenerateClassData(run);
+  } else {
+    requireLaunchFile(currentRequest.component, currentRequest.content);
+  }
+  removeTree(currentRequest.work);
+}
+
+static void publish(ExtractorRun& run) {
+  char content[PATH_BUFFER_SIZE];
+  setPath(content, currentRequest.content);
+  // From here on it may be the earlier folder that waits under this name.
+  currentRequest.content[0] = 0;
+  switch (currentRequest.kind) {
+    case Kind::Application:
+      setPath(run.appTemp, content);
+      makeAppFolder(run.appFolder, run.masterFolder, currentRequest.component,
+                    currentRequest.version);
+      putAppIntoPlace(run);
+      return;
+    case Kind::Updater:
+      setPath(run.guTemp, content);
+      makeAppFolder(run.guFolder, run.masterFolder, currentRequest.component,
+                    currentRequest.version);
+      installUpdater(run);
+      return;
+    default:
+      makeAppFolder(run.jreFolder, run.masterFolder, currentRequest.component,
+                    currentRequest.version);
+      putJreIntoPlace(run);
+  }
+}
+
+static void publishUnderLock(ExtractorRun& run) {
+  const InstallLock lock(run.masterFolder, InstallLock::Wait::OneMinute);
+  if (lock.isHeldByAnother()) {
+    refuse(EXIT_STATUS_BUSY, "another installer is at work");
+  }
+  if (!lock.isHeld()) {
+    failRun(Failure::FolderNotWritable, "[Install] The installers' lock cannot be taken\n");
+  }
+  requireNewer(run);  // another installer may have been faster
+  publish(run);
+  releaseMarks();
+}
+
+void installComponent(int argc, char** argv) {
+  static ExtractorRun run;
+  allowAlert(false);
+  signal(SIGCHLD, SIG_DFL);  // as in a run that installs: how the tools end has to be seen
+  readRequest(argc, argv);
+  setEndOfFailures(endOfRequest);
+  openInstallation(run, argc, argv);
+  chooseComponent(run, argv[2]);
+  demandSignatures(run);
+  const Descriptor archive = openComponentArchive(currentRequest.archive);
+  if (!archive.isOpen()) {
+    refuse(EXIT_STATUS_ARCHIVE_REFUSED, "its archive is no regular file that can be read");
+  }
+  requireNewer(run);
+  cleanUp(run);
+  extractAside(run, archive);
+  publishUnderLock(run);
+  sayResult(std::string("Installed ") + currentRequest.component + " " + currentRequest.version);
+  endProcess(0);
+}
