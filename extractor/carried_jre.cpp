@@ -1,5 +1,6 @@
 #include <cstdlib>
 
+#include "extractor/component_archive.h"
 #include "extractor/folders.h"
 #include "extractor/jre_layout.h"
 #include "extractor/jre_temp.h"
@@ -28,6 +29,7 @@ void extractCarriedJre(ExtractorRun& run) {
   requireNextArchive(run, "JRE", unpack200, run.jreTemp);
   free(unpack200);
   logMessage("[Extractor] Extracted JRE %s\n", run.jreName);
+  removeComponentRecord(run.jreTemp);
   requireJavaInTemp(run);
   logMessage("[Extractor] Regenerating jsa...\n");
   regenerateClassData(run);

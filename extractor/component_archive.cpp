@@ -59,6 +59,11 @@ static void copyArchive(const Descriptor& archive, const char* copy, const char*
   }
 }
 
+void removeComponentRecord(const char* folder) {
+  char record[PATH_BUFFER_SIZE];
+  remove(setPath(record, folder, COMPONENT_RECORD_PATH));
+}
+
 static std::string contentOfRecord(const char* path) {
   const Stream file(isPlainFile(path) ? fopen(path, "rb") : nullptr);
   char bytes[1024];
@@ -74,7 +79,7 @@ static void requireComponent(const char* destination, const char* component, con
     failRun(Failure::ArchiveDamaged, "[Install] The archive does not say that it is %s %s\n",
             component, version);
   }
-  remove(record);
+  removeComponentRecord(destination);
 }
 
 void extractComponent(const ExtractorRun& run, const Descriptor& archive, const char* work,

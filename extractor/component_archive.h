@@ -13,6 +13,10 @@ struct ExtractorRun;
 // The name of that record, which holds the component's name, a blank and the version.
 constexpr char COMPONENT_RECORD_PATH[] = "qvArcSpBlock_Component";
 
+// Removes that record from the folder `folder`, into which such an archive was extracted: it is no
+// part of the component. Logs nothing.
+void removeComponentRecord(const char* folder);
+
 // Opens the regular file `path` without following a link there and without waiting for a pipe's
 // other end. Not open, with a logged line, when it is something else or cannot be opened.
 [[nodiscard]] Descriptor openComponentArchive(const char* path);

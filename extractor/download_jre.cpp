@@ -2,6 +2,7 @@
 #include <string>
 
 #include "archive/archive.h"
+#include "extractor/component_archive.h"
 #include "extractor/decompress_file.h"
 #include "extractor/folders.h"
 #include "extractor/jre_layout.h"
@@ -124,6 +125,7 @@ static void extractDownloadedArchive(ExtractorRun& run, const char* compressed,
   extractArchive(unpack200.get(), archive, run.jreTemp, run.publicKey);
   remove(compressed);
   logMessage("[JREDownload] Done extracting JRE archive\n");
+  removeComponentRecord(run.jreTemp);
   requireJavaInTemp(run);
   logMessage("[JREDownload] Regenerating jsa...\n");
   regenerateClassData(run);

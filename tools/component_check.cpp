@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "extractor/component_archive.h"
 #include "tools/archive_reader.h"
 #include "tools/ascii_case.h"
 #include "tools/input_error.h"
@@ -10,6 +11,7 @@
 #include "tools/launch_file_writer.h"
 #include "tools/lzma.h"
 #include "tools/texts.h"
+#include "tools/update_site.h"
 #include "tools/whole_file.h"
 
 namespace tools {
@@ -49,6 +51,10 @@ void ComponentCheck::read(InstallerStream* stream, int count) {
   }
 }
 
+void ComponentCheck::readArchiveFile(const std::string& path) {
+  addArchive(path.substr(path.rfind('/') + 1), path);
+}
+
 void ComponentCheck::addArchive(const std::string& record, const std::string& path) {
   ++archives_;
   addName(record, false);
@@ -56,7 +62,7 @@ void ComponentCheck::addArchive(const std::string& record, const std::string& pa
     std::string plain = path;
     if (endsWith(record, ".l2")) {
       addName(record.substr(0, record.size() - strlen(".l2")), false);
-      plain = path + ".p2";
+      plain = work_ / (std::to_string(archives_) + ".p2");
       lzmaDecompress(path, plain);
     }
     const ArchiveListing listing = readArchive(plain, record);
@@ -80,7 +86,7 @@ void ComponentCheck::checkTrust(const std::string& record, const std::string& pa
   if (!listing.isSigned) {
     ++unsignedArchives_;
     if (trust_.isRequired) {
-      problem(record + " is not signed, and the params file asks for signatures");
+      problem(record + " is not signed, and " + trust_.demand);
     }
     return;
   }
@@ -153,10 +159,21 @@ void ComponentCheck::checkLaunch() {
   }
 }
 
-void ComponentCheck::checkVersion(const std::string& version) {
+void ComponentCheck::checkVersion(const std::string& version, const char* source) {
   if (holds("version.txt") && bytesOf("version.txt") != version) {
-    problem("version.txt says " + bytesOf("version.txt").substr(0, 40) + ", the Tail record says " +
+    problem("version.txt says " + bytesOf("version.txt").substr(0, 40) + ", " + source + " says " +
             version);
+  }
+}
+
+void ComponentCheck::checkIdentity(const std::string& component, const std::string& version) {
+  const std::string wanted = componentRecord(component, version);
+  if (!holds(COMPONENT_RECORD_PATH)) {
+    problem(std::string("the record ") + COMPONENT_RECORD_PATH +
+            " is missing; write the site again with 'quorvane-pack build'");
+  } else if (bytesOf(COMPONENT_RECORD_PATH) != wanted) {
+    problem(std::string("the record ") + COMPONENT_RECORD_PATH + " says " +
+            bytesOf(COMPONENT_RECORD_PATH).substr(0, 100) + ", the site says " + wanted);
   }
 }
 

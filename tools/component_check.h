@@ -15,7 +15,8 @@ namespace tools {
 // How archives are judged.
 struct Trust {
   Rsa_key* key = nullptr;
-  bool isRequired = false;  // unsigned archives are refused
+  bool isRequired = false;                                     // unsigned archives are refused
+  const char* demand = "the params file asks for signatures";  // why they are, for a message
 };
 
 // One component of an installer: what its records hold together.
@@ -27,6 +28,9 @@ class ComponentCheck {
   // Reads `count` records. Throws InputError when the stream cannot be read on.
   void read(InstallerStream* stream, int count);
 
+  // Reads the file `path` of an update site, one archive, as a record of that name.
+  void readArchiveFile(const std::string& path);
+
   bool holds(const std::string& path) const { return files_.count(path) > 0; }
   // Reports a problem when a file is missing or empty.
   void requireFile(const std::string& path);
@@ -34,9 +38,11 @@ class ComponentCheck {
   void checkLaunchFile();
   // Checks that the product itself can start what the launch file says.
   void checkLaunch();
-  // Checks the record version.txt, which says the version once more.
-  void checkVersion(const std::string& version);
+  // Checks the record version.txt, which says once more the version that `source` says.
+  void checkVersion(const std::string& version, const char* source = "the Tail record");
   void checkSplash();
+  // Checks the record that says which component and version an archive of an update site is.
+  void checkIdentity(const std::string& component, const std::string& version);
   // Adds what the component is to the facts.
   void describe(const std::string& version);
 

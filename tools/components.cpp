@@ -13,9 +13,7 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-// The sample updater, for projects that name none: its number grows with what it does, so that an
-// installer replaces an older one.
-static const char kOwnUpdaterVersion[] = "1";
+// The updater of projects that name none.
 static const char kOwnUpdaterJar[] = "updater.jar";
 static const char kOwnUpdaterClass[] = "org.example.updater.GenericUpdater";
 static const char kOwnUpdaterProbe[] = "org.example.updater.CompatibilityProbe";
@@ -114,7 +112,7 @@ void Components::describeUpdater(const Project& project, const std::string& jar)
     return;
   }
   if (!fs::is_regular_file(jar)) {
-    throw InputError("the sample updater is not at " + jar +
+    throw InputError("the packager's own updater is not at " + jar +
                      ": it was built without a JDK; build it with one, or name an updater as "
                      "'folder' and 'version' in [updater]");
   }
@@ -124,8 +122,12 @@ void Components::describeUpdater(const Project& project, const std::string& jar)
   launch.appName = project.name;
   launch.classPath = {kOwnUpdaterJar};
   writeWhole(work_ / "updater", encodeLaunchFile(launch));
-  updater_.files = {{kOwnUpdaterJar, jar}, {LAUNCH_FILE_NAME, work_ / "updater"}};
-  updaterVersion_ = kOwnUpdaterVersion;
+  writeWhole(work_ / "settings", encodeUpdateSettings(project.updates));
+  updater_.files = {{kOwnUpdaterJar, jar},
+                    {LAUNCH_FILE_NAME, work_ / "updater"},
+                    {UPDATE_SETTINGS_NAME, work_ / "settings"}};
+  updaterVersion_ =
+      project.updaterVersion.empty() ? std::to_string(OWN_UPDATER_VERSION) : project.updaterVersion;
 }
 
 }  // namespace tools

@@ -10,6 +10,10 @@
 
 namespace tools {
 
+// The number of the updater that projects get which name none. It grows with what that updater
+// does, so that an installer, or an update site, replaces an older one.
+constexpr long OWN_UPDATER_VERSION = 2;
+
 // The jars of the project's application: the one jar, or all in its folder, sorted.
 std::vector<std::string> jarsOf(const Project& project);
 

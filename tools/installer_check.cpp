@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "extractor/run.h"
+#include "launcher/install_locations.h"
 #include "tools/bundle_reader.h"
 #include "tools/component_check.h"
 #include "tools/input_error.h"
@@ -10,6 +12,7 @@
 #include "tools/params_check.h"
 #include "tools/public_key.h"
 #include "tools/tail_writer.h"
+#include "tools/update_site.h"
 #include "tools/value_check.h"
 #include "tools/whole_file.h"
 
@@ -34,10 +37,18 @@ enum TailValue {
   UPDATE_URL
 };
 
+std::string valueOf(const Properties& properties, const char* name, const char* otherwise) {
+  std::string value = otherwise;
+  for (const auto& [key, text] : properties) {
+    value = key == name ? text : value;
+  }
+  return value;
+}
+
 class BundleCheck {
  public:
-  explicit BundleCheck(const std::string& bundle)
-      : bundle_(bundle), resources_(bundle + "/Contents/Resources") {}
+  BundleCheck(const std::string& bundle, const std::string& site)
+      : bundle_(bundle), resources_(bundle + "/Contents/Resources"), site_(site) {}
 
   BundleReport run() {
     const std::string executable = attempt([&] { return executableOfBundle(bundle_); });
@@ -49,11 +60,17 @@ class BundleCheck {
     if (value(GU_VERSION).empty()) {
       report_.facts.push_back("a launcher bundle: it carries no updater, so it installs nothing");
       requireNothingBehind();
+      if (!site_.empty()) {
+        problem("it takes no updates, so there is nothing that the site has to fit");
+      }
       return report_;
     }
     checkUpdateUrl();
     readProperties();
     attempt([&] { return readComponents(); });
+    if (!site_.empty()) {
+      checkSite();
+    }
     return report_;
   }
 
@@ -158,6 +175,7 @@ class BundleCheck {
     for (const std::string& fault : faultsOfParams(properties, tail())) {
       problem(fault);
     }
+    runtimeName_ = valueOf(properties, "jre_name", DEFAULT_JRE_NAME);
     trust_.isRequired = asksForSignatures(properties);
     trust_.key = key_.get();
     report_.facts.push_back("params file: " + std::to_string(properties.size()) + " properties");
@@ -211,6 +229,40 @@ class BundleCheck {
     application.describe(value(APP_VERSION));
   }
 
+  void checkSite() {
+    if (key_ == nullptr) {
+      problem("without a key in the Tail record installed applications take no updates");
+      return;
+    }
+    trust_.isRequired = true;
+    trust_.demand = "updates have to be";
+    checkSiteComponent("site, updater", UPDATER_NAME, [](ComponentCheck* updater) {
+      updater->requireFile("lzma64");
+      updater->checkLaunchFile();
+      updater->checkLaunch();
+      updater->checkSplash();
+    });
+    checkSiteComponent("site, runtime", runtimeName_, [](ComponentCheck* runtime) {
+      runtime->requireFile("Contents/Home/bin/java");
+    });
+    checkSiteComponent("site, application", value(APP_NAME),
+                       [](ComponentCheck* application) { application->checkLaunchFile(); });
+  }
+
+  template <typename Check>
+  void checkSiteComponent(const char* what, const std::string& name, Check check) {
+    attempt([&] {
+      const std::string version = readSiteVersion(site_, name);
+      ComponentCheck component(what, trust_, &report_);
+      component.readArchiveFile(site_ + "/" + siteArchiveName(name, version));
+      component.checkIdentity(name, version);
+      component.checkVersion(version, "the site");
+      check(&component);
+      component.describe(version);
+      return "";
+    });
+  }
+
   void requireNothingBehind() {
     if (found_.bytesBehind != 0) {
       problem(tailPath_ + " goes on for " + std::to_string(found_.bytesBehind) +
@@ -220,7 +272,9 @@ class BundleCheck {
 
   std::string bundle_;
   std::string resources_;
+  std::string site_;
   std::string tailPath_;
+  std::string runtimeName_ = DEFAULT_JRE_NAME;
   FoundTail found_;
   PublicKey key_;
   Trust trust_;
@@ -229,8 +283,8 @@ class BundleCheck {
 
 }  // namespace
 
-BundleReport checkBundle(const std::string& bundle) {
-  return BundleCheck(bundle).run();
+BundleReport checkBundle(const std::string& bundle, const std::string& site) {
+  return BundleCheck(bundle, site).run();
 }
 
 }  // namespace tools

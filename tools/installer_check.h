@@ -14,8 +14,10 @@ struct BundleReport {
 
 // Looks at the launcher bundle or installer `bundle` as the product does when it runs: its
 // executable, Tail record, params file, every archive with its signature, the launch files, and the
-// names that become folders. Nothing is executed or installed.
-BundleReport checkBundle(const std::string& bundle);
+// names that become folders. With an update site, the folder `site`, unless that is empty, at its
+// files for the installer's application, updater and runtime too, as --install does. Nothing is
+// executed or installed.
+BundleReport checkBundle(const std::string& bundle, const std::string& site = "");
 
 }  // namespace tools
 

@@ -2,15 +2,21 @@
 
 #include <filesystem>
 
+#include "extractor/run.h"
 #include "tools/archive_records.h"
-#include "tools/input_error.h"
 #include "tools/params_check.h"
 #include "tools/temporary_folder.h"
+#include "tools/update_site.h"
 #include "tools/whole_file.h"
 
 namespace fs = std::filesystem;
 
 namespace tools {
+
+// The records of a component beside its archive.
+static const char kLzmaTool[] = "lzma64";
+static const char kSplash[] = "nativesplash.png";
+static const char kVersionFile[] = "version.txt";
 
 // One record of the stream of archives: the file `bytes` under `name`.
 static std::string record(const std::string& name, const std::string& bytes) {
@@ -43,15 +49,15 @@ static std::string updaterRecords(const Installer& installer, const SigningKey* 
   // An empty record keeps the place of a splash that is not there.
   const std::string splash = installer.splash.empty()
                                  ? std::string(1, '\0')
-                                 : record("nativesplash.png", readWhole(installer.splash));
-  return record("lzma64", readWhole(installer.lzmaTool)) +
+                                 : record(kSplash, readWhole(installer.splash));
+  return record(kLzmaTool, readWhole(installer.lzmaTool)) +
          component("updater", installer.updater, key) + splash +
-         record("version.txt", installer.tail.guVersion);
+         record(kVersionFile, installer.tail.guVersion);
 }
 
 static std::string appRecords(const Installer& installer, const SigningKey* key) {
   return component("application", installer.application, key) +
-         record("version.txt", installer.tail.appVersion);
+         record(kVersionFile, installer.tail.appVersion);
 }
 
 static std::string archivesOf(const Installer& installer, const SigningKey* key) {
@@ -76,22 +82,35 @@ void writeInstaller(const Installer& installer, const SigningKey* key) {
   writeWhole(resources + "AppParams.excludefromsigning", params);
 }
 
-std::string writeUpdateSite(const std::string& site, const std::string& name,
-                            const std::string& version, const std::string& runtimeHome,
-                            const SigningKey* key) {
+std::string writeSiteRuntime(const std::string& site, const std::string& name,
+                             const std::string& version, const std::string& runtimeHome,
+                             const SigningKey* key) {
   const RuntimeBundle runtime(runtimeHome);
-  std::error_code error;
-  fs::create_directories(site, error);
-  fs::permissions(site, fs::perms{0755}, error);
-  if (error) {
-    throw InputError("cannot create " + site + ": " + error.message());
-  }
   ArchiveContent content;
   content.folder = runtime.path();
-  const std::string archive = site + "/Quorvane-" + name + "-" + version + "-archive.p2.l2";
-  writeArchive(content, archive, key);
-  writeWhole(site + "/Quorvane-" + name + "-version.txt", version + "\n");
-  return archive;
+  return writeSiteComponent(site, name, version, content, key);
+}
+
+void writeSiteApplication(const std::string& site, const Installer& installer,
+                          const std::string& version, const SigningKey* key) {
+  const TemporaryFolder work;
+  writeWhole(work / kVersionFile, version);
+  ArchiveContent content = installer.application;
+  content.files.emplace_back(kVersionFile, work / kVersionFile);
+  writeSiteComponent(site, installer.tail.appName, version, content, key);
+}
+
+void writeSiteUpdater(const std::string& site, const Installer& installer, const SigningKey* key) {
+  const std::string& version = installer.tail.guVersion;
+  const TemporaryFolder work;
+  writeWhole(work / kVersionFile, version);
+  ArchiveContent content = installer.updater;
+  content.files.emplace_back(kLzmaTool, installer.lzmaTool);
+  content.files.emplace_back(kVersionFile, work / kVersionFile);
+  if (!installer.splash.empty()) {
+    content.files.emplace_back(kSplash, installer.splash);
+  }
+  writeSiteComponent(site, UPDATER_NAME, version, content, key);
 }
 
 }  // namespace tools

@@ -9,7 +9,7 @@
 #include "tools/signing.h"
 #include "tools/tail_writer.h"
 
-// Self-contained installers, and the update site that an online installer downloads from.
+// Self-contained installers, and what they carry as files of an update site.
 
 namespace tools {
 
@@ -20,7 +20,7 @@ struct Installer {
   std::string lzmaTool;    // the lzma64 program for the target system
   ArchiveContent updater;  // what the components' version folders will hold
   ArchiveContent application;
-  std::string runtimeArchive;  // as writeUpdateSite() writes it
+  std::string runtimeArchive;  // as writeSiteRuntime() writes it
   std::string splash;          // a PNG file; empty for none
 };
 
@@ -29,12 +29,18 @@ struct Installer {
 // whose public half then has to be the Tail's. Throws InputError.
 void writeInstaller(const Installer& installer, const SigningKey* key);
 
-// Writes the version file and the archive of the runtime `name` in `version`, made of the Java home
-// `runtimeHome`, into the folder `site`, which is created. Returns the archive's path; an offline
-// installer carries the same one. Throws InputError.
-std::string writeUpdateSite(const std::string& site, const std::string& name,
-                            const std::string& version, const std::string& runtimeHome,
-                            const SigningKey* key);
+// Writes the files of the runtime `name` in `version`, made of the Java home `runtimeHome`, into
+// the update site `site` (tools/update_site.h). Returns the archive's path; an offline installer
+// carries the same one. Throws InputError.
+std::string writeSiteRuntime(const std::string& site, const std::string& name,
+                             const std::string& version, const std::string& runtimeHome,
+                             const SigningKey* key);
+
+// Writes the files of the installer's application, in `version`, and of its updater into the update
+// site `site`: what an installer would put into the version folders. Throws InputError.
+void writeSiteApplication(const std::string& site, const Installer& installer,
+                          const std::string& version, const SigningKey* key);
+void writeSiteUpdater(const std::string& site, const Installer& installer, const SigningKey* key);
 
 }  // namespace tools
 

@@ -4,6 +4,7 @@
 
 #include "extractor/run.h"
 #include "tools/ascii_case.h"
+#include "tools/components.h"
 #include "tools/folder_tree.h"
 #include "tools/input_error.h"
 #include "tools/key_file.h"
@@ -27,6 +28,7 @@ class ProjectCheck {
     checkVersions();
     checkContent();
     checkUpdater();
+    checkUpdates();
     checkRuntime();
     checkInstaller();
     checkSigning();
@@ -96,6 +98,11 @@ class ProjectCheck {
     if (value.size() > kMostDigits || value.find_first_not_of("0123456789") != std::string::npos) {
       fail(section, "version is \"" + value +
                         "\"; versions are compared as whole numbers, so use up to 18 digits");
+    }
+    if (value.size() > 1 && value[0] == '0') {
+      fail(section,
+           "version is \"" + value +
+               "\"; a whole number has no zero in front, and updates are refused with one");
     }
   }
 
@@ -169,15 +176,33 @@ class ProjectCheck {
   void checkUpdater() const {
     requireFolder("updater", "folder", project_.updaterFolder);
     if (project_.updaterFolder.empty()) {
-      if (!project_.updaterVersion.empty()) {
-        fail("updater",
-             "has 'version' and no 'folder'; without a folder the sample "
-             "updater is used, which has its own version");
-      }
+      checkOwnUpdater();
       return;
     }
     require("updater", "version", project_.updaterVersion, "\"1\"");
     requireFile("updater", "folder", project_.updaterFolder + "/QuorvaneLaunch");
+  }
+
+  // A change of [updates] reaches the users in an updater with a larger number.
+  void checkOwnUpdater() const {
+    const std::string& version = project_.updaterVersion;
+    if (!version.empty() && std::stoll(version) <= OWN_UPDATER_VERSION) {
+      fail("updater", "version is \"" + version + "\"; the packager's own updater is " +
+                          std::to_string(OWN_UPDATER_VERSION) +
+                          ", so use a larger number, or none");
+    }
+  }
+
+  void checkUpdates() const {
+    if (!project_.updaterFolder.empty() && isSet(project_.updates)) {
+      fail("updates",
+           "is for the packager's own updater, and [updater] names another one in 'folder'; remove "
+           "either");
+    }
+    const std::string fault = faultOf(project_.updates);
+    if (!fault.empty()) {
+      fail("updates", fault);
+    }
   }
 
   void checkRuntime() const {
@@ -202,6 +227,12 @@ class ProjectCheck {
   void checkInstaller() const {
     requireKind("installer", "splash", project_.splash, "\x89PNG\r\n\x1a\n", "PNG image");
     requireSound("update_url", project_.updateUrl, faultOfUpdateUrl(project_.updateUrl));
+    for (const char* word : {"--install", "--elevated"}) {
+      if (project_.silentParameter == word) {
+        fail("installer", "silent_parameter is \"" + project_.silentParameter +
+                              "\", a word that installers take for something else; choose another");
+      }
+    }
     requireSound("required_java", project_.requiredJava,
                  faultOfRequiredJava(project_.requiredJava));
     const char* const own[][2] = {{"jre_name", "'name' in [runtime]"},

@@ -69,6 +69,16 @@ Key number(long* field) {
           }};
 }
 
+Key number(std::optional<long>* field) {
+  return {"a whole number", [field](const toml::node& value) {
+            const auto found = value.value_exact<int64_t>();
+            if (found) {
+              *field = static_cast<long>(*found);
+            }
+            return found.has_value();
+          }};
+}
+
 Key texts(std::vector<std::string>* field) {
   return {"a list of texts", [field](const toml::node& value) {
             if (!value.is_array()) {
@@ -124,6 +134,13 @@ Keys runtimeKeys(Project* project, const fs::path& base) {
           {"name", text(&project->runtimeName)}};
 }
 
+Keys updatesKeys(Project* project) {
+  return {{"check", text(&project->updates.check)},
+          {"interval", number(&project->updates.interval)},
+          {"keep", number(&project->updates.keep)},
+          {"url", text(&project->updates.url)}};
+}
+
 Keys installerKeys(Project* project, const fs::path& base) {
   return {{"install_type", text(&project->installType)},
           {"update_url", text(&project->updateUrl)},
@@ -142,6 +159,7 @@ std::map<std::string, Keys> sectionsOf(Project* project, const fs::path& base) {
       {"updater",
        {{"folder", path(&project->updaterFolder, base)},
         {"version", version(&project->updaterVersion)}}},
+      {"updates", updatesKeys(project)},
       {"runtime", runtimeKeys(project, base)},
       {"installer", installerKeys(project, base)},
       {"signing", {{"key", path(&project->key, base)}}},

@@ -8,6 +8,7 @@
 #include "extractor/version_file.h"
 #include "launcher/install_locations.h"
 #include "tools/params_writer.h"
+#include "tools/update_settings.h"
 
 // The declarative file of a project, quorvane.toml: what is packaged and how it installs. Paths in
 // it are relative to its folder.
@@ -35,8 +36,10 @@ struct Project {
   long maximumHeapMegabytes = 0;  // 0 leaves it to the runtime
   std::string icon;
   // [updater]
-  std::string updaterFolder;  // empty for the packager's own
-  std::string updaterVersion;
+  std::string updaterFolder;   // empty for the packager's own
+  std::string updaterVersion;  // empty for the packager's own number of its own
+  // [updates]
+  UpdateSettings updates;
   // [runtime]
   std::string runtimeHome;                  // either a runtime that stands,
   std::vector<std::string> runtimeModules;  // or what jlink makes one of; empty: as jdeps finds

@@ -115,7 +115,13 @@ static std::string applicationText(const NewProject& project) {
 }
 
 static const char kOtherSections[] = R"(
-# [updater]  # without one the sample updater, which fetches no updates of the application
+# [updates]  # how installed applications look for new versions in the folder "site"
+# check = "background"  # or "before_start", or "never"
+# interval = 86400  # seconds between two checks
+# url = "https://updates.example.org/hello/beta/"  # instead of update_url below
+# keep = 2  # how many versions stay installed
+
+# [updater]  # an updater of your own, which then does all that
 # folder = "updater"
 # version = "1"
 

@@ -217,10 +217,17 @@ static void buildLauncher(const Build& build) {
   writeTailFile(tailPathInBundle(bundle.path), tailOf(build.project, build.key));
 }
 
+// Returns the path of the runtime's archive.
 static std::string buildSite(const Build& build, const Runtime& runtime) {
+  const std::string site = build.output / "site";
   build.progress.step("packing the runtime");
-  return writeUpdateSite(build.output / "site", build.project.runtimeName, runtime.version,
-                         runtime.home, build.key);
+  const std::string archive =
+      writeSiteRuntime(site, build.project.runtimeName, runtime.version, runtime.home, build.key);
+  build.progress.step("packing application and updater for the update site");
+  const Installer installer = installerOf(build, kOnline);
+  writeSiteApplication(site, installer, build.project.version, build.key);
+  writeSiteUpdater(site, installer, build.key);
+  return archive;
 }
 
 static void buildOfflineInstaller(const Build& build, const Runtime& runtime,
@@ -250,15 +257,14 @@ static void sayResults(const Build& build) {
     build.progress.result(
         "note: [installer] has no update_url, so the online installer can fetch no runtime");
   }
-  if (build.project.updaterFolder.empty()) {
+  if (build.key == nullptr) {
     build.progress.result(
-        "note: [updater] has no folder, so the installers carry the sample updater, which starts "
-        "the application and fetches no updates of it");
+        "note: [signing] has no key, and installed applications take no update that is not signed");
   }
 }
 
 static void runBuild(const BuildOptions& options) {
-  constexpr int kSteps = 7;
+  constexpr int kSteps = 8;
   noteInterruptions();
   Progress progress(options.verbosity(), kSteps);
   progress.step("reading " + options.project);

@@ -11,6 +11,7 @@ namespace tools {
 namespace {
 struct VerifyOptions {
   std::string bundle;
+  std::string site;
   bool isQuiet = false;
 };
 }  // namespace
@@ -19,7 +20,7 @@ static void verify(VerifyOptions options) {
   while (options.bundle.size() > 1 && options.bundle.back() == '/') {
     options.bundle.pop_back();
   }
-  const BundleReport report = checkBundle(options.bundle);
+  const BundleReport report = checkBundle(options.bundle, options.site);
   if (!options.isQuiet) {
     for (const std::string& fact : report.facts) {
       printf("%s\n", fact.c_str());
@@ -38,10 +39,13 @@ static void verify(VerifyOptions options) {
 }
 
 void addVerifyCommand(const Command& app) {
-  const Command command = app.add("verify", "Checks a whole installer, or a launcher bundle.",
-                                  "Example:\n  quorvane-pack verify \"dist/Hello Installer.app\"");
+  const Command command =
+      app.add("verify", "Checks a whole installer, or a launcher bundle.",
+              "Example:\n  quorvane-pack verify \"dist/Hello Installer.app\" --site dist/site");
   auto options = std::make_shared<VerifyOptions>();
   command.text("BUNDLE", &options->bundle, "The bundle, NAME.app").required();
+  command.text("--site", &options->site,
+               "The update site, whose files the installed application has to take");
   command.flag("-q,--quiet", &options->isQuiet, "Say nothing when all is well");
   command.runs([options] { verify(*options); });
 }

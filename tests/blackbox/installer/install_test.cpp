@@ -180,6 +180,15 @@ TEST_F(Installation, OfTheSameUpdaterAndApplicationAgainKeepsWhatTheUserPutThere
   EXPECT_TRUE(installer_.tempFolders().empty());
 }
 
+TEST_F(Installation, OfARuntimeAsASiteHasItLeavesOutTheRecordThatSaysWhichItIs) {
+  installer_.runtime =
+      nestedRecord("runtime", Installer::runtimeRecords() +
+                                  fileRecord("qvArcSpBlock_Component", "Mac64JRE 1407"));
+  EXPECT_EQ(0, install().status);
+  EXPECT_TRUE(fs::exists(installer_.runtimeFolder() + "/bin/java"));
+  EXPECT_FALSE(fs::exists(installer_.runtimeFolder() + ".plugin/qvArcSpBlock_Component"));
+}
+
 TEST_F(Installation, RunsTheExtractedJavaToWriteItsClassData) {
   install();
   const std::string words = test::readFile(installer_.javaReport());

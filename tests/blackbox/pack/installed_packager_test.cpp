@@ -71,7 +71,7 @@ TEST_F(InstalledPackager, UsesNoOtherCompanions) {
                            " is missing; name the folder of launcher, extractor and lzma64 for the "
                            "target system with --executables");
   }
-  expectNeeded("updater.jar", "the sample updater is not at " + companion("updater.jar") +
+  expectNeeded("updater.jar", "the packager's own updater is not at " + companion("updater.jar") +
                                   ": it was built without a JDK; build it with one, or name an "
                                   "updater as 'folder' and 'version' in [updater]");
 }

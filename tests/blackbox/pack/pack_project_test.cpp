@@ -23,12 +23,15 @@ void PrintTo(const WrongProject& project, std::ostream* out) {
   *out << project.name;
 }
 
+// What is taken out for the packager's own updater.
+const char kOwnUpdater[] = "[updater]\nfolder = \"updater\"\nversion = \"5\"\n";
+
 const WrongProject kWrongProjects[] = {
     {"NoToml", "[application]", "[application",
      "quorvane.toml:1: Error while parsing table header: expected ']', saw '\\n'"},
-    {"UnknownSection", "[updater]", "[updates]",
-     "quorvane.toml:9: there is no section [updates]; known are application, installer, runtime, "
-     "signing, updater"},
+    {"UnknownSection", "[updater]", "[upgrades]",
+     "quorvane.toml:9: there is no section [upgrades]; known are application, installer, runtime, "
+     "signing, updater, updates"},
     {"NoSection", "[runtime]", "[[runtime]]",
      "quorvane.toml:13: runtime is no section; write it as [runtime] with its keys below"},
     {"UnknownKey", "version = \"5\"", "verson = \"5\"",
@@ -102,9 +105,36 @@ const WrongProject kWrongProjects[] = {
      "quorvane.toml: [application] icon names splash.png, which is no .icns image"},
     {"FolderWithoutJars", "folder = \"app\"", "folder = \"runtime\"",
      "runtime holds no jar; put the application's jars into it"},
-    {"UpdaterVersionAlone", "folder = \"updater\"\n", "",
-     "quorvane.toml: [updater] has 'version' and no 'folder'; without a folder the sample "
-     "updater is used, which has its own version"},
+    {"UpdaterVersionAloneThatIsNotLarger", "folder = \"updater\"\nversion = \"5\"",
+     "version = \"2\"",
+     "quorvane.toml: [updater] version is \"2\"; the packager's own updater is 2, so use a larger "
+     "number, or none"},
+    {"UpdatesBesideAnUpdater", "[runtime]", "[updates]\nkeep = 3\n\n[runtime]",
+     "quorvane.toml: [updates] is for the packager's own updater, and [updater] names another one "
+     "in 'folder'; remove either"},
+    {"UnknownCheck", kOwnUpdater, "[updates]\ncheck = \"daily\"\n",
+     "quorvane.toml: [updates] check is \"daily\"; it is background, before_start or never"},
+    {"NegativeInterval", kOwnUpdater, "[updates]\ninterval = -1\n",
+     "quorvane.toml: [updates] interval is -1; it counts seconds, 86400 for a day, up to a year"},
+    {"IntervalOfYears", kOwnUpdater, "[updates]\ninterval = 31622401\n",
+     "quorvane.toml: [updates] interval is 31622401; it counts seconds, 86400 for a day, up to a "
+     "year"},
+    {"IntervalInWords", kOwnUpdater, "[updates]\ninterval = \"a day\"\n",
+     "quorvane.toml:10: 'interval' in [updates] must be a whole number; this is string"},
+    {"OneVersionKept", kOwnUpdater, "[updates]\nkeep = 1\n",
+     "quorvane.toml: [updates] keep is 1; from 2 to 100 versions stay, since the one before is "
+     "what a version that does not start falls back to"},
+    {"ChannelThatIsNoUrl", kOwnUpdater, "[updates]\nurl = \"beta\"\n",
+     "quorvane.toml: [updates] url is \"beta\"; it begins with http:// or https://, or is D for "
+     "one that the property update_url gives"},
+    {"ChannelThatIsDynamic", kOwnUpdater, "[updates]\nurl = \"D\"\n",
+     "quorvane.toml: [updates] url is \"D\"; leave it out for the property update_url to count"},
+    {"VersionWithAZeroInFront", "version = \"3\"", "version = \"03\"",
+     "quorvane.toml: [application] version is \"03\"; a whole number has no zero in front, and "
+     "updates are refused with one"},
+    {"SilentWordThatIsTaken", "[installer]", "[installer]\nsilent_parameter = \"--install\"",
+     "quorvane.toml: [installer] silent_parameter is \"--install\", a word that installers take "
+     "for something else; choose another"},
     {"UpdaterWithoutVersion", "version = \"5\"\n", "",
      "quorvane.toml: [updater] needs the key 'version', for example version = \"1\""},
     {"UpdaterWithoutLaunchFile", "folder = \"updater\"", "folder = \"app\"",

@@ -47,7 +47,7 @@ TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
       "application name: Small App\n"
       "params file: 2 properties\n"
       "updater 5: 5 files, the signature is right\n"
-      "runtime 170015: 2 files, the signature is right\n"
+      "runtime 170015: 3 files, the signature is right\n"
       "application 3: 4 files, the signature is right\n"
       "dist/Small App Installer.app: all is well\n",
       result.out);

@@ -79,7 +79,7 @@ TEST(VersionFileRoundTrip, GivesTheProductTheVersionOfTheSite) {
   const test::TempFolder folder;
   test::writeFile(folder / "runtime/bin/java", "a java", 0755);
   const std::string version = "123456789012345678";
-  tools::writeUpdateSite(folder / "site", "Mac64JRE", version, folder / "runtime", nullptr);
+  tools::writeSiteRuntime(folder / "site", "Mac64JRE", version, folder / "runtime", nullptr);
   const Stream file(fopen((folder / "site/" + versionFileName("Mac64JRE")).c_str(), "rb"));
   ASSERT_NE(nullptr, file);
   char found[VERSION_TEXT_SIZE] = "";

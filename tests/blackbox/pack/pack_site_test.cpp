@@ -1,0 +1,278 @@
+// The update site that 'build' writes, and what 'verify --site' says of it.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tests/support/test_home.h"
+#include "tests/support/test_keys.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char kOffline[] = "dist/Small App Installer.app";
+const char kAppArchive[] = "dist/site/Quorvane-Small App-3-archive.p2.l2";
+const char kAppVersion[] = "dist/site/Quorvane-Small App-version.txt";
+const char kUpdaterArchive[] = "dist/site/Quorvane-Quorvane-5-archive.p2.l2";
+const char kRuntimeArchive[] = "dist/site/Quorvane-Mac64JRE-170015-archive.p2.l2";
+
+class PackSite : public testing::Test {
+ protected:
+  void build(const std::vector<std::string>& words = {}) {
+    const test::Result result = project_.build(words);
+    ASSERT_EQ(0, result.status) << result.err;
+  }
+
+  // Extracts an archive of the site, verified, and returns the folder.
+  std::string extracted(const std::string& archive) {
+    const test::Result key = test::runPack(project_.path(), {"key", "show", "release.key"});
+    EXPECT_EQ(0, key.status) << key.err;
+    test::writeFile(project_ / "release.pub", key.out);
+    const std::string folder = project_ / "extracted" + std::to_string(count_++);
+    const test::Result result = test::runPack(
+        project_.path(), {"archive", "extract", "--public-key", "release.pub", archive, folder});
+    EXPECT_EQ(0, result.status) << result.err;
+    return folder;
+  }
+
+  test::Result verify() {
+    return test::runPack(project_.path(), {"verify", kOffline, "--site", "dist/site"});
+  }
+
+  // The complaint about the site, which must be this one alone.
+  void expectProblem(const std::string& problem) {
+    const test::Result result = verify();
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + std::string(kOffline) + " would not work:\n  " + problem + "\n",
+              result.err);
+  }
+
+  // Writes an archive over the application's, of its own files and with the words in addition.
+  void replaceApplication(std::vector<std::string> words) {
+    const std::string folder = extracted(kAppArchive);
+    fs::remove(folder + "/qvArcSpBlock_Component");
+    words.insert(words.begin(), {"archive", "create"});
+    words.insert(words.end(), {folder, kAppArchive});
+    const test::Result result = test::runPack(project_.path(), words);
+    ASSERT_EQ(0, result.status) << result.err;
+  }
+
+  test::SmallProject project_;
+  int count_ = 0;
+};
+
+TEST_F(PackSite, HoldsAVersionTextAndAnArchiveForEachComponent) {
+  build();
+  EXPECT_EQ((std::vector<std::string>{
+                "Quorvane-Mac64JRE-170015-archive.p2.l2", "Quorvane-Mac64JRE-version.txt",
+                "Quorvane-Quorvane-5-archive.p2.l2", "Quorvane-Quorvane-version.txt",
+                "Quorvane-Small App-3-archive.p2.l2", "Quorvane-Small App-version.txt"}),
+            test::namesIn(project_ / "dist/site"));
+  EXPECT_EQ("3\n", test::readFile(project_ / kAppVersion));
+  EXPECT_EQ("5\n", test::readFile(project_ / "dist/site/Quorvane-Quorvane-version.txt"));
+  EXPECT_EQ("170015\n", test::readFile(project_ / "dist/site/Quorvane-Mac64JRE-version.txt"));
+}
+
+TEST_F(PackSite, HoldsWhatAnInstallerPutsIntoTheVersionFolders) {
+  build();
+  const std::string application = extracted(kAppArchive);
+  EXPECT_EQ("the application's jar", test::readFile(application + "/main.jar"));
+  EXPECT_EQ("a library", test::readFile(application + "/lib/other.jar"));
+  EXPECT_TRUE(test::exists(application + "/QuorvaneLaunch"));
+  EXPECT_EQ("3", test::readFile(application + "/version.txt"));
+  const std::string updater = extracted(kUpdaterArchive);
+  EXPECT_EQ((std::vector<std::string>{"QuorvaneLaunch", "lzma64", "nativesplash.png",
+                                      "qvArcSpBlock_Component", "updater.jar", "version.txt"}),
+            test::namesIn(updater));
+  EXPECT_EQ("stands in for lzma64\n", test::readFile(updater + "/lzma64"));
+  EXPECT_EQ("5", test::readFile(updater + "/version.txt"));
+}
+
+TEST_F(PackSite, SaysInsideEachArchiveWhichComponentAndVersionItIs) {
+  build();
+  const auto recordOf = [this](const char* archive) {
+    return test::readFile(extracted(archive) + "/qvArcSpBlock_Component");
+  };
+  EXPECT_EQ("Small App 3", recordOf(kAppArchive));
+  EXPECT_EQ("Quorvane 5", recordOf(kUpdaterArchive));
+  EXPECT_EQ("Mac64JRE 170015", recordOf(kRuntimeArchive));
+}
+
+TEST_F(PackSite, IsWrittenArchiveBeforeVersionText) {
+  build();
+  const auto timeOf = [this](const std::string& name) {
+    return fs::last_write_time(project_ / name);
+  };
+  EXPECT_LE(timeOf(kAppArchive), timeOf(kAppVersion));
+  EXPECT_LE(timeOf(kUpdaterArchive), timeOf("dist/site/Quorvane-Quorvane-version.txt"));
+}
+
+TEST_F(PackSite, WithoutAKeyIsMadeAndSaysThatNobodyTakesIt) {
+  project_.replace("key = \"release.key\"\n", "");
+  project_.replace("[installer]", "[installer]\nrequire_signature = false");
+  const test::Result result = project_.build();
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_NE(std::string::npos,
+            result.out.find("note: [signing] has no key, and installed applications take no "
+                            "update that is not signed\n"))
+      << result.out;
+  EXPECT_TRUE(test::exists(project_ / kAppArchive));
+}
+
+// The product's own executables, which SmallProject only stands in for.
+TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    fs::copy_file(std::string(QUORVANE_BIN "/") + name, project_ / "bin/" + name,
+                  fs::copy_options::overwrite_existing);
+  }
+  build();
+  const test::TestHome home;
+  const std::string master = home.applicationSupport() + "/Quorvane-Small App/";
+  const std::vector<std::vector<std::string>> components = {
+      {"Small App", "3", kAppArchive},
+      {"Quorvane", "5", kUpdaterArchive},
+      {"Mac64JRE", "170015", kRuntimeArchive},
+  };
+  fs::create_directories(home.applicationSupport());
+  for (const std::vector<std::string>& component : components) {
+    test::Command command;
+    command.arguments = {project_ / kOffline + "/Contents/MacOS/Small App", "--install"};
+    command.arguments.insert(command.arguments.end(), component.begin(), component.end());
+    command.environment = home.environment();
+    command.folder = project_.path();
+    const test::Result result = test::run(command);
+    ASSERT_EQ(0, result.status) << result.out << result.err;
+    EXPECT_EQ("Installed " + component[0] + " " + component[1], test::linesOf(result.out).back());
+  }
+  EXPECT_EQ("the application's jar",
+            test::readFile(master + "Quorvane-Small App-3-complete/main.jar"));
+  EXPECT_EQ("the updater's jar",
+            test::readFile(master + "Quorvane-Quorvane-5-complete/updater.jar"));
+  EXPECT_EQ("a java", test::readFile(master + "Quorvane-Mac64JRE-170015-complete/bin/java"));
+}
+
+class PackUpdates : public PackSite {
+ protected:
+  // The settings that the packager's own updater gets from this section of the project.
+  std::string settingsOf(const std::string& section, const std::string& updater = "2") {
+    project_.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n", section);
+    build();
+    return test::readFile(extracted("dist/site/Quorvane-Quorvane-" + updater + "-archive.p2.l2") +
+                          "/updates.properties");
+  }
+};
+
+TEST_F(PackUpdates, AreCheckedDailyInTheBackgroundUnlessTheProjectSaysOtherwise) {
+  EXPECT_EQ("check=background\ninterval=86400\nkeep=2\n", settingsOf(""));
+}
+
+TEST_F(PackUpdates, AreDoneAsTheProjectSays) {
+  EXPECT_EQ("check=before_start\ninterval=0\nkeep=5\nurl=https://updates.example.org/beta/\n",
+            settingsOf("[updates]\ncheck = \"before_start\"\ninterval = 0\nkeep = 5\n"
+                       "url = \"https://updates.example.org/beta\"\n"));
+}
+
+TEST_F(PackUpdates, KeepABackslashOfTheUrl) {
+  EXPECT_EQ("check=never\ninterval=86400\nkeep=2\nurl=http://example.org/a\\\\b/\n",
+            settingsOf("[updates]\ncheck = \"never\"\nurl = 'http://example.org/a\\b/'\n"));
+}
+
+TEST_F(PackUpdates, ReachTheUsersUnderALargerNumberOfTheUpdater) {
+  EXPECT_EQ("check=background\ninterval=86400\nkeep=3\n",
+            settingsOf("[updater]\nversion = 7\n[updates]\nkeep = 3\n", "7"));
+}
+
+TEST_F(PackSite, ThatFitsTheInstallerIsSaidToBeWell) {
+  build();
+  const test::Result result = verify();
+  EXPECT_EQ(0, result.status) << result.err;
+  const std::string end =
+      "site, updater 5: 6 files, the signature is right\n"
+      "site, runtime 170015: 3 files, the signature is right\n"
+      "site, application 3: 5 files, the signature is right\n"
+      "dist/Small App Installer.app: all is well\n";
+  ASSERT_GT(result.out.size(), end.size());
+  EXPECT_EQ(end, result.out.substr(result.out.size() - end.size()));
+}
+
+TEST_F(PackSite, WithoutAVersionTextIsFound) {
+  build();
+  fs::remove(project_ / kAppVersion);
+  expectProblem(std::string(kAppVersion) + " cannot be read: No such file or directory");
+}
+
+TEST_F(PackSite, WithAVersionTextThatIsNoNumberIsFound) {
+  build();
+  for (const char* text :
+       {"", "\n", "3.1\n", "03\n", "3\n4\n", "<html>", "3 \n", "-3\n", "1000000000000000000\n"}) {
+    SCOPED_TRACE(text);
+    test::writeFile(project_ / kAppVersion, text);
+    expectProblem(std::string(kAppVersion) + " does not hold one whole number of up to 18 digits");
+  }
+}
+
+TEST_F(PackSite, WithoutTheArchiveOfItsVersionIsFound) {
+  build();
+  test::writeFile(project_ / kAppVersion, "4\n");
+  const test::Result result = verify();
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.err.find("Quorvane-Small App-4-archive.p2.l2")) << result.err;
+}
+
+TEST_F(PackSite, WithAnArchiveOfAnotherVersionIsFound) {
+  build();
+  test::writeFile(project_ / kAppVersion, "4\n");
+  fs::copy(project_ / kAppArchive, project_ / "dist/site/Quorvane-Small App-4-archive.p2.l2");
+  const test::Result result = verify();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ("quorvane-pack: " + std::string(kOffline) +
+                " would not work:\n"
+                "  site, application: the record qvArcSpBlock_Component says Small App 3, the site "
+                "says Small App 4\n"
+                "  site, application: version.txt says 3, the site says 4\n",
+            result.err);
+}
+
+TEST_F(PackSite, WithAnArchiveThatDoesNotSayWhatItIsIsFound) {
+  build();
+  replaceApplication({"--key", "release.key"});
+  expectProblem(
+      "site, application: the record qvArcSpBlock_Component is missing; write the site again with "
+      "'quorvane-pack build'");
+}
+
+TEST_F(PackSite, WithAnUnsignedArchiveIsFoundWhateverTheInstallerAsksFor) {
+  project_.replace("[installer]", "[installer]\nrequire_signature = false");
+  build();
+  test::writeFile(project_ / "component", "Small App 3");
+  replaceApplication({"--special", "Component=component"});
+  expectProblem(
+      "site, application: Quorvane-Small App-3-archive.p2.l2 is not signed, and updates have to "
+      "be");
+}
+
+TEST_F(PackSite, SignedWithAnotherKeyIsFound) {
+  build();
+  test::writeFile(project_ / "other.key", test::readFile(test::keyFile("second")), 0600);
+  test::writeFile(project_ / "component", "Small App 3");
+  replaceApplication({"--key", "other.key", "--special", "Component=component"});
+  const test::Result result = verify();
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.err.find("site, application: ")) << result.err;
+}
+
+TEST_F(PackSite, IsNotAskedOfALauncherBundle) {
+  build();
+  const test::Result result =
+      test::runPack(project_.path(), {"verify", "dist/Small App.app", "--site", "dist/site"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.err.find("it takes no updates")) << result.err;
+}
+
+}  // namespace
