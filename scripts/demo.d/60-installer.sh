@@ -118,7 +118,7 @@ install_online() {
     > "$demo/online.log" 2> "$demo/online.err" || true
   kill "$server" 2> /dev/null || true
   must_log "$demo/online" "[JREDownload] Downloaded JRE is now ready."
-  must_log "$demo/online" "[Extractor] Will now run latest GU Quorvane-Quorvane-1-complete"
+  must_log "$demo/online" "[Extractor] Will now run latest GU Quorvane-Quorvane-2-complete"
   say "the sample updater, started with the downloaded runtime, says:"
   grep -ah '^\[Updater\]' "$demo/online.err" "$demo/online.log" || fail "it says nothing; see $demo/online.log"
 }

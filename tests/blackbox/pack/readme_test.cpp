@@ -68,7 +68,7 @@ TEST_F(Readme, FiveMinutesLeadFromAJarToAnInstalledApplication) {
   EXPECT_NE(std::string::npos, result.out.find("Hello says: the window is up\n"));
   const std::string master = home_.applicationSupport() + "/Quorvane-Hello";
   for (const char* name : {"Quorvane-Hello-1-complete/hello.jar",
-                           "Quorvane-Quorvane-1-complete/updater.jar", "logs"}) {
+                           "Quorvane-Quorvane-2-complete/updater.jar", "logs"}) {
     EXPECT_TRUE(test::exists(master + "/" + name)) << name;
   }
 }
