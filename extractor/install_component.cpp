@@ -27,7 +27,9 @@
 #include "support/exit_status.h"
 #include "support/failure.h"
 #include "support/file_operations.h"
+#include "support/folder_walk.h"
 #include "support/logging.h"
+#include "support/owned.h"
 #include "support/paths.h"
 
 static const char kInstallWord[] = "--install";
@@ -36,16 +38,41 @@ namespace {
 
 enum class Kind { Application, Updater, Runtime, Unknown };
 
+// One of this process's own. It is held open, since another installer may make a folder of that
+// name once it is gone.
+struct TempFolder {
+  char path[PATH_BUFFER_SIZE] = "";
+  Descriptor folder;
+};
+
 struct Request {
   const char* component = "";
   const char* version = "";
   const char* archive = "";
   Kind kind = Kind::Unknown;
   const char* reason = nullptr;  // why it is refused, where no Failure says it
-  // Temporary folders, empty until they are made: one for what is done to the archive, and the one
-  // that becomes the version folder.
-  char work[PATH_BUFFER_SIZE] = "";
-  char content[PATH_BUFFER_SIZE] = "";
+  TempFolder work;               // for what is done to the archive
+  TempFolder content;            // becomes the version folder
+};
+
+struct Ending {
+  Failure failure;
+  int status;
+  const char* reason;
+};
+
+constexpr char kBadArchive[] = "its archive is damaged, or another component's";
+constexpr char kBadBundle[] = "the installer's own bundle is damaged";
+
+constexpr Ending kEndings[] = {
+    {Failure::SignatureRefused, EXIT_STATUS_SIGNATURE_REFUSED,
+     "the signature of its archive is missing or wrong"},
+    {Failure::ArchiveDamaged, EXIT_STATUS_ARCHIVE_REFUSED, kBadArchive},
+    {Failure::NotUnpacked, EXIT_STATUS_ARCHIVE_REFUSED, kBadArchive},
+    {Failure::DiskFull, EXIT_STATUS_FAILURE, "the disk is full"},
+    {Failure::FolderNotWritable, EXIT_STATUS_FAILURE, "the application's folder cannot be written"},
+    {Failure::BundleIncomplete, EXIT_STATUS_FAILURE, kBadBundle},
+    {Failure::BundleUnusable, EXIT_STATUS_FAILURE, kBadBundle},
 };
 
 }  // namespace
@@ -56,48 +83,22 @@ bool isInstallRequest(int argc, char* const* argv) {
   return argc >= 2 && strcmp(argv[1], kInstallWord) == 0;
 }
 
-static int installStatusOf(int status, Failure failure) {
-  if (status != EXIT_STATUS_FAILURE && status != EXIT_STATUS_UNPACK200_FAILED) {
-    return status;
-  }
-  switch (failure) {
-    case Failure::SignatureRefused:
-      return EXIT_STATUS_SIGNATURE_REFUSED;
-    case Failure::ArchiveDamaged:
-    case Failure::NotUnpacked:
-      return EXIT_STATUS_ARCHIVE_REFUSED;
-    default:
-      return EXIT_STATUS_FAILURE;
-  }
-}
-
-static const char* reasonOf(Failure failure) {
-  if (currentRequest.reason != nullptr) {
-    return currentRequest.reason;
-  }
-  switch (failure) {
-    case Failure::SignatureRefused:
-      return "the signature of its archive is missing or wrong";
-    case Failure::ArchiveDamaged:
-    case Failure::NotUnpacked:
-      return "its archive is damaged, or another component's";
-    case Failure::DiskFull:
-      return "the disk is full";
-    case Failure::FolderNotWritable:
-      return "the application's folder cannot be written";
-    case Failure::BundleIncomplete:
-    case Failure::BundleUnusable:
-      return "the installer's own bundle is damaged";
-    default:
-      return "a step of the installation failed";
-  }
-}
-
-static void removeTempFolders() {
-  for (const char* folder : {currentRequest.work, currentRequest.content}) {
-    if (folder[0] != 0) {
-      removeTree(folder);
+// What a failure in the steps of an installation means here.
+static const Ending& endingOf(Failure failure) {
+  static constexpr Ending kOther = {Failure::InstallationFailed, EXIT_STATUS_FAILURE,
+                                    "a step of the installation failed"};
+  for (const Ending& ending : kEndings) {
+    if (ending.failure == failure) {
+      return ending;
     }
+  }
+  return kOther;
+}
+
+static void removeTempFolder(TempFolder* temp) {
+  if (temp->folder.isOpen()) {
+    removeTree(temp->folder, temp->path);
+    temp->folder.reset(-1);
   }
 }
 
@@ -109,11 +110,14 @@ static void sayResult(const std::string& line) {
 
 static int endOfRequest(int status, Failure failure) {
   setEndOfFailures(nullptr);
-  removeTempFolders();
+  removeTempFolder(&currentRequest.work);
+  removeTempFolder(&currentRequest.content);
+  const Ending& ending = endingOf(failure);
   const std::string component = currentRequest.component;
   const std::string what = component.empty() ? "" : component + " " + currentRequest.version + ": ";
-  sayResult("Not installed: " + what + reasonOf(failure));
-  return installStatusOf(status, failure);
+  const bool isRefused = currentRequest.reason != nullptr;
+  sayResult("Not installed: " + what + (isRefused ? currentRequest.reason : ending.reason));
+  return isRefused ? status : ending.status;
 }
 
 [[noreturn]] static void refuse(int status, const char* reason) {
@@ -197,28 +201,41 @@ static void requireNewer(const ExtractorRun& run) {
   }
 }
 
-// Never waits: where another installer is at work, it will do so too.
-static void cleanUp(const ExtractorRun& run) {
-  const InstallLock lock(run.masterFolder, InstallLock::Wait::Never);
-  if (lock.isHeld()) {
-    finishRuntimesUnderLock(run);
-    removeAbandonedTempFolders(run);
+static void makeTempFolder(const ExtractorRun& run, TempFolder* temp) {
+  nameTempFolder(run, temp->path);
+  if (createTempFolder(run, temp->path) == 0) {
+    temp->folder = openFolderItself(temp->path);
+  }
+  if (!temp->folder.isOpen()) {
+    failRun(failureOfWriting(0, run.masterFolder), "[Install] Unable to create a folder\n");
   }
 }
 
-static void makeTempFolder(const ExtractorRun& run, char* path) {
-  char name[PATH_BUFFER_SIZE];
-  nameTempFolder(run, name);
-  if (createTempFolder(run, name) != 0) {
-    failRun(failureOfWriting(0, run.masterFolder), "[Install] Unable to create a folder\n");
+static void requireHeld(const InstallLock& lock) {
+  if (lock.isHeldByAnother()) {
+    refuse(EXIT_STATUS_BUSY, "another installer is at work");
   }
-  setPath(path, name);
+  if (!lock.isHeld()) {
+    failRun(Failure::FolderNotWritable, "[Install] The installers' lock cannot be taken\n");
+  }
+}
+
+// Under the lock, as another installer would take a folder for abandoned that is made and not yet
+// marked. The extraction then needs no lock.
+static void makeFolders(const ExtractorRun& run) {
+  const InstallLock lock(run.masterFolder, InstallLock::Wait::OneMinute);
+  requireHeld(lock);
+  requireNewer(run);
+  finishRuntimesUnderLock(run);
+  removeAbandonedTempFolders(run);
+  makeTempFolder(run, &currentRequest.work);
+  makeTempFolder(run, &currentRequest.content);
 }
 
 // The installer's own tool, or, where it carries none, that of the installed updater.
 static void findLzmaTool(ExtractorRun& run) {
   if (carriesUpdater(run)) {
-    setPath(run.guTemp, currentRequest.work);
+    setPath(run.guTemp, currentRequest.work.path);
     extractLzmaTool(run);
     return;
   }
@@ -233,7 +250,7 @@ static void findLzmaTool(ExtractorRun& run) {
 // application's uses that of the installed runtime.
 static char* allocUnpack200(const ExtractorRun& run) {
   if (currentRequest.kind == Kind::Runtime) {
-    return getUnpack200Executable(currentRequest.content);
+    return getUnpack200Executable(currentRequest.content.path);
   }
   const Block<char> runtime(pickAndAllocLatestFromMaster(run.masterFolder, run.jreName));
   if (currentRequest.kind == Kind::Updater || runtime == nullptr) {
@@ -243,29 +260,26 @@ static char* allocUnpack200(const ExtractorRun& run) {
   return setPath(path, run.masterFolder, runtime.get(), "bin", "unpack200");
 }
 
-// Leaves the verified content in currentRequest.content.
+// Leaves what was verified in currentRequest.content.
 static void extractAside(ExtractorRun& run, const Descriptor& archive) {
-  makeTempFolder(run, currentRequest.work);
   findLzmaTool(run);
-  makeTempFolder(run, currentRequest.content);
   const Block<char> unpack200(allocUnpack200(run));
-  extractComponent(run, archive, currentRequest.work, unpack200.get(), currentRequest.content,
-                   currentRequest.component, currentRequest.version);
+  extractComponent(run, archive, currentRequest.work.path, unpack200.get(),
+                   currentRequest.content.path, currentRequest.component, currentRequest.version);
   if (currentRequest.kind == Kind::Runtime) {
-    setPath(run.jreTemp, currentRequest.content);
+    setPath(run.jreTemp, currentRequest.content.path);
     requireJavaInTemp(run);
     regenerateClassData(run);
   } else {
-    requireLaunchFile(currentRequest.component, currentRequest.content);
+    requireLaunchFile(currentRequest.component, currentRequest.content.path);
   }
-  removeTree(currentRequest.work);
+  removeTempFolder(&currentRequest.work);
 }
 
 static void publish(ExtractorRun& run) {
-  char content[PATH_BUFFER_SIZE];
-  setPath(content, currentRequest.content);
-  // From here on it may be the earlier folder that waits under this name.
-  currentRequest.content[0] = 0;
+  const char* content = currentRequest.content.path;
+  // From here on the earlier folder may wait under this name, and moveIntoPlace() looks after both.
+  currentRequest.content.folder.reset(-1);
   switch (currentRequest.kind) {
     case Kind::Application:
       setPath(run.appTemp, content);
@@ -288,12 +302,7 @@ static void publish(ExtractorRun& run) {
 
 static void publishUnderLock(ExtractorRun& run) {
   const InstallLock lock(run.masterFolder, InstallLock::Wait::OneMinute);
-  if (lock.isHeldByAnother()) {
-    refuse(EXIT_STATUS_BUSY, "another installer is at work");
-  }
-  if (!lock.isHeld()) {
-    failRun(Failure::FolderNotWritable, "[Install] The installers' lock cannot be taken\n");
-  }
+  requireHeld(lock);
   requireNewer(run);  // another installer may have been faster
   publish(run);
   releaseMarks();
@@ -312,8 +321,7 @@ void installComponent(int argc, char** argv) {
   if (!archive.isOpen()) {
     refuse(EXIT_STATUS_ARCHIVE_REFUSED, "its archive is no regular file that can be read");
   }
-  requireNewer(run);
-  cleanUp(run);
+  makeFolders(run);
   extractAside(run, archive);
   publishUnderLock(run);
   sayResult(std::string("Installed ") + currentRequest.component + " " + currentRequest.version);
