@@ -254,8 +254,13 @@ static void sayResults(const Build& build) {
   say("online installer   ", fileName(build, kOnline));
   say("update site        ", "site");
   if (build.project.updateUrl == NO_UPDATE_URL) {
+    const bool isAsked = !build.project.updaterFolder.empty() ||
+                         !build.project.updates.url.empty() ||
+                         build.project.updates.check == "never";
     build.progress.result(
-        "note: [installer] has no update_url, so the online installer can fetch no runtime");
+        std::string("note: [installer] has no update_url, so the online installer can fetch no "
+                    "runtime") +
+        (isAsked ? "" : ", and installed applications look for no updates"));
   }
   if (build.key == nullptr) {
     build.progress.result(
