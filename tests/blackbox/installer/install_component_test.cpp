@@ -33,12 +33,12 @@ namespace {
 const char kOldApp[] = "Quorvane-Demo-3-complete";
 const char kNewApp[] = "Quorvane-Demo-4-complete";
 
-const tools::SigningKey& key() {
+const tools::SigningKey& firstKey() {
   static const tools::SigningKey kKey = tools::SigningKey::read(test::keyFile("first"));
   return kKey;
 }
 
-const tools::SigningKey& otherKey() {
+const tools::SigningKey& secondKey() {
   static const tools::SigningKey kKey = tools::SigningKey::read(test::keyFile("second"));
   return kKey;
 }
@@ -57,7 +57,7 @@ std::string application4() {
 class InstallComponent : public CurrentInstallation {
  protected:
   InstallComponent() {
-    installer_.tail.publicKey = key().publicKeyHex();
+    installer_.tail.publicKey = firstKey().publicKeyHex();
     installer_.write();
   }
 
@@ -68,7 +68,7 @@ class InstallComponent : public CurrentInstallation {
   }
 
   std::string putSigned(const std::string& records) {
-    return put(test::compressed(test::signedBy(key(), records)));
+    return put(test::compressed(test::signedBy(firstKey(), records)));
   }
 
   test::Command request(const std::string& component, const std::string& version,
@@ -208,7 +208,7 @@ TEST_F(InstallComponent, WorksWithAnInstallerThatCarriesNoUpdater) {
 }
 
 TEST_F(InstallComponent, SignedWithAnotherKeyIsRefused) {
-  const std::string bytes = test::signedBy(otherKey(), application4());
+  const std::string bytes = test::signedBy(secondKey(), application4());
   expectRefused(install("Demo", "4", put(test::compressed(bytes))), EXIT_STATUS_SIGNATURE_REFUSED,
                 kSignature);
 }
@@ -226,7 +226,7 @@ TEST_F(InstallComponent, IsRefusedByAnInstallerWithoutAKey) {
 }
 
 TEST_F(InstallComponent, WithAChangedByteUnderTheSignatureIsRefused) {
-  std::string bytes = test::signedBy(key(), application4());
+  std::string bytes = test::signedBy(firstKey(), application4());
   bytes[bytes.find("application 4")] ^= 1;
   expectRefused(install("Demo", "4", put(test::compressed(bytes))), EXIT_STATUS_SIGNATURE_REFUSED,
                 kSignature);
@@ -239,7 +239,7 @@ TEST_F(InstallComponent, WithAPathThatLeadsOutIsRefusedEvenIfSigned) {
 }
 
 TEST_F(InstallComponent, ThatIsCutShortIsRefusedWhereverTheCutIs) {
-  const std::string whole = test::compressed(test::signedBy(key(), application4()));
+  const std::string whole = test::compressed(test::signedBy(firstKey(), application4()));
   for (size_t i = 0; i < 8; ++i) {
     SCOPED_TRACE(i);
     const test::Result result = install("Demo", "4", put(whole.substr(0, whole.size() * i / 8)));

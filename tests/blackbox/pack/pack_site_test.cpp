@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char kOffline[] = "dist/Small App Installer.app";
+const char kSiteInstaller[] = "dist/Small App Installer.app";
 const char kAppArchive[] = "dist/site/Quorvane-Small App-3-archive.p2.l2";
 const char kAppVersion[] = "dist/site/Quorvane-Small App-version.txt";
 const char kUpdaterArchive[] = "dist/site/Quorvane-Quorvane-5-archive.p2.l2";
@@ -42,15 +42,16 @@ class PackSite : public testing::Test {
   }
 
   test::Result verify() {
-    return test::runPack(project_.path(), {"verify", kOffline, "--site", "dist/site"});
+    return test::runPack(project_.path(), {"verify", kSiteInstaller, "--site", "dist/site"});
   }
 
   // The complaint about the site, which must be this one alone.
   void expectProblem(const std::string& problem) {
     const test::Result result = verify();
     EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + std::string(kOffline) + " would not work:\n  " + problem + "\n",
-              result.err);
+    EXPECT_EQ(
+        "quorvane-pack: " + std::string(kSiteInstaller) + " would not work:\n  " + problem + "\n",
+        result.err);
   }
 
   // Writes an archive over the application's, of its own files and with the words in addition.
@@ -142,7 +143,7 @@ TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
   fs::create_directories(home.applicationSupport());
   for (const std::vector<std::string>& component : components) {
     test::Command command;
-    command.arguments = {project_ / kOffline + "/Contents/MacOS/Small App", "--install"};
+    command.arguments = {project_ / kSiteInstaller + "/Contents/MacOS/Small App", "--install"};
     command.arguments.insert(command.arguments.end(), component.begin(), component.end());
     command.environment = home.environment();
     command.folder = project_.path();
@@ -231,7 +232,7 @@ TEST_F(PackSite, WithAnArchiveOfAnotherVersionIsFound) {
   fs::copy(project_ / kAppArchive, project_ / "dist/site/Quorvane-Small App-4-archive.p2.l2");
   const test::Result result = verify();
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + std::string(kOffline) +
+  EXPECT_EQ("quorvane-pack: " + std::string(kSiteInstaller) +
                 " would not work:\n"
                 "  site, application: the record qvArcSpBlock_Component says Small App 3, the site "
                 "says Small App 4\n"
