@@ -168,14 +168,19 @@ static bool isContentKnown(const char* bundle) {
 
 // Takes what is in the plain folder's place aside, by an exchange with the new home where that is
 // possible; else what only the earlier home holds is added before to the new one, which is the
-// bundle itself where that is a plain Java home. Returns whether it is aside.
+// bundle itself where that is a plain Java home. Where the home was moved out of the bundle and did
+// not come back, nothing is added: the bundle would pass for a plain Java home that a later run
+// puts in the earlier one's place, with the bundle's files over those of that one's user. Returns
+// whether it is aside.
 static bool takeAside(const char* bundle, const char* earlierHome, const char* aside) {
+  char home[PATH_BUFFER_SIZE];
+  setPath(home, bundle, "Contents", "Home");
+  const bool isPlainHome = isKnownMissing(home) || isLink(home);
   if (exchangeHomes(bundle, earlierHome, aside)) {
     return true;
   }
-  char home[PATH_BUFFER_SIZE];
-  const bool hasHome = isFolder(setPath(home, bundle, "Contents", "Home"));
-  return keepEarlierEntries(earlierHome, hasHome ? home : bundle) &&
+  return (isPlainHome || isFolder(home)) &&
+         keepEarlierEntries(earlierHome, isPlainHome ? bundle : home) &&
          rename(earlierHome, aside) == 0;
 }
 

@@ -13,6 +13,7 @@
 
 #include "extractor/folders.h"
 #include "extractor/interrupted_runs.h"
+#include "extractor/lay_out_runtime.h"
 #include "extractor/run.h"
 #include "tests/support/account.h"
 #include "tests/support/capture.h"
@@ -352,4 +353,56 @@ TEST_F(ReplacedFolder, IsMergedHoweverDeepItIs) {
     path += "/d";
   }
   EXPECT_EQ("deep", test::readFile(path + "/file"));
+}
+
+namespace {
+
+// A runtime, in two folders of which each holds a file of the user's under the same name, and the
+// home of a new one in its bundle.
+class ReplacedRuntime : public ReplacedFolder {
+ protected:
+  ReplacedRuntime() {
+    writeFile(plain() + "/bin/java", "old", 0755);
+    writeFile(plain() + "/settings.ini", "of the runtime");
+    writeFile(bundle() + "/Contents/Home/bin/java", "new", 0755);
+    writeFile(bundle() + "/settings.ini", "of the bundle");
+  }
+
+  std::string plain() const { return folder_ / "R-1-complete"; }
+  std::string bundle() const { return plain() + ".plugin"; }
+
+  bool layOut() {
+    bool isNew = false;
+    test::capture([&] { isNew = layOutRuntime(run_, bundle().c_str(), plain().c_str()); });
+    return isNew;
+  }
+
+  void expectFilesOfTheUser() const {
+    EXPECT_EQ("of the runtime", test::readFile(plain() + "/settings.ini"));
+    EXPECT_EQ("of the bundle", test::readFile(bundle() + "/settings.ini"));
+  }
+};
+
+}  // namespace
+
+TEST_F(ReplacedRuntime, GivesItsFilesToTheNewOne) {
+  EXPECT_TRUE(layOut());
+  EXPECT_EQ("new", test::readFile(plain() + "/bin/java"));
+  EXPECT_TRUE(fs::is_symlink(bundle() + "/Contents/Home"));
+  expectFilesOfTheUser();
+}
+
+TEST_F(ReplacedRuntime,
+       StaysWhereTheNewHomeCanNeitherTakeItsPlaceNorComeBackAndIsLinkedByTheNextRun) {
+  exchangesFail = true;
+  unmovable = "/QuorvaneTemp-";
+  EXPECT_FALSE(layOut());
+  EXPECT_EQ("old", test::readFile(plain() + "/bin/java"));
+  EXPECT_EQ((FolderNames{"Contents", "settings.ini"}), test::namesIn(bundle()));
+  expectFilesOfTheUser();
+  unmovable.clear();
+  test::capture([this] { finishInterruptedRuntimes(run_); });
+  EXPECT_EQ("old", test::readFile(plain() + "/bin/java"));
+  EXPECT_EQ("old", test::readFile(bundle() + "/Contents/Home/bin/java"));
+  expectFilesOfTheUser();
 }
