@@ -29,6 +29,6 @@ set(QUORVANE_TEST_DECLARATIONS "${CMAKE_SOURCE_DIR}/tests/macos/declarations")
 # Java programs are not made, nor is anything else that would have to be run here; the tests' sources take
 # the JDK's place only as a name.
 cmake_path(GET QUORVANE_JNI_HEADERS PARENT_PATH QUORVANE_JAVA_HOME)
-foreach(made_by_java IN ITEMS pack200-tools pack200-sample test_java sample_app sample_updater)
+foreach(made_by_java IN ITEMS pack200-tools pack200-sample test_java sample_app quorvane_updater)
   add_custom_target(${made_by_java})
 endforeach()

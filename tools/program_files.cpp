@@ -24,7 +24,7 @@ ProgramFiles findProgramFiles(const std::string& program) {
   if (fs::is_directory(installed, ignored)) {
     return {installed, installed / "updater.jar"};
   }
-  return {folder, folder.parent_path() / "examples/updater/updater.jar"};
+  return {folder, folder.parent_path() / "updater/updater.jar"};
 }
 
 }  // namespace tools

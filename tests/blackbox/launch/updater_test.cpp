@@ -1,4 +1,4 @@
-// The sample updater and the sample application, launched from their launch files on a real Java
+// The updater and the sample application, launched from their launch files on a real Java
 // runtime.
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 using Texts = std::vector<std::string>;
 
-static const std::string kUpdater = QUORVANE_EXAMPLES "/updater";
+static const std::string kUpdater = QUORVANE_UPDATER;
 static const std::string kApp = QUORVANE_EXAMPLES "/app";
 
 class Updater : public testing::Test {
@@ -234,7 +234,7 @@ static void makeRecordingRuntime(const std::string& folder) {
   fs::copy_file(test::fakeJava(), folder + "/bin/java");
 }
 
-// The sample updater in a JVM that believes to be on a system of this name.
+// The updater in a JVM that believes to be on a system of this name.
 class UpdatersChild : public Updater {
  protected:
   // Starts the application, which must fork, and returns the options of its process for the Dock.
@@ -314,13 +314,14 @@ TEST_F(Updater, GoesOnWhereTheSplashCannotBeShown) {
   EXPECT_TRUE(printed("Sample version 3 on Java 17"));
 }
 
-TEST_F(Updater, OfAnOnlineInstallerSaysThatNothingIsInstalledAndNobodyFetchesIt) {
+TEST_F(Updater, OfAnOnlineInstallerThatIsGoneFetchesNothingAndSaysWhy) {
   setStatic("wrapper_app_version", "");
   options.insert(options.end(), {"--update-url", "D", "--dynamic-url", "http://127.0.0.1/dyn/"});
   launch();
-  expectRefusal("No version of Sample is installed in " + master() +
-                ", and its installer carries none. It would have to be fetched from "
-                "http://127.0.0.1/dyn/, which this updater does not do");
+  expectRefusal(
+      "No version of Sample is installed in " + master() +
+      ", and none can be fetched from http://127.0.0.1/dyn/. The installer /opt/Sample is "
+      "no longer there: nothing can be verified or installed.");
 }
 
 TEST_F(Updater, OfAnOnlineInstallerWithoutAnyUrlSaysSo) {

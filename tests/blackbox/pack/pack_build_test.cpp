@@ -309,7 +309,7 @@ TEST(PackBuild, WithoutItsOwnUpdaterAsksForAnUpdater) {
   const test::Result result = test::run(command);
   EXPECT_EQ(1, result.status);
   EXPECT_EQ("quorvane-pack: the packager's own updater is not at " +
-                project / "other/examples/updater/updater.jar" +
+                project / "other/updater/updater.jar" +
                 ": it was built without a JDK; build it with one, or name an updater as 'folder' "
                 "and 'version' in [updater]\n",
             result.err);

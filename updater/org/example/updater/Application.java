@@ -21,6 +21,7 @@ import java.util.Map;
  * makes it a child process of the same runtime.
  */
 final class Application {
+  private final UpdateFolder updates;
   private final File folder;
   private final LaunchFile launchFile;
   private final List<String> arguments;
@@ -29,7 +30,10 @@ final class Application {
   private final Map<String, String> systemProperties = new LinkedHashMap<>();
 
   /** {@code handedOn} are the arguments that follow the application's own. */
-  Application(File folder, List<String> handedOn, LaunchProperties properties) throws Problem {
+  Application(
+      UpdateFolder updates, File folder, List<String> handedOn, LaunchProperties properties)
+      throws Problem {
+    this.updates = updates;
     this.folder = folder;
     launchFile = LaunchFile.of(folder);
     if (launchFile.mainClass.isEmpty()) {
@@ -37,21 +41,17 @@ final class Application {
     }
     arguments = new ArrayList<>(launchFile.arguments);
     arguments.addAll(handedOn);
-    rememberedOptions = remembered(properties);
+    rememberedOptions = properties.rememberedOptions();
     program = new File(properties.packaged("launched_from_dynprops"));
     systemProperties.put("quorvane.app_dir", folder.getPath());
     systemProperties.put("quorvane.app_version", VersionFolders.versionOf(folder));
+    String name = properties.required("app_name");
+    long version = VersionFolders.numberOf(folder);
+    systemProperties.put("quorvane.update_file", updates.notice(name, version).getPath());
+    systemProperties.put("quorvane.started_file", updates.started(name, version).getPath());
     if (properties.given("url_req") != null) {
       systemProperties.put("quorvane.url_req", properties.given("url_req"));
     }
-  }
-
-  private static List<String> remembered(LaunchProperties properties) {
-    List<String> options = new ArrayList<>();
-    for (long i = 0; i < properties.number("jvm_options_count"); i++) {
-      options.add(properties.packaged("jvm_options_" + i));
-    }
-    return options;
   }
 
   boolean needsProcessOfItsOwn() {
@@ -78,7 +78,9 @@ final class Application {
   /** Runs the application's main method here; what it throws goes on to the caller. */
   void runInside() throws Throwable {
     System.setProperty("java.class.path", classPathText());
-    systemProperties.forEach(System::setProperty);
+    for (Map.Entry<String, String> property : systemProperties.entrySet()) {
+      System.setProperty(property.getKey(), property.getValue());
+    }
     try {
       ClassLoader loader = loader();
       Thread.currentThread().setContextClassLoader(loader);
@@ -104,11 +106,25 @@ final class Application {
 
   /** Runs the application as a child process and returns its exit status. */
   int runAsChild() throws Problem, InterruptedException {
+    return runAsChild(Process::waitFor);
+  }
+
+  /** The same with {@code wait}, which waits for the process and returns the status. */
+  int runAsChild(Waiting wait) throws Problem, InterruptedException {
+    Process process;
     try {
-      return new ProcessBuilder(command()).inheritIO().start().waitFor();
+      process = new ProcessBuilder(command()).inheritIO().start();
     } catch (IOException e) {
       throw new Problem("The application's process cannot be started: " + e.getMessage());
     }
+    Runnable forget = InUse.noteChild(updates, process);
+    int status = wait.forEndOf(process);
+    forget.run();
+    return status;
+  }
+
+  interface Waiting {
+    int forEndOf(Process process) throws InterruptedException;
   }
 
   private List<String> command() {

@@ -4,7 +4,9 @@ import java.io.File;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
+import java.util.ArrayList;
 import java.util.HashMap;
+import java.util.List;
 import java.util.Map;
 
 /**
@@ -51,6 +53,15 @@ final class LaunchProperties {
       throw new Problem("The launch properties hold no \"" + name + "\".");
     }
     return value;
+  }
+
+  /** Returns the JVM options that last worked with the runtime. */
+  List<String> rememberedOptions() {
+    List<String> options = new ArrayList<>();
+    for (long i = 0; i < number("jvm_options_count"); i++) {
+      options.add(packaged("jvm_options_" + i));
+    }
+    return options;
   }
 
   /** Returns a packaged decimal number, or 0 when there is none. */
