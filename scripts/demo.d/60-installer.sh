@@ -21,11 +21,11 @@ pack_project() {
 }
 
 # Runs the bundle $1 in the account, on a display of its own, with its log in $2 and pictures of its
-# windows beside it.
+# windows beside it. More words go to the application.
 run_bundle() {
   QUORVANE_OWN_DISPLAY=1 QUORVANE_SCREEN=900x480x24 scripts/with-display \
     bash -c 'for piece in scripts/demo.d/*.sh; do source "$piece"; done
-             account_tmp=$1; photograph "$2" "$3"' demo "$account_tmp" "$1" "$2"
+             account_tmp=$1; shift; photograph "$@"' demo "$account_tmp" "$@"
 }
 
 # Whether the application's window is up, and with it the menu of the process under its name.
@@ -36,11 +36,11 @@ application_is_shown() {
 }
 
 # Starts the executable of the bundle $1 and keeps the latest picture of the splash, and of the
-# application's window and menu once they are up.
+# application's window and menu once they are up. More words go to the application.
 photograph() {
-  local status=0
+  local status=0 words=("${@:3}")
   display -window root xc:'#9fb3c8'
-  as_account timeout -k 5 120 "$1"/Contents/MacOS/* > "$2.log" 2> "$2.err" &
+  as_account timeout -k 5 120 "$1"/Contents/MacOS/* "${words[@]}" > "$2.log" 2> "$2.err" &
   local process=$!
   while kill -0 "$process" 2> /dev/null; do
     sleep 0.3
@@ -106,19 +106,42 @@ serve() {
   fail "the web server did not start; see $demo/server.log"
 }
 
-# The online installer carries the updater alone: the runtime comes from the update site, the
-# application from nobody, which the sample updater says.
+# Publishes what was packed last: the archives first, the texts that name them last.
+publish() {
+  mkdir -p "$demo/web"
+  cp "$dist"/site/*-archive.p2.l2 "$demo/web/"
+  cp "$dist"/site/*-version.txt "$demo/web/"
+}
+
+# The online installer carries the updater alone: runtime and application come from the update site.
 install_online() {
-  say "running an online installer on an account without the application: the runtime is downloaded"
-  serve "$dist/site"
+  say "running an online installer on an account without the application: all comes from the update site"
+  mkdir -p "$demo/web"
+  serve "$demo/web"
+  printf '\n[updates]\ninterval = 0\n' >> "$project/quorvane.toml"
   pack_project --update-url "http://127.0.0.1:$port/"
+  publish
+  cp -r "$dist/Sample Online Installer.app" "$demo/Sample.app"
   rm -rf "$sample_master"
-  as_account timeout -k 5 120 scripts/with-display \
-    "$dist/Sample Online Installer.app/Contents/MacOS/Sample" \
-    > "$demo/online.log" 2> "$demo/online.err" || true
-  kill "$server" 2> /dev/null || true
+  run_bundle "$demo/Sample.app" "$demo/online"
   must_log "$demo/online" "[JREDownload] Downloaded JRE is now ready."
-  must_log "$demo/online" "[Extractor] Will now run latest GU Quorvane-Quorvane-2-complete"
-  say "the sample updater, started with the downloaded runtime, says:"
-  grep -ah '^\[Updater\]' "$demo/online.err" "$demo/online.log" || fail "it says nothing; see $demo/online.log"
+  must_log "$demo/online" "Installing version 1 of Sample"
+  show_application "$demo/online"
+}
+
+# The application that runs learns of the version that is published meanwhile; the next start uses it.
+update_online() {
+  say "publishing version 2 by copying its site; the application that runs is told of it"
+  pack_project --update-url "http://127.0.0.1:$port/" --app-version 2
+  publish
+  run_bundle "$demo/Sample.app" "$demo/told" --until-update
+  must_log "$demo/told" "Sample version 1"
+  must_log "$demo/told" "Version 2 is ready: restart to update"
+  grep -a '^Version 2 is ready' "$demo/told.log"
+  say "starting it again: the new version runs"
+  run_bundle "$demo/Sample.app" "$demo/updated"
+  must_log "$demo/updated" "Sample version 2"
+  show_application "$demo/updated"
+  kill "$server" 2> /dev/null || true
+  say "pictures: $demo/online-application.png, $demo/told-application.png and $demo/updated-application.png"
 }

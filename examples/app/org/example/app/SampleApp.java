@@ -6,7 +6,7 @@ import java.util.Arrays;
  * Says on the console and in a window which version of it runs.
  *
  * <p>Arguments: "--console" opens no window; "--close-after" and a number close the window after
- * that many milliseconds. Others are shown.
+ * that many milliseconds, "--until-update" closes it when there is a newer version. Others are shown.
  */
 public final class SampleApp {
   private SampleApp() {}
@@ -24,13 +24,13 @@ public final class SampleApp {
     }
     System.out.flush();
     if (!Arrays.asList(arguments).contains("--console")) {
-      openWindow(version, closeAfter(arguments));
+      openWindow(version, closeAfter(arguments), Arrays.asList(arguments).contains("--until-update"));
     }
   }
 
-  private static void openWindow(String version, int milliseconds) {
+  private static void openWindow(String version, int milliseconds, boolean untilUpdate) {
     try {
-      SampleWindow.open("Sample version " + version, milliseconds);
+      SampleWindow.open("Sample version " + version, milliseconds, untilUpdate);
     } catch (Error | RuntimeException e) {
       System.err.println("No window: " + e);
     }
