@@ -5,9 +5,9 @@
 // installed ones: what the updater, which fetches archives and judges none, leaves to the
 // installer.
 //
-//   COMPONENT  the application's name in the Tail, "Quorvane" for the updater, or the runtime's
-//   name VERSION    up to 18 decimal digits without a zero in front ARCHIVE    a file of the update
-//   site, NAME-archive.p2.l2, as it is there
+// COMPONENT is the application's name in the Tail, "Quorvane" for the updater, or the runtime's
+// name. VERSION has up to 18 decimal digits and no zero in front. ARCHIVE is a file of the update
+// site, as it is there.
 //
 // A signature is required whatever the params file says, under the key of the installer's own Tail.
 // Everything is extracted and verified aside, and only then becomes a version folder, under the
