@@ -95,11 +95,17 @@ public class DownloadTest extends BothClients {
   public void goesOnAfterEveryEighthAtWhichTheConnectionBreaks() throws Exception {
     site.put(NAME, TestSite.ranges(content, "\"a\"", 100_000));
     expectWhole(fetch());
-    assertEquals(8, site.requests.size());
-    for (int i = 1; i < 8; i++) {
-      assertEquals("bytes=" + i * 100_000 + "-", site.requests.get(i).header("Range"));
-      assertEquals("\"a\"", site.requests.get(i).header("If-Range"));
+    // A client may lose what had arrived and was not yet handed on when the connection broke.
+    assertTrue("requests " + site.requests.size(), site.requests.size() >= 8);
+    int before = 0;
+    for (TestSite.Request request : site.requests) {
+      String range = request.header("Range");
+      int start = range == null ? 0 : Integer.parseInt(range.replaceAll("bytes=(\\d+)-", "$1"));
+      assertTrue(start + " after " + before, start >= before && start <= before + 100_000);
+      assertEquals(start == 0 ? null : "\"a\"", request.header("If-Range"));
+      before = start;
     }
+    assertTrue("last " + before, before >= 700_000);
   }
 
   @Test
