@@ -77,7 +77,8 @@ constexpr Ending kEndings[] = {
 
 }  // namespace
 
-static Request currentRequest;
+// Never destroyed: the process may end while a step is at it.
+static Request& currentRequest = *new Request;
 
 bool isInstallRequest(int argc, char* const* argv) {
   return argc >= 2 && strcmp(argv[1], kInstallWord) == 0;
@@ -277,26 +278,20 @@ static void extractAside(ExtractorRun& run, const Descriptor& archive) {
 }
 
 static void publish(ExtractorRun& run) {
-  const char* content = currentRequest.content.path;
+  const Request& request = currentRequest;
   // From here on the earlier folder may wait under this name, and moveIntoPlace() looks after both.
   currentRequest.content.folder.reset(-1);
-  switch (currentRequest.kind) {
-    case Kind::Application:
-      setPath(run.appTemp, content);
-      makeAppFolder(run.appFolder, run.masterFolder, currentRequest.component,
-                    currentRequest.version);
-      putAppIntoPlace(run);
-      return;
-    case Kind::Updater:
-      setPath(run.guTemp, content);
-      makeAppFolder(run.guFolder, run.masterFolder, currentRequest.component,
-                    currentRequest.version);
-      installUpdater(run);
-      return;
-    default:
-      makeAppFolder(run.jreFolder, run.masterFolder, currentRequest.component,
-                    currentRequest.version);
-      putJreIntoPlace(run);
+  if (request.kind == Kind::Application) {
+    setPath(run.appTemp, request.content.path);
+    makeAppFolder(run.appFolder, run.masterFolder, request.component, request.version);
+    putAppIntoPlace(run);
+  } else if (request.kind == Kind::Updater) {
+    setPath(run.guTemp, request.content.path);
+    makeAppFolder(run.guFolder, run.masterFolder, request.component, request.version);
+    installUpdater(run);
+  } else {
+    makeAppFolder(run.jreFolder, run.masterFolder, request.component, request.version);
+    putJreIntoPlace(run);
   }
 }
 

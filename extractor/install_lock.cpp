@@ -52,15 +52,10 @@ static void releaseCurrentLock() {
 
 // How often the lock is asked for again, ten times a second.
 static int triesOf(InstallLock::Wait wait) {
-  switch (wait) {
-    case InstallLock::Wait::TenMinutes:
-      return 6000;
-    case InstallLock::Wait::OneMinute:
-      return 600;
-    case InstallLock::Wait::Never:
-      break;
+  if (wait == InstallLock::Wait::Never) {
+    return 0;
   }
-  return 0;
+  return wait == InstallLock::Wait::OneMinute ? 600 : 6000;
 }
 
 InstallLock::InstallLock(const char* masterFolder, Wait wait)

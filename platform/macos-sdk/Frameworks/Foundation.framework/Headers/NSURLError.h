@@ -12,6 +12,7 @@ SDK_EXTERN NSString* const NSURLErrorFailingURLStringErrorKey SDK_API;
 
 enum : NSInteger {
   NSURLErrorBadURL SDK_API = -1000,
+  NSURLErrorTimedOut SDK_API = -1001,
   NSURLErrorBadServerResponse SDK_API = -1011,
 };
 
