@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "archive/archive.h"
 #include "support/owned.h"
 #include "tests/unit/archive/archive_fixture.h"
@@ -68,6 +70,12 @@ TEST_F(Record, LaterEntryOfTheSamePathReplacesTheEarlier) {
 TEST_F(Record, EmptyPathOfAFolderIsTheDestinationItself) {
   EXPECT_EQ(0, readRecord(folderRecord("")).value);
   EXPECT_TRUE(test::namesIn(dest()).empty());
+}
+
+TEST_F(Record, EmptyPathOfAFolderCreatesAMissingDestinationForWhatFollows) {
+  std::filesystem::remove(dest());
+  extract(folderRecord("") + fileRecord("f", "x"));
+  EXPECT_EQ("x", test::readFile(inDest("f")));
 }
 
 TEST_F(Record, EmptyTypeFieldEndsTheArchive) {
