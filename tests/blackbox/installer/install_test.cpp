@@ -389,6 +389,8 @@ TEST_F(Installation, OfARuntimeWithoutJavaInstallsNoRuntime) {
   installer_.runtime = nestedRecord("runtime", fileRecord("Contents/Home/release", "none"));
   const test::Result result = install();
   EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos,
+            result.out.find("The JRE archive was rejected or holds no bin/java"));
   EXPECT_EQ(std::vector<std::string>{kUpdaterFolder}, installer_.versionFolders());
 }
 

@@ -111,6 +111,12 @@ TEST_F(Silence, OfARunThatShowsWindowsIsNone) {
   EXPECT_TRUE(display_.isTouched(60));
 }
 
+TEST_F(Silence, IsNotAskedForByAnotherPropertyOrAnotherValue) {
+  installer_.properties = {{"where", "true"}, {"show_no_ui", "false"}};
+  const test::Background run(command({}));
+  EXPECT_TRUE(display_.isTouched(60));
+}
+
 TEST_F(Silence, IsKeptByTheTailsWord) {
   expectSilence({"-silent"});
 }
