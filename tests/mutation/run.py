@@ -47,6 +47,7 @@ SHORT_INSTALLATIONS = ":".join((
     "DecisionOnNames.*",
     "InstallComponent.OfANewer*:InstallComponent.WithAPath*:InstallComponent.OfAnEqual*",
     "Installation.On*:Installation.*Steps*:Installation.*Keeps*:Installation.*Tool*:Installation.ThatIsE*",
+    "Installation.TheSecond*:Installation.OfARuntimeWithoutJava*:Installation.OfARuntimeAs*:Silence.*:Online.ArchiveWithoutJava*",
     "Installation.OfSigned*:Installation.OfAnUnsigned*:Installation.OfAnE*:Installation.Removes*:Installation.Leaves*",
     "Online.Downloaded*:Online.VersionEnds*:Online.CompressedA*:Online.*PassesTheProbe*:Online.UsersHome*",
     "Properties.Sp*:Properties.LongV*:Properties.Stat*:Properties.JreNameSel*",
@@ -148,12 +149,13 @@ class Job:
         self.build = self.folder / "build"
         self.suites = suites
         self.seconds = {}
+        self.process = None
         self.alone = {suite.name: set() for suite in suites}
 
     def run(self, command, seconds, log):
         """The exit status, or None where it did not end in time."""
         with open(log, "wb") as output:
-            process = subprocess.Popen(
+            self.process = process = subprocess.Popen(
                 [str(word) for word in command], stdout=output, stderr=output, stdin=subprocess.DEVNULL,
                 start_new_session=True, env={**os.environ, "QUORVANE_OWN_DISPLAY": "1"},
             )
@@ -162,9 +164,12 @@ class Job:
             except subprocess.TimeoutExpired:
                 return None
             finally:
-                if process.poll() is None:
-                    os.killpg(process.pid, signal.SIGKILL)
-                    process.wait()
+                self.end()
+
+    def end(self):
+        if self.process is not None and self.process.poll() is None:
+            os.killpg(self.process.pid, signal.SIGKILL)
+            self.process.wait()
 
     def make(self, targets, seconds=BUILD_SECONDS):
         command = ["cmake", "--build", self.build, "-j1", "--target", *targets]
@@ -263,13 +268,21 @@ def survivors_of_last_run(names):
     rows = [row.split("\t") for row in (WORK / "mutants.tsv").read_text().splitlines()]
     survived = {(place.split(":")[0], before, after) for place, _, fate, before, after in rows if fate == "survived"}
     found = (mutant for name in names for mutant in places.mutants(name, (ROOT / name).read_text()))
-    return [mutant for mutant in found if mutant.key() in survived]
+    return [mutant for mutant in found if mutant.key() in survived - listed_survivors()]
 
 
 def judge(picked, jobs, suites_for, table_name):
     """The fate of every mutant, printed and written as it becomes known."""
     suites = list(dict.fromkeys(suite for mutant in picked for suite in suites_for(mutant.file)))
     workers = [Job(number + 1, suites) for number in range(jobs)]
+
+    def stop(*_):
+        for job in workers:
+            job.end()
+        os._exit(1)
+
+    signal.signal(signal.SIGTERM, stop)
+    signal.signal(signal.SIGINT, stop)
     for job in workers:
         job.prepare()
     listed = listed_survivors()
