@@ -14,7 +14,7 @@ LIBRARIES = ["/usr/lib/libSystem.B.dylib", "/usr/lib/libobjc.A.dylib"] + [
     for name, version in FRAMEWORKS.items()]
 
 # (compatibility version, current version) that Apple's linker records with the SDK of macOS 15.5; for
-# libSystem, those of the compiler's own stub.
+# libSystem, those in the .tbd file that the compiler brings.
 LIBRARY_VERSIONS = {
     "libSystem": ("1.0.0", "1336.0.0"), "libobjc": ("1.0.0", "228.0.0"),
     "AppKit": ("45.0.0", "2575.60.5"), "CoreFoundation": ("150.0.0", "3502.1.255"),
