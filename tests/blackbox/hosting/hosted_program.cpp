@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
-#include <thread>
 
 #include "tests/support/files.h"
 #include "tools/launch_file_writer.h"
@@ -107,17 +105,6 @@ test::Command HostedProgram::launcherCommand() const {
 
 test::Command HostedProgram::command() const {
   return isLauncher() ? launcherCommand() : installerCommand();
-}
-
-bool comesTrue(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) {
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return true;
 }
 
 std::vector<std::string> answersIn(const std::string& standardOutput) {

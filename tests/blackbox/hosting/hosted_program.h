@@ -1,7 +1,6 @@
 #ifndef QUORVANE_TESTS_BLACKBOX_HOSTING_HOSTED_PROGRAM_H
 #define QUORVANE_TESTS_BLACKBOX_HOSTING_HOSTED_PROGRAM_H
 
-#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -56,9 +55,6 @@ class HostedProgram {
   std::unique_ptr<test::LauncherBundle> bundle_;
   std::unique_ptr<test::Installer> installer_;
 };
-
-// Waits until the condition is true, for a minute at most; returns whether it is.
-bool comesTrue(const std::function<bool()>& condition);
 
 // The lines that guest.Hosted printed, without their common beginning.
 std::vector<std::string> answersIn(const std::string& standardOutput);

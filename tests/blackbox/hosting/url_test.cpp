@@ -6,6 +6,7 @@
 #include "tests/support/background.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/wait.h"
 
 class HostedUrl : public testing::TestWithParam<Start> {};
 
@@ -27,7 +28,7 @@ TEST_P(HostedUrl, ArrivesWhileTheProgramRuns) {
   sender.environment["DISPLAY"] = display.name();
   const test::Result sending = test::run(sender);
   EXPECT_EQ("1\n", sending.out) << sending.err;
-  EXPECT_TRUE(comesTrue([&installer] {
+  EXPECT_TRUE(test::comesTrue([&installer] {
     return installer.err().find("[URL] Converted URL to 'demo://open/later'") != std::string::npos;
   })) << installer.err();
   test::writeFile(folder / "end", "");

@@ -8,6 +8,7 @@
 #include "tests/support/files.h"
 #include "tests/support/picture.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/wait.h"
 
 namespace {
 
@@ -65,9 +66,9 @@ TEST_P(HostedWindow, IsOnTheScreenWithAMenuInTheProgramsName) {
   EXPECT_GT(widthOfWindow(kHostedName), 0);  // the menu
   EXPECT_FALSE(isShown(program.processName()));
   // A window is painted some time after it is there.
-  EXPECT_TRUE(comesTrue([this] { return pixelAt(500, 350) == kWindowColour; }));
+  EXPECT_TRUE(test::comesTrue([this] { return pixelAt(500, 350) == kWindowColour; }));
   test::writeFile(folder_ / "end", "");
-  EXPECT_TRUE(comesTrue([&installer] {
+  EXPECT_TRUE(test::comesTrue([&installer] {
     return installer.out().find("[Extractor] Return code for JNI launch was 0") !=
            std::string::npos;
   })) << installer.err();

@@ -4,17 +4,16 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <ostream>
-#include <thread>
 
 #include "tests/installer/installer.h"
 #include "tests/support/background.h"
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/wait.h"
 #include "tools/launch_file_writer.h"
 
 namespace fs = std::filesystem;
@@ -136,18 +135,7 @@ class StartedProcess {
   std::string err() const { return test::readFile(folder_ / "err"); }
 
   bool prints(const std::string& line) const {
-    return comesTrue([&] { return out().find(line + "\n") != std::string::npos; });
-  }
-
-  static bool comesTrue(const std::function<bool()>& condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (std::chrono::steady_clock::now() < end) {
-      if (condition()) {
-        return true;
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return false;
+    return test::comesTrue([&] { return out().find(line + "\n") != std::string::npos; });
   }
 
   // Asks it to end with `words`, unless `isReady` is false; returns how it ended.
@@ -212,7 +200,7 @@ TEST_P(QuitDuringAnInstallation, EndsTheProcessWithZero) {
   test::Command command = installer.command();
   command.unset.clear();
   StartedProcess process(command);
-  const bool isInstalling = StartedProcess::comesTrue([&] { return test::exists(waiting); });
+  const bool isInstalling = test::comesTrue([&] { return test::exists(waiting); });
   EXPECT_TRUE(isInstalling);
   const test::Result ended =
       process.quitWith(GetParam().quit("Setup", process.id()), command, isInstalling);

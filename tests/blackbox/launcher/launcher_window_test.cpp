@@ -3,14 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <functional>
-#include <thread>
-
 #include "tests/support/background.h"
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/wait.h"
 
 class LauncherWindow : public testing::Test {
  protected:
@@ -36,19 +33,8 @@ class LauncherWindow : public testing::Test {
     return command({QUORVANE_BIN "/url_sender", "Demo", url});
   }
 
-  static bool comesTrue(const std::function<bool()>& condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (std::chrono::steady_clock::now() < end) {
-      if (condition()) {
-        return true;
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return false;
-  }
-
   static bool hasReceived(const test::Background& launcher, const std::string& url) {
-    return comesTrue([&] {
+    return test::comesTrue([&] {
       return launcher.err().find("[Quorvane] [URL] Converted URL to '" + url + "'") !=
              std::string::npos;
     });

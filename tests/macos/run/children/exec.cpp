@@ -79,6 +79,18 @@ static void takeArguments(char** argv, const char* first, va_list arguments) {
   }
 }
 
+using Execute = int (*)(const char* name, char* const* argv, char* const* environment);
+
+// A child of vfork() may not allocate: the list is on the stack.
+static int executeListed(Execute execute, const char* name, const char* first, va_list arguments) {
+  va_list counted;
+  va_copy(counted, arguments);
+  auto** argv = static_cast<char**>(alloca((countArguments(counted) + 1) * sizeof(char*)));
+  va_end(counted);
+  takeArguments(argv, first, arguments);
+  return execute(name, argv, environ);
+}
+
 }  // namespace macrun
 
 extern "C" {
@@ -102,27 +114,17 @@ int execvp(const char* file, char* const argv[]) {
 int execl(const char* path, const char* first, ...) {
   va_list arguments;
   va_start(arguments, first);
-  va_list again;
-  va_copy(again, arguments);
-  auto** argv =
-      static_cast<char**>(alloca((macrun::countArguments(arguments) + 1) * sizeof(char*)));
-  macrun::takeArguments(argv, first, again);
-  va_end(again);
+  const int result = macrun::executeListed(macrun::execute, path, first, arguments);
   va_end(arguments);
-  return macrun::execute(path, argv, environ);
+  return result;
 }
 
 int execlp(const char* file, const char* first, ...) {
   va_list arguments;
   va_start(arguments, first);
-  va_list again;
-  va_copy(again, arguments);
-  auto** argv =
-      static_cast<char**>(alloca((macrun::countArguments(arguments) + 1) * sizeof(char*)));
-  macrun::takeArguments(argv, first, again);
-  va_end(again);
+  const int result = macrun::executeListed(macrun::executeByName, file, first, arguments);
   va_end(arguments);
-  return macrun::executeByName(file, argv, environ);
+  return result;
 }
 
 int posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions_t* actions,
