@@ -11,19 +11,17 @@
 #include "support/folder_walk.h"
 #include "support/paths.h"
 
-static const char kNoFolder[] = "it is no folder";
-
 static const char* flawOfUpdater(const char* folder) {
   char path[PATH_BUFFER_SIZE];
   const char* flaw = flawOfLaunchFile(setPath(path, folder, LAUNCH_FILE_NAME));
-  return flaw != nullptr && isPlainFile(folder) ? kNoFolder : flaw;
+  return flaw != nullptr && isPlainFile(folder) ? NO_FOLDER_FLAW : flaw;
 }
 
 // The updater starts the application, so that no more is known of what it needs.
 static const char* flawOfApp(const char* folder) {
   std::vector<std::string> names;
   if (!listNames(openFolder(folder), &names)) {
-    return isPlainFile(folder) ? kNoFolder : nullptr;
+    return isPlainFile(folder) ? NO_FOLDER_FLAW : nullptr;
   }
   return names.empty() ? "it is empty" : nullptr;
 }

@@ -9,7 +9,6 @@
 #include "support/folder_walk.h"
 #include "support/paths.h"
 
-static const char kNoFolder[] = "it is no folder";
 static const char kNoLibrary[] = "its JVM library is missing or empty";
 static const char kNoModules[] = "its modules file is missing or empty";
 
@@ -44,7 +43,7 @@ const char* flawOfRuntimeInProcess(const char* jreFolder) {
     flaw = kNoModules;
   }
   if (flaw == nullptr) {
-    flaw = isPlainFile(jreFolder) ? kNoFolder : kNoLibrary;
+    flaw = isPlainFile(jreFolder) ? NO_FOLDER_FLAW : kNoLibrary;
   }
   return flaw;
 }

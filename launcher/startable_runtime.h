@@ -5,6 +5,9 @@
 // cost a few stats where nothing is missing, and refuse only what surely cannot start, as runtimes
 // of other makers and of earlier layouts must go on working. They log nothing. Any thread.
 
+// What every kind of version folder has in common that is a file.
+constexpr char NO_FOLDER_FLAW[] = "it is no folder";
+
 // What keeps Java from running inside this process: no JVM library with content is at any of the
 // places where it is looked for, or the runtime had a modules file and lost it.
 const char* flawOfRuntimeInProcess(const char* jreFolder);
