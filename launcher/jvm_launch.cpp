@@ -225,8 +225,8 @@ static void* runAndEndLoop(void* argument) {
 static int runBesideEventLoop(JavaRun* run, size_t stackSize) {
   pthread_t thread;
   prepareEventLoop();
-  // Before the other thread's first messages: a toolkit that becomes multi-threaded while it lays out
-  // the menu's titles may fail.
+  // Before the other thread's first messages: a toolkit that becomes multi-threaded while it lays
+  // out the menu's titles may fail.
   loadOSXUINib("");
   if (!startJavaThread(&thread, stackSize, runAndEndLoop, run)) {
     logMessage("[JNILaunch] [ERROR] Unable to start Java's thread!\n");
