@@ -17,6 +17,33 @@ enum { kAnyTransactionID = 0 };
 @interface NSNotificationCenter : NSObject
 + (NSNotificationCenter*)defaultCenter;
 - (void)addObserver:(id)observer selector:(SEL)selector name:(NSString*)name object:(id)object;
+- (void)removeObserver:(id)observer;
+@end
+
+extern "C" NSString* const NSThreadWillExitNotification;
+
+@interface NSThread (State)
++ (BOOL)isMainThread;
+- (BOOL)isExecuting;
+- (BOOL)isFinished;
+@end
+
+@interface NSTimer (Contents)
+- (id)userInfo;
+@end
+
+extern "C" const NSPoint NSZeroPoint;
+
+@interface NSWindow (Number)
+- (NSInteger)windowNumber;
+@end
+
+@interface NSEvent (Kind)
+- (NSEventType)type;
+@end
+
+@interface NSNumber (Truth)
++ (NSNumber*)numberWithBool:(BOOL)value;
 @end
 
 @interface NSObject (DelayedPerforming)
@@ -37,8 +64,9 @@ enum { kAnyTransactionID = 0 };
 + (id)stringWithCharacters:(const unichar*)characters length:(NSUInteger)length;
 @end
 
-@interface NSDictionary (Empty)
+@interface NSDictionary (Making)
 + (id)dictionary;
+- (instancetype)initWithObjectsAndKeys:(id)firstObject, ... __attribute__((sentinel));
 @end
 
 @interface NSProcessInfo (Arguments)

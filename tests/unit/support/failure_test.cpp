@@ -23,7 +23,7 @@ static unsigned long blockSize = 0;
 static unsigned long freeBlocks = 0;
 
 // This takes the place of the C library's function in this executable.
-extern "C" int statvfs(const char* path, struct statvfs* space) noexcept {
+extern "C" int statvfs(const char* path, struct statvfs* space) {
   static const auto next =
       reinterpret_cast<int (*)(const char*, struct statvfs*)>(dlsym(RTLD_NEXT, "statvfs"));
   const int result = next(path, space);
