@@ -2,12 +2,12 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
 #include "archive/archive.h"
 #include "archive/entry.h"
+#include "crypto/hash_file.h"
 #include "crypto/mixed_hash.h"
 #include "support/exit_status.h"
 #include "support/failure.h"
@@ -17,7 +17,6 @@
 #include "support/logging.h"
 #include "support/strings.h"
 
-static const size_t kHashChunk = 50000;
 static const int kLoggedDigestBytes = 32;
 static const int kSignatureHexLimit = 4096;
 
@@ -73,23 +72,9 @@ static void rewindToData(FILE* archive) {
   }
 }
 
-// Feeds bytes 0 to length - 1, or up to the end of a file that is shorter, to the hash. Returns
-// whether it took them all.
-static bool hashBytes(FILE* archive, long length, unsigned char* chunk, Hash_state* state) {
-  size_t count = 1;
-  for (long left = length; left > 0 && count > 0; left -= static_cast<long>(count)) {
-    count = fread(chunk, 1, std::min(kHashChunk, static_cast<size_t>(left)), archive);
-    if (!updateHash(state, chunk, static_cast<int>(count))) {
-      return false;
-    }
-    keepAlive();
-  }
-  return true;
-}
-
 // Hashes the signed bytes. Returns the digest, or null, after a logged line, when it could not be
 // made.
-static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* chunk) {
+static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* buffer) {
   logMessage("[ExtractArchive] Starting hash...\n");
   const Block<Hash_state> state(allocHashState());
   if (!initHash(state.get())) {
@@ -97,7 +82,7 @@ static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* 
     return nullptr;
   }
   rewindToData(archive);
-  if (!hashBytes(archive, length, chunk, state.get())) {
+  if (!hashFile(archive, length, buffer, state.get(), keepAlive)) {
     logMessage("[ExtractArchive] ERROR - unable to hash archive.\n");
     return nullptr;
   }
@@ -125,7 +110,7 @@ static bool isSameFile(FILE* archive, const MetSignature& met) {
 
 bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key* key) {
   logMessage("[ExtractArchive] Pre-Alloc\n");
-  const Block<unsigned char> chunk(static_cast<unsigned char*>(allocZeroed(kHashChunk)));
+  const Block<unsigned char> buffer(static_cast<unsigned char*>(allocZeroed(HASH_BUFFER_SIZE)));
   logMessage("[ExtractArchive] Post-Alloc\n");
   const Stream archive = openArchive(archivePath);
   fseek(archive.get(), met.signedLength, SEEK_SET);
@@ -134,7 +119,7 @@ bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key*
   const Block<unsigned char> signature(static_cast<unsigned char*>(allocZeroed(capacity)));
   const int length = hexToBytes(signature.get(), static_cast<int>(capacity), met.hex.get());
   logMessage("[ExtractArchive] Produced a signature of length %d\n", length);
-  const Block<unsigned char> digest = hashData(archive.get(), met.signedLength, chunk.get());
+  const Block<unsigned char> digest = hashData(archive.get(), met.signedLength, buffer.get());
   if (digest == nullptr) {
     return false;
   }

@@ -1,4 +1,4 @@
-# Linux: GNUstep's Foundation and AppKit, the system's LibTomCrypt and LibTomMath.
+# Linux: GNUstep's Foundation and AppKit, the system's LibTomCrypt, LibTomMath and Nettle.
 
 # GNUstep's runtime and headers are GCC's; clang would need their paths named and cannot catch an
 # NSException with a C++ handler.
@@ -32,7 +32,7 @@ cmake_path(GET QUORVANE_JAVA_HOME PARENT_PATH QUORVANE_JAVA_HOME)
 find_path(QUORVANE_JNI_HEADERS jni.h HINTS "${QUORVANE_JAVA_HOME}/include" REQUIRED)
 target_include_directories(quorvane_dependencies SYSTEM INTERFACE
   "${QUORVANE_JNI_HEADERS}" "${QUORVANE_JNI_HEADERS}/linux")
-target_link_libraries(quorvane_dependencies INTERFACE tomcrypt tommath dl)
+target_link_libraries(quorvane_dependencies INTERFACE tomcrypt tommath nettle dl)
 
 quorvane_find_liblzma()
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "crypto/sha256.h"
 #include "crypto/sha3_256.h"
 #include "crypto/tomcrypt.h"
 #include "support/owned.h"
@@ -18,19 +19,19 @@ int mixed_init(Hash_state* md) {
   if (md == nullptr) {
     crypt_argchk("md != NULL", "src/hashes/mixedhash/mixed", 31);
   }
-  sha256_init(md);
+  fastestSha256()->init(md);
   sha3_256_init(md);
   return CRYPT_OK;
 }
 
 int mixed_process(Hash_state* md, const unsigned char* in, unsigned long inlen) {
-  const int error = sha256_process(md, in, inlen);
+  const int error = fastestSha256()->process(md, in, inlen);
   const int keccakError = sha3_256_process(md, in, inlen);
   return error != CRYPT_OK ? error : keccakError;
 }
 
 int mixed_done(Hash_state* md, unsigned char* out) {
-  sha256_done(md, out);
+  fastestSha256()->done(md, out);
   sha3_256_done(md, out + kSha256Size);
   return CRYPT_OK;
 }

@@ -6,6 +6,7 @@
 
 #include "archive/entry.h"
 #include "archive/entry_path.h"
+#include "crypto/hash_file.h"
 #include "crypto/mixed_hash.h"
 #include "support/field_reader.h"
 #include "support/hex.h"
@@ -144,14 +145,9 @@ static Block<unsigned char> hashStart(const std::string& path, long length) {
   if (!initHash(state.get())) {
     return nullptr;
   }
-  const auto chunk = std::make_unique<unsigned char[]>(kRecordChunk);
-  size_t count = 1;
-  for (long left = length; left > 0 && count > 0; left -= static_cast<long>(count)) {
-    const size_t wanted = std::min(kRecordChunk, static_cast<size_t>(left));
-    count = fread(chunk.get(), 1, wanted, stream.get());
-    if (!updateHash(state.get(), chunk.get(), static_cast<int>(count))) {
-      return nullptr;
-    }
+  const auto buffer = std::make_unique<unsigned char[]>(HASH_BUFFER_SIZE);
+  if (!hashFile(stream.get(), length, buffer.get(), state.get(), nullptr)) {
+    return nullptr;
   }
   return Block<unsigned char>(doFinal(state.get()));
 }

@@ -21,14 +21,17 @@ static int allocateAligned(void** bytes, size_t alignment, size_t size) {
   return toDarwinError(posix_memalign(bytes, alignment, size));
 }
 
-// _SC_PAGESIZE of <unistd.h>.
-static constexpr int kDarwinPageSize = 29;
+// _SC_PAGESIZE and _SC_NPROCESSORS_ONLN of <unistd.h>.
+constexpr int kDarwinPageSize = 29, kDarwinProcessors = 58;
 
 static long readSetting(int number) {
-  if (number != kDarwinPageSize) {
-    giveUp("sysconf: number %d is not supported", number);
+  switch (number) {
+    case kDarwinPageSize:
+      return sysconf(_SC_PAGESIZE);
+    case kDarwinProcessors:
+      return sysconf(_SC_NPROCESSORS_ONLN);
   }
-  return sysconf(_SC_PAGESIZE);
+  giveUp("sysconf: number %d is not supported", number);
 }
 
 static constexpr Supplied kMemory[] = {

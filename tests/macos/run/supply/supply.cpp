@@ -21,7 +21,7 @@ static const SupplyTable* const kTables[] = {
     &kLockTable,         &kLibraryTable,
     &kEndTable,          &kUnwindTable,
     &kMessageTable,      &kCocoaTable,
-    &kSessionTable,
+    &kSessionTable,      &kDigestTable,
 };
 
 const Supplied* findSupplied(const char* name) {

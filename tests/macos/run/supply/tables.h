@@ -11,7 +11,7 @@ extern const SupplyTable kErrorTable, kPathTable, kOpenTable, kStatusTable, kFol
     kTreeTable, kDescriptorTable, kStreamTable, kPrintTable, kCharacterTable, kTextTable,
     kNumberTable, kMemoryTable, kClockTable, kSignalTable, kSignalActionTable, kSpawnTable,
     kWaitTable, kAccountTable, kThreadTable, kThreadAttributeTable, kLockTable, kLibraryTable,
-    kEndTable, kUnwindTable, kMessageTable, kCocoaTable, kSessionTable, kVolumeTable;
+    kEndTable, kUnwindTable, kMessageTable, kCocoaTable, kSessionTable, kVolumeTable, kDigestTable;
 
 }  // namespace macrun
 

@@ -184,3 +184,10 @@ TEST_F(System, AVolumesRecordHasDarwinsLayout) {
 TEST_F(System, SecondNamesOfFilesAreMadeInFolders) {
   EXPECT_EQ((Lines{"linked 0 links 2", "again -1 error 17", "followed 1 same 1"}), files("links"));
 }
+
+TEST_F(System, DigestsAreMadeInPiecesOfAnySize) {
+  const std::string digest = "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1";
+  const std::string message = "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq";
+  EXPECT_EQ((Lines{digest, "results 3 size 104"}), linesOfGuest("digests.cpp", {message, "100"}));
+  EXPECT_EQ((Lines{digest, "results 58 size 104"}), linesOfGuest("digests.cpp", {message, "1"}));
+}
