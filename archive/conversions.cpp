@@ -5,12 +5,12 @@
 
 #include "archive/archive.h"
 #include "archive/extraction.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/file_operations.h"
-#include "support/logging.h"
-#include "support/paths.h"
-#include "support/spawner.h"
+#include "support/failure/failure.h"
+#include "support/files/file_operations.h"
+#include "support/files/paths.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
+#include "support/process/spawner.h"
 
 bool pack200EntryMet = false;
 

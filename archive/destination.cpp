@@ -8,10 +8,10 @@
 #include <string>
 
 #include "archive/entry.h"
-#include "support/file_kind.h"
-#include "support/file_operations.h"
-#include "support/folder_walk.h"
-#include "support/paths.h"
+#include "support/files/file_kind.h"
+#include "support/files/file_operations.h"
+#include "support/files/folder_walk.h"
+#include "support/files/paths.h"
 
 static const char kThroughLink[] = "path passes through a symbolic link";
 

@@ -5,10 +5,10 @@
 #include <cstring>
 
 #include "archive/entry_path.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/field_reader.h"
-#include "support/logging.h"
+#include "support/encoding/field_reader.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 static const char kSpecialBlockPrefix[] = "qvArcSpBlock_";
 static const char kSignatureBlock[] = "DigitalSignature1";

@@ -3,11 +3,12 @@
 
 #include <cstdio>
 
-#include "support/failure.h"
+#include "support/failure/failure.h"
+#include "support/files/paths.h"
 #include "support/owned.h"
-#include "support/paths.h"
 
-// Reading of an entry record's fields. All fields are in the encoding of support/field_reader.h:
+// Reading of an entry record's fields. All fields are in the encoding of
+// support/encoding/field_reader.h:
 //
 //   archive   = entry* [signature]
 //   entry     = "1" path | type path length data        type: "2" for pack200, else a plain file

@@ -6,12 +6,12 @@
 #include <cerrno>
 
 #include "archive/destination.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/file_operations.h"
-#include "support/keep_alive.h"
-#include "support/logging.h"
-#include "support/paths.h"
+#include "support/events/keep_alive.h"
+#include "support/failure/failure.h"
+#include "support/files/file_operations.h"
+#include "support/files/paths.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 static const long kLongestEntry = 1L << 40;
 static const size_t kChunk = 256 * 1024;

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "support/field_reader.h"
-#include "support/paths.h"
+#include "support/encoding/field_reader.h"
+#include "support/files/paths.h"
 
 static bool isParent(const char* component) {
   return component[0] == '.' && component[1] == '.' && (component[2] == '/' || component[2] == 0);

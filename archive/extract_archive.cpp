@@ -5,7 +5,7 @@
 #include "archive/own_tool.h"
 #include "archive/remove_destination.h"
 #include "archive/signature_check.h"
-#include "support/logging.h"
+#include "support/log/logging.h"
 
 bool requireSignature = false;
 

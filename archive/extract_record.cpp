@@ -4,10 +4,10 @@
 #include "archive/entry.h"
 #include "archive/entry_data.h"
 #include "archive/extraction.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/field_reader.h"
-#include "support/logging.h"
+#include "support/encoding/field_reader.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 static const int kNextRecord = 0;
 static const int kEndOfArchive = -1;

@@ -8,9 +8,9 @@
 #include "archive/archive.h"
 #include "archive/entry.h"
 #include "archive/signature_check.h"
-#include "support/field_reader.h"
+#include "support/encoding/field_reader.h"
 #include "support/owned.h"
-#include "support/strings.h"
+#include "support/text/strings.h"
 
 namespace {
 

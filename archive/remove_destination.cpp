@@ -1,10 +1,10 @@
 #include "archive/remove_destination.h"
 
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/file_kind.h"
-#include "support/file_operations.h"
-#include "support/logging.h"
+#include "support/failure/failure.h"
+#include "support/files/file_kind.h"
+#include "support/files/file_operations.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 void removeDestination(const Destination& destination) {
   const bool isGone = destination.folder.isOpen() ? removeTree(destination.folder, destination.path)

@@ -9,13 +9,13 @@
 #include "archive/entry.h"
 #include "crypto/hash_file.h"
 #include "crypto/mixed_hash.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/field_reader.h"
-#include "support/hex.h"
-#include "support/keep_alive.h"
-#include "support/logging.h"
-#include "support/strings.h"
+#include "support/encoding/field_reader.h"
+#include "support/encoding/hex.h"
+#include "support/events/keep_alive.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
+#include "support/text/strings.h"
 
 static const int kLoggedDigestBytes = 32;
 static const int kSignatureHexLimit = 4096;

@@ -6,7 +6,7 @@
 #include "crypto/sha3_256.h"
 #include "crypto/tomcrypt.h"
 #include "support/owned.h"
-#include "support/strings.h"
+#include "support/text/strings.h"
 
 static const int kSha256Size = 32;
 

@@ -8,7 +8,7 @@
 #include "crypto/rsa_verify_hash_ex.h"
 #include "crypto/tomcrypt.h"
 #include "support/owned.h"
-#include "support/strings.h"
+#include "support/text/strings.h"
 
 static const unsigned long kSaltSize = 64;
 static const size_t kSpareBytes = 16;

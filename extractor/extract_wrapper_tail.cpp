@@ -3,20 +3,20 @@
 #include <csignal>
 #include <string>
 
-#include "extractor/decision.h"
-#include "extractor/hand_over.h"
-#include "extractor/install_app.h"
-#include "extractor/install_lock.h"
-#include "extractor/install_updater.h"
-#include "extractor/interrupted_runs.h"
-#include "extractor/names.h"
-#include "extractor/params_file.h"
-#include "extractor/provision_jre.h"
-#include "extractor/run.h"
-#include "extractor/start_up.h"
-#include "extractor/tail_stream.h"
-#include "extractor/temp_marks.h"
-#include "support/failure.h"
+#include "extractor/archives/tail_stream.h"
+#include "extractor/installation/install_app.h"
+#include "extractor/installation/install_updater.h"
+#include "extractor/installation/interrupted_runs.h"
+#include "extractor/run/names.h"
+#include "extractor/run/params_file.h"
+#include "extractor/run/run.h"
+#include "extractor/run/start_up.h"
+#include "extractor/runtime/provision_jre.h"
+#include "extractor/versions/decision.h"
+#include "extractor/versions/hand_over.h"
+#include "extractor/versions/install_lock.h"
+#include "extractor/versions/temp_marks.h"
+#include "support/failure/failure.h"
 
 static ExtractorRun extractorRun;
 

@@ -2,18 +2,18 @@
 #include <cstring>
 
 #include "extractor/extract_wrapper_tail.h"
-#include "extractor/install_component.h"
-#include "extractor/silent_start.h"
-#include "extractor/window_use.h"
-#include "launcher/app_shell.h"
-#include "launcher/application.h"
+#include "extractor/installation/install_component.h"
+#include "extractor/run/silent_start.h"
+#include "extractor/run/window_use.h"
+#include "launcher/shell/app_shell.h"
+#include "launcher/shell/application.h"
 #include "platform/display.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/keep_alive.h"
-#include "support/process_start.h"
-#include "support/splash.h"
-#include "support/window_events.h"
+#include "support/events/keep_alive.h"
+#include "support/events/window_events.h"
+#include "support/failure/failure.h"
+#include "support/process/exit_status.h"
+#include "support/process/process_start.h"
+#include "support/splash/splash.h"
 
 // How long a URL that opened the application may take to arrive.
 static const double kUrlSeconds = 0.1;

@@ -1,6 +1,6 @@
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
-#include "support/logging.h"
+#include "support/log/logging.h"
 
 static void addMemoryOption(Launch* launch, const char* name, long megabytes) {
   if (megabytes < 1) {

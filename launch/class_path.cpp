@@ -1,9 +1,9 @@
 #include "launch/launch_file.h"
 #include "launch/launch_steps.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/field_reader.h"
-#include "support/logging.h"
+#include "support/encoding/field_reader.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 // `folder` joined with `name` as pathcat() does; class paths have a limit of their own.
 static std::string joined(const char* folder, const std::string& name) {

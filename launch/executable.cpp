@@ -4,12 +4,12 @@
 
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
-#include "launcher/startable_runtime.h"
-#include "launcher/version_folders.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/file_operations.h"
-#include "support/logging.h"
+#include "launcher/installation/version_folders.h"
+#include "launcher/jvm/startable_runtime.h"
+#include "support/failure/failure.h"
+#include "support/files/file_operations.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 static const char kJava[] = "java";
 

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "launch/text_list.h"
-#include "launcher/jvm_launch.h"
+#include "launcher/jvm/jvm_launch.h"
+#include "support/files/paths.h"
 #include "support/owned.h"
-#include "support/paths.h"
 
 // The record that the steps of one launch work on.
 

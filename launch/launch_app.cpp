@@ -1,9 +1,9 @@
 #include "launch/launch_app.h"
 
 #include "launch/launch_steps.h"
-#include "support/exit_status.h"
-#include "support/logging.h"
-#include "support/spawner.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
+#include "support/process/spawner.h"
 
 bool forceSpawn = false;
 

@@ -26,10 +26,10 @@ constexpr int LAUNCH_COMPATIBILITY = 1;  // run the compatibility class on a sys
 //
 // LAUNCH_APPLICATION returns 0 when the application ran inside this process or was started as a
 // child, else the error number of the failed start; where a failure would show an alert
-// (support/failure.h), ECHILD for a child that was started in place of a failed launch in this
-// process and fails within seconds. LAUNCH_COMPATIBILITY waits and returns the
-// probe's exit status, or -1 when it ended by a signal or could not be started. Other classes
-// return -1. Everything is logged.
+// (support/failure/failure.h), ECHILD for a child that was started in place of a failed launch in
+// this process and fails within seconds. LAUNCH_COMPATIBILITY waits and returns the probe's exit
+// status, or -1 when it ended by a signal or could not be started. Other classes return -1.
+// Everything is logged.
 //
 // Ends the process, after one logged error line, with status 1 when the launch file cannot be
 // opened, no private runtime exists or the launch does not fit its lists and buffers, and with

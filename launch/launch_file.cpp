@@ -5,11 +5,11 @@
 
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/field_reader.h"
-#include "support/file_kind.h"
-#include "support/logging.h"
+#include "support/encoding/field_reader.h"
+#include "support/failure/failure.h"
+#include "support/files/file_kind.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 std::string readText(FILE* stream, const char* name) {
   return Block<char>(readString(stream, name)).get();

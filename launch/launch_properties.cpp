@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "support/clock.h"
-#include "support/folder_walk.h"
-#include "support/paths.h"
+#include "support/files/folder_walk.h"
+#include "support/files/paths.h"
+#include "support/log/clock.h"
 
 static const char kStaticPrefix[] = "qvstat_";
 static const char kDynamicPrefix[] = "qvdyna_";

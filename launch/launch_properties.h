@@ -35,10 +35,10 @@ void addDynamicProperty(char* buffer, const char* key, const char* value);
 [[nodiscard]] bool propertyFits(const char* buffer, size_t capacity, const char* key,
                                 const char* value);
 
-// Writes into the path buffer `destination` (support/paths.h) the name of a new properties file in
-// `folder`: "QVLaunchProperties-", the time in milliseconds since the epoch, '-' and the number of
-// entries in the folder ("." and ".." included; 0 when it cannot be opened). The file is not
-// created. Returns `destination`.
+// Writes into the path buffer `destination` (support/files/paths.h) the name of a new properties
+// file in `folder`: "QVLaunchProperties-", the time in milliseconds since the epoch, '-' and the
+// number of entries in the folder ("." and ".." included; 0 when it cannot be opened). The file is
+// not created. Returns `destination`.
 char* makeLaunchPropertiesFile(char* destination, const char* folder);
 
 #endif

@@ -2,10 +2,10 @@
 
 #include "launch/launch_properties.h"
 #include "launch/launch_steps.h"
-#include "launcher/url_events.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/logging.h"
+#include "launcher/shell/url_events.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 static void requireProperty(const Launch& launch, const char* key, const char* value) {
   if (!propertyFits(launch.properties.data(), launch.properties.size(), key, value)) {

@@ -2,9 +2,9 @@
 #include "launch/launch_properties.h"
 #include "launch/launch_steps.h"
 #include "launch/retry.h"
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/logging.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 [[noreturn]] static void failToWrite(const Launch& launch) {
   logError("Unable to write Launch Properties file! Cannot run!\n");

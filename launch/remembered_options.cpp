@@ -12,10 +12,10 @@
 #include "launch/launch_properties.h"
 #include "launch/launch_steps.h"
 #include "launch/retry.h"
-#include "launcher/host_options.h"
+#include "launcher/jvm/host_options.h"
 #include "platform/java_command.h"
-#include "support/field_reader.h"
-#include "support/logging.h"
+#include "support/encoding/field_reader.h"
+#include "support/log/logging.h"
 
 // The file outlives every version of the application, so that nothing in it may keep them from
 // starting: what can be used is used, what cannot is a log line.

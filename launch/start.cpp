@@ -4,13 +4,13 @@
 
 #include "launch/launch_app.h"
 #include "launch/launch_steps.h"
-#include "launcher/bundle_loader.h"
-#include "launcher/java_host.h"
-#include "launcher/jvm_launch.h"
-#include "support/failure.h"
-#include "support/logging.h"
-#include "support/spawner.h"
-#include "support/start_program.h"
+#include "launcher/jvm/bundle_loader.h"
+#include "launcher/jvm/java_host.h"
+#include "launcher/jvm/jvm_launch.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/spawner.h"
+#include "support/process/start_program.h"
 
 static int spawnCommandLine(Launch* launch, pid_t* child) {
   return startProgram(child, launch->executable, launch->commandLine.entries.data());

@@ -1,8 +1,8 @@
 #include "launch/text_list.h"
 
-#include "support/exit_status.h"
-#include "support/failure.h"
-#include "support/logging.h"
+#include "support/failure/failure.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
 
 static char* keepText(TextList* list, const char* text) {
   list->texts.emplace_back(text);

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "support/logging.h"
-#include "support/strings.h"
+#include "support/log/logging.h"
+#include "support/text/strings.h"
 
 static char** allocTexts(int count) {
   return static_cast<char**>(allocZeroed(static_cast<size_t>(count) * sizeof(char*)));

@@ -11,7 +11,7 @@
 
 #include "archive/archive.h"
 #include "crypto/mixed_hash.h"
-#include "support/hex.h"
+#include "support/encoding/hex.h"
 #include "support/owned.h"
 
 static Rsa_key* readKey(const char* path) {

@@ -10,11 +10,11 @@
 #include <map>
 #include <string>
 
-#include "launcher/application.h"
+#include "launcher/shell/application.h"
 #include "platform/process_end.h"
-#import "support/app_runner.h"
-#include "support/spawner.h"
-#import "support/splash_state.h"
+#include "support/process/spawner.h"
+#import "support/splash/app_runner.h"
+#import "support/splash/splash_state.h"
 
 // Takes a rectangle of the screen, counted from the top left corner. The caller waits.
 static bool photograph(NSRect frame, const std::string& file) {

@@ -3,7 +3,7 @@
 
 #include <dlfcn.h>
 
-#import "support/cocoa_text.h"
+#import "support/text/cocoa_text.h"
 
 // What a CFBundleRef points to.
 @interface QuorvaneBundle : NSObject {

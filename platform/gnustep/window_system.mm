@@ -6,7 +6,7 @@
 #import "platform/gnustep/create_application.h"
 #include "platform/gnustep/quiet_start.h"
 #include "platform/toolkit.h"
-#include "support/application_launch.h"
+#include "support/events/application_launch.h"
 
 static bool createApplication() {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "support/start_program.h"
+#include "support/process/start_program.h"
 
 void showInFileViewer(const char* path) {
   const std::string file = path;

@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/display.h"
-#include "support/application_launch.h"
+#include "support/events/application_launch.h"
 
 static bool createApplication() {
   keepArgumentsFromBeingOpened();

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Refuses %s in the formats of Cocoa strings: Cocoa reads the C text behind it in the system's
-encoding, which on a Mac is not UTF-8. support/cocoa_text.h has the way that is right.
+encoding, which on a Mac is not UTF-8. support/text/cocoa_text.h has the way that is right.
 
 Usage: cocoa_formats_test.py SOURCE_FOLDER CASE
 """
@@ -51,7 +51,7 @@ class CocoaFormats(unittest.TestCase):
         found = [str(path.relative_to(SOURCE)) for path in sources()
                  if path.relative_to(SOURCE).parts[0] in PRODUCT and "macos-sdk" not in path.parts
                  and "stringWithUTF8String" in path.read_text()]
-        self.assertEqual(["support/cocoa_text.mm"], found, "use textFromUTF8() of support/cocoa_text.h")
+        self.assertEqual(["support/text/cocoa_text.mm"], found, "use textFromUTF8() of support/text/cocoa_text.h")
 
     def test_are_refused_with_any_flags_width_and_length(self):
         for planted in ('NSLog(@"%s", text);', 'NSLog(@"a %-20s b", text);', 'NSLog(@"%.*s", 3, text);',

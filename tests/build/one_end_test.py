@@ -15,13 +15,13 @@ SOURCE = pathlib.Path(sys.argv[1]).resolve()
 ENDS = re.compile(r"(?<![\w.>])(?:std::|::)?(endProcess|exit|_exit|_Exit|quick_exit)\s*\(\s*([^)]*)\)")
 # What a user asked for is no failure.
 SUCCESS = ("0", "EXIT_SUCCESS", "kQuitStatus")
-END_FILES = ("support/failure.cpp", "platform/process_end.h", "platform/linux/process_end.cpp",
+END_FILES = ("support/failure/failure.cpp", "platform/process_end.h", "platform/linux/process_end.cpp",
              "platform/macos/process_end.cpp")
 # main() ends the process by returning.
 RETURNS = re.compile(r"return\s+(EXIT_\w+)\s*;")
 
 STARTS = re.compile(r"(?<![\w.>])(?:std::|::)?(posix_spawnp?|popen|system|v?fork|exec[lv]\w*)\s*\(")
-START_FILE = "support/start_program.cpp"
+START_FILE = "support/process/start_program.cpp"
 
 
 def without_comments(text):

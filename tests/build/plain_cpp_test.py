@@ -56,8 +56,8 @@ def compile_probe(text, like, extra=()):
     return result.returncode, result.stderr
 
 
-PLAIN = "support/strings.cpp"
-COCOA = "support/move_item.mm"
+PLAIN = "support/text/strings.cpp"
+COCOA = "support/files/move_item.mm"
 FOUNDATION = "#include <Foundation/Foundation.h>\n"
 APPKIT = "#include <AppKit/AppKit.h>\n"
 

@@ -34,11 +34,11 @@
 #import <AppKit/AppKit.h>
 #include <objc/runtime.h>
 
-#include "launcher/app_shell.h"
-#include "launcher/application.h"
-#include "launcher/java_end.h"
-#include "launcher/url_events.h"
-#include "launcher/url_handler.h"
+#include "launcher/shell/app_shell.h"
+#include "launcher/shell/application.h"
+#include "launcher/shell/java_end.h"
+#include "launcher/shell/url_events.h"
+#include "launcher/shell/url_handler.h"
 #include "platform/process_end.h"
 #include "platform/window_system.h"
 #include "tests/fakes/menu_bar.h"

@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-#include "support/downloader.h"
+#include "support/network/downloader.h"
 
 int main(int argc, char** argv) {
   if (argc != 3) {

@@ -8,8 +8,8 @@
 #import <AppKit/AppKit.h>
 #include <objc/runtime.h>
 
-#include "launcher/application.h"
-#include "launcher/url_events.h"
+#include "launcher/shell/application.h"
+#include "launcher/shell/url_events.h"
 #include "platform/gnustep/apple_events.h"
 #include "platform/process_end.h"
 

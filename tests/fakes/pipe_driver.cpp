@@ -6,9 +6,9 @@
 
 #include <cstdio>
 
-#include "support/logging.h"
-#include "support/process_start.h"
-#include "support/system_log.h"
+#include "support/log/logging.h"
+#include "support/log/system_log.h"
+#include "support/process/process_start.h"
 
 // Where the system log goes on a Mac nobody can go away.
 void writeSystemLog(const char*) {}

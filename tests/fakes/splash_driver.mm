@@ -12,8 +12,8 @@
 //   screenshot FILE    what the X server shows
 //   shoot FILE         the same, then prints one line: "shot" and NAME=VALUE pairs
 //   state              prints one line: "state" and NAME=VALUE pairs
-#import "support/splash_state.h"
-#import "support/splash_view.h"
+#import "support/splash/splash_state.h"
+#import "support/splash/splash_view.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,9 +21,9 @@
 #include <filesystem>
 #include <thread>
 
-#include "support/clock.h"
-#include "support/keep_alive.h"
-#include "support/spawner.h"
+#include "support/events/keep_alive.h"
+#include "support/log/clock.h"
+#include "support/process/spawner.h"
 
 static const char* next(char**& word) {
   if (*word == nullptr) {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "archive/archive.h"
-#include "support/hex.h"
+#include "support/encoding/hex.h"
 #include "support/owned.h"
 #include "tests/fuzz/fuzz_target.h"
 

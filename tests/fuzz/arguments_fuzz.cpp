@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "launcher/arguments.h"
-#include "launcher/jvm_launch.h"
+#include "launcher/jvm/jvm_launch.h"
 #include "support/owned.h"
 #include "tests/fuzz/fuzz_target.h"
 

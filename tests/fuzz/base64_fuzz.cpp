@@ -7,7 +7,7 @@
 #include <cstring>
 #include <vector>
 
-#include "support/base64.h"
+#include "support/encoding/base64.h"
 #include "tests/fuzz/fuzz_target.h"
 
 // The six bits of a character; one outside the alphabet counts as 0.

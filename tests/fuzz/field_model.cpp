@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "support/field_reader.h"
+#include "support/encoding/field_reader.h"
 
 namespace fuzz {
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "support/field_reader.h"
+#include "support/encoding/field_reader.h"
 #include "support/owned.h"
 #include "tests/fuzz/field_model.h"
 #include "tests/fuzz/fuzz_target.h"

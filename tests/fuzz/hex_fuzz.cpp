@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "support/hex.h"
+#include "support/encoding/hex.h"
 #include "tests/fuzz/fuzz_target.h"
 
 // Reads `text` into a heap block of exactly `capacity` bytes, so that a write beyond it is found.

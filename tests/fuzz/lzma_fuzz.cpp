@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "tests/fuzz/fuzz_target.h"
-#include "tools/input_error.h"
-#include "tools/lzma.h"
+#include "tools/formats/lzma.h"
+#include "tools/system/input_error.h"
 
 static bool decompress(const std::string& in, const std::string& out) {
   try {

@@ -4,16 +4,16 @@
 
 #include <cstdio>
 
-#include "launcher/app_shell.h"
-#include "launcher/bundle_loader.h"
-#include "launcher/event_loop.h"
-#include "launcher/url_events.h"
-#include "support/downloader.h"
-#include "support/event_wait.h"
-#include "support/failure_alert.h"
-#include "support/move_item.h"
-#include "support/splash.h"
-#include "support/system_log.h"
+#include "launcher/jvm/bundle_loader.h"
+#include "launcher/shell/app_shell.h"
+#include "launcher/shell/event_loop.h"
+#include "launcher/shell/url_events.h"
+#include "support/events/event_wait.h"
+#include "support/failure/failure_alert.h"
+#include "support/files/move_item.h"
+#include "support/log/system_log.h"
+#include "support/network/downloader.h"
+#include "support/splash/splash.h"
 
 void writeSystemLog(const char*) {}
 

@@ -3,12 +3,12 @@
 
 #include <string>
 
-#include "extractor/run.h"
-#include "extractor/start_up.h"
-#include "launcher/install_locations.h"
+#include "extractor/run/run.h"
+#include "extractor/run/start_up.h"
+#include "launcher/installation/install_locations.h"
 #include "platform/process_end.h"
+#include "support/files/paths.h"
 #include "support/owned.h"
-#include "support/paths.h"
 #include "tests/fuzz/field_model.h"
 #include "tests/fuzz/fuzz_target.h"
 

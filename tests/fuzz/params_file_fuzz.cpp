@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
-#include "extractor/params_file.h"
-#include "extractor/run.h"
+#include "extractor/run/params_file.h"
+#include "extractor/run/run.h"
 #include "launch/launch_app.h"
-#include "support/paths.h"
+#include "support/files/paths.h"
 #include "tests/fuzz/field_model.h"
 #include "tests/fuzz/fuzz_target.h"
 

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "extractor/names.h"
-#include "extractor/run_command.h"
-#include "launcher/version_folders.h"
+#include "extractor/run/names.h"
+#include "extractor/runtime/run_command.h"
+#include "launcher/installation/version_folders.h"
+#include "support/files/paths.h"
 #include "support/owned.h"
-#include "support/paths.h"
-#include "support/strings.h"
+#include "support/text/strings.h"
 #include "tests/fuzz/fuzz_target.h"
 
 static const size_t kLongest = 2048;

@@ -8,7 +8,7 @@
 
 #include "crypto/mixed_hash.h"
 #include "crypto/signature.h"
-#include "support/hex.h"
+#include "support/encoding/hex.h"
 #include "tests/fuzz/fuzz_target.h"
 
 static const size_t kLongestInput = 1024;

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "crypto/signature.h"
-#include "extractor/run.h"
-#include "extractor/start_up.h"
-#include "extractor/tail_stream.h"
-#include "launcher/tail_marker.h"
-#include "launcher/tail_reader.h"
+#include "extractor/archives/tail_stream.h"
+#include "extractor/run/run.h"
+#include "extractor/run/start_up.h"
+#include "launcher/installation/tail_marker.h"
+#include "launcher/installation/tail_reader.h"
 #include "tests/fuzz/field_model.h"
 #include "tests/fuzz/fuzz_target.h"
 

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <string>
 
-#include "extractor/names.h"
-#include "extractor/version_file.h"
+#include "extractor/run/names.h"
+#include "extractor/runtime/version_file.h"
 #include "support/owned.h"
 #include "tests/fuzz/fuzz_target.h"
 

@@ -7,7 +7,7 @@
 #include "tests/support/account.h"
 #include "tests/support/files.h"
 #include "tests/support/product_system.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 

@@ -8,7 +8,7 @@
 #include "crypto/mixed_hash.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/lzma.h"
+#include "tools/formats/lzma.h"
 
 namespace test {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tools/signing.h"
+#include "tools/keys/signing.h"
 
 // The bytes of archives, written record by record, so that a test can also write what the packager
 // refuses to.

@@ -67,7 +67,8 @@ def is_shipped(path):
     """Whether a source becomes a part of what runs on a user's machine."""
     folder, *rest = path.relative_to(mach_o.SOURCE).parts
     if folder == "tools":
-        return rest[0] == "lzma64" or rest in (["interruption.cpp"], ["lzma.cpp"], ["whole_file.cpp"])
+        return rest[0] == "lzma64" or "/".join(rest) in (
+            "formats/lzma.cpp", "system/interruption.cpp", "system/whole_file.cpp")
     return folder not in ("tests", "examples", "bench")
 
 

@@ -70,18 +70,19 @@ COCOA = (Suite("cocoa_test"), Suite("text_encoding_test"), INSTALLER)
 ALERT = Suite("alert_test", starts=("extractor", "recorded_extractor"), mutated=False)
 # What tests the files of support/ that need more than support_test: the longest beginning of a name counts.
 OTHER_SUITES = {
-    "support/deleting_walk": (Suite("support_test"), Suite("deleting_race_test"), INSTALLER),
-    "support/downloader": DOWNLOADS,
-    "support/event_wait": DOWNLOADS,
-    "support/redrawer": DOWNLOADS + SPLASH,
-    "support/splash": SPLASH,
-    "support/failure": (Suite("support_test"), ALERT, INSTALLER),
-    "support/app_runner": COCOA,
-    "support/application_launch": (Suite("application_launch_test", starts=("launch_driver",), mutated=False), *COCOA),
-    "support/cocoa_text": COCOA,
-    "support/move_item": COCOA,
-    "support/system_log": COCOA,
-    "support/window_events": COCOA,
+    "support/files/deleting_walk": (Suite("support_test"), Suite("deleting_race_test"), INSTALLER),
+    "support/network/downloader": DOWNLOADS,
+    "support/events/event_wait": DOWNLOADS,
+    "support/splash/redrawer": DOWNLOADS + SPLASH,
+    "support/splash/splash": SPLASH,
+    "support/failure/": (Suite("support_test"), ALERT, INSTALLER),
+    "support/splash/app_runner": COCOA,
+    "support/events/application_launch": (
+        Suite("application_launch_test", starts=("launch_driver",), mutated=False), *COCOA),
+    "support/text/cocoa_text": COCOA,
+    "support/files/move_item": COCOA,
+    "support/log/system_log": COCOA,
+    "support/events/window_events": COCOA,
 }
 
 
@@ -98,7 +99,7 @@ def files():
     return [
         str(path.relative_to(ROOT))
         for folder in FOLDERS
-        for path in sorted((ROOT / folder).iterdir())
+        for path in sorted((ROOT / folder).rglob("*"))
         if path.suffix in (".cpp", ".mm")
     ]
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tests/support/temp_folder.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 namespace test {
 

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "archive/entry.h"
-#include "support/hex.h"
+#include "support/encoding/hex.h"
 
 namespace test {
 

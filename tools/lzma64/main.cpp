@@ -2,9 +2,9 @@
 #include <cstring>
 #include <exception>
 
-#include "support/exit_status.h"
-#include "tools/input_error.h"
-#include "tools/lzma.h"
+#include "support/process/exit_status.h"
+#include "tools/formats/lzma.h"
+#include "tools/system/input_error.h"
 
 // The LZMA tool that an installer carries under the name "lzma64" and runs on the entries and
 // archives that it has to decompress.

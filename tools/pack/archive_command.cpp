@@ -3,17 +3,17 @@
 #include <memory>
 #include <string>
 
-#include "tools/archive_reader.h"
-#include "tools/archive_writer.h"
-#include "tools/input_error.h"
-#include "tools/key_file.h"
-#include "tools/lzma.h"
+#include "tools/formats/archive_reader.h"
+#include "tools/formats/archive_writer.h"
+#include "tools/formats/lzma.h"
+#include "tools/keys/key_file.h"
+#include "tools/keys/public_key.h"
+#include "tools/keys/signing.h"
 #include "tools/pack/commands.h"
-#include "tools/product_extraction.h"
-#include "tools/public_key.h"
-#include "tools/signing.h"
-#include "tools/temporary_folder.h"
-#include "tools/texts.h"
+#include "tools/system/input_error.h"
+#include "tools/system/temporary_folder.h"
+#include "tools/system/texts.h"
+#include "tools/verify/product_extraction.h"
 
 namespace fs = std::filesystem;
 

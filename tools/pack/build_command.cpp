@@ -3,18 +3,18 @@
 #include <optional>
 #include <string>
 
-#include "tools/components.h"
-#include "tools/folder_tree.h"
-#include "tools/input_error.h"
-#include "tools/installer_writer.h"
-#include "tools/interruption.h"
-#include "tools/java_runtime.h"
-#include "tools/key_file.h"
-#include "tools/output_folder.h"
+#include "tools/bundle/installer_writer.h"
+#include "tools/bundle/output_folder.h"
+#include "tools/java/java_runtime.h"
+#include "tools/keys/key_file.h"
 #include "tools/pack/commands.h"
 #include "tools/pack/progress.h"
-#include "tools/project_file.h"
-#include "tools/texts.h"
+#include "tools/project/components.h"
+#include "tools/project/project_file.h"
+#include "tools/system/folder_tree.h"
+#include "tools/system/input_error.h"
+#include "tools/system/interruption.h"
+#include "tools/system/texts.h"
 
 namespace fs = std::filesystem;
 

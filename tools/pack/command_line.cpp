@@ -7,7 +7,7 @@
 #include <exception>
 #include <utility>
 
-#include "tools/interruption.h"
+#include "tools/system/interruption.h"
 
 namespace tools {
 

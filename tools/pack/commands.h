@@ -2,7 +2,7 @@
 #define QUORVANE_TOOLS_PACK_COMMANDS_H
 
 #include "tools/pack/command_line.h"
-#include "tools/program_files.h"
+#include "tools/system/program_files.h"
 
 // The sub-commands of quorvane-pack. Each function adds one to `app`, with its options, its help
 // and the function that runs it, which throws tools::InputError when its input is wrong.

@@ -3,15 +3,15 @@
 #include <memory>
 #include <string>
 
-#include "tools/components.h"
-#include "tools/folder_tree.h"
-#include "tools/input_error.h"
-#include "tools/jar_manifest.h"
-#include "tools/key_file.h"
+#include "tools/java/jar_manifest.h"
+#include "tools/keys/key_file.h"
+#include "tools/keys/signing.h"
 #include "tools/pack/commands.h"
-#include "tools/project_text.h"
-#include "tools/signing.h"
-#include "tools/whole_file.h"
+#include "tools/project/components.h"
+#include "tools/project/project_text.h"
+#include "tools/system/folder_tree.h"
+#include "tools/system/input_error.h"
+#include "tools/system/whole_file.h"
 
 namespace fs = std::filesystem;
 

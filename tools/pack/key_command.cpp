@@ -2,9 +2,9 @@
 #include <memory>
 #include <string>
 
-#include "tools/key_file.h"
+#include "tools/keys/key_file.h"
+#include "tools/keys/signing.h"
 #include "tools/pack/commands.h"
-#include "tools/signing.h"
 
 namespace tools {
 

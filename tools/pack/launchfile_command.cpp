@@ -2,12 +2,12 @@
 #include <memory>
 #include <string>
 
-#include "tools/input_error.h"
-#include "tools/launch_file_text.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_text.h"
+#include "tools/formats/launch_file_writer.h"
 #include "tools/pack/commands.h"
 #include "tools/pack/replaceable.h"
-#include "tools/whole_file.h"
+#include "tools/system/input_error.h"
+#include "tools/system/whole_file.h"
 
 namespace tools {
 

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "tools/input_error.h"
+#include "tools/formats/params_check.h"
+#include "tools/formats/params_writer.h"
 #include "tools/pack/commands.h"
 #include "tools/pack/replaceable.h"
-#include "tools/params_check.h"
-#include "tools/params_writer.h"
-#include "tools/whole_file.h"
+#include "tools/system/input_error.h"
+#include "tools/system/whole_file.h"
 
 namespace fs = std::filesystem;
 

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "tools/interruption.h"
+#include "tools/system/interruption.h"
 
 namespace tools {
 

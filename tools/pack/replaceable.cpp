@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "tools/input_error.h"
+#include "tools/system/input_error.h"
 
 namespace tools {
 

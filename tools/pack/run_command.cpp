@@ -16,15 +16,15 @@
 #include <vector>
 
 #include "platform/display.h"
-#include "tools/bundle_reader.h"
-#include "tools/child_process.h"
-#include "tools/input_error.h"
-#include "tools/last_lines.h"
-#include "tools/output_folder.h"
+#include "tools/bundle/output_folder.h"
 #include "tools/pack/commands.h"
-#include "tools/temporary_folder.h"
-#include "tools/texts.h"
-#include "tools/throw_away_account.h"
+#include "tools/system/child_process.h"
+#include "tools/system/input_error.h"
+#include "tools/system/last_lines.h"
+#include "tools/system/temporary_folder.h"
+#include "tools/system/texts.h"
+#include "tools/system/throw_away_account.h"
+#include "tools/verify/bundle_reader.h"
 
 namespace fs = std::filesystem;
 

@@ -3,10 +3,10 @@
 #include <memory>
 #include <string>
 
-#include "tools/input_error.h"
+#include "tools/formats/tail_writer.h"
 #include "tools/pack/commands.h"
 #include "tools/pack/replaceable.h"
-#include "tools/tail_writer.h"
+#include "tools/system/input_error.h"
 
 namespace fs = std::filesystem;
 

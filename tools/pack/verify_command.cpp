@@ -2,9 +2,9 @@
 #include <memory>
 #include <string>
 
-#include "tools/input_error.h"
-#include "tools/installer_check.h"
 #include "tools/pack/commands.h"
+#include "tools/system/input_error.h"
+#include "tools/verify/installer_check.h"
 
 namespace tools {
 

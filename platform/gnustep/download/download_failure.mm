@@ -1,6 +1,6 @@
 #import "platform/gnustep/download/download_failure.h"
 
-#import "support/cocoa_text.h"
+#import "support/text/cocoa_text.h"
 
 static NSInteger codeOf(CURLcode result) {
   switch (result) {

@@ -2,7 +2,7 @@
 
 #include <strings.h>
 
-#import "support/cocoa_text.h"
+#import "support/text/cocoa_text.h"
 
 // GNUstep's own reading of the length is of no use, and takes longer ones for errors.
 static NSDictionary* fieldsWithoutLength(const HeaderFields& fields) {

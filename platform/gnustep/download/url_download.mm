@@ -8,7 +8,7 @@
 #import "platform/gnustep/download/download_failure.h"
 #import "platform/gnustep/download/download_response.h"
 #include "platform/gnustep/download/redirect.h"
-#import "support/cocoa_text.h"
+#import "support/text/cocoa_text.h"
 
 static const int kMostRedirects = 20;
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "tests/support/files.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 using test::fileRecord;

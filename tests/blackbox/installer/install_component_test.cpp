@@ -15,14 +15,14 @@
 #include <thread>
 #include <vector>
 
-#include "support/exit_status.h"
 #include "support/owned.h"
+#include "support/process/exit_status.h"
 #include "tests/blackbox/installer/current_installation.h"
 #include "tests/support/own_root.h"
 #include "tests/support/product_system.h"
 #include "tests/support/test_keys.h"
 #include "tests/support/unavailable.h"
-#include "tools/key_file.h"
+#include "tools/keys/key_file.h"
 
 namespace fs = std::filesystem;
 using test::fileRecord;

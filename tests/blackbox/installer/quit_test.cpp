@@ -14,7 +14,7 @@
 #include "tests/support/launcher_bundle.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/wait.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 

@@ -25,7 +25,7 @@
 #include <vector>
 
 #include "extractor/extract_wrapper_tail.h"
-#include "launcher/application.h"
+#include "launcher/shell/application.h"
 #include "tests/installer/installer.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

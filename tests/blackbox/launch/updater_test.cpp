@@ -19,7 +19,7 @@
 #include "tests/support/product_system.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_home.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;

@@ -8,8 +8,8 @@
 #include <ostream>
 #include <string>
 
-#include "extractor/jre_layout.h"
-#include "support/file_operations.h"
+#include "extractor/runtime/jre_layout.h"
+#include "support/files/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"

@@ -8,7 +8,7 @@
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
 #include "tests/support/test_keys.h"
-#include "tools/bundle_reader.h"
+#include "tools/verify/bundle_reader.h"
 
 namespace fs = std::filesystem;
 

@@ -6,7 +6,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 // Installers that are sound in form and that the product would fail on.
 

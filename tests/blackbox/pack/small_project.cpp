@@ -8,7 +8,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/test_keys.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 

@@ -1,6 +1,6 @@
 #include "tests/blackbox/support/splash_checks.h"
 
-#include "support/splash_pixels.h"
+#include "support/splash/splash_pixels.h"
 
 using test::Pixel;
 using test::SplashShot;

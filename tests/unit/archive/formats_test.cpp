@@ -6,8 +6,8 @@
 #include <string>
 
 #include "archive/archive.h"
-#include "extractor/params_file.h"
-#include "support/field_reader.h"
+#include "extractor/run/params_file.h"
+#include "support/encoding/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
@@ -15,8 +15,8 @@
 #include "tests/support/hex_text.h"
 #include "tests/support/temp_folder.h"
 #include "tests/unit/archive/signed_archive.h"
-#include "tools/archive_records.h"
-#include "tools/params_writer.h"
+#include "tools/formats/archive_records.h"
+#include "tools/formats/params_writer.h"
 
 namespace fs = std::filesystem;
 

@@ -7,7 +7,7 @@
 
 #include "archive/archive.h"
 #include "archive/entry_path.h"
-#include "support/field_reader.h"
+#include "support/encoding/field_reader.h"
 #include "tests/unit/archive/archive_fixture.h"
 
 namespace fs = std::filesystem;

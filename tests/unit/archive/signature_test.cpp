@@ -10,7 +10,7 @@
 #include "tests/support/hex_text.h"
 #include "tests/unit/archive/archive_fixture.h"
 #include "tests/unit/archive/signed_archive.h"
-#include "tools/archive_records.h"
+#include "tools/formats/archive_records.h"
 
 namespace fs = std::filesystem;
 using test::ArchiveTest;

@@ -8,8 +8,8 @@
 #include "crypto/mixed_hash.h"
 #include "support/owned.h"
 #include "tests/support/test_keys.h"
-#include "tools/archive_records.h"
-#include "tools/signing.h"
+#include "tools/formats/archive_records.h"
+#include "tools/keys/signing.h"
 
 namespace test {
 

@@ -11,7 +11,7 @@
 #include "tests/support/format_examples.h"
 #include "tests/support/test_keys.h"
 #include "tests/unit/crypto/messages.h"
-#include "tools/signing.h"
+#include "tools/keys/signing.h"
 
 static std::string exampleDigest() {
   const std::string message = "the bytes of an archive";

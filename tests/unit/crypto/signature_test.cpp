@@ -17,8 +17,8 @@
 #include "tests/support/test_keys.h"
 #include "tests/unit/crypto/messages.h"
 #include "tests/unit/crypto/stock.h"
-#include "tools/pem.h"
-#include "tools/signing.h"
+#include "tools/keys/pem.h"
+#include "tools/keys/signing.h"
 
 namespace {
 

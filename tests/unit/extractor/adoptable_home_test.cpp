@@ -1,5 +1,5 @@
 // Which folders may be copied as a Java runtime.
-#include "extractor/adoptable_home.h"
+#include "extractor/runtime/adoptable_home.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-#include "launcher/jvm_launch.h"
+#include "launcher/jvm/jvm_launch.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

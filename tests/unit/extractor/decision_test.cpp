@@ -1,4 +1,4 @@
-#include "extractor/decision.h"
+#include "extractor/versions/decision.h"
 
 #include <gtest/gtest.h>
 
@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "extractor/run.h"
-#include "support/strings.h"
+#include "extractor/run/run.h"
+#include "support/text/strings.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 

@@ -1,10 +1,10 @@
-#include "extractor/decompress_file.h"
+#include "extractor/archives/decompress_file.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "support/exit_status.h"
+#include "support/process/exit_status.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 

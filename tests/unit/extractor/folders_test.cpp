@@ -1,4 +1,4 @@
-#include "extractor/folders.h"
+#include "extractor/versions/folders.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,12 +11,12 @@
 #include <fstream>
 #include <string>
 
-#include "extractor/copied_folder.h"
-#include "extractor/install_lock.h"
-#include "extractor/interrupted_runs.h"
-#include "extractor/run.h"
+#include "extractor/installation/interrupted_runs.h"
+#include "extractor/run/run.h"
+#include "extractor/versions/copied_folder.h"
+#include "extractor/versions/install_lock.h"
 #include "platform/exchange_folders.h"
-#include "support/file_operations.h"
+#include "support/files/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

@@ -1,4 +1,4 @@
-#include "extractor/jre_layout.h"
+#include "extractor/runtime/jre_layout.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "launcher/version_folders.h"
-#include "support/file_operations.h"
+#include "launcher/installation/version_folders.h"
+#include "support/files/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

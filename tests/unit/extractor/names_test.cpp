@@ -1,4 +1,4 @@
-#include "extractor/names.h"
+#include "extractor/run/names.h"
 
 #include <gtest/gtest.h>
 

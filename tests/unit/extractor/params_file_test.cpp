@@ -1,4 +1,4 @@
-#include "extractor/params_file.h"
+#include "extractor/run/params_file.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "extractor/run.h"
+#include "extractor/run/run.h"
 #include "launch/launch_app.h"
 #include "launch/launch_properties.h"
-#include "support/splash.h"
+#include "support/splash/splash.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 

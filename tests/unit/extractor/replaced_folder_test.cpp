@@ -11,10 +11,10 @@
 #include <utility>
 #include <vector>
 
-#include "extractor/folders.h"
-#include "extractor/interrupted_runs.h"
-#include "extractor/lay_out_runtime.h"
-#include "extractor/run.h"
+#include "extractor/installation/interrupted_runs.h"
+#include "extractor/run/run.h"
+#include "extractor/runtime/lay_out_runtime.h"
+#include "extractor/versions/folders.h"
 #include "tests/support/account.h"
 #include "tests/support/capture.h"
 #include "tests/support/fake_clock.h"

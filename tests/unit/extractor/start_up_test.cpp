@@ -1,13 +1,13 @@
-#include "extractor/start_up.h"
+#include "extractor/run/start_up.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <vector>
 
-#include "extractor/run.h"
-#include "launcher/silent_word.h"
-#include "support/strings.h"
+#include "extractor/run/run.h"
+#include "launcher/installation/silent_word.h"
+#include "support/text/strings.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 

@@ -4,11 +4,11 @@
 
 #include <string>
 
-#include "extractor/install_app.h"
-#include "extractor/provision_jre.h"
-#include "extractor/run.h"
-#include "extractor/version_file.h"
-#include "support/exit_status.h"
+#include "extractor/installation/install_app.h"
+#include "extractor/run/run.h"
+#include "extractor/runtime/provision_jre.h"
+#include "extractor/runtime/version_file.h"
+#include "support/process/exit_status.h"
 #include "tests/support/background.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

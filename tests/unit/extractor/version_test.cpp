@@ -4,10 +4,10 @@
 #include <cstring>
 #include <string>
 
-#include "extractor/java_version.h"
-#include "extractor/names.h"
-#include "extractor/run_command.h"
-#include "extractor/version_file.h"
+#include "extractor/run/names.h"
+#include "extractor/runtime/java_version.h"
+#include "extractor/runtime/run_command.h"
+#include "extractor/runtime/version_file.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

@@ -1,4 +1,4 @@
-#include "extractor/window_use.h"
+#include "extractor/run/window_use.h"
 
 #include <gtest/gtest.h>
 

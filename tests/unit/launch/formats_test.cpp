@@ -9,8 +9,8 @@
 #include "launch/launch_properties.h"
 #include "tests/support/format_examples.h"
 #include "tests/unit/launch/launching.h"
-#include "tools/launch_file_text.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_text.h"
+#include "tools/formats/launch_file_writer.h"
 
 using Texts = std::vector<std::string>;
 

@@ -10,7 +10,7 @@
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tests/unit/launch/launching.h"
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 using namespace std::string_literals;
 using Texts = std::vector<std::string>;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/paths.h"
+#include "support/files/paths.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

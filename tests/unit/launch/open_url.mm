@@ -2,8 +2,8 @@
 
 #import <Foundation/Foundation.h>
 
-#include "launcher/url_events.h"
-#include "launcher/url_handler.h"
+#include "launcher/shell/url_events.h"
+#include "launcher/shell/url_handler.h"
 
 void openUrl(const char* url) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];

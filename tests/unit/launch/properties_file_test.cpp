@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "launch/launch_properties.h"
-#include "support/clock.h"
-#include "support/exit_status.h"
+#include "support/log/clock.h"
+#include "support/process/exit_status.h"
 #include "tests/unit/launch/launching.h"
 
 using namespace std::string_literals;

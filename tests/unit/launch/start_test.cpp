@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "support/logging.h"
-#include "support/process_start.h"
+#include "support/log/logging.h"
+#include "support/process/process_start.h"
 #include "tests/unit/launch/launching.h"
 
 using Texts = std::vector<std::string>;

@@ -1,4 +1,4 @@
-#include "launcher/appearance.h"
+#include "launcher/shell/appearance.h"
 
 #include <gtest/gtest.h>
 

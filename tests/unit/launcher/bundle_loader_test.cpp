@@ -1,4 +1,4 @@
-#include "launcher/bundle_loader.h"
+#include "launcher/jvm/bundle_loader.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/jvm_launch.h"
+#include "launcher/jvm/jvm_launch.h"
 #include "tests/support/capture.h"
 
 using Texts = std::vector<std::string>;

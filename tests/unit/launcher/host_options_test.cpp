@@ -1,4 +1,4 @@
-#include "launcher/host_options.h"
+#include "launcher/jvm/host_options.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "launcher/install_locations.h"
+#include "launcher/installation/install_locations.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "support/exit_status.h"
-#include "support/paths.h"
+#include "support/files/paths.h"
+#include "support/process/exit_status.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

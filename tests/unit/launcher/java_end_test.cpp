@@ -1,4 +1,4 @@
-#include "launcher/java_end.h"
+#include "launcher/shell/java_end.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "launcher/java_text.h"
+#include "launcher/jvm/java_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "launcher/java_thread.h"
+#include "launcher/jvm/java_thread.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -1,4 +1,4 @@
-#include "launcher/startable_runtime.h"
+#include "launcher/jvm/startable_runtime.h"
 
 #include <gtest/gtest.h>
 

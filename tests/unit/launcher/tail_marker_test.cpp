@@ -1,11 +1,11 @@
-#include "launcher/tail_marker.h"
+#include "launcher/installation/tail_marker.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <string>
 
-#include "support/hex.h"
+#include "support/encoding/hex.h"
 
 static std::string markerInHex() {
   char* block = allocAndInitMarker();

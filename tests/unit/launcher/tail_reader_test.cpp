@@ -1,4 +1,4 @@
-#include "launcher/tail_reader.h"
+#include "launcher/installation/tail_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "launcher/tail_marker.h"
-#include "support/exit_status.h"
-#include "support/paths.h"
+#include "launcher/installation/tail_marker.h"
+#include "support/files/paths.h"
+#include "support/process/exit_status.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

@@ -1,4 +1,4 @@
-#include "launcher/url_events.h"
+#include "launcher/shell/url_events.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 #import <Foundation/Foundation.h>
 
-#include "launcher/url_handler.h"
+#include "launcher/shell/url_handler.h"
 #include "tests/support/capture.h"
 
 static const AEEventClass kOpenURL = 0x4755524C;

@@ -1,4 +1,4 @@
-#include "launcher/version_folders.h"
+#include "launcher/installation/version_folders.h"
 
 #include <gtest/gtest.h>
 

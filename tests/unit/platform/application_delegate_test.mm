@@ -1,8 +1,8 @@
-#include "launcher/application_delegate.h"
+#include "launcher/shell/application_delegate.h"
 
 #include <gtest/gtest.h>
 
-#include "launcher/url_events.h"
+#include "launcher/shell/url_events.h"
 #include "platform/gnustep/apple_events.h"
 #include "platform/gnustep/application_base.h"
 

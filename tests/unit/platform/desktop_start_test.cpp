@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-#include "support/process_start.h"
+#include "support/process/process_start.h"
 
 static pid_t standInParent = 0;
 static bool standInTerminal = false;

@@ -1,4 +1,4 @@
-#include "support/base64.h"
+#include "support/encoding/base64.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "support/clock.h"
+#include "support/log/clock.h"
 
 #include <gtest/gtest.h>
 #include <sys/time.h>

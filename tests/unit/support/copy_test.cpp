@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "support/file_operations.h"
-#include "support/paths.h"
+#include "support/files/file_operations.h"
+#include "support/files/paths.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/real_functions.h"

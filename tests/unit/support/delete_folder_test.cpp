@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/file_operations.h"
+#include "support/files/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

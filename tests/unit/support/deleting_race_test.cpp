@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "support/file_operations.h"
+#include "support/files/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/real_functions.h"

@@ -10,7 +10,7 @@
 #include <chrono>
 #include <cstdlib>
 
-#include "support/downloader.h"
+#include "support/network/downloader.h"
 #include "tests/support/background.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "support/downloader.h"
+#include "support/network/downloader.h"
 #include "tests/support/background.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

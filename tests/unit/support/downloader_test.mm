@@ -1,5 +1,5 @@
 // The Downloader's own part of a download: its counting, its log lines and its end.
-#import "support/downloader_delegate.h"
+#import "support/network/downloader_delegate.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -8,8 +8,8 @@
 
 #import <objc/runtime.h>
 
-#include "support/downloader.h"
-#include "support/quit_cleanup.h"
+#include "support/events/quit_cleanup.h"
+#include "support/network/downloader.h"
 #include "tests/support/background.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

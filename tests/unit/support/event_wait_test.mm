@@ -1,5 +1,5 @@
 // What an application's main thread does while it waits for a download.
-#include "support/event_wait.h"
+#include "support/events/event_wait.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -11,10 +11,10 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/window_system.h"
-#include "support/downloader.h"
-#include "support/keep_alive.h"
-#include "support/spawner.h"
-#include "support/start_program.h"
+#include "support/events/keep_alive.h"
+#include "support/network/downloader.h"
+#include "support/process/spawner.h"
+#include "support/process/start_program.h"
 #include "tests/support/background.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"

@@ -1,4 +1,4 @@
-#include "support/failure.h"
+#include "support/failure/failure.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 #include <set>
 #include <string>
 
-#include "support/failure_texts.h"
-#include "support/process_start.h"
+#include "support/failure/failure_texts.h"
+#include "support/process/process_start.h"
 #include "tests/support/capture.h"
 #include "tests/support/temp_folder.h"
 

@@ -1,4 +1,4 @@
-#include "support/field_reader.h"
+#include "support/encoding/field_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/tail_marker.h"
+#include "launcher/installation/tail_marker.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/owned_text.h"

@@ -1,11 +1,11 @@
-#include "support/file_kind.h"
+#include "support/files/file_kind.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
 
-#include "support/file_operations.h"
+#include "support/files/file_operations.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 

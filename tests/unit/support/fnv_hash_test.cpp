@@ -1,4 +1,4 @@
-#include "support/fnv_hash.h"
+#include "support/encoding/fnv_hash.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "support/file_operations.h"
-#include "support/folder_walk.h"
-#include "support/paths.h"
+#include "support/files/file_operations.h"
+#include "support/files/folder_walk.h"
+#include "support/files/paths.h"
 #include "tests/support/capture.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/files.h"

@@ -1,4 +1,4 @@
-#include "support/hex.h"
+#include "support/encoding/hex.h"
 
 #include <gtest/gtest.h>
 

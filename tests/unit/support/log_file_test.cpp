@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "support/logging.h"
-#include "support/old_logs.h"
+#include "support/log/logging.h"
+#include "support/log_file/old_logs.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

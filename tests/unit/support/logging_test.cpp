@@ -1,4 +1,4 @@
-#include "support/logging.h"
+#include "support/log/logging.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "support/paths.h"
+#include "support/files/paths.h"
 #include "tests/support/capture.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/files.h"

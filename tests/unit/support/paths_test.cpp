@@ -1,4 +1,4 @@
-#include "support/paths.h"
+#include "support/files/paths.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
 // The redraw thread: what it asks of the main thread, and who lets go of the view.
-#import "support/redrawer.h"
+#import "support/splash/redrawer.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 
 #import <objc/runtime.h>
 
-#import "support/splash_state.h"
-#import "support/splash_view.h"
+#import "support/splash/splash_state.h"
+#import "support/splash/splash_view.h"
 #include "tests/support/background.h"
 #include "tests/support/capture.h"
 

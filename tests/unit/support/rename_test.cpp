@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "support/file_operations.h"
-#include "support/move_item.h"
+#include "support/files/file_operations.h"
+#include "support/files/move_item.h"
 #include "tests/support/capture.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/files.h"

@@ -1,4 +1,4 @@
-#include "support/spawner.h"
+#include "support/process/spawner.h"
 
 #include <gtest/gtest.h>
 #include <limits.h>

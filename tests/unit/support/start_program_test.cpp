@@ -1,6 +1,6 @@
 // What the programs that this process starts do about SIGPIPE, which this process ignores.
 
-#include "support/start_program.h"
+#include "support/process/start_program.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -9,9 +9,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "extractor/run_command.h"
-#include "support/process_start.h"
-#include "support/spawner.h"
+#include "extractor/runtime/run_command.h"
+#include "support/process/process_start.h"
+#include "support/process/spawner.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/owned_text.h"

@@ -1,4 +1,4 @@
-#include "support/strings.h"
+#include "support/text/strings.h"
 
 #include <gtest/gtest.h>
 

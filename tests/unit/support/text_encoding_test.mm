@@ -6,11 +6,11 @@
 
 #import <objc/runtime.h>
 
-#include "launcher/url_events.h"
-#include "support/cocoa_text.h"
-#include "support/downloader.h"
-#import "support/downloader_delegate.h"
-#include "support/system_log.h"
+#include "launcher/shell/url_events.h"
+#include "support/log/system_log.h"
+#include "support/network/downloader.h"
+#import "support/network/downloader_delegate.h"
+#include "support/text/cocoa_text.h"
 #include "tests/unit/launch/open_url.h"
 
 static const char kText[] = "/Users/Zo\xC3\xAB/\xE6\x97\xA5";

@@ -8,7 +8,7 @@
 #include <cstdlib>
 
 #include "platform/process_end.h"
-#include "support/logging.h"
+#include "support/log/logging.h"
 
 using Lines = std::vector<std::string>;
 

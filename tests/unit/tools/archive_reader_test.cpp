@@ -1,4 +1,4 @@
-#include "tools/archive_reader.h"
+#include "tools/formats/archive_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_keys.h"
-#include "tools/archive_writer.h"
-#include "tools/input_error.h"
+#include "tools/formats/archive_writer.h"
+#include "tools/system/input_error.h"
 
 using test::field;
 

@@ -1,4 +1,4 @@
-#include "tools/archive_writer.h"
+#include "tools/formats/archive_writer.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -15,10 +15,10 @@
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_keys.h"
-#include "tools/archive_reader.h"
-#include "tools/archive_records.h"
-#include "tools/input_error.h"
-#include "tools/lzma.h"
+#include "tools/formats/archive_reader.h"
+#include "tools/formats/archive_records.h"
+#include "tools/formats/lzma.h"
+#include "tools/system/input_error.h"
 
 namespace fs = std::filesystem;
 using test::field;

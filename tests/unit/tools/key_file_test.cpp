@@ -1,4 +1,4 @@
-#include "tools/key_file.h"
+#include "tools/keys/key_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -12,7 +12,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/input_error.h"
+#include "tools/system/input_error.h"
 
 namespace {
 

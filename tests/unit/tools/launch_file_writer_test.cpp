@@ -1,12 +1,12 @@
-#include "tools/launch_file_writer.h"
+#include "tools/formats/launch_file_writer.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
 
-#include "tools/input_error.h"
-#include "tools/launch_file_text.h"
+#include "tools/formats/launch_file_text.h"
+#include "tools/system/input_error.h"
 
 using namespace std::string_literals;
 

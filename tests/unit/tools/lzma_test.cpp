@@ -1,10 +1,10 @@
-#include "tools/lzma.h"
+#include "tools/formats/lzma.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/input_error.h"
+#include "tools/system/input_error.h"
 
 class LzmaFile : public testing::Test {
  protected:

@@ -1,4 +1,4 @@
-#include "tools/output_folder.h"
+#include "tools/bundle/output_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/input_error.h"
+#include "tools/system/input_error.h"
 
 namespace fs = std::filesystem;
 

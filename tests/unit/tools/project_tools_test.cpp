@@ -5,14 +5,14 @@
 
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/bundle_reader.h"
-#include "tools/bundle_writer.h"
-#include "tools/installer_stream.h"
-#include "tools/jar_manifest.h"
-#include "tools/java_runtime.h"
-#include "tools/output_folder.h"
-#include "tools/project_file.h"
-#include "tools/project_text.h"
+#include "tools/bundle/bundle_writer.h"
+#include "tools/bundle/output_folder.h"
+#include "tools/formats/installer_stream.h"
+#include "tools/java/jar_manifest.h"
+#include "tools/java/java_runtime.h"
+#include "tools/project/project_file.h"
+#include "tools/project/project_text.h"
+#include "tools/verify/bundle_reader.h"
 
 using Texts = std::vector<std::string>;
 

@@ -5,18 +5,18 @@
 #include <utility>
 #include <vector>
 
-#include "extractor/params_file.h"
-#include "extractor/run.h"
-#include "extractor/version_file.h"
+#include "extractor/run/params_file.h"
+#include "extractor/run/run.h"
+#include "extractor/runtime/version_file.h"
 #include "launch/launch_properties.h"
-#include "support/field_reader.h"
+#include "support/encoding/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/input_error.h"
-#include "tools/installer_writer.h"
-#include "tools/params_writer.h"
+#include "tools/bundle/installer_writer.h"
+#include "tools/formats/params_writer.h"
+#include "tools/system/input_error.h"
 
 // What the packager writes, read by the functions of the product that an installer runs. The Tail
 // record, launch files and archives have such tests beside those of their writers.

@@ -1,4 +1,4 @@
-#include "tools/signing.h"
+#include "tools/keys/signing.h"
 
 #include <gtest/gtest.h>
 
@@ -15,8 +15,8 @@
 #include "tests/support/hex_text.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_keys.h"
-#include "tools/input_error.h"
-#include "tools/pem.h"
+#include "tools/keys/pem.h"
+#include "tools/system/input_error.h"
 
 namespace {
 

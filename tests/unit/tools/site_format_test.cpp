@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "extractor/component_archive.h"
+#include "extractor/archives/component_archive.h"
 #include "tests/support/format_examples.h"
-#include "tools/archive_records.h"
-#include "tools/update_settings.h"
-#include "tools/update_site.h"
+#include "tools/formats/archive_records.h"
+#include "tools/formats/update_site.h"
+#include "tools/project/update_settings.h"
 
 namespace {
 

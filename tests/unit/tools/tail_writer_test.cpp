@@ -1,4 +1,4 @@
-#include "tools/tail_writer.h"
+#include "tools/formats/tail_writer.h"
 
 #include <gtest/gtest.h>
 
@@ -7,15 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "launcher/tail_marker.h"
-#include "launcher/tail_reader.h"
-#include "support/field_reader.h"
+#include "launcher/installation/tail_marker.h"
+#include "launcher/installation/tail_reader.h"
+#include "support/encoding/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/format_examples.h"
 #include "tests/support/temp_folder.h"
-#include "tools/input_error.h"
+#include "tools/system/input_error.h"
 
 using Texts = std::vector<std::string>;
 

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "tests/support/temp_folder.h"
-#include "tools/child_process.h"
-#include "tools/input_error.h"
-#include "tools/temporary_folder.h"
+#include "tools/system/child_process.h"
+#include "tools/system/input_error.h"
+#include "tools/system/temporary_folder.h"
 
 TEST(TemporaryFolder, IsMadeInTmpWhenTheEnvironmentNamesNoFolder) {
   const char* standing = getenv("TMPDIR");

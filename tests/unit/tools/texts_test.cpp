@@ -1,4 +1,4 @@
-#include "tools/texts.h"
+#include "tools/system/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
-#include "tools/program_path.h"
+#include "tools/system/program_path.h"
 
 namespace fs = std::filesystem;
 

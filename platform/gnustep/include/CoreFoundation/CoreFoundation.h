@@ -1,8 +1,8 @@
 #ifndef QUORVANE_PLATFORM_GNUSTEP_CORE_FOUNDATION_H
 #define QUORVANE_PLATFORM_GNUSTEP_CORE_FOUNDATION_H
 
-// CoreFoundation does not exist here. These are the pieces that launcher/bundle_loader.mm uses; as
-// on macOS the references are Foundation objects under other names.
+// CoreFoundation does not exist here. These are the pieces that launcher/jvm/bundle_loader.mm uses;
+// as on macOS the references are Foundation objects under other names.
 
 #ifdef __cplusplus
 extern "C" {

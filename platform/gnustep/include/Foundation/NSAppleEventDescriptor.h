@@ -2,7 +2,7 @@
 #define QUORVANE_PLATFORM_GNUSTEP_NS_APPLE_EVENT_DESCRIPTOR_H
 
 // The toolkit declares NSAppleEventDescriptor as a class without methods. These are the ones that
-// launcher/url_events.mm reads an event with, and those that make such an event.
+// launcher/shell/url_events.mm reads an event with, and those that make such an event.
 #include_next <Foundation/NSAppleEventDescriptor.h>
 
 #include <stdint.h>

@@ -2,7 +2,7 @@
 #define QUORVANE_PLATFORM_GNUSTEP_NS_APPLE_EVENT_MANAGER_H
 
 // The toolkit declares NSAppleEventManager as a class without methods. These are the ones that
-// launcher/url_events.mm registers its handler with.
+// launcher/shell/url_events.mm registers its handler with.
 #include_next <Foundation/NSAppleEventManager.h>
 
 #import <Foundation/NSAppleEventDescriptor.h>

@@ -1,0 +1,116 @@
+#include "extractor/archives/tail_stream.h"
+
+#include "archive/archive.h"
+#include "extractor/run/names.h"
+#include "extractor/run/run.h"
+#include "launcher/installation/tail_marker.h"
+#include "support/encoding/field_reader.h"
+#include "support/failure/failure.h"
+#include "support/files/file_kind.h"
+#include "support/files/file_operations.h"
+#include "support/files/paths.h"
+#include "support/log/logging.h"
+#include "support/process/exit_status.h"
+
+static const int kPublicKeyLimit = 8192;
+static const int kUrlLimit = 5000;
+
+static FILE* openForTail(const char* path) {
+  FILE* stream = fopen(path, "rb");
+  if (stream == nullptr) {
+    logMessage(
+        "[Extractor] ************************* Failed to extract wrapper tail - couldn't open file "
+        "%s\n",
+        path);
+    failProcess(EXIT_STATUS_FAILURE, Failure::BundleIncomplete);
+  }
+  return stream;
+}
+
+static FILE* openTailResource(const ExtractorRun& run) {
+  logMessage("[Extractor] The executable dir is %s\n", run.executableDir);
+  char path[PATH_BUFFER_SIZE];
+  setPath(path, run.executableDir, "..", "Resources", "Tail");
+  logMessage("[Extractor] No tail found. Trying %s\n", path);
+  return openForTail(path);
+}
+
+void openTailStream(ExtractorRun& run) {
+  FILE* executable = openForTail(run.executablePath);
+  marker = allocAndInitMarker();
+  if (scanToMarker(executable, marker, TAIL_MARKER_SIZE, "Tail") >= 0) {
+    logMessage("[Extractor] Found tail marker\n");
+    run.tailStream = executable;
+    return;
+  }
+  fclose(executable);
+  run.tailStream = openTailResource(run);
+}
+
+void readTailFields(ExtractorRun& run) {
+  FILE* stream = run.tailStream;
+  TailFields& tail = run.tail;
+  tail.appName = readString(stream, "App Name");
+  tail.appVersion = readString(stream, "App Version");
+  tail.jreVersion = readString(stream, "JRE Version");
+  tail.guVersion = readString(stream, "GU Version");
+  tail.minSplashMs = readString(stream, "Min Splash MS");
+  tail.publicKeyHex = readString(stream, "Signature Public Key", kPublicKeyLimit);
+  tail.canOverrideSplash = readString(stream, "Can Override Splash");
+  tail.installType = readString(stream, "Install Type");
+  tail.silentParameter = readString(stream, "Silent Parameter");
+  tail.requiredJavaVersion = readString(stream, "Required Java Version");
+  tail.updateUrl = readString(stream, "Update URL", kUrlLimit);
+  if (ferror(stream) != 0) {
+    failRun(Failure::BundleIncomplete, "[Extractor] The installer's tail cannot be read\n");
+  }
+  setAlertName(tail.appName);
+  requireFolderNamePart("App Name", tail.appName);
+  requireFolderNamePart("App Version", tail.appVersion);
+  requireFolderNamePart("JRE Version", tail.jreVersion);
+  requireFolderNamePart("GU Version", tail.guVersion);
+}
+
+namespace {
+
+// What became of an archive of the stream.
+enum class Extraction {
+  Done,      // extracted, or an empty placeholder
+  Missing,   // the stream ended before it
+  Rejected,  // its signature is wrong: the destination is gone
+};
+
+}  // namespace
+
+static Extraction extractNextArchive(ExtractorRun& run, const char* unpack200,
+                                     const char* destination) {
+  long signedLength = -1;
+  const int result = extractArchiveFileCheckSignature(
+      run.lzmaPath, unpack200, destination, run.tailStream, &signedLength, nullptr, run.publicKey);
+  if (!isFolder(destination)) {
+    return Extraction::Rejected;
+  }
+  // An empty record that ends in its zero byte is a placeholder; without it the installer lost its
+  // end. One that was begun ends the process where it is read.
+  return result != 0 && feof(run.tailStream) != 0 ? Extraction::Missing : Extraction::Done;
+}
+
+void requireNextArchive(ExtractorRun& run, const char* component, const char* unpack200,
+                        const char* destination) {
+  const Extraction extraction = extractNextArchive(run, unpack200, destination);
+  if (extraction == Extraction::Done) {
+    return;
+  }
+  removeTree(destination);
+  if (extraction == Extraction::Rejected) {
+    failRun(Failure::SignatureRefused,
+            "[Extractor] The %s archive was rejected, nothing of it is installed\n", component);
+  }
+  failRun(Failure::ArchiveDamaged, "[Extractor] The installer ends before the %s archive\n",
+          component);
+}
+
+void closeTailStream(ExtractorRun& run) {
+  fclose(run.tailStream);
+  run.tailStream = nullptr;
+}

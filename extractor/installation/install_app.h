@@ -1,0 +1,20 @@
+#ifndef QUORVANE_EXTRACTOR_INSTALLATION_INSTALL_APP_H
+#define QUORVANE_EXTRACTOR_INSTALLATION_INSTALL_APP_H
+
+struct ExtractorRun;
+
+// The application's way into its version folder; an online installer carries none, and both steps
+// then do nothing but say so. A step that cannot go on ends the process with status 1 and a logged
+// line. Main thread.
+
+// Extracts the application's two archives into its temporary folder.
+void extractApp(ExtractorRun& run);
+
+// Makes the temporary folder run.appTemp the version folder run.appFolder, wherever its content
+// came from.
+void putAppIntoPlace(ExtractorRun& run);
+
+// The same for the application that the installer carries.
+void installApp(ExtractorRun& run);
+
+#endif

@@ -1,0 +1,26 @@
+#ifndef QUORVANE_EXTRACTOR_INSTALLATION_INSTALL_UPDATER_H
+#define QUORVANE_EXTRACTOR_INSTALLATION_INSTALL_UPDATER_H
+
+struct ExtractorRun;
+
+// The GenericUpdater's way into its version folder, in this order. A step that cannot go on ends
+// the process with status 1 and a logged line. Main thread.
+
+// Names the version folders and temporary folders of the updater and the application.
+void nameInstallFolders(ExtractorRun& run);
+
+// Extracts the first of the updater's archives, the LZMA tool, into run.guTemp and leaves the
+// tool's path in run.lzmaPath.
+void extractLzmaTool(ExtractorRun& run);
+
+// Extracts the updater's four archives into its temporary folder; the first brings the LZMA tool
+// that the others need.
+void extractUpdater(ExtractorRun& run);
+
+// Makes the temporary folder the updater's version folder.
+void installUpdater(ExtractorRun& run);
+
+// Gives the splash its image and shows it, unless the run is quiet.
+void openSplash(ExtractorRun& run);
+
+#endif

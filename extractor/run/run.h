@@ -1,0 +1,96 @@
+#ifndef QUORVANE_EXTRACTOR_RUN_RUN_H
+#define QUORVANE_EXTRACTOR_RUN_RUN_H
+
+#include <cstddef>
+#include <cstdio>
+
+#include "support/failure/failure.h"
+#include "support/files/paths.h"
+
+struct Rsa_key;
+
+// What one run of the Extractor knows. There is one record per process; the steps of the flow fill
+// it in from top to bottom, and all it points to lives until the process ends.
+
+// The properties of the params file that the Extractor itself understands.
+struct DynamicProperties {
+  char* updateUrl;  // null when the params file names none
+  bool autotest;
+  bool noUi;
+  bool requireSignature;
+  unsigned char* splashImage;  // null when there is none
+  size_t splashImageLength;
+};
+
+// The fields of the Tail record, in their order.
+struct TailFields {
+  char* appName;
+  char* appVersion;
+  char* jreVersion;
+  char* guVersion;
+  char* minSplashMs;
+  char* publicKeyHex;
+  char* canOverrideSplash;
+  char* installType;
+  char* silentParameter;
+  char* requiredJavaVersion;
+  char* updateUrl;
+};
+
+// The updater's name in the names of its version folders.
+constexpr char UPDATER_NAME[] = "Quorvane";
+
+constexpr int LAUNCH_PROPERTIES_SIZE = 200000;
+
+struct ExtractorRun {
+  // As invoked.
+  char* executablePath;
+  int argumentCount;
+  char** arguments;
+  bool elevated;
+  char* absoluteWrapperPath;
+  char* executableDir;
+
+  // From the params file and the Tail record.
+  char* launchProperties;  // LAUNCH_PROPERTIES_SIZE bytes, see launch/launch_properties.h
+  DynamicProperties dynamic;
+  TailFields tail;
+  FILE* tailStream;  // stands at the next archive that the installer carries
+  char jreName[PATH_BUFFER_SIZE];
+  bool silent;
+  Rsa_key* publicKey;            // null when there is none
+  char* updateURL;               // what downloads use
+  const char* storedUpdateUrl;   // what the launch is told: the static URL, or "D"
+  const char* dynamicUpdateUrl;  // null when there is none
+  char* sharedDir;
+  char masterFolder[PATH_BUFFER_SIZE];
+
+  // What is installed: folder names in the master folder, null where there is none.
+  char* latestGU;
+  char* latestJRE;
+
+  // Folders and tools of an installation.
+  char guFolder[PATH_BUFFER_SIZE];
+  char guTemp[PATH_BUFFER_SIZE];
+  char appFolder[PATH_BUFFER_SIZE];
+  char appTemp[PATH_BUFFER_SIZE];
+  char jreFolder[PATH_BUFFER_SIZE];
+  char jreTemp[PATH_BUFFER_SIZE];
+  char jreVersion[51];
+  char lzmaPath[PATH_BUFFER_SIZE];
+  char* unpack200Path;
+};
+
+// Whether the installer carries a GenericUpdater; whether it carries an application, and so needs
+// no network; whether nothing may be shown.
+[[nodiscard]] bool carriesUpdater(const ExtractorRun& run);
+[[nodiscard]] bool isOffline(const ExtractorRun& run);
+[[nodiscard]] bool isQuiet(const ExtractorRun& run);
+
+// Logs the printf-style message as an error and ends the process with EXIT_STATUS_FAILURE, as
+// failProcess() does with `failure`, or with Failure::InstallationFailed.
+[[noreturn]] void failRun(Failure failure, const char* format, ...)
+    __attribute__((format(printf, 2, 3)));
+[[noreturn]] void failRun(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+#endif

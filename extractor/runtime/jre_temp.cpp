@@ -1,0 +1,31 @@
+#include "extractor/runtime/jre_temp.h"
+
+#include "extractor/run/run.h"
+#include "extractor/runtime/jre_layout.h"
+#include "extractor/runtime/lay_out_runtime.h"
+#include "support/files/file_kind.h"
+#include "support/files/file_operations.h"
+#include "support/files/paths.h"
+#include "support/owned.h"
+#include "support/process/spawner.h"
+
+void regenerateClassData(const ExtractorRun& run) {
+  const Block<char> java(getJavaExecutable(run.jreTemp));
+  const OwnedSpawner spawner(createSpawner());
+  setSpawnerExe(spawner.get(), java.get());
+  addSpawnerArg(spawner.get(), "-Xshare:dump");
+  runSpawnerAndWait(spawner.get());
+}
+
+void requireJavaInTemp(ExtractorRun& run) {
+  char home[PATH_BUFFER_SIZE];
+  if (holdsJava(setPath(home, run.jreTemp, "Contents", "Home"))) {
+    return;
+  }
+  // An archive that is rejected takes the folder with it.
+  const Failure failure =
+      isFolder(run.jreTemp) ? Failure::ArchiveDamaged : Failure::SignatureRefused;
+  removeTree(run.jreTemp);
+  failRun(failure,
+          "[Extractor] The JRE archive was rejected or holds no bin/java, it is not installed\n");
+}

@@ -1,0 +1,64 @@
+#include "extractor/runtime/provision_jre.h"
+
+#include "extractor/run/run.h"
+#include "extractor/runtime/jre_layout.h"
+#include "extractor/runtime/lay_out_runtime.h"
+#include "extractor/versions/folders.h"
+#include "support/files/file_operations.h"
+#include "support/files/paths.h"
+#include "support/log/logging.h"
+
+static const char kOnlineSection[] = "Setting up online JRE";
+
+static void setUpOnlineJre(ExtractorRun& run) {
+  logStartSection(kOnlineSection);
+  logMessage(
+      "[Extractor] Online installer - no stored JRE, will check for compatible system JRE\n");
+  run.jreVersion[0] = 0;
+  if (!adoptSystemJre(run)) {
+    downloadJre(run);
+  }
+  logMessage("[JREDownload] Finalising setup of new JRE %s\n", run.jreVersion);
+  makeAppFolder(run.jreFolder, run.masterFolder, run.jreName, run.jreVersion);
+  logEndSection(kOnlineSection);
+}
+
+// The plain folder and the bundle both count as the runtime, whatever they hold: without a Java
+// they would hide an older runtime that works.
+static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
+  const bool isNew = layOutRuntime(run, run.jreFolder, home);
+  if (isNew && !isMoveCutShort(run.jreFolder) && !lacksJava(home)) {
+    return;
+  }
+  const Failure failure = failureOfWriting(0, run.masterFolder);  // a removal frees space
+  if (isNew) {
+    removeTree(home);
+    removeTree(run.jreFolder);
+  }
+  failRun(failure, "[Extractor] The folder of the %s could not be put into place\n", "JRE");
+}
+
+void putJreIntoPlace(ExtractorRun& run) {
+  char home[PATH_BUFFER_SIZE];
+  setPath(home, run.jreFolder);
+  appendToPath(run.jreFolder, ".plugin");
+  moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder, linksOfLayout());
+  logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
+  putHomeIntoPlace(run, home);
+  chmod777(run.jreFolder);
+  logMessage("[Extractor] Ensuring JRE bin is writable.\n");
+  char bin[PATH_BUFFER_SIZE];
+  chmod777(setPath(bin, run.jreFolder, "bin"));
+  run.unpack200Path = getUnpack200Executable(run.jreFolder);
+  logMessage("[Extractor] UP200 path is %s\n", run.unpack200Path);
+}
+
+void provisionJre(ExtractorRun& run) {
+  logMessage("[Extractor] Setting up a JRE\n");
+  if (run.tail.jreVersion[0] != 0) {
+    extractCarriedJre(run);
+  } else {
+    setUpOnlineJre(run);
+  }
+  putJreIntoPlace(run);
+}

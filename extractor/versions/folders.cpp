@@ -1,0 +1,211 @@
+#include "extractor/versions/folders.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "extractor/run/run.h"
+#include "extractor/versions/copied_folder.h"
+#include "extractor/versions/temp_marks.h"
+#include "launch/launch_file.h"
+#include "platform/exchange_folders.h"
+#include "support/files/file_kind.h"
+#include "support/files/file_operations.h"
+#include "support/files/folder_walk.h"
+#include "support/files/missing_entries.h"
+#include "support/files/paths.h"
+#include "support/log/logging.h"
+
+void nameTempFolder(const ExtractorRun& run, char* dst) {
+  constexpr int kTries = 20;
+  constexpr useconds_t kPauseMicroseconds = 100000;
+  makeAppTempFolder(dst, run.masterFolder);
+  for (int i = 0; i < kTries && isThere(dst); ++i) {
+    usleep(kPauseMicroseconds);
+    makeAppTempFolder(dst, run.masterFolder);
+  }
+}
+
+static int createNewFolder(const char* path) {
+  const int result = mkdir(path, 0777);
+  if (result == 0 || errno != EEXIST) {
+    chmod777(path);
+    markTempFolder(path);
+    return result;
+  }
+  return EEXIST;
+}
+
+int createTempFolder(const ExtractorRun& run, char* path) {
+  const int result = createNewFolder(path);
+  if (result != EEXIST) {
+    return result;
+  }
+  nameTempFolder(run, path);
+  return createNewFolder(path);
+}
+
+void requireLaunchFile(const char* component, const char* temp) {
+  char path[PATH_BUFFER_SIZE];
+  if (!isPlainFile(setPath(path, temp, LAUNCH_FILE_NAME))) {
+    removeTree(temp);
+    failRun(Failure::ArchiveDamaged,
+            "[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",
+            component);
+  }
+}
+
+namespace {
+
+// What became of a replacement: with Kept the earlier folder is whole in its place, with Stuck it
+// could not be put back there.
+enum class Outcome { Replaced, Kept, Stuck };
+
+struct Placing {
+  const ExtractorRun& run;
+  const char* temp;
+  const char* target;
+  const std::vector<std::string>& ownLinks;
+  Failure failure = Failure::FolderNotWritable;  // why it went wrong
+};
+
+}  // namespace
+
+// Called before anything is removed, as that frees the space that may be missing.
+static void noteFailureOfPlacing(Placing* placing) {
+  if (placing->failure != Failure::DiskFull) {
+    placing->failure = failureOfWriting(0, placing->run.masterFolder);
+  }
+}
+
+// Moves `from` to the target, where nothing stands. Returns whether all of it arrived; otherwise
+// nothing stands there.
+static bool moveToFreePlace(Placing* placing, const char* from) {
+  doRename(from, placing->target);
+  if (isKnownMissing(from) || completeCopy(from, placing->target)) {
+    return true;
+  }
+  noteFailureOfPlacing(placing);
+  removeTree(placing->target);
+  return false;
+}
+
+// Writes the name of a folder of the master folder that no later run removes.
+static void nameKeptFolder(const ExtractorRun& run, char* dst) {
+  char temp[PATH_BUFFER_SIZE];
+  nameTempFolder(run, temp);
+  setPath(dst, run.masterFolder, "QuorvaneKept-");
+  appendToPath(dst, pathToFile(temp) + strlen("QuorvaneTemp-"));
+}
+
+static void logKept(const char* kept) {
+  logMessage("[Extractor] The earlier folder is kept as %s\n", kept);
+}
+
+// Puts the earlier folder, which waits at `aside`, back into its place.
+static Outcome takeBack(Placing* placing, const char* aside) {
+  if (rename(aside, placing->target) == 0) {
+    return Outcome::Kept;
+  }
+  // A copy lacks some entries.
+  if (!moveToFreePlace(placing, aside) || !addMissingEntries(aside, placing->target)) {
+    logKept(aside);
+    return Outcome::Stuck;
+  }
+  removeTree(aside);
+  return Outcome::Kept;
+}
+
+// Moves the temporary folder into place while the earlier one waits aside, to come back when that
+// fails. It waits under a name that outlives this run, however that ends.
+static Outcome replaceInTwoSteps(Placing* placing) {
+  char aside[PATH_BUFFER_SIZE];
+  nameKeptFolder(placing->run, aside);
+  if (rename(placing->target, aside) != 0) {
+    noteFailureOfPlacing(placing);
+    return Outcome::Kept;
+  }
+  if (!moveToFreePlace(placing, placing->temp)) {
+    return takeBack(placing, aside);
+  }
+  if (!addMissingEntries(aside, placing->target, placing->ownLinks)) {
+    noteFailureOfPlacing(placing);
+    removeTree(placing->target);
+    return takeBack(placing, aside);
+  }
+  removeTree(aside);
+  return Outcome::Replaced;
+}
+
+// The earlier folder has the temporary one's place and name, and cannot leave it for its own.
+static Outcome keepUnderAnotherName(const Placing& placing) {
+  char kept[PATH_BUFFER_SIZE];
+  nameKeptFolder(placing.run, kept);
+  logKept(rename(placing.temp, kept) == 0 ? kept : placing.temp);
+  return Outcome::Stuck;
+}
+
+// What the application wrote into the earlier folder just before the step is added after it; where
+// that cannot be done, the earlier one comes back whole.
+static Outcome replaceFolder(Placing* placing) {
+  const char* temp = placing->temp;
+  const char* target = placing->target;
+  logMessage("[Extractor] Replacing existing folder %s\n", target);
+  const Descriptor mark = markFolder(target);  // it will have the temporary folder's name
+  if (!addMissingEntries(target, temp, placing->ownLinks)) {
+    noteFailureOfPlacing(placing);
+    return Outcome::Kept;
+  }
+  if (!exchangeFolders(temp, target)) {
+    return replaceInTwoSteps(placing);
+  }
+  if (!addMissingEntries(temp, target, placing->ownLinks)) {
+    noteFailureOfPlacing(placing);
+    return exchangeFolders(temp, target) ? Outcome::Kept : keepUnderAnotherName(*placing);
+  }
+  printWorkingDir();
+  logRenamed(temp, target);
+  return Outcome::Replaced;
+}
+
+static Outcome place(Placing* placing) {
+  // Where the system cannot tell what stands there, it is replaced, which needs no look: what is
+  // moved to a place taken for free would be copied into an installed version.
+  if (!isKnownMissing(placing->target)) {
+    return replaceFolder(placing);
+  }
+  return moveToFreePlace(placing, placing->temp) ? Outcome::Replaced : Outcome::Kept;
+}
+
+// What is no folder cannot be a version folder; a copy would follow a link that stands there.
+static void removeObstacle(const ExtractorRun& run, const char* component, const char* target) {
+  if (!isThere(target) || isFolder(target)) {
+    return;
+  }
+  logMessage("[Extractor] Removing %s, which is no folder\n", target);
+  if (remove(target) != 0) {
+    failRun(failureOfWriting(0, run.masterFolder),
+            "[Extractor] The folder of the %s could not be put into place\n", component);
+  }
+}
+
+void moveIntoPlace(const ExtractorRun& run, const char* component, const char* temp,
+                   const char* target, const std::vector<std::string>& ownLinks) {
+  if (!isFolder(temp)) {
+    failRun("[Extractor] The folder of the %s is gone, nothing of it is installed\n", component);
+  }
+  removeObstacle(run, component, target);
+  Placing placing{run, temp, target, ownLinks};
+  const Outcome outcome = place(&placing);
+  if (outcome != Outcome::Stuck) {
+    removeTree(temp);  // the source of a copy, or what stood there before an exchange
+  }
+  if (outcome != Outcome::Replaced) {
+    failRun(placing.failure, "[Extractor] The folder of the %s could not be put into place\n",
+            component);
+  }
+}

@@ -1,0 +1,48 @@
+#include "extractor/versions/startable.h"
+
+#include <string>
+#include <vector>
+
+#include "extractor/run/run.h"
+#include "launch/launch_file.h"
+#include "launcher/installation/version_folders.h"
+#include "launcher/jvm/startable_runtime.h"
+#include "support/files/file_kind.h"
+#include "support/files/folder_walk.h"
+#include "support/files/paths.h"
+
+static const char* flawOfUpdater(const char* folder) {
+  char path[PATH_BUFFER_SIZE];
+  const char* flaw = flawOfLaunchFile(setPath(path, folder, LAUNCH_FILE_NAME));
+  return flaw != nullptr && isPlainFile(folder) ? NO_FOLDER_FLAW : flaw;
+}
+
+// The updater starts the application, so that no more is known of what it needs.
+static const char* flawOfApp(const char* folder) {
+  std::vector<std::string> names;
+  if (!listNames(openFolder(folder), &names)) {
+    return isPlainFile(folder) ? NO_FOLDER_FLAW : nullptr;
+  }
+  return names.empty() ? "it is empty" : nullptr;
+}
+
+static char* allocInstalled(const ExtractorRun& run, const char* component, FlawOfFolder flawOf) {
+  return carriesUpdater(run) ? pickAndAllocLatestThatStarts(run.masterFolder, component, flawOf)
+                             : pickAndAllocLatestToLaunch(run.masterFolder, component, flawOf);
+}
+
+char* allocInstalledUpdater(const ExtractorRun& run) {
+  return allocInstalled(run, UPDATER_NAME, flawOfUpdater);
+}
+
+char* allocInstalledRuntime(const ExtractorRun& run) {
+  return allocInstalled(run, run.jreName, flawOfRuntime);
+}
+
+char* allocInstalledApp(const ExtractorRun& run) {
+  return allocInstalled(run, run.tail.appName, flawOfApp);
+}
+
+char* allocUpdaterToLaunch(const ExtractorRun& run) {
+  return pickAndAllocLatestToLaunch(run.masterFolder, UPDATER_NAME, flawOfUpdater);
+}

@@ -1,9 +1,0 @@
-#ifndef QUORVANE_LAUNCHER_DEFAULT_MENU_H
-#define QUORVANE_LAUNCHER_DEFAULT_MENU_H
-
-// Gives the application a main menu with the items of the platform's stock application menu; their
-// titles hold "%@" where the application's name belongs. For platforms that come without the stock
-// menu file. Logs nothing. Main thread, after createApplication().
-void installDefaultMenu();
-
-#endif

@@ -1,0 +1,137 @@
+#include "launcher/installation/version_folders.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "support/files/folder_walk.h"
+#include "support/log/logging.h"
+#include "support/text/strings.h"
+
+// Returns a new text with what stands between the n-th and the next '-', or null without those.
+static char* allocNameField(const char* folderName, int n) {
+  const int begin = indexOf(folderName, '-', n);
+  const int end = indexOf(folderName, '-', n + 1);
+  if (begin < 0 || end < 0) {
+    return nullptr;
+  }
+  return allocSubstring(folderName, begin + 1, end - begin - 1);
+}
+
+int checkAppFolderName(const char* folderName, const char* componentName) {
+  char* component = allocNameField(folderName, 1);
+  if (component == nullptr) {
+    return -1;
+  }
+  const int difference = strcmp(component, componentName);
+  free(component);
+  return difference;
+}
+
+long pickVersionFromAppFolderName(const char* folderName) {
+  char* text = allocNameField(folderName, 2);
+  if (text == nullptr) {
+    return -1;
+  }
+  const long version = atol(text);
+  free(text);
+  return version;
+}
+
+// Sorted, so that the choice among equal versions does not depend on the file system.
+static std::vector<std::string> sortedNamesIn(const char* path) {
+  constexpr size_t kShortest = 3;
+  std::vector<std::string> names;
+  const Folder folder = openFolder(path);
+  if (folder == nullptr) {
+    return names;
+  }
+  errno = 0;
+  while (const dirent* entry = readdir(folder.get())) {
+    if (strlen(entry->d_name) >= kShortest) {
+      names.emplace_back(entry->d_name);
+    }
+    errno = 0;
+  }
+  if (errno != 0) {
+    logMessage("[PickFolder] Unable to list %s\n", path);
+    names.clear();  // the newest may be among those that were not read
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+namespace {
+
+struct VersionFolder {
+  long version;
+  std::string name;
+};
+
+}  // namespace
+
+// Newest first, by name among equals. Logs every match and every better one.
+static std::vector<VersionFolder> versionFoldersOf(const char* masterFolder,
+                                                   const char* componentName) {
+  std::vector<VersionFolder> folders;
+  long best = -1;
+  for (const std::string& name : sortedNamesIn(masterFolder)) {
+    if (checkAppFolderName(name.c_str(), componentName) != 0) {
+      continue;
+    }
+    const long version = pickVersionFromAppFolderName(name.c_str());
+    logMessage("[PickFolder] Folder %s matches %s with version %ld\n", name.c_str(), componentName,
+               version);
+    if (version > best) {
+      logMessage("[PickFolder] Set latest to %ld %s\n", version, name.c_str());
+      best = version;
+    }
+    if (version > -1) {
+      folders.push_back({version, name});
+    }
+  }
+  std::sort(
+      folders.begin(), folders.end(), [](const VersionFolder& one, const VersionFolder& other) {
+        return one.version != other.version ? one.version > other.version : one.name < other.name;
+      });
+  return folders;
+}
+
+// Returns the first of the folders without a flaw, or null.
+static const VersionFolder* firstThatStarts(const char* masterFolder,
+                                            const std::vector<VersionFolder>& folders,
+                                            FlawOfFolder flawOf) {
+  for (const VersionFolder& folder : folders) {
+    const char* flaw = flawOf(childPath(masterFolder, folder.name).c_str());
+    if (flaw == nullptr) {
+      return &folder;
+    }
+    logMessage("[PickFolder] Folder %s cannot start: %s\n", folder.name.c_str(), flaw);
+  }
+  return nullptr;
+}
+
+char* pickAndAllocLatestFromMaster(const char* masterFolder, const char* componentName) {
+  const std::vector<VersionFolder> folders = versionFoldersOf(masterFolder, componentName);
+  return folders.empty() ? nullptr : allocCopy(folders.front().name.c_str());
+}
+
+char* pickAndAllocLatestThatStarts(const char* masterFolder, const char* componentName,
+                                   FlawOfFolder flawOf) {
+  const std::vector<VersionFolder> folders = versionFoldersOf(masterFolder, componentName);
+  const VersionFolder* chosen = firstThatStarts(masterFolder, folders, flawOf);
+  return chosen == nullptr ? nullptr : allocCopy(chosen->name.c_str());
+}
+
+char* pickAndAllocLatestToLaunch(const char* masterFolder, const char* componentName,
+                                 FlawOfFolder flawOf) {
+  const std::vector<VersionFolder> folders = versionFoldersOf(masterFolder, componentName);
+  if (folders.empty()) {
+    return nullptr;
+  }
+  const VersionFolder* chosen = firstThatStarts(masterFolder, folders, flawOf);
+  return allocCopy((chosen == nullptr ? folders.front() : *chosen).name.c_str());
+}

@@ -1,0 +1,97 @@
+#include "launcher/jvm/startable_runtime.h"
+
+#include <string>
+#include <vector>
+
+#include "launcher/jvm/jvm_places.h"
+#include "platform/jvm_library.h"
+#include "support/files/file_kind.h"
+#include "support/files/folder_walk.h"
+#include "support/files/paths.h"
+
+static const char kNoLibrary[] = "its JVM library is missing or empty";
+static const char kNoModules[] = "its modules file is missing or empty";
+
+static bool mayHoldLibrary(const std::string& folder) {
+  const char* otherName = platformJvmLibraryName();
+  return !lacksContent(childPath(folder, JVM_LIBRARY_NAME).c_str()) ||
+         (otherName != nullptr && !lacksContent(childPath(folder, otherName).c_str()));
+}
+
+// Runtimes of earlier layouts have jars in place of the modules, and one that is still being built
+// has a folder. The jar that reads a modules file is in every runtime that had one.
+static bool lacksModules(const std::string& home) {
+  const std::string modules = childPath(home, "lib/modules");
+  if (!lacksContent(modules.c_str())) {
+    return false;
+  }
+  return !leadsNowhere(modules.c_str()) || (isThere(childPath(home, "lib/jrt-fs.jar").c_str()) &&
+                                            leadsNowhere(childPath(home, "modules").c_str()));
+}
+
+const char* flawOfRuntimeInProcess(const char* jreFolder) {
+  const char* flaw = nullptr;
+  for (int place = 0; place < JAVA_HOME_PLACES; ++place) {
+    char home[PATH_BUFFER_SIZE];
+    setJavaHome(home, jreFolder, place);
+    if (!mayHoldLibrary(childPath(home, "lib/server"))) {
+      continue;
+    }
+    if (!lacksModules(home)) {
+      return nullptr;
+    }
+    flaw = kNoModules;
+  }
+  if (flaw == nullptr) {
+    flaw = isPlainFile(jreFolder) ? NO_FOLDER_FLAW : kNoLibrary;
+  }
+  return flaw;
+}
+
+// Looks at `folder` and `levels` further ones below. What cannot be listed may hold one.
+static bool mayHoldLibraryBelow(const std::string& folder, int levels) {
+  if (mayHoldLibrary(folder)) {
+    return true;
+  }
+  if (levels == 0 || !leadsToFolder(folder.c_str())) {
+    return false;
+  }
+  std::vector<std::string> names;
+  if (!listNames(openFolder(folder.c_str()), &names)) {
+    return true;
+  }
+  for (const std::string& name : names) {
+    if (mayHoldLibraryBelow(childPath(folder, name), levels - 1)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// What a runtime has that has a JVM library: without these, bin/java may be a program of another
+// kind, as a script that starts the Java of another place.
+static bool hadLibrary(const std::string& home) {
+  return isThere(childPath(home, "lib/jvm.cfg").c_str()) ||
+         isThere(childPath(home, "lib/server").c_str()) ||
+         isThere(childPath(home, "release").c_str());
+}
+
+// A java looks for its library in lib/VARIANT and, earlier, lib/ARCHITECTURE/VARIANT, of its home
+// or the home's jre.
+static bool mayStartAsChild(const std::string& home) {
+  constexpr int kLevels = 2;
+  if (isKnownNotExecutable(childPath(home, "bin/java").c_str())) {
+    return false;
+  }
+  for (const std::string& inner : {home, childPath(home, "jre")}) {
+    if (mayHoldLibraryBelow(childPath(inner, "lib"), kLevels)) {
+      return !lacksModules(inner);
+    }
+  }
+  return !hadLibrary(home);
+}
+
+const char* flawOfRuntime(const char* jreFolder) {
+  const char* flaw = flawOfRuntimeInProcess(jreFolder);
+  return flaw != nullptr && mayStartAsChild(jreFolder) ? nullptr : flaw;
+}

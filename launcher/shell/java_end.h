@@ -1,0 +1,24 @@
+#ifndef QUORVANE_LAUNCHER_SHELL_JAVA_END_H
+#define QUORVANE_LAUNCHER_SHELL_JAVA_END_H
+
+// The end of the Java program in this process when the user quits the application.
+
+struct JavaVM_;
+
+// Names the JVM that runs in this process, or, with null, says that none runs any more. Called by
+// the thread that creates and destroys it, right after the one and the other.
+void setRunningJava(JavaVM_* vm);
+
+// Ends the process as Java's System.exit(0) does, in the background: the shutdown hooks run, then
+// the process ends with status 0. The calling thread goes on serving its event loop meanwhile,
+// since hooks may wait for what they post there. After javaEndSeconds the process ends with the
+// same status, whatever the hooks do. A second call ends it at once.
+//
+// Returns true when that has begun, which is logged; false when there is no JVM, or no thread could
+// be started, so that nothing has to be waited for. Main thread.
+[[nodiscard]] bool endJavaInOrder();
+
+// How long the shutdown hooks may take, in seconds; tests alone change it.
+extern unsigned javaEndSeconds;
+
+#endif

@@ -1,0 +1,17 @@
+#ifndef QUORVANE_SUPPORT_FAILURE_FAILURE_TEXTS_H
+#define QUORVANE_SUPPORT_FAILURE_FAILURE_TEXTS_H
+
+#include <string>
+
+#include "support/failure/failure.h"
+
+// What an alert says. Any thread.
+
+// Returns the sentence that says what failed, of the application `name`.
+std::string failureMessage(Failure failure, const std::string& name);
+
+// Returns the sentence that says what to do, and, on a line of its own, where the log file is; that
+// line is left out when `logFile` is empty.
+std::string failureAdvice(Failure failure, const std::string& name, const std::string& logFile);
+
+#endif

@@ -1,0 +1,77 @@
+#include "support/files/file_kind.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+// The kind of what stands at `path`, 0 for nothing.
+static mode_t kindOf(const char* path) {
+  struct stat status {};
+  return lstat(path, &status) == 0 ? status.st_mode & S_IFMT : 0;
+}
+
+static mode_t kindBehindLinks(const char* path) {
+  struct stat status {};
+  return stat(path, &status) == 0 ? status.st_mode & S_IFMT : 0;
+}
+
+bool isThere(const char* path) {
+  return kindOf(path) != 0;
+}
+
+// Whether the error number of a look says that nothing is there.
+static bool saysMissing(int error) {
+  return error == ENOENT || error == ENOTDIR;
+}
+
+bool isKnownMissing(const char* path) {
+  struct stat status {};
+  return lstat(path, &status) != 0 && saysMissing(errno);
+}
+
+// The same for a look that follows links.
+static bool saysLeadsNowhere(int error) {
+  return saysMissing(error) || error == ELOOP;
+}
+
+bool leadsNowhere(const char* path) {
+  struct stat status {};
+  return stat(path, &status) != 0 && saysLeadsNowhere(errno);
+}
+
+bool isLink(const char* path) {
+  return kindOf(path) == S_IFLNK;
+}
+
+bool isFolder(const char* path) {
+  return kindOf(path) == S_IFDIR;
+}
+
+bool leadsToFolder(const char* path) {
+  return kindBehindLinks(path) == S_IFDIR;
+}
+
+bool isPlainFile(const char* path) {
+  return kindOf(path) == S_IFREG;
+}
+
+bool lacksContent(const char* path) {
+  struct stat status {};
+  if (stat(path, &status) != 0) {
+    return saysLeadsNowhere(errno);
+  }
+  return !S_ISREG(status.st_mode) || status.st_size == 0;
+}
+
+bool isExecutable(const char* path) {
+  return kindBehindLinks(path) == S_IFREG && access(path, X_OK) == 0;
+}
+
+bool isKnownNotExecutable(const char* path) {
+  struct stat status {};
+  if (stat(path, &status) != 0) {
+    return saysLeadsNowhere(errno);
+  }
+  return !S_ISREG(status.st_mode) || (access(path, X_OK) != 0 && errno == EACCES);
+}

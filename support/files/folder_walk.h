@@ -1,0 +1,65 @@
+#ifndef QUORVANE_SUPPORT_FILES_FOLDER_WALK_H
+#define QUORVANE_SUPPORT_FILES_FOLDER_WALK_H
+
+#include <dirent.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/owned.h"
+
+// Shared by the routines that walk a folder tree.
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
+// An open folder that closes itself.
+using Folder = std::unique_ptr<DIR, CloseFolder>;
+
+// Opens `path`, following links; null when it is no readable folder. Logs nothing.
+Folder openFolder(const char* path);
+
+// Opens `path` as openFolder() does, but gives null when `path` itself is a symbolic link: a walk
+// stays inside the tree that it was given.
+Folder openFolderWithoutLink(const char* path);
+
+// The same as a descriptor: opens the folder `path` itself, not open when it is a symbolic link or
+// no readable folder. Only the last name of the path is looked at; a home may well be reached
+// through a link.
+[[nodiscard]] Descriptor openFolderItself(const char* path);
+
+// The same for the entry `name` of the open folder `parent`.
+[[nodiscard]] Descriptor openFolderIn(const Descriptor& parent, const char* name);
+
+// Returns another descriptor of the same open folder, not open when that fails.
+[[nodiscard]] Descriptor secondDescriptorOf(const Descriptor& folder);
+
+// Opens the open folder `folder` for listing from its first entry; null when that fails. `folder`
+// stays open.
+[[nodiscard]] Folder openListing(const Descriptor& folder);
+
+// Returns the names in `folder`, in the order of the listing and without "." and "..", and closes
+// it: a walk that gathers the names first holds no folder open while it is further down, however
+// deep the tree. A null folder has no names.
+std::vector<std::string> allNames(Folder folder);
+
+// Writes the same names to `*names`; returns false when the folder could not be listed to its end.
+[[nodiscard]] bool listNames(Folder folder, std::vector<std::string>* names);
+
+// As allNames(), as the walks of an installation want it: names that begin with '.' and are shorter
+// than 3 characters are left out, two-character dot names with them.
+std::vector<std::string> namesToWalk(Folder folder);
+
+// Whether `name` begins with '.' and is shorter than 3 characters.
+[[nodiscard]] bool isShortDotName(const std::string& name);
+
+// Returns `folder` joined with `name`, or UNUSABLE_PATH when that does not fit a path buffer.
+std::string childPath(const std::string& folder, const std::string& name);
+
+// Returns the number of entries that readdir() lists, "." and ".." included; 0 when `path` cannot
+// be opened.
+long countEntries(const char* path);
+
+#endif

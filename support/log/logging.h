@@ -1,0 +1,62 @@
+#ifndef QUORVANE_SUPPORT_LOG_LOGGING_H
+#define QUORVANE_SUPPORT_LOG_LOGGING_H
+
+#include <cstdint>
+#include <cstdio>
+
+// The one log of the process. A message goes to the log file (when one is set), to standard output
+// and to the system log. Lines in the file and on standard output begin with the milliseconds that
+// passed since the previous call ended: a plus sign, the number padded with blanks to 8 characters,
+// one blank. Messages begin with a bracketed tag and end with their own newline; the log adds none.
+//
+// No function here reports its own failures. Only the use of the file is locked: calls from several
+// threads may interleave their lines.
+
+// The open log file, or null. Set by setFileToLogTo(), cleared by closeLoggedFile().
+extern FILE* fileToLogTo;
+
+// Wall clock in milliseconds since the epoch at the end of the previous call; 0 before the first.
+extern uint64_t lastTimestamp;
+
+// Writes one printf-style message to every sink and flushes them. Any thread.
+void logMessage(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+// Writes the message as logMessage() does, between two rule lines of 43 asterisks. Any thread.
+void logError(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+// Writes the three-line banner that opens the section `name`. Any thread.
+void logStartSection(const char* name);
+
+// Writes the three-line banner that closes the section `name`. Any thread.
+void logEndSection(const char* name);
+
+// From now on messages are kept for a log file that is still to be set, as long as they fit 256 KB.
+// Main thread, before any other call.
+void keepEarlyLines();
+
+// Makes `file` (or null) the log file; the previous one is not closed. What keepEarlyLines() has
+// kept is written to the file first, or dropped with null. The stream is owned by the log until
+// closeLoggedFile(). Main thread.
+void setFileToLogTo(FILE* file);
+
+// Logs that the file is being closed, then closes it if one is set. Any thread.
+void closeLoggedFile();
+
+// Creates `baseDir` and its folder "logs" and opens a new log file there, named "Wrapper-", the
+// local time with milliseconds and ".log". Logs the path to the sinks that were set before the
+// call. When the file cannot be opened the log goes on without one. Main thread, once.
+void setupFileLogging(const char* baseDir);
+
+// The same for the Launcher: the name begins with "Launcher-". Of the user's older files of that
+// name all but the newest LAUNCHER_LOG_COUNT - 1 are removed; no other file is.
+void setupLauncherLogging(const char* baseDir);
+constexpr int LAUNCHER_LOG_COUNT = 20;
+
+// Returns the path of the log file that this process has opened in a folder, also after it was
+// closed; empty when there is none. The text lives as long as the process. Any thread.
+const char* loggedFilePath();
+
+// Logs the current working folder. Any thread.
+void printWorkingDir();
+
+#endif

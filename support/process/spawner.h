@@ -1,0 +1,67 @@
+#ifndef QUORVANE_SUPPORT_PROCESS_SPAWNER_H
+#define QUORVANE_SUPPORT_PROCESS_SPAWNER_H
+
+#include <sys/types.h>
+
+#include <memory>
+
+// Starting of other programs: collect the argument vector in a fixed table, then start the program
+// in this process's environment, and wait for its end or not. Starting with a working folder
+// changes the folder of the whole process for a moment, so that no other thread may rely on it
+// meanwhile. One thread.
+
+// Number of arguments that a spawner holds, the program itself included.
+constexpr int SPAWNER_SLOTS = 500;
+
+// The argument table. Slot 0 is the program; the first null ends the vector. It holds the caller's
+// pointers, not copies: the texts must live until the program has been started, and are the
+// caller's to free.
+struct Spawner {
+  const char* slots[SPAWNER_SLOTS];
+};
+
+// Returns a new empty table; free it with deleteSpawner().
+Spawner* createSpawner();
+
+// Frees the table, not the texts.
+void deleteSpawner(Spawner* spawner);
+
+struct DeleteSpawner {
+  void operator()(Spawner* spawner) const { deleteSpawner(spawner); }
+};
+
+// A table that is freed when its owner goes out of scope.
+using OwnedSpawner = std::unique_ptr<Spawner, DeleteSpawner>;
+
+// Appends `arg`. When all slots are taken it is refused with a logged warning.
+void addSpawnerArg(Spawner* spawner, const char* arg);
+
+// Appends `exe` as addSpawnerArg() does, whatever slot 0 holds: call it first, on an empty table.
+// The program's path is used as it is; PATH is not searched.
+void setSpawnerExe(Spawner* spawner, const char* exe);
+
+// Starts the program, in `workingDir` where one is given, and waits for its end. Returns its exit
+// code (0 to 255), 0 when a signal ended it, or -1, with the error number logged, when it could not
+// be started. This process is back in its own folder in every case. The table stays as it is and
+// can be run again.
+int runSpawnerAndWait(const Spawner* spawner, const char* workingDir);
+int runSpawnerAndWait(const Spawner* spawner);
+
+// Waits for the end of the child process `child`, started by whatever means, and returns its wait
+// status, or -1 when it cannot be waited for. What is on screen is kept alive meanwhile.
+int waitForChild(pid_t child);
+
+// Waits up to `seconds` for the end of the child process `child`; returns whether it has ended by
+// then, and not with exit code 0. The application's events are answered meanwhile.
+[[nodiscard]] bool childFailsWithin(pid_t child, int seconds);
+
+// Returns whether the program that was waited for last was ended by a signal, which its result does
+// not tell from success.
+[[nodiscard]] bool wasSpawnEndedBySignal();
+
+// Starts the program as runSpawnerAndWait() does and returns 0 at once; -1, with the error number
+// logged, when it could not be started.
+int runSpawnerAndContinue(const Spawner* spawner, const char* workingDir);
+int runSpawnerAndContinue(const Spawner* spawner);
+
+#endif

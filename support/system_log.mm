@@ -1,9 +1,0 @@
-#include "support/system_log.h"
-
-#import "support/cocoa_text.h"
-
-void writeSystemLog(const char* text) {
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  NSLog(@"%@", textFromUTF8(text));
-  [pool release];
-}

@@ -1,0 +1,47 @@
+#ifndef QUORVANE_TOOLS_BUNDLE_INSTALLER_WRITER_H
+#define QUORVANE_TOOLS_BUNDLE_INSTALLER_WRITER_H
+
+#include <string>
+
+#include "tools/bundle/bundle_writer.h"
+#include "tools/formats/archive_writer.h"
+#include "tools/formats/params_writer.h"
+#include "tools/formats/tail_writer.h"
+#include "tools/keys/signing.h"
+
+// Self-contained installers, and what they carry as files of an update site.
+
+namespace tools {
+
+struct Installer {
+  Bundle bundle;  // its executable is the extractor
+  Tail tail;      // a version that is empty leaves its component out
+  Properties properties;
+  std::string lzmaTool;    // the lzma64 program for the target system
+  ArchiveContent updater;  // what the components' version folders will hold
+  ArchiveContent application;
+  std::string runtimeArchive;  // as writeSiteRuntime() writes it
+  std::string splash;          // a PNG file; empty for none
+};
+
+// Writes an installer bundle: the Tail record and the archives behind it as
+// Contents/Resources/Tail, the params file beside it. Components are signed when there is a key,
+// whose public half then has to be the Tail's. Throws InputError.
+void writeInstaller(const Installer& installer, const SigningKey* key);
+
+// Writes the files of the runtime `name` in `version`, made of the Java home `runtimeHome`, into
+// the update site `site` (tools/formats/update_site.h). Returns the archive's path; an offline
+// installer carries the same one. Throws InputError.
+std::string writeSiteRuntime(const std::string& site, const std::string& name,
+                             const std::string& version, const std::string& runtimeHome,
+                             const SigningKey* key);
+
+// Writes the files of the installer's application, in `version`, and of its updater into the update
+// site `site`: what an installer would put into the version folders. Throws InputError.
+void writeSiteApplication(const std::string& site, const Installer& installer,
+                          const std::string& version, const SigningKey* key);
+void writeSiteUpdater(const std::string& site, const Installer& installer, const SigningKey* key);
+
+}  // namespace tools
+
+#endif

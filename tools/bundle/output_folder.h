@@ -1,0 +1,48 @@
+#ifndef QUORVANE_TOOLS_BUNDLE_OUTPUT_FOLDER_H
+#define QUORVANE_TOOLS_BUNDLE_OUTPUT_FOLDER_H
+
+#include <string>
+#include <vector>
+
+namespace tools {
+
+// Stands in an output folder and lists what the packager made there.
+constexpr char OUTPUT_LIST[] = ".quorvane-output";
+
+// A folder that the packager writes its results to, all of them or none.
+class OutputFolder {
+ public:
+  // Takes the folder `path`, which is made when it is missing. Throws InputError when it holds
+  // something that an earlier build did not make, or cannot be written to.
+  explicit OutputFolder(const std::string& path);
+  // Removes what was not finished.
+  ~OutputFolder();
+  OutputFolder(const OutputFolder&) = delete;
+  OutputFolder& operator=(const OutputFolder&) = delete;
+
+  // The path of `name` while it is being made.
+  std::string operator/(const std::string& name) const;
+
+  // The path of `name` once it is finished.
+  std::string finalPath(const std::string& name) const { return path_ + "/" + name; }
+
+  // Puts what was made in place of what an earlier build made, which stays when that fails. With
+  // SOURCE_DATE_EPOCH in the environment every file and folder gets that time. Throws InputError.
+  void finish();
+
+ private:
+  void exchange(const std::vector<std::string>& earlier,
+                const std::vector<std::string>& made) const;
+  void takeBack(const std::vector<std::string>& earlier,
+                const std::vector<std::string>& made) const noexcept;
+  void restoreReplaced() const;
+
+  std::string path_;
+};
+
+// Returns the names of what the packager made in the folder `path`; none when it made nothing.
+std::vector<std::string> madeIn(const std::string& path);
+
+}  // namespace tools
+
+#endif

@@ -1,0 +1,89 @@
+#include "launcher/installation/tail_reader.h"
+#include "support/owned.h"
+#include "tools/formats/marker_search.h"
+#include "tools/formats/tail_writer.h"
+#include "tools/system/input_error.h"
+#include "tools/system/whole_file.h"
+
+// A packager wants to hear about a broken record, so this reader is strict where the product's own
+// takes what it gets.
+
+namespace tools {
+
+const char* const TAIL_VALUE_NAMES[TAIL_VALUE_COUNT] = {"app-name",
+                                                        "app-version",
+                                                        "jre-version",
+                                                        "gu-version",
+                                                        "min-splash-ms",
+                                                        "public-key",
+                                                        "can-override-splash",
+                                                        "install-type",
+                                                        "silent-parameter",
+                                                        "required-java-version",
+                                                        "update-url"};
+
+static const int kLauncherOnlyCount = 10;
+
+static int limitOf(int value) {
+  switch (value) {
+    case 5:
+      return TAIL_PUBLIC_KEY_LIMIT;
+    case 10:
+      return TAIL_UPDATE_URL_LIMIT;
+    default:
+      return TAIL_FIELD_LIMIT;
+  }
+}
+
+static std::string readValue(FILE* stream, int value, const std::string& path) {
+  const size_t longest = static_cast<size_t>(limitOf(value)) - 2;
+  std::string text;
+  int byte = getc(stream);
+  for (; byte != 0 && byte != EOF && text.size() <= longest; byte = getc(stream)) {
+    text.push_back(static_cast<char>(byte));
+  }
+  if (text.size() > longest) {
+    throw InputError(path + ": " + TAIL_VALUE_NAMES[value] + " is longer than the " +
+                     std::to_string(longest) + " bytes that are read; the file is no Tail record");
+  }
+  if (byte == EOF) {
+    throw InputError(path + ": the record ends inside " + TAIL_VALUE_NAMES[value] +
+                     "; it is cut short or no Tail record");
+  }
+  return text;
+}
+
+static bool isAtEnd(FILE* stream) {
+  const int byte = getc(stream);
+  ungetc(byte, stream);
+  return byte == EOF;
+}
+
+// Returns the number of bytes from the stream's position to its end.
+static long long bytesLeft(FILE* stream) {
+  const off_t here = ftello(stream);
+  fseeko(stream, 0, SEEK_END);
+  return ftello(stream) - here;
+}
+
+FoundTail findTail(const std::string& path) {
+  const Stream stream = openInput(path);
+  const MarkerSearch search = searchMarker(stream.get());
+  FoundTail found;
+  found.isAppended = search.found;
+  if (search.found) {
+    found.offset = search.offset;
+  } else {
+    rewind(stream.get());
+  }
+  for (int i = 0; i < TAIL_VALUE_COUNT; ++i) {
+    if (i == kLauncherOnlyCount && isAtEnd(stream.get())) {
+      break;
+    }
+    found.values[i] = readValue(stream.get(), i, path);
+  }
+  found.bytesBehind = bytesLeft(stream.get());
+  return found;
+}
+
+}  // namespace tools

@@ -1,0 +1,33 @@
+#ifndef QUORVANE_TOOLS_FORMATS_UPDATE_SITE_H
+#define QUORVANE_TOOLS_FORMATS_UPDATE_SITE_H
+
+#include <string>
+
+#include "tools/formats/archive_writer.h"
+#include "tools/keys/signing.h"
+
+// The update site: a folder of static files, a version text and an archive for each component.
+
+namespace tools {
+
+// The files of the component `name`.
+std::string siteVersionName(const std::string& name);
+std::string siteArchiveName(const std::string& name, const std::string& version);
+
+// Returns the version that the site `site` has of the component `name`. Throws InputError when it
+// has none, or its text is not a whole number, alone or before a line's end.
+std::string readSiteVersion(const std::string& site, const std::string& name);
+
+// What an archive of a site holds beside its content: which component and version it is.
+std::string componentRecord(const std::string& name, const std::string& version);
+
+// Writes the archive of the component `name` in `version`, and then its version text, into the
+// folder `site`, which is created. What is downloaded replaces what an installer would have put in
+// place, so the archive holds all of it. Returns the archive's path. Throws InputError.
+std::string writeSiteComponent(const std::string& site, const std::string& name,
+                               const std::string& version, ArchiveContent content,
+                               const SigningKey* key);
+
+}  // namespace tools
+
+#endif

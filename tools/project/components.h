@@ -1,0 +1,43 @@
+#ifndef QUORVANE_TOOLS_PROJECT_COMPONENTS_H
+#define QUORVANE_TOOLS_PROJECT_COMPONENTS_H
+
+#include <string>
+#include <vector>
+
+#include "tools/formats/archive_writer.h"
+#include "tools/project/project_file.h"
+#include "tools/system/temporary_folder.h"
+
+namespace tools {
+
+// The number of the updater that projects get which name none. It grows with what that updater
+// does, so that an installer, or an update site, replaces an older one.
+constexpr long OWN_UPDATER_VERSION = 2;
+
+// The jars of the project's application: the one jar, or all in its folder, sorted.
+std::vector<std::string> jarsOf(const Project& project);
+
+// What a project's application and updater are made of. The launch files that the project leaves to
+// the packager lie in a temporary folder as long as the object lives.
+class Components {
+ public:
+  // `updaterJar` is the updater of a project that names none. Throws InputError.
+  Components(const Project& project, const std::string& updaterJar);
+
+  const ArchiveContent& application() const { return application_; }
+  const ArchiveContent& updater() const { return updater_; }
+  const std::string& updaterVersion() const { return updaterVersion_; }
+
+ private:
+  void describeApplication(const Project& project);
+  void describeUpdater(const Project& project, const std::string& jar);
+
+  TemporaryFolder work_;
+  ArchiveContent application_;
+  ArchiveContent updater_;
+  std::string updaterVersion_;
+};
+
+}  // namespace tools
+
+#endif

@@ -1,0 +1,283 @@
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "extractor/run/run.h"
+#include "tools/formats/value_check.h"
+#include "tools/keys/key_file.h"
+#include "tools/project/components.h"
+#include "tools/project/project_file.h"
+#include "tools/system/ascii_case.h"
+#include "tools/system/folder_tree.h"
+#include "tools/system/input_error.h"
+#include "tools/system/whole_file.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+namespace {
+
+// Checks a project key by key; every message begins with the file, the section and the key.
+class ProjectCheck {
+ public:
+  explicit ProjectCheck(const Project& project) : project_(project) {}
+
+  void run() const {
+    checkNames();
+    checkVersions();
+    checkContent();
+    checkUpdater();
+    checkUpdates();
+    checkRuntime();
+    checkInstaller();
+    checkSigning();
+  }
+
+  void checkNames() const {
+    require("application", "name", project_.name, "\"Hello\"");
+    requireName("application", project_.name);
+    require("runtime", "name", project_.runtimeName, "\"Mac64JRE\"");
+    requireName("runtime", project_.runtimeName);
+    if (isSameButForCase(project_.name, UPDATER_NAME) ||
+        isSameButForCase(project_.name, project_.runtimeName)) {
+      fail("application", "name is \"" + project_.name +
+                              "\", which names another component's folders; choose another one");
+    }
+    if (isSameButForCase(project_.runtimeName, UPDATER_NAME)) {
+      fail("runtime", "name is \"" + project_.runtimeName +
+                          "\", which names the updater's folders; choose another one");
+    }
+    require("application", "identifier", project_.identifier, "\"org.example.hello\"");
+    const std::string& id = project_.identifier;
+    const bool isIdentifier = std::all_of(id.begin(), id.end(), [](unsigned char c) {
+      return (c < 0x80 && isalnum(c) != 0) || c == '.' || c == '-';
+    });
+    if (!isIdentifier) {
+      fail("application", "identifier is \"" + id +
+                              "\"; it may hold letters, digits, '.' and '-', for example "
+                              "org.example.hello");
+    }
+  }
+
+ private:
+  // `what` begins with the key, where it is about one; for that an option may stand.
+  [[noreturn]] void fail(const char* section, const std::string& what) const {
+    const size_t keyLength = what.find(' ');
+    const auto option =
+        project_.givenBy.find(std::string(section) + "." + what.substr(0, keyLength));
+    throw InputError(option == project_.givenBy.end()
+                         ? project_.file + ": [" + section + "] " + what
+                         : option->second + what.substr(keyLength));
+  }
+
+  void require(const char* section, const char* key, const std::string& value,
+               const char* example) const {
+    if (value.empty()) {
+      fail(section,
+           std::string("needs the key '") + key + "', for example " + key + " = " + example);
+    }
+  }
+
+  // A name becomes a file's name, part of a folder's name and a text of Info.plist.
+  void requireName(const char* section, const std::string& name) const {
+    const bool isPlain = std::none_of(name.begin(), name.end(), [](unsigned char c) {
+      return c == '/' || c == '-' || c == ':' || c == '\\' || iscntrl(c) != 0;
+    });
+    if (!isPlain || name[0] == '.' || name[0] == ' ' || name.back() == ' ' ||
+        name.size() > kLongestName) {
+      fail(section, "name is \"" + name +
+                        "\"; folders are named after it, so it has at most 60 bytes, no '/', '-', "
+                        "':', '\\' or control character, and no '.' or blank at its start or blank "
+                        "at its end");
+    }
+  }
+
+  void requireNumber(const char* section, const std::string& value) const {
+    constexpr size_t kMostDigits = 18;
+    if (value.size() > kMostDigits || value.find_first_not_of("0123456789") != std::string::npos) {
+      fail(section, "version is \"" + value +
+                        "\"; versions are compared as whole numbers, so use up to 18 digits");
+    }
+    if (value.size() > 1 && value[0] == '0') {
+      fail(section,
+           "version is \"" + value +
+               "\"; a whole number has no zero in front, and updates are refused with one");
+    }
+  }
+
+  void checkVersions() const {
+    require("application", "version", project_.version, "\"1\"");
+    requireNumber("application", project_.version);
+    requireNumber("updater", project_.updaterVersion);
+    requireNumber("runtime", project_.runtimeVersion);
+  }
+
+  void requireFile(const char* section, const char* key, const std::string& path) const {
+    if (!path.empty() && !fs::is_regular_file(path)) {
+      fail(section, std::string(key) + " names " + path + ", which is no file there");
+    }
+  }
+
+  void requireFolder(const char* section, const char* key, const std::string& path) const {
+    if (!path.empty() && !fs::is_directory(path)) {
+      fail(section, std::string(key) + " names " + path + ", which is no folder there");
+    }
+  }
+
+  // A file of the kind that begins with `start`.
+  void requireKind(const char* section, const char* key, const std::string& path,
+                   const std::string& start, const char* kind) const {
+    requireFile(section, key, path);
+    if (!path.empty() && readWhole(path).compare(0, start.size(), start) != 0) {
+      fail(section, std::string(key) + " names " + path + ", which is no " + kind);
+    }
+  }
+
+  void checkContent() const {
+    if (project_.jar.empty() == project_.appFolder.empty()) {
+      fail("application", project_.jar.empty()
+                              ? "needs 'jar', the application's one jar, or 'folder', its files"
+                              : "has both 'jar' and 'folder'; remove one of them");
+    }
+    requireFile("application", "jar", project_.jar);
+    requireFolder("application", "folder", project_.appFolder);
+    checkLaunch();
+    requireKind("application", "icon", project_.icon, "icns", ".icns image");
+    if (!project_.icon.empty() && fs::path(project_.icon).extension() != ".icns") {
+      fail("application", "icon names " + project_.icon + ", whose name must end in .icns");
+    }
+  }
+
+  void checkLaunch() const {
+    const std::string launchFile = project_.appFolder + "/QuorvaneLaunch";
+    const bool stands = !project_.appFolder.empty() && fs::exists(launchFile);
+    const bool isDescribed = !project_.mainClass.empty() || !project_.classPath.empty() ||
+                             !project_.arguments.empty() || !project_.jvmOptions.empty() ||
+                             project_.maximumHeapMegabytes != 0;
+    if (stands && isDescribed) {
+      fail("application",
+           "describes how to start, and " + launchFile +
+               " does too; remove that file, or main_class, class_path, arguments, jvm_options and "
+               "maximum_heap_mb");
+    }
+    if (!stands) {
+      require("application", "main_class", project_.mainClass, "\"org.example.Main\"");
+    }
+    if (!project_.jar.empty() && !project_.classPath.empty()) {
+      fail("application", "has 'class_path' beside 'jar', which is the class path; remove it");
+    }
+    if (project_.maximumHeapMegabytes < 0) {
+      fail("application", "maximum_heap_mb is " + std::to_string(project_.maximumHeapMegabytes) +
+                              "; it must not be negative");
+    }
+  }
+
+  void checkUpdater() const {
+    requireFolder("updater", "folder", project_.updaterFolder);
+    if (project_.updaterFolder.empty()) {
+      checkOwnUpdater();
+      return;
+    }
+    require("updater", "version", project_.updaterVersion, "\"1\"");
+    requireFile("updater", "folder", project_.updaterFolder + "/QuorvaneLaunch");
+  }
+
+  // A change of [updates] reaches the users in an updater with a larger number.
+  void checkOwnUpdater() const {
+    const std::string& version = project_.updaterVersion;
+    if (!version.empty() && std::stoll(version) <= OWN_UPDATER_VERSION) {
+      fail("updater", "version is \"" + version + "\"; the packager's own updater is " +
+                          std::to_string(OWN_UPDATER_VERSION) +
+                          ", so use a larger number, or none");
+    }
+  }
+
+  void checkUpdates() const {
+    if (!project_.updaterFolder.empty() && isSet(project_.updates)) {
+      fail("updates",
+           "is for the packager's own updater, and [updater] names another one in 'folder'; remove "
+           "either");
+    }
+    const std::string fault = faultOf(project_.updates);
+    if (!fault.empty()) {
+      fail("updates", fault);
+    }
+  }
+
+  void checkRuntime() const {
+    requireFolder("runtime", "folder", project_.runtimeHome);
+    requireFolder("runtime", "jdk", project_.jdk);
+    requireFolder("runtime", "jmods", project_.jmods);
+    const bool isLinked =
+        !project_.runtimeModules.empty() || !project_.jdk.empty() || !project_.jmods.empty();
+    if (!project_.runtimeHome.empty() && isLinked) {
+      fail("runtime",
+           "has 'folder', a runtime that stands, beside 'modules', 'jdk' or 'jmods', "
+           "which make one; remove either");
+    }
+  }
+
+  void requireSound(const char* key, const std::string& value, const std::string& fault) const {
+    if (!fault.empty()) {
+      fail("installer", std::string(key) + " is \"" + value + "\"; " + fault);
+    }
+  }
+
+  void checkInstaller() const {
+    requireKind("installer", "splash", project_.splash, "\x89PNG\r\n\x1a\n", "PNG image");
+    requireSound("update_url", project_.updateUrl, faultOfUpdateUrl(project_.updateUrl));
+    for (const char* word : {"--install", "--elevated"}) {
+      if (project_.silentParameter == word) {
+        fail("installer", "silent_parameter is \"" + project_.silentParameter +
+                              "\", a word that installers take for something else; choose another");
+      }
+    }
+    requireSound("required_java", project_.requiredJava,
+                 faultOfRequiredJava(project_.requiredJava));
+    const char* const own[][2] = {{"jre_name", "'name' in [runtime]"},
+                                  {"require_signature", "'require_signature' in [installer]"}};
+    for (const auto& [name, value] : project_.properties) {
+      for (const auto& [taken, key] : own) {
+        if (name == taken) {
+          fail("installer.properties", "has " + name + "; set it with " + key);
+        }
+      }
+    }
+  }
+
+  void checkSigning() const {
+    if (project_.requireSignature && project_.key.empty()) {
+      fail("signing",
+           "needs the key 'key', since installers accept only what is signed; make one with "
+           "'quorvane-pack key new release.key', or set require_signature = false in [installer]");
+    }
+    if (project_.key.empty() || project_.key == "-") {
+      return;
+    }
+    requireFile("signing", "key", project_.key);
+    for (const std::string& folder :
+         {project_.appFolder, project_.updaterFolder, project_.runtimeHome}) {
+      const std::string fault = faultOfKeyPlace(project_.key, folder);
+      if (!fault.empty()) {
+        fail("signing", "key names " + project_.key + ", " + fault);
+      }
+    }
+  }
+
+  static constexpr size_t kLongestName = 60;
+
+  const Project& project_;
+};
+
+}  // namespace
+
+void checkNames(const Project& project) {
+  ProjectCheck(project).checkNames();
+}
+
+void checkProject(const Project& project) {
+  ProjectCheck(project).run();
+}
+
+}  // namespace tools

@@ -1,0 +1,241 @@
+#include "tools/project/project_file.h"
+
+#include <toml++/toml.h>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <sstream>
+
+#include "tools/system/input_error.h"
+#include "tools/system/texts.h"
+#include "tools/system/whole_file.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+namespace {
+
+// What a key takes, and how its value gets into the project: false when it has another type.
+struct Key {
+  const char* expected;
+  std::function<bool(const toml::node&)> set;
+};
+using Keys = std::map<std::string, Key>;
+
+Key text(std::string* field) {
+  return {"a text", [field](const toml::node& value) {
+            const auto found = value.value_exact<std::string>();
+            *field = found.value_or(*field);
+            return found.has_value();
+          }};
+}
+
+// A version, which may stand without quotes.
+Key version(std::string* field) {
+  return {"a whole number", [field](const toml::node& value) {
+            const auto digits = value.value_exact<int64_t>();
+            const auto found = value.value_exact<std::string>();
+            *field = digits ? std::to_string(*digits) : found.value_or(*field);
+            return digits || found;
+          }};
+}
+
+// A path in the file, relative to the folder `base`.
+Key path(std::string* field, const fs::path& base) {
+  return {"a path as text", [field, base](const toml::node& value) {
+            const auto found = value.value_exact<std::string>();
+            if (found && !found->empty()) {
+              *field = (base / *found).lexically_normal();
+            }
+            return found.has_value();
+          }};
+}
+
+Key flag(bool* field) {
+  return {"true or false", [field](const toml::node& value) {
+            const auto found = value.value_exact<bool>();
+            *field = found.value_or(*field);
+            return found.has_value();
+          }};
+}
+
+Key number(long* field) {
+  return {"a whole number", [field](const toml::node& value) {
+            const auto found = value.value_exact<int64_t>();
+            *field = found ? static_cast<long>(*found) : *field;
+            return found.has_value();
+          }};
+}
+
+Key number(std::optional<long>* field) {
+  return {"a whole number", [field](const toml::node& value) {
+            const auto found = value.value_exact<int64_t>();
+            if (found) {
+              *field = static_cast<long>(*found);
+            }
+            return found.has_value();
+          }};
+}
+
+Key texts(std::vector<std::string>* field) {
+  return {"a list of texts", [field](const toml::node& value) {
+            if (!value.is_array()) {
+              return false;
+            }
+            for (const toml::node& element : *value.as_array()) {
+              const auto found = element.value_exact<std::string>();
+              if (!found) {
+                return false;
+              }
+              field->push_back(*found);
+            }
+            return true;
+          }};
+}
+
+Key pairs(Properties* field) {
+  return {"a table of texts", [field](const toml::node& value) {
+            if (!value.is_table()) {
+              return false;
+            }
+            for (const auto& [name, element] : *value.as_table()) {
+              const auto found = element.value_exact<std::string>();
+              if (!found) {
+                return false;
+              }
+              field->emplace_back(std::string(name.str()), *found);
+            }
+            return true;
+          }};
+}
+
+Keys applicationKeys(Project* project, const fs::path& base) {
+  return {{"name", text(&project->name)},
+          {"version", version(&project->version)},
+          {"identifier", text(&project->identifier)},
+          {"jar", path(&project->jar, base)},
+          {"folder", path(&project->appFolder, base)},
+          {"main_class", text(&project->mainClass)},
+          {"class_path", texts(&project->classPath)},
+          {"arguments", texts(&project->arguments)},
+          {"jvm_options", texts(&project->jvmOptions)},
+          {"maximum_heap_mb", number(&project->maximumHeapMegabytes)},
+          {"icon", path(&project->icon, base)}};
+}
+
+Keys runtimeKeys(Project* project, const fs::path& base) {
+  return {{"folder", path(&project->runtimeHome, base)},
+          {"modules", texts(&project->runtimeModules)},
+          {"jdk", path(&project->jdk, base)},
+          {"jmods", path(&project->jmods, base)},
+          {"version", version(&project->runtimeVersion)},
+          {"name", text(&project->runtimeName)}};
+}
+
+Keys updatesKeys(Project* project) {
+  return {{"check", text(&project->updates.check)},
+          {"interval", number(&project->updates.interval)},
+          {"keep", number(&project->updates.keep)},
+          {"url", text(&project->updates.url)}};
+}
+
+Keys installerKeys(Project* project, const fs::path& base) {
+  return {{"install_type", text(&project->installType)},
+          {"update_url", text(&project->updateUrl)},
+          {"silent_parameter", text(&project->silentParameter)},
+          {"minimum_splash_ms", number(&project->minimumSplashMs)},
+          {"splash", path(&project->splash, base)},
+          {"can_override_splash", flag(&project->canOverrideSplash)},
+          {"required_java", text(&project->requiredJava)},
+          {"require_signature", flag(&project->requireSignature)},
+          {"properties", pairs(&project->properties)}};
+}
+
+std::map<std::string, Keys> sectionsOf(Project* project, const fs::path& base) {
+  return {
+      {"application", applicationKeys(project, base)},
+      {"updater",
+       {{"folder", path(&project->updaterFolder, base)},
+        {"version", version(&project->updaterVersion)}}},
+      {"updates", updatesKeys(project)},
+      {"runtime", runtimeKeys(project, base)},
+      {"installer", installerKeys(project, base)},
+      {"signing", {{"key", path(&project->key, base)}}},
+  };
+}
+
+template <typename Map>
+std::string namesOf(const Map& map) {
+  std::vector<std::string> names;
+  for (const auto& entry : map) {
+    names.push_back(entry.first);
+  }
+  return joined(names, ", ");
+}
+
+std::string placeOf(const std::string& file, const toml::node& node) {
+  return file + ":" + std::to_string(node.source().begin.line) + ": ";
+}
+
+std::string typeOf(const toml::node& node) {
+  std::ostringstream name;
+  name << node.type();
+  return name.str();
+}
+
+toml::table parse(const std::string& file) {
+  try {
+    return toml::parse(readWhole(file), file);
+  } catch (const toml::parse_error& error) {
+    std::ostringstream where;
+    where << file << ":" << error.source().begin.line << ": " << error.description();
+    throw InputError(where.str());
+  }
+}
+
+void applySection(const std::string& file, const std::string& section, const toml::node& node,
+                  const Keys& keys) {
+  const toml::table* table = node.as_table();
+  if (table == nullptr) {
+    throw InputError(placeOf(file, node) + section + " is no section; write it as [" + section +
+                     "] with its keys below");
+  }
+  for (const auto& [name, value] : *table) {
+    const auto key = keys.find(std::string(name.str()));
+    if (key == keys.end()) {
+      throw InputError(placeOf(file, value) + "[" + section + "] has no key '" +
+                       std::string(name.str()) + "'; known are " + namesOf(keys));
+    }
+    if (!key->second.set(value)) {
+      throw InputError(placeOf(file, value) + "'" + key->first + "' in [" + section + "] must be " +
+                       key->second.expected + "; this is " +
+                       (value.is_array() || value.is_table() ? "something else" : typeOf(value)));
+    }
+  }
+}
+
+}  // namespace
+
+Project readProject(const std::string& file) {
+  if (!fs::exists(file)) {
+    throw InputError(file +
+                     " does not exist; name a project file, or make one with 'quorvane-pack init'");
+  }
+  const toml::table table = parse(file);
+  Project project;
+  project.file = file;
+  const auto sections = sectionsOf(&project, fs::path(file).parent_path());
+  for (const auto& [name, node] : table) {
+    const auto section = sections.find(std::string(name.str()));
+    if (section == sections.end()) {
+      throw InputError(placeOf(file, node) + "there is no section [" + std::string(name.str()) +
+                       "]; known are " + namesOf(sections));
+    }
+    applySection(file, section->first, node, section->second);
+  }
+  return project;
+}
+
+}  // namespace tools

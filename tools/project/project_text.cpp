@@ -1,0 +1,152 @@
+#include "tools/project/project_text.h"
+
+#include <toml++/toml.h>
+
+#include <cctype>
+#include <filesystem>
+#include <sstream>
+
+#include "tools/system/input_error.h"
+#include "tools/system/texts.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+static bool isLetterOrDigit(char c) {
+  return static_cast<unsigned char>(c) < 0x80 && isalnum(static_cast<unsigned char>(c)) != 0;
+}
+
+static bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// Splits at what separates words in a file's name. Bytes of other alphabets belong to a word.
+static std::vector<std::string> wordsOf(const std::string& text) {
+  std::vector<std::string> words(1);
+  for (const char c : text) {
+    if (isLetterOrDigit(c) || static_cast<unsigned char>(c) >= 0x80 || c == '.') {
+      words.back().push_back(c);
+    } else if (!words.back().empty()) {
+      words.emplace_back();
+    }
+  }
+  if (words.back().empty()) {
+    words.pop_back();
+  }
+  return words;
+}
+
+std::string suggestedName(const std::string& path) {
+  fs::path file = fs::path(path).lexically_normal();
+  file = file.has_filename() ? file : file.parent_path();
+  const bool isJar = file.extension() == ".jar";
+  std::string name;
+  for (std::string word : wordsOf(isJar ? file.stem() : file.filename())) {
+    word.erase(0, word.find_first_not_of('.'));
+    if (word.empty() || (!name.empty() && isDigit(word[0]))) {
+      break;  // a version and what follows it
+    }
+    word[0] = static_cast<char>(toupper(static_cast<unsigned char>(word[0])));
+    name += (name.empty() ? "" : " ") + word;
+  }
+  return name;
+}
+
+std::string suggestedIdentifier(const std::string& mainClass, const std::string& name) {
+  const size_t dot = mainClass.rfind('.');
+  std::string identifier =
+      dot == std::string::npos ? "org.example." + name : mainClass.substr(0, dot);
+  std::string plain;
+  for (const char c : identifier) {
+    if (isLetterOrDigit(c) || c == '.' || c == '_' || c == '-') {
+      plain.push_back(c == '_' ? '-' : static_cast<char>(tolower(c)));
+    }
+  }
+  return plain.back() == '.' ? plain + "application" : plain;
+}
+
+static std::string quoted(const std::string& text) {
+  std::ostringstream out;
+  out << toml::toml_formatter(
+      toml::value<std::string>(text),
+      toml::toml_formatter::default_flags & ~toml::format_flags::allow_literal_strings);
+  try {
+    if (toml::parse("text = " + out.str())["text"].value_or("") == text) {
+      return out.str();
+    }
+  } catch (const toml::parse_error&) {
+    // said below
+  }
+  throw InputError("the text " + text + " is no UTF-8, which a project file must be; rename it");
+}
+
+static std::string quotedList(const std::vector<std::string>& texts) {
+  std::vector<std::string> list;
+  for (const std::string& text : texts) {
+    list.push_back(quoted(text));
+  }
+  return "[" + joined(list, ", ") + "]";
+}
+
+static std::string contentText(const NewProject& project) {
+  if (!project.jar.empty()) {
+    return "jar = " + quoted(project.jar) + "\n";
+  }
+  return "folder = " + quoted(project.folder) + "  # everything in it is installed\n" +
+         "class_path = " + quotedList(project.classPath) + "\n";
+}
+
+static std::string applicationText(const NewProject& project) {
+  return "# What 'quorvane-pack build' makes installers of. Paths are relative to this file.\n"
+         "\n"
+         "[application]\n"
+         "name = " +
+         quoted(project.name) +
+         "  # folders are named after it: no '/' and no '-'\n"
+         "version = \"1\"  # a whole number; an installer with a larger one updates\n"
+         "identifier = " +
+         quoted(project.identifier) + "  # a name below an Internet domain of yours, in reverse\n" +
+         contentText(project) + "main_class = " + quoted(project.mainClass) + "\n" +
+         "# arguments = [\"--first\", \"second\"]\n"
+         "# jvm_options = [\"-Dkey=value\"]\n"
+         "# maximum_heap_mb = 1024\n"
+         "# icon = \"icon.icns\"\n";
+}
+
+static const char kOtherSections[] = R"(
+# [updates]  # how installed applications look for new versions in the folder "site"
+# check = "background"  # or "before_start", or "never"
+# interval = 86400  # seconds between two checks
+# url = "https://updates.example.org/hello/beta/"  # instead of update_url below
+# keep = 2  # how many versions stay installed
+
+# [updater]  # an updater of your own, which then does all that
+# folder = "updater"
+# version = "1"
+
+[runtime]  # made with jlink of the modules that jdeps finds, unless you say otherwise
+# modules = ["java.base", "java.desktop"]
+# jdk = "/usr/lib/jvm/java-17-openjdk-amd64"
+# jmods = "macos-jdk/Contents/Home/jmods"  # for another system; the same Java version as the JDK
+# folder = "runtime"  # a runtime that stands, instead of all these
+# version = "170015"  # a whole number, by default from the runtime's own version
+
+[installer]
+# install_type = "perm_user"  # "perm_all" installs for all users
+# update_url = "https://updates.example.org/hello/"  # where you put the folder "site"
+# silent_parameter = "-silent"  # the word that installs without a window
+# splash = "splash.png"
+# minimum_splash_ms = 1500
+# required_java = "8"  # oldest Java of the machine that an online installer takes
+# require_signature = true
+
+[signing]
+)";
+
+std::string projectText(const NewProject& project) {
+  return applicationText(project) + kOtherSections + "key = " + quoted(project.key) +
+         "  # keep it safe, and out of what you publish\n";
+}
+
+}  // namespace tools

@@ -1,0 +1,34 @@
+#ifndef QUORVANE_TOOLS_PROJECT_PROJECT_TEXT_H
+#define QUORVANE_TOOLS_PROJECT_PROJECT_TEXT_H
+
+#include <string>
+#include <vector>
+
+// The text of a new project file.
+
+namespace tools {
+
+// What a new project file says; the rest has defaults, which it shows as comments.
+struct NewProject {
+  std::string name;
+  std::string identifier;
+  std::string jar;     // either this
+  std::string folder;  // or this one with its class path
+  std::vector<std::string> classPath;
+  std::string mainClass;
+  std::string key;
+};
+
+// Returns the commented text. Throws InputError when a value is no UTF-8, which TOML cannot hold.
+std::string projectText(const NewProject& project);
+
+// Returns a name for the application in the file or folder `path`, which projects accept:
+// "my-app-1.2.jar" gives "My App". Empty when nothing is left of it.
+std::string suggestedName(const std::string& path);
+
+// Returns an identifier: the main class's package, or one below org.example made of the name.
+std::string suggestedIdentifier(const std::string& mainClass, const std::string& name);
+
+}  // namespace tools
+
+#endif

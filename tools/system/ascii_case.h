@@ -1,0 +1,17 @@
+#ifndef QUORVANE_TOOLS_SYSTEM_ASCII_CASE_H
+#define QUORVANE_TOOLS_SYSTEM_ASCII_CASE_H
+
+#include <string>
+
+namespace tools {
+
+// Returns the text with A to Z as small letters. Names that are equal then are one name on a usual
+// macOS volume.
+std::string lowerCase(std::string text);
+
+// Returns whether the texts are equal but for the case of A to Z.
+bool isSameButForCase(const std::string& first, const std::string& second);
+
+}  // namespace tools
+
+#endif

@@ -1,0 +1,30 @@
+#include "tools/system/program_files.h"
+
+#include <filesystem>
+
+#include "tools/system/program_path.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+// The path of the running program: as it was called, or where PATH finds it.
+static fs::path pathOf(const std::string& program) {
+  if (program.find('/') != std::string::npos) {
+    return program;
+  }
+  const std::string found = findInPath(program, true);
+  return found.empty() ? program : found;
+}
+
+ProgramFiles findProgramFiles(const std::string& program) {
+  std::error_code ignored;
+  const fs::path folder = fs::weakly_canonical(pathOf(program), ignored).parent_path();
+  const fs::path installed = folder.parent_path() / "lib/quorvane";
+  if (fs::is_directory(installed, ignored)) {
+    return {installed, installed / "updater.jar"};
+  }
+  return {folder, folder.parent_path() / "updater/updater.jar"};
+}
+
+}  // namespace tools

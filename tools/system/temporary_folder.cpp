@@ -1,0 +1,33 @@
+#include "tools/system/temporary_folder.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "tools/system/input_error.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+TemporaryFolder::TemporaryFolder(const std::string& parent) {
+  std::error_code ignored;
+  fs::path folder = parent.empty() ? fs::temp_directory_path(ignored) : fs::path(parent);
+  if (folder.empty()) {
+    folder = "/tmp";  // TMPDIR names no folder
+  }
+  path_ = (folder / "quorvane-XXXXXX").string();
+  if (mkdtemp(path_.data()) == nullptr) {
+    throw InputError("no temporary folder can be made as " + path_ + ": " + strerror(errno));
+  }
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+}  // namespace tools

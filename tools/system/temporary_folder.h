@@ -1,0 +1,26 @@
+#ifndef QUORVANE_TOOLS_SYSTEM_TEMPORARY_FOLDER_H
+#define QUORVANE_TOOLS_SYSTEM_TEMPORARY_FOLDER_H
+
+#include <string>
+
+namespace tools {
+
+// A new empty folder in the system's temporary folder or another one, removed with all it holds at
+// the end. Throws InputError when it cannot be made.
+class TemporaryFolder {
+ public:
+  explicit TemporaryFolder(const std::string& parent = "");
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  // The path of `name` inside the folder.
+  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace tools
+
+#endif

@@ -1,0 +1,20 @@
+#ifndef QUORVANE_TOOLS_SYSTEM_TEXTS_H
+#define QUORVANE_TOOLS_SYSTEM_TEXTS_H
+
+#include <string>
+#include <vector>
+
+namespace tools {
+
+// Returns whether the text begins with `start`; it may be nothing more.
+bool startsWith(const std::string& text, const std::string& start);
+
+// Returns whether the text ends with `end`; it may be nothing more.
+bool endsWith(const std::string& text, const std::string& end);
+
+// Returns the texts in one, with `separator` between them.
+std::string joined(const std::vector<std::string>& texts, const std::string& separator);
+
+}  // namespace tools
+
+#endif

@@ -1,0 +1,290 @@
+#include "tools/verify/installer_check.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "extractor/run/run.h"
+#include "launcher/installation/install_locations.h"
+#include "tools/formats/marker_search.h"
+#include "tools/formats/params_check.h"
+#include "tools/formats/tail_writer.h"
+#include "tools/formats/update_site.h"
+#include "tools/formats/value_check.h"
+#include "tools/keys/public_key.h"
+#include "tools/system/input_error.h"
+#include "tools/system/whole_file.h"
+#include "tools/verify/bundle_reader.h"
+#include "tools/verify/component_check.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+namespace {
+
+// The values of a Tail record, by their places.
+enum TailValue {
+  APP_NAME,
+  APP_VERSION,
+  JRE_VERSION,
+  GU_VERSION,
+  MIN_SPLASH,
+  PUBLIC_KEY,
+  CAN_OVERRIDE_SPLASH,
+  INSTALL_TYPE,
+  SILENT_PARAMETER,
+  REQUIRED_JAVA,
+  UPDATE_URL
+};
+
+std::string valueOf(const Properties& properties, const char* name, const char* otherwise) {
+  std::string value = otherwise;
+  for (const auto& [key, text] : properties) {
+    value = key == name ? text : value;
+  }
+  return value;
+}
+
+class BundleCheck {
+ public:
+  BundleCheck(const std::string& bundle, const std::string& site)
+      : bundle_(bundle), resources_(bundle + "/Contents/Resources"), site_(site) {}
+
+  BundleReport run() {
+    const std::string executable = attempt([&] { return executableOfBundle(bundle_); });
+    if (!readTail(executable)) {
+      return report_;
+    }
+    attempt([&] { return compareTail(); });
+    readKey();
+    if (value(GU_VERSION).empty()) {
+      report_.facts.push_back("a launcher bundle: it carries no updater, so it installs nothing");
+      requireNothingBehind();
+      if (!site_.empty()) {
+        problem("it takes no updates, so there is nothing that the site has to fit");
+      }
+      return report_;
+    }
+    checkUpdateUrl();
+    readProperties();
+    attempt([&] { return readComponents(); });
+    if (!site_.empty()) {
+      checkSite();
+    }
+    return report_;
+  }
+
+ private:
+  const std::string& value(TailValue place) const { return found_.values[place]; }
+
+  void problem(const std::string& what) { report_.problems.push_back(what); }
+
+  // Runs a step and reports the InputError that ends it.
+  template <typename Step>
+  std::string attempt(Step step) {
+    try {
+      return step();
+    } catch (const InputError& error) {
+      problem(error.what());
+      return "";
+    }
+  }
+
+  // The record behind the executable, or else the one among the resources.
+  bool readTail(const std::string& executable) {
+    const auto carriesOne = [](const std::string& path) {
+      return searchMarker(openInput(path).get()).found;
+    };
+    const bool isBehind = !executable.empty() && carriesOne(executable);
+    tailPath_ = isBehind ? executable : resources_ + "/Tail";
+    if (isBehind) {
+      report_.facts.push_back("the Tail record stands behind the executable, outside of a seal");
+    }
+    const size_t before = report_.problems.size();
+    attempt([&] {
+      found_ = findTail(tailPath_);
+      return "";
+    });
+    if (report_.problems.size() > before) {
+      return false;
+    }
+    report_.facts.push_back("application name: " + value(APP_NAME));
+    return true;
+  }
+
+  Tail tail() const {
+    Tail tail;
+    tail.appName = value(APP_NAME);
+    tail.appVersion = value(APP_VERSION);
+    tail.jreVersion = value(JRE_VERSION);
+    tail.guVersion = value(GU_VERSION);
+    tail.minSplashMs = atol(value(MIN_SPLASH).c_str());
+    tail.publicKeyHex = value(PUBLIC_KEY);
+    tail.canOverrideSplash = value(CAN_OVERRIDE_SPLASH) == "1";
+    tail.installType = value(INSTALL_TYPE);
+    tail.silentParameter = value(SILENT_PARAMETER);
+    tail.requiredJavaVersion = value(REQUIRED_JAVA);
+    tail.updateUrl = value(UPDATE_URL);
+    return tail;
+  }
+
+  // A value in another form than the writer's is read as something that it does not say.
+  std::string compareTail() {
+    const std::string record = encodeTail(tail());
+    size_t at = 0;
+    for (int i = 0; i < TAIL_VALUE_COUNT; ++i) {
+      const std::string read = record.c_str() + at;
+      at += read.size() + 1;
+      if (read != found_.values[i]) {
+        problem(std::string(TAIL_VALUE_NAMES[i]) + " in the Tail record is \"" +
+                found_.values[i].substr(0, 40) + "\", which is read as " + read);
+      }
+    }
+    return "";
+  }
+
+  void checkUpdateUrl() {
+    const std::string& url = value(UPDATE_URL);
+    const std::string fault = url.empty() ? "" : faultOfUpdateUrl(url);
+    if (!fault.empty()) {
+      problem("update-url in the Tail record is \"" + url.substr(0, 200) + "\"; " + fault);
+    }
+  }
+
+  void readKey() {
+    const std::string& hex = value(PUBLIC_KEY);
+    if (hex.empty()) {
+      return;
+    }
+    key_ = publicKeyFromHex(hex);
+    if (key_ == nullptr) {
+      problem("the public key in the Tail record cannot be used; make the installer again");
+    }
+  }
+
+  void readProperties() {
+    std::string path = resources_ + "/AppParams.excludefromsigning";
+    if (!fs::exists(path)) {
+      path = resources_ + "/params.lproj/locversion.plist";
+    }
+    Properties properties;
+    attempt([&] {
+      properties = decodeParams(readWhole(path));
+      return "";
+    });
+    for (const std::string& fault : faultsOfParams(properties, tail())) {
+      problem(fault);
+    }
+    runtimeName_ = valueOf(properties, "jre_name", DEFAULT_JRE_NAME);
+    trust_.isRequired = asksForSignatures(properties);
+    trust_.key = key_.get();
+    report_.facts.push_back("params file: " + std::to_string(properties.size()) + " properties");
+    if (trust_.isRequired && value(PUBLIC_KEY).empty()) {
+      problem("the params file asks for signatures, and the Tail record has no key");
+    }
+    if (!trust_.isRequired) {
+      report_.facts.push_back("signatures are not asked for: what is not signed is accepted");
+    }
+  }
+
+  std::string readComponents() {
+    InstallerStream stream(tailPath_,
+                           static_cast<long long>(fs::file_size(tailPath_)) - found_.bytesBehind);
+    readUpdater(&stream);
+    if (!value(JRE_VERSION).empty()) {
+      readRuntime(&stream);
+    }
+    if (!value(APP_VERSION).empty()) {
+      readApplication(&stream);
+    }
+    found_.bytesBehind = stream.bytesLeft();
+    requireNothingBehind();
+    return "";
+  }
+
+  void readUpdater(InstallerStream* stream) {
+    ComponentCheck updater("updater", trust_, &report_);
+    updater.read(stream, 1);
+    updater.requireFile("lzma64");
+    updater.read(stream, 3);
+    updater.checkLaunchFile();
+    updater.checkLaunch();
+    updater.checkSplash();
+    updater.checkVersion(value(GU_VERSION));
+    updater.describe(value(GU_VERSION));
+  }
+
+  void readRuntime(InstallerStream* stream) {
+    ComponentCheck runtime("runtime", trust_, &report_);
+    runtime.read(stream, 1);
+    runtime.requireFile("Contents/Home/bin/java");
+    runtime.describe(value(JRE_VERSION));
+  }
+
+  void readApplication(InstallerStream* stream) {
+    ComponentCheck application("application", trust_, &report_);
+    application.read(stream, 2);
+    application.checkLaunchFile();
+    application.checkVersion(value(APP_VERSION));
+    application.describe(value(APP_VERSION));
+  }
+
+  void checkSite() {
+    if (key_ == nullptr) {
+      problem("without a key in the Tail record installed applications take no updates");
+      return;
+    }
+    trust_.isRequired = true;
+    trust_.demand = "updates have to be";
+    checkSiteComponent("site, updater", UPDATER_NAME, [](ComponentCheck* updater) {
+      updater->requireFile("lzma64");
+      updater->checkLaunchFile();
+      updater->checkLaunch();
+      updater->checkSplash();
+    });
+    checkSiteComponent("site, runtime", runtimeName_, [](ComponentCheck* runtime) {
+      runtime->requireFile("Contents/Home/bin/java");
+    });
+    checkSiteComponent("site, application", value(APP_NAME),
+                       [](ComponentCheck* application) { application->checkLaunchFile(); });
+  }
+
+  template <typename Check>
+  void checkSiteComponent(const char* what, const std::string& name, Check check) {
+    attempt([&] {
+      const std::string version = readSiteVersion(site_, name);
+      ComponentCheck component(what, trust_, &report_);
+      component.readArchiveFile(site_ + "/" + siteArchiveName(name, version));
+      component.checkIdentity(name, version);
+      component.checkVersion(version, "the site");
+      check(&component);
+      component.describe(version);
+      return "";
+    });
+  }
+
+  void requireNothingBehind() {
+    if (found_.bytesBehind != 0) {
+      problem(tailPath_ + " goes on for " + std::to_string(found_.bytesBehind) +
+              " bytes behind what is read");
+    }
+  }
+
+  std::string bundle_;
+  std::string resources_;
+  std::string site_;
+  std::string tailPath_;
+  std::string runtimeName_ = DEFAULT_JRE_NAME;
+  FoundTail found_;
+  PublicKey key_;
+  Trust trust_;
+  BundleReport report_;
+};
+
+}  // namespace
+
+BundleReport checkBundle(const std::string& bundle, const std::string& site) {
+  return BundleCheck(bundle, site).run();
+}
+
+}  // namespace tools

@@ -1,0 +1,26 @@
+#ifndef QUORVANE_TOOLS_VERIFY_PRODUCT_EXTRACTION_H
+#define QUORVANE_TOOLS_VERIFY_PRODUCT_EXTRACTION_H
+
+#include <string>
+
+#include "crypto/signature.h"
+
+namespace tools {
+
+struct Extraction {
+  std::string archive;    // not compressed; it stays
+  std::string name;       // what messages call it
+  std::string folder;     // created, or empty already
+  std::string unpack200;  // the tool for pack200 entries; empty for none
+  bool requireSignature = false;
+  Rsa_key* key = nullptr;
+};
+
+// Extracts an archive with the very function that an installer uses, in a process of its own, and
+// hides that function's log. Throws InputError when it ends the process, with the log's last lines,
+// or finds the signature wrong; the folder is then gone.
+void extractAsProduct(const Extraction& extraction);
+
+}  // namespace tools
+
+#endif
