@@ -72,6 +72,10 @@ int copyFolder(const char* from, const char* to);
 // which; it has to look at the folders.
 void doRename(const char* from, const char* to);
 
+// The same without the copy: for what a copy, which follows links, would not be. Returns whether
+// the folder was moved.
+[[nodiscard]] bool renameFolder(const char* from, const char* to);
+
 // Logs that `from` was renamed to `to`, as doRename() does.
 void logRenamed(const char* from, const char* to);
 

@@ -30,6 +30,21 @@ static bool retryRename(const char* from, const char* to, int* lastError) {
   return false;
 }
 
+// Returns 0, or the errno of the last rename that failed.
+static int renameStubbornly(const char* from, const char* to) {
+  printWorkingDir();
+  int lastError = rename(from, to) == 0 ? 0 : errno;
+  bool isRenamed = lastError == 0;
+  for (int round = 1; round <= kRenameRounds && !isRenamed; ++round) {
+    isRenamed = retryRename(from, to, &lastError);
+  }
+  if (!isRenamed) {
+    return lastError;
+  }
+  logRenamed(from, to);
+  return 0;
+}
+
 static void copyInstead(const char* from, const char* to, int lastError) {
   logMessage("[Rename] [FAIL] Could not rename '%s' to '%s' [%d]\n", from, to, lastError);
   logMessage("[Rename] Can do no better than a copy on this filesystem\n");
@@ -42,18 +57,13 @@ static void copyInstead(const char* from, const char* to, int lastError) {
   }
 }
 
+bool renameFolder(const char* from, const char* to) {
+  return renameStubbornly(from, to) == 0;
+}
+
 void doRename(const char* from, const char* to) {
-  printWorkingDir();
-  if (rename(from, to) == 0) {
-    logRenamed(from, to);
-    return;
+  const int lastError = renameStubbornly(from, to);
+  if (lastError != 0) {
+    copyInstead(from, to, lastError);
   }
-  int lastError = errno;
-  for (int round = 1; round <= kRenameRounds; ++round) {
-    if (retryRename(from, to, &lastError)) {
-      logRenamed(from, to);
-      return;
-    }
-  }
-  copyInstead(from, to, lastError);
 }

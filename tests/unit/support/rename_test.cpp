@@ -165,6 +165,22 @@ TEST_F(DoRename, SaysSoWhenTheSourceIsMissing) {
        "[Rename] Copy failed too! Severe filesystem issues."}));
 }
 
+TEST_F(DoRename, WithoutTheCopyLeavesBothWhereTenRoundsFail) {
+  test::writeFile(to() + "/old", "old");
+  Lines wanted{workingFolder_};
+  wanted.insert(wanted.end(), 10, couldNot(ENOTEMPTY));
+  EXPECT_EQ(wanted,
+            test::logLinesOf([this] { EXPECT_FALSE(renameFolder(from().c_str(), to().c_str())); }));
+  EXPECT_EQ("bytes", test::readFile(from() + "/file"));
+  EXPECT_EQ(Lines{"old"}, test::namesIn(to()));
+}
+
+TEST_F(DoRename, WithoutTheCopyMovesAsWell) {
+  EXPECT_EQ((Lines{workingFolder_, renamed()}),
+            test::logLinesOf([this] { EXPECT_TRUE(renameFolder(from().c_str(), to().c_str())); }));
+  EXPECT_EQ("bytes", test::readFile(to() + "/file"));
+}
+
 static bool move(const std::string& from, const std::string& to) {
   bool moved = false;
   test::capture([&] { moved = moveItem(from.c_str(), to.c_str()); });
