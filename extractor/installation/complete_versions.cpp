@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "extractor/run/run.h"
-#include "extractor/runtime/lay_out_runtime.h"
+#include "extractor/runtime/jre_layout.h"
 #include "launch/launch_file.h"
 #include "launcher/installation/version_folders.h"
 #include "support/files/file_kind.h"

@@ -5,10 +5,10 @@ struct ExtractorRun;
 
 // What runs that died left in the master folder. Main thread.
 
-// Finishes the layout of every installed runtime whose preparation was cut short, so that a folder
-// that counts as complete also starts. Takes the installers' lock when there is one, and never
-// waits for it: where another installer has it, that one may be laying them out, and nothing is
-// done.
+// Makes the rename that a run which died between the two folders of a runtime left: that of a
+// bundle which waits in its home, or of a home whose bundle is installed already. Takes the
+// installers' lock when there is one to make, and never waits for it: where another installer has
+// it, that one may be at it, and nothing is done.
 void finishInterruptedRuntimes(const ExtractorRun& run);
 
 // The same for a caller that holds the lock.

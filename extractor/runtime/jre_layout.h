@@ -13,24 +13,33 @@ std::string plainFolderOf(const std::string& bundlePath);
 
 // Turns the unpacked bundle at `bundlePath`, which ends in ".plugin", into that pair. The visible
 // entries of its Java home and its hidden folders move into the plain folder; hidden files there
-// are removed. A bundle path that holds a plain Java home, without Contents/Home, gives the same
-// pair. Every step is logged with the shell command that would do the same and is tried whatever
-// the previous one gave; no failure is reported. Not atomic.
+// are removed. Every step is logged first, as the shell command that would do the same, and is
+// tried whatever the previous one gave; no failure is reported. Not atomic, so that an installation
+// uses the two functions below.
 void initOSXJRE(const char* bundlePath);
 
-// Removes what is hidden in `folder` and is no folder, as rm .* does. A link is removed itself; a
-// file that cannot be removed stays without a word.
-void removeHiddenFiles(const char* folder);
+// The same steps on the temporary folders of a runtime that is going to be `bundlePath`: `bundle`,
+// and the folder `home`, which the entries move into. The links name their places beside
+// `bundlePath`. Logs nothing. Returns whether the steps worked: nothing visible is left of the
+// bundle's own Java home, and its links are there.
+[[nodiscard]] bool layOutAside(const char* bundle, const char* home, const char* bundlePath);
 
-// Returns the places in a bundle at which a link is the layout's own.
-std::vector<std::string> linksOfLayout();
+// How a runtime came to be laid out, as its log lines say it.
+struct LayoutOrigin {
+  bool isNew;        // no plain folder was there before
+  bool isPlainHome;  // it came as a Java home without Contents/Home
+};
 
-// Returns whether the bundle at `bundlePath`, once initOSXJRE() has run, is known to lack the link
-// that makes the plug-in library its executable.
-[[nodiscard]] bool lacksExecutableLink(const char* bundlePath);
+// Logs the steps for the installed runtime `bundlePath` as initOSXJRE() does, and does none of them
+// again, but for the mode of a plain folder that is new.
+void logLayout(const char* bundlePath, const LayoutOrigin& origin);
 
-// Makes that link, logged as in initOSXJRE().
-void linkExecutable(const char* bundlePath);
+// Returns the places in a bundle that are the layout's own: the link to the plain folder and that
+// to its plug-in library.
+std::vector<std::string> placesOfLayout();
+
+// Returns whether the Java home `home` holds a Java executable. Any thread.
+[[nodiscard]] bool holdsJava(const char* home);
 
 // Returns a new path buffer, owned by the caller, with the path of the bundle's "java" tool, after
 // setting its mode to 0777. Where that fails an error is logged and the path returned all the same.

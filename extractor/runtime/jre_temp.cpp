@@ -2,7 +2,6 @@
 
 #include "extractor/run/run.h"
 #include "extractor/runtime/jre_layout.h"
-#include "extractor/runtime/lay_out_runtime.h"
 #include "support/files/file_kind.h"
 #include "support/files/file_operations.h"
 #include "support/files/paths.h"

@@ -1,10 +1,16 @@
 #include <cstdio>
 
 #include "extractor/runtime/jre_layout.h"
+#include "support/files/file_kind.h"
 #include "support/files/file_operations.h"
 #include "support/files/paths.h"
 #include "support/log/logging.h"
 #include "support/text/strings.h"
+
+bool holdsJava(const char* home) {
+  char java[PATH_BUFFER_SIZE];
+  return isExecutable(setPath(java, home, "bin", "java"));
+}
 
 static char* allocToolFolder(const char* bundlePath) {
   char* path = static_cast<char*>(allocZeroed(PATH_BUFFER_SIZE));

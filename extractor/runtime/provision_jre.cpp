@@ -2,7 +2,7 @@
 
 #include "extractor/run/run.h"
 #include "extractor/runtime/jre_layout.h"
-#include "extractor/runtime/lay_out_runtime.h"
+#include "extractor/runtime/publish_runtime.h"
 #include "extractor/versions/folders.h"
 #include "support/files/file_operations.h"
 #include "support/files/paths.h"
@@ -23,28 +23,8 @@ static void setUpOnlineJre(ExtractorRun& run) {
   logEndSection(kOnlineSection);
 }
 
-// The plain folder and the bundle both count as the runtime, whatever they hold: without a Java
-// they would hide an older runtime that works.
-static void putHomeIntoPlace(const ExtractorRun& run, const char* home) {
-  const bool isNew = layOutRuntime(run, run.jreFolder, home);
-  if (isNew && !isMoveCutShort(run.jreFolder) && !lacksJava(home)) {
-    return;
-  }
-  const Failure failure = failureOfWriting(0, run.masterFolder);  // a removal frees space
-  if (isNew) {
-    removeTree(home);
-    removeTree(run.jreFolder);
-  }
-  failRun(failure, "[Extractor] The folder of the %s could not be put into place\n", "JRE");
-}
-
 void putJreIntoPlace(ExtractorRun& run) {
-  char home[PATH_BUFFER_SIZE];
-  setPath(home, run.jreFolder);
-  appendToPath(run.jreFolder, ".plugin");
-  moveIntoPlace(run, "JRE", run.jreTemp, run.jreFolder, linksOfLayout());
-  logMessage("[Extractor] Renamed JRE folder to %s\n", run.jreFolder);
-  putHomeIntoPlace(run, home);
+  publishRuntime(run);
   chmod777(run.jreFolder);
   logMessage("[Extractor] Ensuring JRE bin is writable.\n");
   char bin[PATH_BUFFER_SIZE];

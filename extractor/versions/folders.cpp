@@ -69,7 +69,8 @@ struct Placing {
   const ExtractorRun& run;
   const char* temp;
   const char* target;
-  const std::vector<std::string>& ownLinks;
+  const std::vector<std::string>& leftOut;
+  ByCopy byCopy;
   Failure failure = Failure::FolderNotWritable;  // why it went wrong
 };
 
@@ -82,11 +83,17 @@ static void noteFailureOfPlacing(Placing* placing) {
   }
 }
 
+static bool moveOrCopy(const char* from, const char* target) {
+  doRename(from, target);
+  return isKnownMissing(from) || completeCopy(from, target);
+}
+
 // Moves `from` to the target, where nothing stands. Returns whether all of it arrived; otherwise
 // nothing stands there.
 static bool moveToFreePlace(Placing* placing, const char* from) {
-  doRename(from, placing->target);
-  if (isKnownMissing(from) || completeCopy(from, placing->target)) {
+  const bool isMoved = placing->byCopy == ByCopy::Allowed ? moveOrCopy(from, placing->target)
+                                                          : renameFolder(from, placing->target);
+  if (isMoved) {
     return true;
   }
   noteFailureOfPlacing(placing);
@@ -132,7 +139,7 @@ static Outcome replaceInTwoSteps(Placing* placing) {
   if (!moveToFreePlace(placing, placing->temp)) {
     return takeBack(placing, aside);
   }
-  if (!addMissingEntries(aside, placing->target, placing->ownLinks)) {
+  if (!addMissingEntries(aside, placing->target, placing->leftOut)) {
     noteFailureOfPlacing(placing);
     removeTree(placing->target);
     return takeBack(placing, aside);
@@ -156,14 +163,14 @@ static Outcome replaceFolder(Placing* placing) {
   const char* target = placing->target;
   logMessage("[Extractor] Replacing existing folder %s\n", target);
   const Descriptor mark = markFolder(target);  // it will have the temporary folder's name
-  if (!addMissingEntries(target, temp, placing->ownLinks)) {
+  if (!addMissingEntries(target, temp, placing->leftOut)) {
     noteFailureOfPlacing(placing);
     return Outcome::Kept;
   }
   if (!exchangeFolders(temp, target)) {
     return replaceInTwoSteps(placing);
   }
-  if (!addMissingEntries(temp, target, placing->ownLinks)) {
+  if (!addMissingEntries(temp, target, placing->leftOut)) {
     noteFailureOfPlacing(placing);
     return exchangeFolders(temp, target) ? Outcome::Kept : keepUnderAnotherName(*placing);
   }
@@ -181,8 +188,14 @@ static Outcome place(Placing* placing) {
   return moveToFreePlace(placing, placing->temp) ? Outcome::Replaced : Outcome::Kept;
 }
 
+void requireTempFolder(const char* component, const char* temp) {
+  if (!isFolder(temp)) {
+    failRun("[Extractor] The folder of the %s is gone, nothing of it is installed\n", component);
+  }
+}
+
 // What is no folder cannot be a version folder; a copy would follow a link that stands there.
-static void removeObstacle(const ExtractorRun& run, const char* component, const char* target) {
+void removeObstacle(const ExtractorRun& run, const char* component, const char* target) {
   if (!isThere(target) || isFolder(target)) {
     return;
   }
@@ -194,12 +207,10 @@ static void removeObstacle(const ExtractorRun& run, const char* component, const
 }
 
 void moveIntoPlace(const ExtractorRun& run, const char* component, const char* temp,
-                   const char* target, const std::vector<std::string>& ownLinks) {
-  if (!isFolder(temp)) {
-    failRun("[Extractor] The folder of the %s is gone, nothing of it is installed\n", component);
-  }
+                   const char* target, const std::vector<std::string>& leftOut, ByCopy byCopy) {
+  requireTempFolder(component, temp);
   removeObstacle(run, component, target);
-  Placing placing{run, temp, target, ownLinks};
+  Placing placing{run, temp, target, leftOut, byCopy};
   const Outcome outcome = place(&placing);
   if (outcome != Outcome::Stuck) {
     removeTree(temp);  // the source of a copy, or what stood there before an exchange

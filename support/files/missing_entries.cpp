@@ -176,6 +176,9 @@ static bool addEntry(PairWalk* walk, const char* name) {
   const Descriptor& to = walk->pairs.back().to.folder;
   struct stat status {};
   struct stat there {};
+  if (isLeftOut(*walk)) {
+    return true;
+  }
   if (fstatat(from.get(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
     return errno == ENOENT;
   }
@@ -187,7 +190,7 @@ static bool addEntry(PairWalk* walk, const char* name) {
     return isFound && !S_ISDIR(there.st_mode) ? isEmptyFolder(from, name)
                                               : addFolder(walk, name, status);
   }
-  if (isFound || isLeftOut(*walk)) {
+  if (isFound) {
     return true;
   }
   return S_ISLNK(status.st_mode) ? addLink(from, to, name) : addFile(from, to, name, status);

@@ -6,8 +6,8 @@
 
 // Adds to the folder `to` what the folder `from` holds and it lacks, all the way down: files as
 // further names of the same file where the file system has these, else as copies, links as links,
-// folders with their modes. A name that both hold stays what it is in `to`. `leftOut` names files
-// and links, by their paths in `from`, that are not added. Nothing in `from` changes, and no link
+// folders with their modes. A name that both hold stays what it is in `to`. `leftOut` names
+// entries, by their paths in `from`, that are not added. Nothing in `from` changes, and no link
 // is followed.
 //
 // Returns false, after a logged line, at the first entry that cannot be added, and where a folder

@@ -334,6 +334,22 @@ TEST_F(Online, AdoptedRuntimeIsUsedTheSecondTime) {
   EXPECT_TRUE(installer_.launched());
 }
 
+TEST_F(Online, RuntimeThatIsAdoptedAgainKeepsWhatTheUserPutIntoBothItsFolders) {
+  installer_.makeOnline("http://192.0.2.10/");
+  offerSystemRuntime(javaScript(72));
+  EXPECT_EQ(0, install().status);
+  const std::string plain = installer_.master(kAdopted);
+  test::writeFile(plain + "/settings.ini", "of the runtime");
+  test::writeFile(plain + ".plugin/settings.ini", "of the bundle");
+  installer_.tail.guVersion = "6";
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(mentions(result, "[JRESearch] JRE is valid, copying...\n"));
+  EXPECT_EQ("of the runtime", test::readFile(plain + "/settings.ini"));
+  EXPECT_EQ("of the bundle", test::readFile(plain + ".plugin/settings.ini"));
+  EXPECT_TRUE(fs::exists(plain + ".plugin/Contents/Home/bin/java"));
+}
+
 TEST_F(Online, SystemRuntimeThatFailsTheProbeIsNotAdopted) {
   site_.publishGoodSite();
   serve();

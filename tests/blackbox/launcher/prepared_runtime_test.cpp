@@ -8,8 +8,9 @@
 #include <ostream>
 #include <string>
 
+#include "extractor/run/run.h"
 #include "extractor/runtime/jre_layout.h"
-#include "support/files/file_operations.h"
+#include "extractor/runtime/publish_runtime.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/launcher_bundle.h"
@@ -38,8 +39,10 @@ class PreparedRuntime : public testing::TestWithParam<Origin> {
     test::capture([&] {
       const std::string copy = "cp -LRf \"" + test::testRuntime() + "\" \"" + unpacked + "\"";
       EXPECT_EQ(0, system(copy.c_str()));
-      doRename(bundle_.master("QuorvaneTemp-1-2-app").c_str(), plugin().c_str());
-      initOSXJRE(plugin().c_str());
+      setPath(run_.masterFolder, bundle_.master().c_str());
+      setPath(run_.jreTemp, bundle_.master("QuorvaneTemp-1-2-app").c_str());
+      setPath(run_.jreFolder, plain().c_str());
+      publishRuntime(run_);
     });
   }
 
@@ -48,6 +51,7 @@ class PreparedRuntime : public testing::TestWithParam<Origin> {
   std::string plugin() const { return plain() + ".plugin"; }
 
   test::LauncherBundle bundle_;
+  ExtractorRun run_{};
 };
 
 }  // namespace

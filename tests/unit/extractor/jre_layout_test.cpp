@@ -13,8 +13,6 @@
 #include <string>
 #include <vector>
 
-#include "launcher/installation/version_folders.h"
-#include "support/files/file_operations.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -189,6 +187,8 @@ TEST(InitOSXJRE, TreatsOddHomesAsTheCommandsDo) {
   });
   expectSameAsShell(
       [](const std::string& bundle) { test::writeFile(bundle + "/Contents/Home", "a file"); });
+  expectSameAsShell(
+      [](const std::string& bundle) { test::writeFile(bundle + "/bin/java", "a plain home"); });
 }
 
 TEST(InitOSXJRE, MergesIntoAPlainFolderThatStandsAsTheCommandsDo) {
@@ -407,102 +407,4 @@ TEST(GetUnpack200Executable, ReportsAMissingToolAndGivesThePathAllTheSame) {
               "[Locating UP200] Result is /absent.plugin/Contents/Home/bin/unpack200"}));
   EXPECT_STREQ("/absent.plugin/Contents/Home/bin/unpack200", path);
   free(path);
-}
-
-static const char kAdopted[] = "Quorvane-Mac64JRE-00000000000-complete";
-
-// A Java home without Contents/Home, whose tools say who they are.
-static void writePlainHome(const std::string& home) {
-  test::writeFile(home + "/bin/java", "#!/bin/sh\necho \"java $*\"\n", 0755);
-  test::writeFile(home + "/bin/unpack200", "#!/bin/sh\necho \"unpack200 $*\"\n", 0755);
-  test::writeFile(home + "/lib/server/libjvm.dylib", "jvm");
-  test::writeFile(home + "/release", "JAVA_VERSION=\"11\"\n");
-  test::writeFile(home + "/.hidden", "x");
-}
-
-namespace {
-
-// A master folder in which a plain Java home was adopted: copied into a temporary folder, renamed
-// to the version folder with ".plugin", and prepared.
-class AdoptedHome {
- public:
-  AdoptedHome() {
-    writePlainHome(home_.path());
-    const std::string temp = master_ / "QuorvaneTemp-1-2-app";
-    test::capture([&] {
-      const std::string copy = "cp -LRf \"" + home_.path() + "\" \"" + temp + "\"";
-      EXPECT_EQ(0, system(copy.c_str()));
-      doRename(temp.c_str(), bundle().c_str());
-      initOSXJRE(bundle().c_str());
-    });
-  }
-
-  std::string plain() const { return master_ / kAdopted; }
-  std::string bundle() const { return plain() + ".plugin"; }
-  const std::string& master() const { return master_.path(); }
-
- private:
-  test::TempFolder home_;
-  test::TempFolder master_;
-};
-
-}  // namespace
-
-TEST(InitOSXJREOfAPlainHome, LeavesTheRuntimeInThePlainFolderAndALinkToItInTheBundle) {
-  const AdoptedHome adopted;
-  EXPECT_EQ((Lines{".hidden", "bin", "lib", "release"}), test::namesIn(adopted.plain()));
-  EXPECT_EQ((Lines{"Contents"}), test::namesIn(adopted.bundle()));
-  EXPECT_EQ((Lines{"Home"}), test::namesIn(adopted.bundle() + "/Contents"));
-  EXPECT_EQ(adopted.plain(), fs::read_symlink(adopted.bundle() + "/Contents/Home").string());
-}
-
-TEST(InitOSXJREOfAPlainHome, MakesTheWorkingRuntimeTheOneThatIsChosen) {
-  const AdoptedHome adopted;
-  char* chosen = nullptr;
-  test::capture(
-      [&] { chosen = pickAndAllocLatestFromMaster(adopted.master().c_str(), "Mac64JRE"); });
-  ASSERT_STREQ(kAdopted, chosen);
-  const std::string runtime = adopted.master() + "/" + chosen;
-  free(chosen);
-  EXPECT_EQ("jvm", test::readFile(runtime + "/lib/server/libjvm.dylib"));
-  EXPECT_EQ("java -version\n", test::run({{runtime + "/bin/java", "-version"}}).out);
-}
-
-TEST(InitOSXJREOfAPlainHome, MakesTheToolPathsReachTheSameRuntime) {
-  const AdoptedHome adopted;
-  char* java = nullptr;
-  char* unpack = nullptr;
-  test::capture([&] {
-    java = getJavaExecutable(adopted.bundle().c_str());
-    unpack = getUnpack200Executable(adopted.bundle().c_str());
-  });
-  EXPECT_EQ("java -version\n", test::run({{java, "-version"}}).out);
-  EXPECT_EQ("unpack200 a b\n", test::run({{unpack, "a", "b"}}).out);
-  EXPECT_EQ(fs::canonical(adopted.plain() + "/bin/java"), fs::canonical(java));
-  free(java);
-  free(unpack);
-}
-
-TEST(InitOSXJREOfAPlainHome, LogsTheAdoptionBeforeTheSevenCommands) {
-  const test::TempFolder folder;
-  const std::string bundle = folder / std::string(kAdopted) + ".plugin";
-  writePlainHome(bundle);
-  EXPECT_TRUE(test::containsInOrder(
-      test::logLinesOf([&] { initOSXJRE(bundle.c_str()); }),
-      {"[OSX JRE] Alias JRE path is " + (folder / kAdopted),
-       "[OSX JRE] No Contents/Home in " + bundle + ", it becomes " + (folder / kAdopted) +
-           " itself",
-       "[LNS] Running " + commandsFor(bundle)[0], "[LNS] Running " + commandsFor(bundle)[6]}));
-}
-
-TEST(InitOSXJREOfAPlainHome, ChangesNothingMateriallyOnASecondRun) {
-  const AdoptedHome adopted;
-  auto first = treeOf(adopted.master());
-  runDirectly(adopted.bundle());
-  auto second = treeOf(adopted.master());
-  // The commands reach the plain folder through the bundle's link: rm removes its hidden files, and
-  // ln makes its link in there.
-  EXPECT_EQ(1u, first.erase(std::string("/") + kAdopted + "/.hidden"));
-  EXPECT_EQ(1u, second.erase(std::string("/") + kAdopted + "/" + kAdopted));
-  EXPECT_EQ(first, second);
 }

@@ -13,7 +13,6 @@
 
 #include "extractor/installation/interrupted_runs.h"
 #include "extractor/run/run.h"
-#include "extractor/runtime/lay_out_runtime.h"
 #include "extractor/versions/folders.h"
 #include "tests/support/account.h"
 #include "tests/support/capture.h"
@@ -23,18 +22,18 @@
 #include "tests/support/real_functions.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/unavailable.h"
+#include "tests/unit/extractor/disturbed_renames.h"
 
 namespace fs = std::filesystem;
 using FolderNames = std::vector<std::string>;
 using test::beforeExchange;
 using test::exchangesFail;
+using test::unmovable;
 using test::writeFile;
 
-// What fails, what a path must hold for its rename to fail, and what happens just before a further
-// name of a file.
+// What fails, and what happens just before a further name of a file.
 static bool removalsFail = false;
 static bool linksFail = false;
-static std::string unmovable;
 static std::string filling;  // the disk is full while this path exists
 static std::function<void()> beforeLink;
 
@@ -44,13 +43,6 @@ static int fail(int error) {
 }
 
 // These take the places of the C library's functions in this executable.
-extern "C" int rename(const char* from, const char* to) {
-  if (!unmovable.empty() && std::string(from).find(unmovable) != std::string::npos) {
-    return fail(EXDEV);
-  }
-  return renameat(AT_FDCWD, from, AT_FDCWD, to);
-}
-
 extern "C" int linkat(int from, const char* name, int to, const char* other, int flags) {
   if (const std::function<void()> action = std::exchange(beforeLink, nullptr)) {
     action();
@@ -137,6 +129,28 @@ TEST_F(ReplacedFolder, ComesBackWhenTheNewOneIsCopiedAndTheCopyIsIncomplete) {
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(FolderNames{"old"}, test::namesIn(target()));
   EXPECT_EQ(FolderNames{"target"}, test::namesIn(folder_.path()));
+}
+
+TEST_F(ReplacedFolder, IsNotReplacedByACopyWhereThatIsForbidden) {
+  exchangesFail = true;
+  unmovable = "/temp";
+  const test::Result result = test::runInChild([this] {
+    moveIntoPlace(run_, "application", temp().c_str(), target().c_str(), {}, ByCopy::Never);
+  });
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(std::string::npos, result.out.find("[CopyFolder]"));
+  EXPECT_EQ(FolderNames{"old"}, test::namesIn(target()));
+  EXPECT_EQ(FolderNames{"target"}, namesOfMaster());
+}
+
+TEST_F(ReplacedFolder, GivesTheNewOneNeitherFilesNorFoldersThatAreToBeLeftOut) {
+  writeFile(target() + "/own/file", "old");
+  writeFile(target() + "/kept/own", "old");
+  test::capture([this] {
+    moveIntoPlace(run_, "application", temp().c_str(), target().c_str(), {"own", "old"});
+  });
+  EXPECT_EQ((FolderNames{"a", "kept"}), test::namesIn(target()));
+  EXPECT_EQ(FolderNames{"own"}, test::namesIn(target() + "/kept"));
 }
 
 TEST_F(ReplacedFolder, StaysWhereItIsWhenItCannotBeMovedAside) {
@@ -353,56 +367,4 @@ TEST_F(ReplacedFolder, IsMergedHoweverDeepItIs) {
     path += "/d";
   }
   EXPECT_EQ("deep", test::readFile(path + "/file"));
-}
-
-namespace {
-
-// A runtime, in two folders of which each holds a file of the user's under the same name, and the
-// home of a new one in its bundle.
-class ReplacedRuntime : public ReplacedFolder {
- protected:
-  ReplacedRuntime() {
-    writeFile(plain() + "/bin/java", "old", 0755);
-    writeFile(plain() + "/settings.ini", "of the runtime");
-    writeFile(bundle() + "/Contents/Home/bin/java", "new", 0755);
-    writeFile(bundle() + "/settings.ini", "of the bundle");
-  }
-
-  std::string plain() const { return folder_ / "R-1-complete"; }
-  std::string bundle() const { return plain() + ".plugin"; }
-
-  bool layOut() {
-    bool isNew = false;
-    test::capture([&] { isNew = layOutRuntime(run_, bundle().c_str(), plain().c_str()); });
-    return isNew;
-  }
-
-  void expectFilesOfTheUser() const {
-    EXPECT_EQ("of the runtime", test::readFile(plain() + "/settings.ini"));
-    EXPECT_EQ("of the bundle", test::readFile(bundle() + "/settings.ini"));
-  }
-};
-
-}  // namespace
-
-TEST_F(ReplacedRuntime, GivesItsFilesToTheNewOne) {
-  EXPECT_TRUE(layOut());
-  EXPECT_EQ("new", test::readFile(plain() + "/bin/java"));
-  EXPECT_TRUE(fs::is_symlink(bundle() + "/Contents/Home"));
-  expectFilesOfTheUser();
-}
-
-TEST_F(ReplacedRuntime,
-       StaysWhereTheNewHomeCanNeitherTakeItsPlaceNorComeBackAndIsLinkedByTheNextRun) {
-  exchangesFail = true;
-  unmovable = "/QuorvaneTemp-";
-  EXPECT_FALSE(layOut());
-  EXPECT_EQ("old", test::readFile(plain() + "/bin/java"));
-  EXPECT_EQ((FolderNames{"Contents", "settings.ini"}), test::namesIn(bundle()));
-  expectFilesOfTheUser();
-  unmovable.clear();
-  test::capture([this] { finishInterruptedRuntimes(run_); });
-  EXPECT_EQ("old", test::readFile(plain() + "/bin/java"));
-  EXPECT_EQ("old", test::readFile(bundle() + "/Contents/Home/bin/java"));
-  expectFilesOfTheUser();
 }
