@@ -17,6 +17,7 @@
 #include "extractor/versions/install_lock.h"
 #include "extractor/versions/temp_marks.h"
 #include "support/failure/failure.h"
+#include "support/log/logging.h"
 
 static ExtractorRun extractorRun;
 
@@ -42,7 +43,8 @@ static void startUp(ExtractorRun& run) {
   enforceSignatures(run);
   findSharedFolder(run);
   endUpdateUrlInSlash(run);
-  openMasterFolder(run);
+  nameMasterFolder(run);
+  setupFileLogging(run.masterFolder);
   overrideJreName(run);
   requireDistinctNames(run.jreName, run.tail.appName);
   makeSharedConfigFolder(run);

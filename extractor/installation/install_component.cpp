@@ -157,7 +157,8 @@ static void openInstallation(ExtractorRun& run, int argc, char** argv) {
   readTailFields(run);
   loadPublicKey(run);
   findSharedFolder(run);
-  openMasterFolder(run);
+  nameMasterFolder(run);
+  setupInstallLogging(run.masterFolder);
   overrideJreName(run);
   requireDistinctNames(run.jreName, run.tail.appName);
   makeSharedConfigFolder(run);

@@ -143,11 +143,10 @@ void endUpdateUrlInSlash(ExtractorRun& run) {
   logMessage("[Extractor] Update URL is now '%s'\n", run.updateURL);
 }
 
-void openMasterFolder(ExtractorRun& run) {
+void nameMasterFolder(ExtractorRun& run) {
   setPath(run.masterFolder, run.sharedDir, "Quorvane-");
   appendToPath(run.masterFolder, run.tail.appName);
   logMessage("[Extractor] Master folder is %s\n", run.masterFolder);
-  setupFileLogging(run.masterFolder);
 }
 
 // With these error numbers the Launcher goes on without an override, too. Any other leaves open

@@ -39,8 +39,8 @@ void findSharedFolder(ExtractorRun& run);
 // Ends the update URL in a slash, for downloads and for the launch.
 void endUpdateUrlInSlash(ExtractorRun& run);
 
-// Finds the master folder, creates it and opens a log file in it.
-void openMasterFolder(ExtractorRun& run);
+// Finds the master folder. A log file that is opened in it creates it.
+void nameMasterFolder(ExtractorRun& run);
 
 // Lets the override file of the master folder replace the runtime's name.
 void overrideJreName(ExtractorRun& run);

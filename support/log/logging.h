@@ -52,6 +52,11 @@ void setupFileLogging(const char* baseDir);
 void setupLauncherLogging(const char* baseDir);
 constexpr int LAUNCHER_LOG_COUNT = 20;
 
+// The same for an installer that is asked for one component, as an update does again and again: the
+// name begins with "Install-", and INSTALL_LOG_COUNT are left.
+void setupInstallLogging(const char* baseDir);
+constexpr int INSTALL_LOG_COUNT = 20;
+
 // Returns the path of the log file that this process has opened in a folder, also after it was
 // closed; empty when there is none. The text lives as long as the process. Any thread.
 const char* loggedFilePath();

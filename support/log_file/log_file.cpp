@@ -11,8 +11,6 @@
 #include "support/log_file/old_logs.h"
 #include "support/owned.h"
 
-static const char kLauncherPrefix[] = "Launcher-";
-
 static char logFilePath[PATH_BUFFER_SIZE] = "";
 
 // Writes "YYYY-MM-DD-HH-MM-SS-mmm.log", local time, into the `size` bytes at `name`.
@@ -69,11 +67,20 @@ void setupFileLogging(const char* baseDir) {
   openLogFile(baseDir, "Wrapper-", "Extractor", folder, fileName, sizeof fileName);
 }
 
-void setupLauncherLogging(const char* baseDir) {
+static void setupLimitedLogging(const char* baseDir, const char* prefix, const char* tag,
+                                int count) {
   char folder[PATH_BUFFER_SIZE];
   char fileName[1100];
-  openLogFile(baseDir, kLauncherPrefix, "Launcher", folder, fileName, sizeof fileName);
-  removeOldLogs(folder, kLauncherPrefix, fileName, LAUNCHER_LOG_COUNT);
+  openLogFile(baseDir, prefix, tag, folder, fileName, sizeof fileName);
+  removeOldLogs(folder, prefix, fileName, count);
+}
+
+void setupLauncherLogging(const char* baseDir) {
+  setupLimitedLogging(baseDir, "Launcher-", "Launcher", LAUNCHER_LOG_COUNT);
+}
+
+void setupInstallLogging(const char* baseDir) {
+  setupLimitedLogging(baseDir, "Install-", "Extractor", INSTALL_LOG_COUNT);
 }
 
 const char* loggedFilePath() {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
@@ -154,6 +155,23 @@ TEST_F(InstallComponent, OfANewerApplicationPutsItBesideTheInstalledOne) {
   EXPECT_EQ("[Install] Installed Demo 4", lastLogged());
   EXPECT_EQ(0, installer_.run().status);
   EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(InstallComponent, KeepsTwentyLogsOfItsKindAndTouchesNoOther) {
+  const std::string logs = installer_.master("logs/");
+  for (int i = 10; i < 40; ++i) {
+    const std::string time = "-2020-01-01-00-00-" + std::to_string(i) + "-000.log";
+    test::writeFile(logs + "Install" + time, "");
+    test::writeFile(logs + "Wrapper" + time, "");
+  }
+  expectInstalled(install("Demo", "4", putSigned(application4())));
+  std::map<std::string, int> kinds;
+  for (const std::string& name : test::namesIn(logs)) {
+    ++kinds[name.substr(0, name.find('-'))];
+  }
+  EXPECT_EQ((std::map<std::string, int>{{"Install", 20}, {"Wrapper", 30}}), kinds);
+  EXPECT_FALSE(test::exists(logs + "Install-2020-01-01-00-00-20-000.log"));
+  EXPECT_TRUE(test::exists(logs + "Install-2020-01-01-00-00-21-000.log"));
 }
 
 TEST_F(InstallComponent, NeedsNoDisplayAndAsksForNone) {
