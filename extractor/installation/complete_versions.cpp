@@ -9,20 +9,33 @@
 #include "extractor/runtime/jre_layout.h"
 #include "launch/launch_file.h"
 #include "launcher/installation/version_folders.h"
+#include "launcher/jvm/startable_runtime.h"
 #include "support/files/file_kind.h"
 #include "support/files/folder_walk.h"
+#include "support/log/logging.h"
 
 // A runtime's bundle has the Java home in it, its plain folder is one.
-static bool isCompleteRuntime(const std::string& folder) {
-  return holdsJava(folder.c_str()) || holdsJava(childPath(folder, "Contents/Home").c_str());
+static const char* flawOfRuntimeFolder(const std::string& folder) {
+  const bool hasNoJava =
+      lacksJava(folder.c_str()) && lacksJava(childPath(folder, "Contents/Home").c_str());
+  return hasNoJava ? "its java is missing" : flawOfRuntime(folder.c_str());
 }
 
-static bool isComplete(const ExtractorRun& run, const char* name, const std::string& folder) {
+static const char* flawOf(const ExtractorRun& run, const char* name, const std::string& folder) {
   if (!isFolder(folder.c_str())) {
-    return false;
+    return NO_FOLDER_FLAW;
   }
-  return strcmp(name, run.jreName) == 0 ? isCompleteRuntime(folder)
-                                        : isPlainFile(childPath(folder, LAUNCH_FILE_NAME).c_str());
+  return strcmp(name, run.jreName) == 0
+             ? flawOfRuntimeFolder(folder)
+             : flawOfLaunchFile(childPath(folder, LAUNCH_FILE_NAME).c_str());
+}
+
+static bool isComplete(const ExtractorRun& run, const char* name, const std::string& entry) {
+  const char* flaw = flawOf(run, name, childPath(run.masterFolder, entry));
+  if (flaw != nullptr) {
+    logMessage("[Install] %s does not count: %s\n", entry.c_str(), flaw);
+  }
+  return flaw == nullptr;
 }
 
 bool findNewestComplete(const ExtractorRun& run, const char* name, long* version) {
@@ -32,8 +45,7 @@ bool findNewestComplete(const ExtractorRun& run, const char* name, long* version
   }
   *version = -1;
   for (const std::string& entry : entries) {
-    if (checkAppFolderName(entry.c_str(), name) == 0 &&
-        isComplete(run, name, childPath(run.masterFolder, entry))) {
+    if (checkAppFolderName(entry.c_str(), name) == 0 && isComplete(run, name, entry)) {
       *version = std::max(*version, pickVersionFromAppFolderName(entry.c_str()));
     }
   }

@@ -322,6 +322,80 @@ TEST_F(InstallComponent, OfAnEqualVersionReplacesOneThatIsIncomplete) {
   expectInstalled(install("Demo", "4", putSigned(application4())));
 }
 
+TEST_F(InstallComponent, OfAnEqualApplicationReplacesOneThatIsDamagedAndKeepsTheUsersFiles) {
+  installer_.installApplication("4");
+  const std::string folder = installer_.master(kNewApp);
+  const std::string launchFile = Installer::applicationLaunchFile();
+  test::writeFile(folder + "/QuorvaneLaunch", launchFile.substr(0, launchFile.size() / 2));
+  test::writeFile(folder + "/user-settings.ini", "of the user's");
+  const test::Result result = install("Demo", "4", putSigned(application4()));
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_EQ("Installed Demo 4", lastLine(result));
+  EXPECT_TRUE(logs(result,
+                   "[Install] Quorvane-Demo-4-complete does not count: its launch file is "
+                   "cut short or damaged"))
+      << result.out;
+  EXPECT_EQ(launchFile, test::readFile(folder + "/QuorvaneLaunch"));
+  EXPECT_EQ("of the user's", test::readFile(folder + "/user-settings.ini"));
+}
+
+TEST_F(InstallComponent, OfAnEqualUpdaterReplacesOneThatIsDamagedAndKeepsTheUsersFiles) {
+  const std::string folder = installer_.master("Quorvane-Quorvane-5-complete");
+  test::writeFile(folder + "/QuorvaneLaunch", "");
+  test::writeFile(folder + "/user-settings.ini", "of the user's");
+  const std::string archive =
+      putSigned(Installer::updaterRecords() + fileRecord("lzma64", "the tool") +
+                fileRecord("version.txt", "5") + identity("Quorvane", "5"));
+  const test::Result result = install("Quorvane", "5", archive);
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(logs(result,
+                   "[Install] Quorvane-Quorvane-5-complete does not count: its launch file "
+                   "is empty or no file"))
+      << result.out;
+  EXPECT_EQ(Installer::updaterLaunchFile(), test::readFile(folder + "/QuorvaneLaunch"));
+  EXPECT_EQ("of the user's", test::readFile(folder + "/user-settings.ini"));
+  EXPECT_EQ(0, installer_.run().status);
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(InstallComponent, OfAnEqualRuntimeReplacesOneThatIsDamagedAndKeepsTheUsersFiles) {
+  const std::string folder = installer_.runtimeFolder();
+  fs::remove(folder + "/" + test::jvmLibraryPlace());
+  test::writeFile(folder + "/user-settings.ini", "of the user's");
+  const std::string archive = putSigned(Installer::runtimeRecords() + identity("Mac64JRE", "1407"));
+  const test::Result result = install("Mac64JRE", "1407", archive);
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(logs(result,
+                   "[Install] Quorvane-Mac64JRE-1407-complete does not count: its JVM "
+                   "library is missing or empty"))
+      << result.out;
+  EXPECT_TRUE(fs::exists(folder + "/" + test::jvmLibraryPlace()));
+  EXPECT_EQ("of the user's", test::readFile(folder + "/user-settings.ini"));
+  EXPECT_EQ(0, installer_.run().status);
+  EXPECT_TRUE(installer_.launched());
+}
+
+TEST_F(InstallComponent, OfAnOlderVersionIsRefusedBesideADamagedNewerOne) {
+  installer_.installApplication("9");
+  test::writeFile(installer_.master("Quorvane-Demo-9-complete/QuorvaneLaunch"), "");
+  const std::string records = Installer::applicationRecords("3") + identity("Demo", "3");
+  EXPECT_EQ(EXIT_STATUS_NOT_NEWER, install("Demo", "3", putSigned(records)).status);
+  EXPECT_EQ(EXIT_STATUS_NOT_NEWER, install("Demo", "2", put("")).status);
+  EXPECT_EQ("application 3", test::readFile(installer_.master(kOldApp) + "/demo.jar"));
+}
+
+TEST_F(InstallComponent, OfAnEqualVersionIsRefusedWhereItsDamageIsNotCertain) {
+  if (!Installer::isReachableForOrdinary()) {
+    return test::unavailable("another account cannot reach the checkout");
+  }
+  const std::string library = installer_.runtimeFolder() + "/lib/server";
+  installer_.becomeOrdinary();
+  fs::permissions(library, fs::perms::none);
+  const std::string archive = putSigned(Installer::runtimeRecords() + identity("Mac64JRE", "1407"));
+  EXPECT_EQ(EXIT_STATUS_NOT_NEWER, install("Mac64JRE", "1407", archive).status);
+  fs::permissions(library, fs::perms::owner_all);
+}
+
 TEST_F(InstallComponent, ComparesVersionsAsNumbersOfEighteenDigits) {
   installer_.installApplication("999999999999999998");
   const std::string version = "999999999999999999";
