@@ -223,13 +223,14 @@ static void requireHeld(const InstallLock& lock) {
 }
 
 // Under the lock, as another installer would take a folder for abandoned that is made and not yet
-// marked. The extraction then needs no lock.
+// marked. The extraction then needs no lock. What others left goes first: a request that was killed
+// when it had published its version is refused when it is made again.
 static void makeFolders(const ExtractorRun& run) {
   const InstallLock lock(run.masterFolder, InstallLock::Wait::OneMinute);
   requireHeld(lock);
-  requireNewer(run);
   finishRuntimesUnderLock(run);
   removeAbandonedTempFolders(run);
+  requireNewer(run);
   makeTempFolder(run, &currentRequest.work);
   makeTempFolder(run, &currentRequest.content);
 }

@@ -33,6 +33,9 @@ unsigned modeOf(const std::string& path);
 // The names in a folder, sorted, without "." and "..".
 std::vector<std::string> namesIn(const std::string& folder);
 
+// `size` bytes that hardly compress, always the same.
+std::string noise(size_t size);
+
 // Field encoding: `text` followed by a zero byte.
 std::string field(const std::string& text);
 

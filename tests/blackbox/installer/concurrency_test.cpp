@@ -16,6 +16,8 @@
 #include "tests/blackbox/installer/starts.h"
 #include "tests/support/background.h"
 #include "tests/support/product_system.h"
+#include "tests/support/test_keys.h"
+#include "tools/keys/key_file.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -97,6 +99,89 @@ TEST_F(Concurrency, InstallersOfDifferentVersionsLeaveTheNewestToStartAndNoneBro
     EXPECT_TRUE(installer_.tempFolders().empty());
     expectVersionFoldersStart(installer_);
   }
+}
+
+namespace {
+
+// `--install` beside other runs.
+class ConcurrentInstall : public Concurrency {
+ protected:
+  ConcurrentInstall() { installer_.tail.publicKey = key_.publicKeyHex(); }
+
+  // The command that installs a runtime which takes a while to extract.
+  test::Command installRuntime(const Installer& installer, const std::string& version) const {
+    const std::string records =
+        Installer::runtimeRecords() +
+        test::fileRecord("Contents/Home/lib/classes", test::noise(6 << 20)) +
+        test::fileRecord("qvArcSpBlock_Component", "Mac64JRE " + version);
+    return install(installer, "Mac64JRE", version, records);
+  }
+
+  test::Command install(const Installer& installer, const std::string& component,
+                        const std::string& version, const std::string& records) const {
+    const std::string archive = installer / ("download-" + component);
+    test::writeFile(archive, test::compressed(test::signedBy(key_, records)));
+    test::Command command = installer.command({"--install", component, version, archive});
+    command.seconds = 120;
+    return command;
+  }
+
+  const tools::SigningKey key_ = tools::SigningKey::read(test::keyFile("first"));
+};
+
+}  // namespace
+
+TEST_F(ConcurrentInstall, EightStartsDuringTheUpdateOfTheirRuntimeAllEndWithTheApplicationRunning) {
+  installer_.write();
+  EXPECT_EQ(0, installer_.run().status);
+  std::vector<test::Command> commands(8, installer_.command());
+  commands.push_back(installRuntime(installer_, "1500"));
+  // The starts are spread over the time that the update takes.
+  for (size_t i = 0; i < 8; ++i) {
+    const std::string program = commands[i].arguments[0];
+    commands[i].arguments = {"/bin/sh", "-c", "sleep 0." + std::to_string(i) + "; exec \"$0\"",
+                             program};
+    commands[i].seconds = 120;
+  }
+  std::vector<test::Result> results = runAtOnce(commands);
+  EXPECT_EQ(0, results.back().status) << results.back().out;
+  results.pop_back();
+  expectAllLaunched(results);
+  EXPECT_TRUE(installer_.tempFolders().empty());
+  expectVersionFoldersStart(installer_);
+  const test::Result next = LauncherOnly(installer_).run();
+  EXPECT_EQ("Quorvane-Mac64JRE-1500-complete", startedBy(installer_, next).runtime) << next.out;
+}
+
+TEST_F(ConcurrentInstall, TwoApplicationsThatAreUpdatedAtOnceEachGetTheirOwn) {
+  installer_.write();
+  EXPECT_EQ(0, installer_.run().status);
+  // Another application of the same account.
+  Installer other;
+  other.tail.publicKey = key_.publicKeyHex();
+  other.tail.appName = "Other";
+  other.write();
+  const std::string master = installer_.home.applicationSupport() + "/Quorvane-Other/";
+  test::Command start = other.command();
+  start.environment = installer_.command().environment;
+  EXPECT_EQ(0, test::run(start).status);
+
+  const auto recordsOf = [](const std::string& name) {
+    return test::fileRecord("large", test::noise(3 << 20)) + Installer::applicationRecords("4") +
+           test::fileRecord("whose", name) +
+           test::fileRecord("qvArcSpBlock_Component", name + " 4");
+  };
+  test::Command updateOther = install(other, "Other", "4", recordsOf("Other"));
+  updateOther.environment = start.environment;
+  const std::vector<test::Result> results =
+      runAtOnce({install(installer_, "Demo", "4", recordsOf("Demo")), updateOther});
+  EXPECT_EQ(0, results[0].status) << results[0].out;
+  EXPECT_EQ(0, results[1].status) << results[1].out;
+  EXPECT_EQ("Demo", test::readFile(installer_.master("Quorvane-Demo-4-complete/whose")));
+  EXPECT_EQ("Other", test::readFile(master + "Quorvane-Other-4-complete/whose"));
+  EXPECT_FALSE(fs::exists(installer_.master("Quorvane-Other-4-complete")));
+  EXPECT_FALSE(fs::exists(master + "Quorvane-Demo-4-complete"));
+  expectVersionFoldersStart(installer_);
 }
 
 // An application whose runtime's java looks for its own library, and for its application, all the

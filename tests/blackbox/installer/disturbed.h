@@ -25,7 +25,9 @@ class Disturbed : public testing::TestWithParam<Fault> {
  protected:
   // What is installed before the disturbed run, and what the next undisturbed one must start, as
   // version folders; `kept` is never to be lost, with what a user has put there, `made` must be
-  // there in the end.
+  // there in the end. `words` are the disturbed run's arguments; where there are any, an
+  // undisturbed run with them comes before the next one. What cannot start before, `damaged`, may
+  // stay so until then.
   struct Scene {
     std::string oldUpdater;  // empty for a first installation
     std::string newUpdater;
@@ -33,6 +35,8 @@ class Disturbed : public testing::TestWithParam<Fault> {
     std::string oldRuntime;  // where it may still be used once the new updater stands
     std::vector<std::string> kept;
     std::vector<std::string> made;
+    std::vector<std::string> words = {};
+    std::string damaged = "";
   };
 
   virtual ~Disturbed() = default;
@@ -59,8 +63,9 @@ class Disturbed : public testing::TestWithParam<Fault> {
   uint64_t countPoints();
   void disturbAt(uint64_t point);
   bool isInstalled(const std::string& start) const;
-  void expectNothingBroken();
+  void expectNothingBroken(const std::string& damaged = "");
   void expectInstalledStarts();
+  void repeatRequest();
   void expectNextRunFinishes();
 
   Scene scene_;

@@ -13,6 +13,9 @@
 #include "tests/blackbox/installer/online.h"
 #include "tests/blackbox/installer/starts.h"
 #include "tests/installer/records.h"
+#include "tests/support/product_system.h"
+#include "tests/support/test_keys.h"
+#include "tools/keys/key_file.h"
 
 namespace fs = std::filesystem;
 
@@ -70,6 +73,13 @@ const Fault kInstallationFaults[] = {
     {"WaitKeepsFailing", "wait", "10+"}, {"WaitDies", "wait", "kill"},
 };
 
+// Those of them that every component's makes.
+const Fault kWaitFaults[] = {
+    {"WaitFails", "wait", "10"},
+    {"WaitKeepsFailing", "wait", "10+"},
+    {"WaitDies", "wait", "kill"},
+};
+
 // Those that matter to a folder which is replaced.
 const Fault kReplacementFaults[] = {
     {"OpenFails", "open", "13"},         {"CloseFails", "close", "5"},
@@ -79,6 +89,15 @@ const Fault kReplacementFaults[] = {
     {"ChmodFails", "chmod", "1"},        {"LookFails", "look", "5"},
     {"ListFails", "list", "5"},          {"LinkFails", "link", "28"},
     {"LinkKeepsFailing", "link", "28+"}, {"LinkDies", "link", "kill"},
+};
+
+// Those that matter to a new version folder.
+const Fault kPublicationFaults[] = {
+    {"OpenFails", "open", "13"},      {"CloseFails", "close", "5"},
+    {"RenameFails", "rename", "5"},   {"RenameKeepsFailing", "rename", "5+"},
+    {"RenameDies", "rename", "kill"}, {"DeleteDies", "delete", "kill"},
+    {"MkdirDies", "mkdir", "kill"},   {"ChmodDies", "chmod", "kill"},
+    {"WriteDies", "write", "kill"},   {"SpawnDies", "spawn", "kill"},
 };
 
 const char kCarriedRuntime[] = "Quorvane-Mac64JRE-1407-complete";
@@ -209,7 +228,73 @@ class OnlineUpdate : public OnlineFresh {
   }
 };
 
+// `--install` of a downloaded component, beside an installation of application 3 with updater 5 and
+// runtime 1407, as an update does it.
+class Installed : public Disturbed {
+ protected:
+  Installed() {
+    installer_.tail.publicKey = key_.publicKeyHex();
+    installer_.write();
+    EXPECT_EQ(0, installer_.run().status);
+  }
+
+  void disturbInstallOf(const std::string& component, const std::string& version,
+                        const std::string& records, Scene scene) {
+    const std::string identity =
+        test::fileRecord("qvArcSpBlock_Component", component + " " + version);
+    test::writeFile(installer_ / "download",
+                    test::compressed(test::signedBy(key_, records + identity)));
+    scene.words = {"--install", component, version, installer_ / "download"};
+    scene.oldUpdater = kUpdater5;
+    for (const char* name : {kUpdater5, kApplication3, kCarriedRuntime, kCarriedBundle}) {
+      scene.kept.emplace_back(name);
+    }
+    keepState(scene);
+    disturbAll();
+  }
+
+ private:
+  const tools::SigningKey key_ = tools::SigningKey::read(test::keyFile("first"));
+};
+
+class InstalledApplication : public Installed {};
+class InstalledOverDamage : public Installed {};
+class InstalledUpdater : public Installed {};
+class InstalledRuntime : public Installed {};
+
 }  // namespace
+
+TEST_P(InstalledApplication, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
+  Scene scene;
+  scene.newUpdater = kUpdater5;
+  scene.newRuntime = kCarriedRuntime;
+  scene.made = {kApplication4};
+  disturbInstallOf("Demo", "4", test::Installer::applicationRecords("4"), scene);
+}
+TEST_P(InstalledOverDamage, DisturbedAtAnyCallLosesNothingAndIsFinishedByTheNextRun) {
+  installer_.installApplication("4");
+  test::writeFile(installer_.master(kApplication4) + "/QuorvaneLaunch", "");
+  Scene scene;
+  scene.newUpdater = kUpdater5;
+  scene.newRuntime = kCarriedRuntime;
+  scene.kept = {kApplication4};
+  scene.damaged = kApplication4;
+  disturbInstallOf("Demo", "4", test::Installer::applicationRecords("4"), scene);
+}
+TEST_P(InstalledUpdater, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
+  Scene scene;
+  scene.newUpdater = kUpdater6;
+  scene.newRuntime = kCarriedRuntime;
+  scene.made = {kUpdater6};
+  disturbInstallOf("Quorvane", "6", test::Installer::updaterRecords(), scene);
+}
+TEST_P(InstalledRuntime, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
+  Scene scene;
+  scene.newUpdater = kUpdater5;
+  scene.newRuntime = kDownloadedRuntime;
+  scene.made = {kDownloadedRuntime};
+  disturbInstallOf("Mac64JRE", "1500", test::Installer::runtimeRecords(), scene);
+}
 
 TEST_P(Update, DisturbedAtAnyCallLeavesNothingBrokenAndIsFinishedByTheNextRun) {
   disturbAll();
@@ -248,6 +333,14 @@ INSTANTIATE_TEST_SUITE_P(Of, Renewal, testing::ValuesIn(kReplacementFaults), nam
 INSTANTIATE_TEST_SUITE_P(Of, Fresh, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, OnlineFresh, testing::ValuesIn(kFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(Of, OnlineUpdate, testing::ValuesIn(kFaults), nameOf);
+
+INSTANTIATE_TEST_SUITE_P(Of, InstalledApplication, testing::ValuesIn(kFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(Of, InstalledOverDamage, testing::ValuesIn(kReplacementFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(Of, InstalledUpdater, testing::ValuesIn(kPublicationFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(Of, InstalledRuntime, testing::ValuesIn(kFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(OfWaiting, InstalledApplication, testing::ValuesIn(kWaitFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(OfInstalling, InstalledRuntime, testing::ValuesIn(kInstallationFaults),
+                         nameOf);
 
 INSTANTIATE_TEST_SUITE_P(OfInstalling, Update, testing::ValuesIn(kInstallationFaults), nameOf);
 INSTANTIATE_TEST_SUITE_P(OfInstalling, HiddenUpdate, testing::ValuesIn(kInstallationFaults),

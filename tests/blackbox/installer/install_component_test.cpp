@@ -495,13 +495,7 @@ TEST_F(InstallComponent, EightAtOnceInstallItOnce) {
 
 // An application that takes a while to decompress and to extract.
 static std::string largeApplication4() {
-  std::string noise(6 << 20, '\0');
-  unsigned state = 1;
-  for (char& byte : noise) {
-    state = state * 1103515245 + 12345;
-    byte = static_cast<char>(state >> 16);
-  }
-  return application4() + fileRecord("large", noise);
+  return application4() + fileRecord("large", test::noise(6 << 20));
 }
 
 TEST_F(InstallComponent, ThatIsKilledAtAnyMomentIsMadeUpForByTheNext) {

@@ -53,11 +53,14 @@ static void expectRuntimeStarts(const std::string& folder) {
   EXPECT_TRUE(holds(folder + "/release", Installer::runtimeRelease())) << folder;
 }
 
-void expectVersionFoldersStart(const Installer& installer) {
+void expectVersionFoldersStart(const Installer& installer, const std::string& damaged) {
   const std::string kApplication = "Quorvane-Demo-";
   const std::string kBundle = ".plugin";
   for (const std::string& name : installer.versionFolders()) {
     const std::string folder = installer.master(name);
+    if (name == damaged && holds(folder + "/QuorvaneLaunch", "")) {
+      continue;
+    }
     if (endsIn(name, kBundle)) {
       // A bundle whose home was not moved yet is finished by the next run.
       if (!fs::exists(folder.substr(0, folder.size() - kBundle.size()))) {

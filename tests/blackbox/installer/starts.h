@@ -12,8 +12,8 @@
 void carryUpdate(test::Installer* installer);
 
 // Every folder of the installer's master folder that counts as complete holds what it needs to
-// start.
-void expectVersionFoldersStart(const test::Installer& installer);
+// start, but for the one named `damaged` as long as its launch file is empty.
+void expectVersionFoldersStart(const test::Installer& installer, const std::string& damaged = "");
 
 // Every runtime's bundle there has the link that makes the plug-in library its executable.
 void expectBundlesHaveExecutables(const test::Installer& installer);

@@ -40,20 +40,10 @@ class Lzma64 : public testing::Test {
   test::TempFolder folder_;
 };
 
-static std::string noise(size_t size) {
-  std::string data(size, '\0');
-  uint32_t state = 1;
-  for (char& byte : data) {
-    state = state * 1664525u + 1013904223u;
-    byte = static_cast<char>(state >> 24);
-  }
-  return data;
-}
-
 TEST_F(Lzma64, DecompressesWhatItCompressed) {
   const std::string text(1000000, 'x');
-  for (const std::string& data :
-       {std::string(), std::string(1, '\0'), noise(70000), text, text + noise(300000)}) {
+  for (const std::string& data : {std::string(), std::string(1, '\0'), test::noise(70000), text,
+                                  text + test::noise(300000)}) {
     const std::string packed = compressed(data);
     ASSERT_EQ(0, decompress(packed).status);
     EXPECT_TRUE(data == test::readFile(folder_ / "d/x"));
@@ -86,7 +76,7 @@ TEST_F(Lzma64, RefusesWhatIsNoLzma) {
   EXPECT_EQ(1, decompress("").status);
   EXPECT_EQ(1, decompress("this is a text file, not compressed at all").status);
   EXPECT_EQ(1, decompress(std::string(100, '\0')).status);
-  EXPECT_EQ(1, decompress(noise(5000)).status);
+  EXPECT_EQ(1, decompress(test::noise(5000)).status);
 }
 
 TEST_F(Lzma64, KeepsAnOlderOutputWhenTheInputIsDamaged) {

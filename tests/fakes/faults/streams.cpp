@@ -24,7 +24,9 @@ static std::string pathOf(FILE* stream) {
 }
 
 static bool isLog(FILE* stream) {
-  return pathOf(stream).find("/logs/Wrapper-") != std::string::npos;
+  const std::string path = pathOf(stream);
+  return path.find("/logs/Wrapper-") != std::string::npos ||
+         path.find("/logs/Install-") != std::string::npos;
 }
 
 static bool isOwnExecutable(FILE* stream) {
