@@ -119,7 +119,7 @@ public final class GenericUpdater {
 
   /**
    * Chooses the version to start and marks it as in use. Another process may remove an old version
-   * between the two. Returns null when none is installed.
+   * between the two. Returns null when none is installed that may start.
    */
   private File holdApplication() throws Problem {
     for (int i = 0; i < MOST_CHOICES; i++) {
@@ -129,19 +129,21 @@ public final class GenericUpdater {
         return null;
       }
       if (InUse.hold(updates, chosen)) {
-        sayIfSkipped(installed.get(0), chosen);
+        sayIfPassedOver(installed.get(0), chosen);
         return chosen;
       }
     }
     throw new Problem("The versions of " + name + " in " + updates.master + " keep disappearing.");
   }
 
-  private void sayIfSkipped(File newest, File chosen) {
+  private void sayIfPassedOver(File newest, File chosen) {
     if (chosen != newest) {
+      boolean isSkipped = new Markers(updates, name).isSkipped(VersionFolders.numberOf(newest));
       System.err.println(
           "[Updater] Version " + VersionFolders.versionOf(newest) + " of " + name
-              + " failed to start twice in a row; version " + VersionFolders.versionOf(chosen)
-              + " is used until a newer one exists.");
+              + (isSkipped ? " failed to start twice in a row" : " is damaged") + "; version "
+              + VersionFolders.versionOf(chosen) + " is used"
+              + (isSkipped ? " until a newer one exists." : "."));
     }
   }
 
@@ -160,9 +162,13 @@ public final class GenericUpdater {
     String failure = update(UpdateRun.FIRST);
     if (!failure.isEmpty()) {
       throw new Problem(
-          "No version of " + name + " is installed in " + updates.master
-              + ", and none can be fetched from " + updateUrl() + ". " + failure);
+          "No version of " + name + (isAnyThere() ? " that can start" : "") + " is installed in "
+              + updates.master + ", and none can be fetched from " + updateUrl() + ". " + failure);
     }
+  }
+
+  private boolean isAnyThere() {
+    return !VersionFolders.newestFirst(updates.master, name).isEmpty();
   }
 
   private String update(String mode) throws Problem, InterruptedException {
@@ -182,6 +188,10 @@ public final class GenericUpdater {
   private File requireInstalled(File found) throws Problem {
     if (found != null) {
       return found;
+    }
+    if (isAnyThere()) {
+      // Its launch file says best what is wrong.
+      return VersionFolders.newestFirst(updates.master, name).get(0);
     }
     String where = " of " + name + " is installed in " + updates.master;
     if (properties.packaged("wrapper_app_version").isEmpty()) {

@@ -25,6 +25,10 @@ final class LaunchFile {
   private final String[] fields;
   private int next;
 
+  static boolean isIn(File versionFolder) {
+    return new File(versionFolder, NAME).exists();
+  }
+
   static LaunchFile of(File versionFolder) throws Problem {
     File file = new File(versionFolder, NAME);
     try {

@@ -41,14 +41,22 @@ final class Markers {
     return files.contains(skipped(version).getName());
   }
 
-  /** Returns the first of the folders whose version is not skipped; else the first; null of none. */
+  /**
+   * Returns the first of the folders that is whole and whose version is not skipped, else the first
+   * that is whole, or null.
+   */
   File choose(List<File> newestFirst) {
+    File skipped = null;
     for (File candidate : newestFirst) {
-      if (!isSkipped(VersionFolders.numberOf(candidate))) {
-        return candidate;
+      boolean isSkipped = isSkipped(VersionFolders.numberOf(candidate));
+      if ((!isSkipped || skipped == null) && !Damage.isIn(candidate)) {
+        if (!isSkipped) {
+          return candidate;
+        }
+        skipped = candidate;
       }
     }
-    return newestFirst.isEmpty() ? null : newestFirst.get(0);
+    return skipped;
   }
 
   void putOnTrial(long version) throws IOException {

@@ -30,7 +30,8 @@ final class OldVersions {
 
   /**
    * Removes the versions of a component but the newest {@code keep} that can be used, the newest of
-   * all, the newest that has proved to start, and what is in use.
+   * all, the newest that has proved to start, and what is in use. What is damaged does not count, and
+   * stays: the same version may come again.
    */
   void remove(String component) {
     Markers markers = new Markers(folder, component);
@@ -39,7 +40,7 @@ final class OldVersions {
     List<File> all = VersionFolders.newestFirst(folder.master, component);
     for (File candidate : all) {
       long version = VersionFolders.numberOf(candidate);
-      if (!isInstalled(candidate, component, version)) {
+      if (!isInstalled(candidate, component, version) || Damage.isIn(candidate)) {
         continue;
       }
       boolean isUsable = !markers.isSkipped(version);

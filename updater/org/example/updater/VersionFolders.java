@@ -13,14 +13,19 @@ final class VersionFolders {
   private VersionFolders() {}
 
   /**
-   * Returns the complete folder with the highest version, the first by name among equals, or null.
+   * Returns the complete folder with the highest version that is not damaged, the first by name among
+   * equals, or null.
    */
   static File newest(File master, String component) {
-    List<File> folders = newestFirst(master, component);
-    return folders.isEmpty() ? null : folders.get(0);
+    for (File folder : newestFirst(master, component)) {
+      if (!Damage.isIn(folder)) {
+        return folder;
+      }
+    }
+    return null;
   }
 
-  /** Returns the complete folders, the highest version first, equal ones by name. */
+  /** Returns the complete folders, damaged ones too, the highest version first, equal ones by name. */
   static List<File> newestFirst(File master, String component) {
     List<File> found = new ArrayList<>();
     File[] listed = master.listFiles();
@@ -39,7 +44,7 @@ final class VersionFolders {
     return found;
   }
 
-  /** Returns the highest version among the complete folders, or {@link Version#NONE}. */
+  /** Returns the version of that folder, or {@link Version#NONE}. */
   static long newestVersion(File master, String component) {
     File newest = newest(master, component);
     return newest == null ? Version.NONE : numberOf(newest);

@@ -27,6 +27,10 @@ public class OldVersionsTest {
     updates = new UpdateFolder(folder.folder("master"));
     for (int version = 1; version <= 3; version++) {
       Files.createDirectories(runtime(version).toPath().resolve("lib/server"));
+      Files.createDirectories(runtime(version).toPath().resolve("bin"));
+      for (String file : new String[] {"bin/java", "lib/server/libjvm.so"}) {
+        Files.write(runtime(version).toPath().resolve(file), new byte[1]);
+      }
       Files.createDirectories(plugin(version).toPath().resolve("Contents"));
     }
   }
@@ -88,5 +92,23 @@ public class OldVersionsTest {
     updates.replace(new File(updates.root, "skipped-" + NAME + "-3"), "");
     remove();
     assertTrue(runtime(1).exists() && runtime(2).exists() && runtime(3).exists());
+  }
+
+  @Test
+  public void aRuntimeThatLostItsLibraryCountsForNothing() throws Exception {
+    Files.write(runtime(3).toPath().resolve("lib/server/libjvm.so"), new byte[0]);
+    remove();
+    assertTrue(runtime(1).exists() && runtime(2).exists() && runtime(3).exists());
+  }
+
+  @Test
+  public void aRuntimeThatKeepsItsLibraryElsewhereCounts() throws Exception {
+    for (int version = 1; version <= 3; version++) {
+      Files.delete(runtime(version).toPath().resolve("lib/server/libjvm.so"));
+      Files.delete(runtime(version).toPath().resolve("lib/server"));
+    }
+    remove();
+    assertFalse(runtime(1).exists());
+    assertTrue(runtime(2).exists() && runtime(3).exists());
   }
 }

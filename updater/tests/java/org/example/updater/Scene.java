@@ -54,6 +54,7 @@ final class Scene implements Closeable {
             + "[ \"$word\" = installs ] || { echo 'The archive is damaged'; exit 5; }\n"
             + "rm -rf new.$$; cp -R template new.$$\n"
             + "printf '%s' \"$rest\" | tr ',' '\\n' > new.$$/does\n"
+            + "rm -rf \"Quorvane-Sample/Quorvane-$2-$3-complete\"\n"
             + "mv new.$$ \"Quorvane-Sample/Quorvane-$2-$3-complete\"\n"
             + "echo \"Installed $2 $3\"; }\n");
     installer().setExecutable(true);

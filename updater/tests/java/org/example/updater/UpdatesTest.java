@@ -356,6 +356,94 @@ public class UpdatesTest {
     assertEquals(17, VersionFolders.newestVersion(scene.master, "Quorvane"));
   }
 
+  private void damage(long version) throws Exception {
+    Scene.write(new File(scene.versionFolder(version), "QuorvaneLaunch"), "6\0guest.A");
+  }
+
+  @Test
+  public void aDamagedVersionGivesWayToTheOneBefore() throws Exception {
+    scene.settings += "check=never\n";
+    scene.install(1, "");
+    scene.install(2, "");
+    damage(2);
+    Scene.Run run = scene.runApplication();
+    assertTrue(run.err, run.out.contains("App version 1"));
+    assertTrue(run.err, run.err.contains("Version 2 of Sample is damaged; version 1 is used."));
+  }
+
+  @Test
+  public void aDamagedVersionIsBroughtAgain() throws Exception {
+    scene.install(1, "");
+    scene.install(2, "");
+    damage(2);
+    scene.publish(2, "installs");
+    look();
+    expectLogged("Installed version 2 of Sample");
+    expectStart(2);
+  }
+
+  @Test
+  public void theOnlyVersionIsFetchedWhereItIsDamaged() throws Exception {
+    scene.install(3, "");
+    damage(3);
+    scene.publish(3, "installs");
+    expectStart(3);
+    assertEquals(Arrays.asList("Sample 3 installs"), scene.installs());
+  }
+
+  @Test
+  public void aDamagedVersionWithoutASiteSaysWhatIsWrong() throws Exception {
+    scene.install(3, "");
+    damage(3);
+    scene.site.close();
+    Scene.Run run = scene.runApplication();
+    assertEquals(1, run.status);
+    assertTrue(run.err, run.err.contains("No version of Sample that can start is installed in "));
+  }
+
+  @Test
+  public void aDamagedRuntimeAndADamagedUpdaterAreBroughtAgain() throws Exception {
+    scene.install(1, "");
+    File runtime = folder.folder("Quorvane-Sample/Quorvane-Mac64JRE-17-complete");
+    assertTrue(new File(runtime, "bin").mkdir() && new File(runtime, "lib/server").mkdirs());
+    Scene.write(new File(runtime, "bin/java"), "a java");
+    Scene.write(new File(runtime, "lib/server/libjvm.so"), "");
+    folder.folder("Quorvane-Sample/Quorvane-Quorvane-17-complete");
+    for (String name : new String[] {"Quorvane", "Mac64JRE"}) {
+      scene.site.put("Quorvane-" + name + "-version.txt", TestSite.text("17\n"));
+      scene.site.put("Quorvane-" + name + "-17-archive.p2.l2", TestSite.text("installs"));
+    }
+    look();
+    assertEquals(Arrays.asList("Mac64JRE 17 installs", "Quorvane 17 installs"), scene.installs());
+  }
+
+  @Test
+  public void whatIsWholeIsNotBroughtAgain() throws Exception {
+    scene.install(1, "");
+    File runtime = folder.folder("Quorvane-Sample/Quorvane-Mac64JRE-17-complete");
+    assertTrue(new File(runtime, "bin").mkdir() && new File(runtime, "lib/server").mkdirs());
+    Scene.write(new File(runtime, "bin/java"), "a java");
+    Scene.write(new File(runtime, "lib/server/libjvm.so"), "a library");
+    for (String name : new String[] {"Quorvane", "Mac64JRE"}) {
+      String version = name.equals("Quorvane") ? "1" : "17";
+      scene.site.put("Quorvane-" + name + "-version.txt", TestSite.text(version));
+    }
+    scene.publish(1, "installs");
+    look();
+    assertEquals(Collections.emptyList(), scene.installs());
+  }
+
+  @Test
+  public void aDamagedVersionCountsForNothingAndStays() throws Exception {
+    for (int version = 1; version <= 5; version++) {
+      scene.install(version, "");
+    }
+    damage(1);
+    damage(4);
+    look();
+    assertEquals(Arrays.asList(5L, 4L, 3L, 1L), scene.installed());
+  }
+
   @Test
   public void killedAtAnyStepTheNextLookFinishes() throws Exception {
     String archive = "installs" + String.join("", Collections.nCopies(400_000, " "));
