@@ -10,7 +10,9 @@ import java.nio.file.Path;
 import java.nio.file.Paths;
 import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.HashMap;
 import java.util.List;
+import java.util.Map;
 import java.util.concurrent.TimeUnit;
 import java.util.stream.Collectors;
 import java.util.stream.Stream;
@@ -31,6 +33,10 @@ final class Scene implements Closeable {
   private final List<Process> started = new ArrayList<>();
   String settings = "pause_ms=1\nspread_ms=0\nslow_ms=2000\nanswer_ms=2000\ninterval=1\n";
   boolean isSilent;
+  /** Variables for what the scene starts. Without DISPLAY it shows no windows. */
+  final Map<String, String> environment = new HashMap<>();
+  /** JVM options that the launch hands over as those that last worked. */
+  final List<String> remembered = new ArrayList<>();
   /** Options for the runtime of what the scene starts. */
   final List<String> options = new ArrayList<>();
 
@@ -58,6 +64,11 @@ final class Scene implements Closeable {
             + "mv new.$$ \"Quorvane-Sample/Quorvane-$2-$3-complete\"\n"
             + "echo \"Installed $2 $3\"; }\n");
     installer().setExecutable(true);
+  }
+
+  /** The image that is shown while the updater starts. */
+  File splash() {
+    return new File(ownFolder, "nativesplash.png");
   }
 
   File installer() {
@@ -166,6 +177,11 @@ final class Scene implements Closeable {
                 "qvstat_jre_name", "Mac64JRE",
                 "qvstat_update_url", site.address(),
                 "qvstat_launched_from_dynprops", installer().getPath()));
+    fields.addAll(
+        Arrays.asList("qvstat_jvm_options_count", Integer.toString(remembered.size())));
+    for (int i = 0; i < remembered.size(); i++) {
+      fields.addAll(Arrays.asList("qvstat_jvm_options_" + i, remembered.get(i)));
+    }
     if (isSilent) {
       fields.addAll(Arrays.asList("qvstat_show_no_ui", "true"));
     }
@@ -182,7 +198,7 @@ final class Scene implements Closeable {
     command.addAll(options);
     command.addAll(
         Arrays.asList(
-            "-Djava.awt.headless=true",
+            "-Djava.awt.headless=" + !environment.containsKey("DISPLAY"),
             "-cp",
             ownFolder + "/updater.jar",
             "org.example.updater." + main,
@@ -190,8 +206,9 @@ final class Scene implements Closeable {
     command.addAll(Arrays.asList(arguments));
     File out = File.createTempFile("out", "", folder.path().toFile());
     File err = File.createTempFile("err", "", folder.path().toFile());
-    Process process =
-        new ProcessBuilder(command).redirectOutput(out).redirectError(err).start();
+    ProcessBuilder builder = new ProcessBuilder(command).redirectOutput(out).redirectError(err);
+    builder.environment().putAll(environment);
+    Process process = builder.start();
     started.add(process);
     return new Started(process, out, err);
   }
