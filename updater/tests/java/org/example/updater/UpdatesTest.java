@@ -5,6 +5,7 @@ import static org.junit.Assert.assertFalse;
 import static org.junit.Assert.assertTrue;
 
 import java.io.File;
+import java.net.URL;
 import java.nio.file.Files;
 import java.util.ArrayList;
 import java.util.Arrays;
@@ -342,6 +343,17 @@ public class UpdatesTest {
     scene.publish(6, "installs");
     look();
     assertTrue(scene.log(), scene.installed().contains(6L));
+  }
+
+  @Test
+  public void aProxyAmongTheRememberedOptionsIsUsed() throws Exception {
+    URL proxy = new URL(scene.site.address());
+    scene.remembered.add("-Dhttp.proxyHost=" + proxy.getHost());
+    scene.remembered.add("-Dhttp.proxyPort=" + proxy.getPort());
+    scene.settings += "url=http://updates.invalid/\n";
+    scene.publish(3, "installs");
+    expectStart(3);
+    assertEquals("updates.invalid", scene.site.last().header("Host"));
   }
 
   @Test
