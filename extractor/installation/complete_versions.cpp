@@ -18,7 +18,7 @@
 static const char* flawOfRuntimeFolder(const std::string& folder) {
   const bool hasNoJava =
       lacksJava(folder.c_str()) && lacksJava(childPath(folder, "Contents/Home").c_str());
-  return hasNoJava ? "its java is missing" : flawOfRuntime(folder.c_str());
+  return hasNoJava ? "its java is missing" : damageOfRuntime(folder.c_str());
 }
 
 static const char* flawOf(const ExtractorRun& run, const char* name, const std::string& folder) {

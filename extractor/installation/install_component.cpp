@@ -19,6 +19,7 @@
 #include "extractor/runtime/jre_layout.h"
 #include "extractor/runtime/jre_temp.h"
 #include "extractor/runtime/provision_jre.h"
+#include "extractor/runtime/run_command.h"
 #include "extractor/versions/folders.h"
 #include "extractor/versions/install_lock.h"
 #include "extractor/versions/temp_marks.h"
@@ -263,6 +264,18 @@ static char* allocUnpack200(const ExtractorRun& run) {
   return setPath(path, run.masterFolder, runtime.get(), "bin", "unpack200");
 }
 
+// One for another processor, or a system newer than this, would be noticed by no start that it is
+// used for.
+static void requireJavaRuns() {
+  const Block<char> java(getJavaExecutable(currentRequest.content.path));
+  const char* const words[] = {java.get(), "-version", nullptr};
+  const int status = runQuietly(words);
+  if (status != 0) {
+    logMessage("[Install] Its java ended with status %d\n", status);
+    refuse(EXIT_STATUS_ARCHIVE_REFUSED, "its java does not run on this machine");
+  }
+}
+
 // Leaves what was verified in currentRequest.content.
 static void extractAside(ExtractorRun& run, const Descriptor& archive) {
   findLzmaTool(run);
@@ -272,6 +285,7 @@ static void extractAside(ExtractorRun& run, const Descriptor& archive) {
   if (currentRequest.kind == Kind::Runtime) {
     setPath(run.jreTemp, currentRequest.content.path);
     requireJavaInTemp(run);
+    requireJavaRuns();
     regenerateClassData(run);
   } else {
     requireLaunchFile(currentRequest.component, currentRequest.content.path);

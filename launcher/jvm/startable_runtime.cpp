@@ -10,6 +10,7 @@
 #include "support/files/paths.h"
 
 static const char kNoLibrary[] = "its JVM library is missing or empty";
+static const char kFailed[] = "the application failed to start with it twice in a row";
 static const char kNoModules[] = "its modules file is missing or empty";
 
 static bool mayHoldLibrary(const std::string& folder) {
@@ -29,7 +30,19 @@ static bool lacksModules(const std::string& home) {
                                             leadsNowhere(childPath(home, "modules").c_str()));
 }
 
-const char* flawOfRuntimeInProcess(const char* jreFolder) {
+// The marker lies in the master folder, which the runtime's folder is in.
+static bool failedToStart(const std::string& jreFolder) {
+  const size_t slash = jreFolder.rfind('/');
+  const size_t name = jreFolder.find('-', slash == std::string::npos ? 0 : slash) + 1;
+  const size_t end = jreFolder.find('-', jreFolder.find('-', name) + 1);
+  if (slash == std::string::npos || name == 0 || end == std::string::npos) {
+    return false;
+  }
+  const std::string marker = "QVApps/updates/skipped-" + jreFolder.substr(name, end - name);
+  return isThere(childPath(jreFolder.substr(0, slash), marker).c_str());
+}
+
+static const char* damageInProcess(const char* jreFolder) {
   const char* flaw = nullptr;
   for (int place = 0; place < JAVA_HOME_PLACES; ++place) {
     char home[PATH_BUFFER_SIZE];
@@ -91,7 +104,15 @@ static bool mayStartAsChild(const std::string& home) {
   return !hadLibrary(home);
 }
 
+const char* damageOfRuntime(const char* jreFolder) {
+  const char* damage = damageInProcess(jreFolder);
+  return damage != nullptr && mayStartAsChild(jreFolder) ? nullptr : damage;
+}
+
+const char* flawOfRuntimeInProcess(const char* jreFolder) {
+  return failedToStart(jreFolder) ? kFailed : damageInProcess(jreFolder);
+}
+
 const char* flawOfRuntime(const char* jreFolder) {
-  const char* flaw = flawOfRuntimeInProcess(jreFolder);
-  return flaw != nullptr && mayStartAsChild(jreFolder) ? nullptr : flaw;
+  return failedToStart(jreFolder) ? kFailed : damageOfRuntime(jreFolder);
 }

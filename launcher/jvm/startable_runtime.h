@@ -17,4 +17,9 @@ const char* flawOfRuntimeInProcess(const char* jreFolder);
 // That java may have its JVM library at other places, or need none.
 const char* flawOfRuntime(const char* jreFolder);
 
+// The same without a look at the updater's marker "skipped-COMPONENT-VERSION" in QVApps/updates of
+// the master folder, which the two above take for a flaw: an update brought this runtime, and the
+// application failed with it. It is not to be installed again, though.
+const char* damageOfRuntime(const char* jreFolder);
+
 #endif

@@ -215,6 +215,35 @@ TEST_F(InstallComponent, OfARuntimeWithoutAJavaIsRefused) {
                 "Mac64JRE 1500: its archive is damaged, or another component's");
 }
 
+TEST_F(InstallComponent, OfARuntimeWithWhichTheApplicationFailedIsRefusedAndTheOneBeforeIsUsed) {
+  installer_.installRuntime("1500");
+  test::writeFile(installer_.master("QVApps/updates/skipped-Mac64JRE-1500"), "");
+  const test::Result start = installer_.run();
+  EXPECT_EQ(0, start.status) << start.out;
+  EXPECT_TRUE(logs(start,
+                   "[PickFolder] Folder Quorvane-Mac64JRE-1500-complete cannot start: the "
+                   "application failed to start with it twice in a row"))
+      << start.out;
+  EXPECT_TRUE(logs(start, "[Extractor] Using private JRE Quorvane-Mac64JRE-1407-complete"));
+  const std::string archive = putSigned(Installer::runtimeRecords() + identity("Mac64JRE", "1500"));
+  EXPECT_EQ(EXIT_STATUS_NOT_NEWER, install("Mac64JRE", "1500", archive).status);
+  const std::string newer = putSigned(Installer::runtimeRecords() + identity("Mac64JRE", "1501"));
+  EXPECT_EQ(0, install("Mac64JRE", "1501", newer).status);
+  EXPECT_TRUE(
+      logs(installer_.run(), "[Extractor] Using private JRE Quorvane-Mac64JRE-1501-complete"));
+}
+
+TEST_F(InstallComponent, OfARuntimeWhoseJavaDoesNotRunHereIsRefused) {
+  const std::string archive = putSigned(Installer::runtimeRecords() + identity("Mac64JRE", "1500"));
+  for (const char* end : {"1", "killed"}) {
+    SCOPED_TRACE(end);
+    test::Command command = request("Mac64JRE", "1500", archive);
+    command.environment["FAKE_JAVA_STATUS"] = end;
+    expectRefused(test::run(command), EXIT_STATUS_ARCHIVE_REFUSED,
+                  "Mac64JRE 1500: its java does not run on this machine");
+  }
+}
+
 TEST_F(InstallComponent, WorksWithAnInstallerThatCarriesNoUpdater) {
   installer_.tail.guVersion.clear();
   installer_.updater.clear();

@@ -163,3 +163,46 @@ TEST_F(RuntimeLook, RealRuntimeHasNoFlawUntilItLosesItsModules) {
   EXPECT_EQ(kNoLibrary, flawOfRuntime(forProcesses.c_str()));
   EXPECT_NE(0, test::run({{forProcesses + "/bin/java", "-version"}}).status);
 }
+
+namespace {
+
+// A runtime's version folder in a master folder, where the updater leaves its markers.
+class RuntimeThatFailed : public testing::Test {
+ protected:
+  RuntimeThatFailed() {
+    for (const char* file : {"bin/java", "lib/server/libjvm.dylib", "lib/modules"}) {
+      test::writeFile(runtime() + "/" + file, "content", 0755);
+    }
+  }
+
+  std::string runtime() const { return master_ / "Quorvane-My JRE-1500-complete"; }
+  void skip(const std::string& name) {
+    test::writeFile(master_ / ("QVApps/updates/skipped-" + name), "");
+  }
+
+  test::TempFolder master_;
+};
+
+}  // namespace
+
+TEST_F(RuntimeThatFailed, IsPassedOverAndIsNotDamaged) {
+  skip("My JRE-1500");
+  EXPECT_STREQ("the application failed to start with it twice in a row",
+               flawOfRuntime(runtime().c_str()));
+  EXPECT_STREQ("the application failed to start with it twice in a row",
+               flawOfRuntimeInProcess(runtime().c_str()));
+  EXPECT_EQ(nullptr, damageOfRuntime(runtime().c_str()));
+}
+
+TEST_F(RuntimeThatFailed, IsPassedOverAsABundleToo) {
+  skip("My JRE-1500");
+  EXPECT_STREQ("the application failed to start with it twice in a row",
+               flawOfRuntime((runtime() + ".plugin").c_str()));
+}
+
+TEST_F(RuntimeThatFailed, IsNotMeantByAnotherMarker) {
+  for (const char* name : {"My JRE-150", "My JRE-15000", "JRE-1500", "My JRE", "Demo-1500"}) {
+    skip(name);
+  }
+  EXPECT_EQ(nullptr, flawOfRuntime(runtime().c_str()));
+}

@@ -89,12 +89,11 @@ public final class GenericUpdater {
     }
     splash.close();
     BackgroundCheck.schedule(properties, propertiesFile, ownFolder);
-    Markers markers = new Markers(updates, name);
-    long version = VersionFolders.numberOf(folder);
-    if (markers.isOnTrial(version) && hasOlder(version)) {
+    List<File> tried = onTrial(folder);
+    if (!tried.isEmpty()) {
       long millis = new Settings(ownFolder).trialMillis();
-      Trial trial = new Trial(updates, markers, name, version, millis);
-      System.exit(application.runAsChild(trial::watch));
+      File started = updates.started(name, VersionFolders.numberOf(folder));
+      System.exit(application.runAsChild(new Trial(updates, tried, started, millis)::watch));
     }
     if (application.needsProcessOfItsOwn()) {
       System.exit(application.runAsChild());
@@ -102,9 +101,24 @@ public final class GenericUpdater {
     application.runInside();
   }
 
-  private boolean hasOlder(long version) {
-    List<File> installed = VersionFolders.newestFirst(updates.master, name);
-    return VersionFolders.numberOf(installed.get(installed.size() - 1)) < version;
+  /** What an update brought of the application and the runtime, and may be given up again. */
+  private List<File> onTrial(File folder) throws Problem {
+    List<File> tried = new ArrayList<>();
+    addIfOnTrial(tried, folder, name);
+    File runtime = RunningRuntime.folderIn(updates);
+    String runtimeName = properties.required("jre_name");
+    if (runtime != null && VersionFolders.isOf(runtime, runtimeName)) {
+      addIfOnTrial(tried, runtime, runtimeName);
+    }
+    return tried;
+  }
+
+  private void addIfOnTrial(List<File> tried, File folder, String component) {
+    long version = VersionFolders.numberOf(folder);
+    Markers markers = new Markers(updates, component);
+    if (markers.isOnTrial(version) && markers.hasOneBefore(version)) {
+      tried.add(folder);
+    }
   }
 
   /** Shows the image where runtime and machine have windows; returns what hides it again. */

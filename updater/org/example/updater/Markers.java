@@ -8,7 +8,7 @@ import java.util.List;
 import java.util.Set;
 
 /**
- * What is known of single versions of the application, as files in the updates folder: that one which
+ * What is known of single versions of a component, as files in the updates folder: that one which
  * an update brought has not started yet, with how often that failed; or that it is not used any more.
  */
 final class Markers {
@@ -57,6 +57,17 @@ final class Markers {
       }
     }
     return skipped;
+  }
+
+  /** Returns whether there is a version below this one to go back to. */
+  boolean hasOneBefore(long version) {
+    for (File candidate : VersionFolders.newestFirst(folder.master, name)) {
+      long number = VersionFolders.numberOf(candidate);
+      if (number < version && !isSkipped(number) && !Damage.isIn(candidate)) {
+        return true;
+      }
+    }
+    return false;
   }
 
   void putOnTrial(long version) throws IOException {

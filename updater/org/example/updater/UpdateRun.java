@@ -147,7 +147,7 @@ public final class UpdateRun {
     UpdateSource source = UpdateSource.of(properties, settings);
     log.say("Looking for updates of " + name + " at " + source.url + " (" + mode + ").");
     Updates updates =
-        new Updates(folder, settings, state, source, progress, log, attempts(), name, random);
+        new Updates(folder, settings, state, source, progress, log, attempts(), random);
     if (mode.equals(FIRST)) {
       updates.update(name);
       return 0;

@@ -16,7 +16,6 @@ final class Updates {
   private final PipedProgress progress;
   private final UpdateLog log;
   private final int attempts;
-  private final String application;
   private final Random random;
   private final Site site;
   private final Web web;
@@ -29,7 +28,6 @@ final class Updates {
       PipedProgress progress,
       UpdateLog log,
       int attempts,
-      String application,
       Random random)
       throws Problem {
     this.folder = folder;
@@ -39,7 +37,6 @@ final class Updates {
     this.progress = progress;
     this.log = log;
     this.attempts = attempts;
-    this.application = application;
     this.random = random;
     site = new Site(source.url);
     web = new Web(Http.ofRuntime(), settings.answerMillis());
@@ -64,7 +61,8 @@ final class Updates {
       log.say("Version " + wanted + " of " + component + " did not start; it is not taken again.");
     } else {
       requireNotRefused(component, wanted);
-      bring(component, wanted, installed != Version.NONE && component.equals(application));
+      boolean isOnTrial = installed != Version.NONE && !component.equals(UpdateRun.UPDATER);
+      bring(component, wanted, isOnTrial);
     }
   }
 

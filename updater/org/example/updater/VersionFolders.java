@@ -32,10 +32,9 @@ final class VersionFolders {
     File[] folders = listed == null ? new File[0] : listed;
     Arrays.sort(folders);
     for (File folder : folders) {
-      String[] parts = folder.getName().split("-", 4);
-      if (parts.length == 4 && parts[1].equals(component)) {
+      if (isOf(folder, component)) {
         int place = found.size();
-        while (place > 0 && numberOf(found.get(place - 1)) < number(parts[2])) {
+        while (place > 0 && numberOf(found.get(place - 1)) < numberOf(folder)) {
           place--;
         }
         found.add(place, folder);
@@ -48,6 +47,17 @@ final class VersionFolders {
   static long newestVersion(File master, String component) {
     File newest = newest(master, component);
     return newest == null ? Version.NONE : numberOf(newest);
+  }
+
+  /** Returns whether a folder's name is that of a version of the component. */
+  static boolean isOf(File folder, String component) {
+    String[] parts = folder.getName().split("-", 4);
+    return parts.length == 4 && parts[1].equals(component);
+  }
+
+  /** Returns the component in a complete folder's name. */
+  static String componentOf(File folder) {
+    return folder.getName().split("-", 4)[1];
   }
 
   /** Returns the version in a complete folder's name. */

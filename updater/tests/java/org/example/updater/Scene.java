@@ -33,6 +33,7 @@ final class Scene implements Closeable {
   private final List<Process> started = new ArrayList<>();
   String settings = "pause_ms=1\nspread_ms=0\nslow_ms=2000\nanswer_ms=2000\ninterval=1\n";
   boolean isSilent;
+  private String program = System.getProperty("java.home") + "/bin/java";
   /** Variables for what the scene starts. Without DISPLAY it shows no windows. */
   final Map<String, String> environment = new HashMap<>();
   /** JVM options that the launch hands over as those that last worked. */
@@ -98,6 +99,37 @@ final class Scene implements Closeable {
 
   static void write(File file, String text) throws IOException {
     Files.write(file.toPath(), text.getBytes(StandardCharsets.UTF_8));
+  }
+
+  /** Makes a version of the runtime that runs what the scene starts from now on. */
+  void runWithRuntime(long version) throws IOException, InterruptedException {
+    File to = runtime(version);
+    Process link =
+        new ProcessBuilder(
+                System.getProperty("java.home") + "/bin/jlink",
+                "--add-modules",
+                "java.base",
+                "--output",
+                to.getPath())
+            .inheritIO()
+            .start();
+    if (link.waitFor() != 0) {
+      throw new IOException("The runtime cannot be made.");
+    }
+    program = to + "/bin/java";
+  }
+
+  /** Makes a version of the runtime that is only looked at. */
+  void installRuntime(long version) throws IOException {
+    for (String file : new String[] {"bin/java", "lib/server/libjvm.so"}) {
+      Path path = runtime(version).toPath().resolve(file);
+      Files.createDirectories(path.getParent());
+      write(path.toFile(), "stands in for one");
+    }
+  }
+
+  File runtime(long version) {
+    return new File(master, "Quorvane-Mac64JRE-" + version + "-complete");
   }
 
   File versionFolder(long version) {
@@ -194,7 +226,7 @@ final class Scene implements Closeable {
     if (!prefix.isEmpty()) {
       command.addAll(Arrays.asList("sh", "-c", prefix + " exec \"$@\"", "sh"));
     }
-    command.add(System.getProperty("java.home") + "/bin/java");
+    command.add(program);
     command.addAll(options);
     command.addAll(
         Arrays.asList(

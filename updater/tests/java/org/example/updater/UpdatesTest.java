@@ -416,10 +416,8 @@ public class UpdatesTest {
   @Test
   public void aDamagedRuntimeAndADamagedUpdaterAreBroughtAgain() throws Exception {
     scene.install(1, "");
-    File runtime = folder.folder("Quorvane-Sample/Quorvane-Mac64JRE-17-complete");
-    assertTrue(new File(runtime, "bin").mkdir() && new File(runtime, "lib/server").mkdirs());
-    Scene.write(new File(runtime, "bin/java"), "a java");
-    Scene.write(new File(runtime, "lib/server/libjvm.so"), "");
+    scene.installRuntime(17);
+    Scene.write(new File(scene.runtime(17), "lib/server/libjvm.so"), "");
     folder.folder("Quorvane-Sample/Quorvane-Quorvane-17-complete");
     for (String name : new String[] {"Quorvane", "Mac64JRE"}) {
       scene.site.put("Quorvane-" + name + "-version.txt", TestSite.text("17\n"));
@@ -432,10 +430,7 @@ public class UpdatesTest {
   @Test
   public void whatIsWholeIsNotBroughtAgain() throws Exception {
     scene.install(1, "");
-    File runtime = folder.folder("Quorvane-Sample/Quorvane-Mac64JRE-17-complete");
-    assertTrue(new File(runtime, "bin").mkdir() && new File(runtime, "lib/server").mkdirs());
-    Scene.write(new File(runtime, "bin/java"), "a java");
-    Scene.write(new File(runtime, "lib/server/libjvm.so"), "a library");
+    scene.installRuntime(17);
     for (String name : new String[] {"Quorvane", "Mac64JRE"}) {
       String version = name.equals("Quorvane") ? "1" : "17";
       scene.site.put("Quorvane-" + name + "-version.txt", TestSite.text(version));
@@ -581,6 +576,76 @@ public class UpdatesTest {
         lines[lines.length - 1].endsWith(
             "Version 2 of Sample failed to start twice in a row; the version before it is used until"
                 + " a newer one exists."));
+  }
+
+  private Markers runtimes() {
+    return new Markers(scene.updates, "Mac64JRE");
+  }
+
+  /** The application runs with runtime 17, which is on trial, beside one of version 16. */
+  private void tryRuntime(String steps) throws Exception {
+    scene.settings += "check=never\n";
+    scene.install(1, steps);
+    scene.installRuntime(16);
+    scene.runWithRuntime(17);
+    runtimes().putOnTrial(17);
+  }
+
+  @Test
+  public void aNewRuntimeIsOnTrialWhereThereIsAnotherAndAnUpdaterIsNot() throws Exception {
+    scene.install(1, "");
+    scene.installRuntime(16);
+    for (String name : new String[] {"Quorvane", "Mac64JRE"}) {
+      scene.site.put("Quorvane-" + name + "-version.txt", TestSite.text("17\n"));
+      scene.site.put("Quorvane-" + name + "-17-archive.p2.l2", TestSite.text("installs"));
+    }
+    look();
+    assertTrue(scene.log(), runtimes().isOnTrial(17));
+    assertFalse(new Markers(scene.updates, "Quorvane").isOnTrial(17));
+  }
+
+  @Test
+  public void aRuntimeWithWhichTheApplicationFailsTwiceIsLeftUntilANewerComes() throws Exception {
+    tryRuntime("exit 3");
+    assertEquals(3, scene.runApplication().status);
+    assertFalse(runtimes().isSkipped(17));
+    assertEquals(3, scene.runApplication().status);
+    assertTrue(scene.log(), runtimes().isSkipped(17));
+    expectLogged("Version 17 of Mac64JRE failed to start twice in a row");
+    assertFalse(new Markers(scene.updates, "Sample").isSkipped(1));
+    for (String version : new String[] {"17", "18"}) {
+      scene.site.put("Quorvane-Mac64JRE-version.txt", TestSite.text(version));
+      scene.site.put(
+          "Quorvane-Mac64JRE-" + version + "-archive.p2.l2", TestSite.text("status 4 not now"));
+      look();
+    }
+    assertEquals(Arrays.asList("Mac64JRE 18 status"), scene.installs());
+  }
+
+  @Test
+  public void aRuntimeWithWhichTheApplicationStartsIsKept() throws Exception {
+    tryRuntime("exit 0");
+    Scene.write(scene.updates.started("Sample", 1), "of an earlier start");
+    assertEquals(0, scene.runApplication().status);
+    assertFalse(runtimes().isOnTrial(17) || runtimes().isSkipped(17));
+  }
+
+  @Test
+  public void theStartedFileOfAnEarlierStartProvesNothingForANewRuntime() throws Exception {
+    tryRuntime("exit 3");
+    Scene.write(scene.updates.started("Sample", 1), "of an earlier start");
+    assertEquals(3, scene.runApplication().status);
+    assertTrue(runtimes().isOnTrial(17));
+  }
+
+  @Test
+  public void theOnlyRuntimeIsNotOnTrial() throws Exception {
+    tryRuntime("exit 3");
+    assertTrue(scene.runtime(16).renameTo(folder.file("away")));
+    for (int i = 0; i < 3; i++) {
+      assertEquals(3, scene.runApplication().status);
+    }
+    assertFalse(runtimes().isSkipped(17));
   }
 
   private void expectStaysAfterTwo(String steps) throws Exception {
