@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "archive/archive.h"
@@ -71,13 +72,20 @@ static std::string contentOfRecord(const char* path) {
   return std::string(bytes, count);
 }
 
+static std::string wantedRecord(const ExtractorRun& run, const char* component,
+                                const char* version) {
+  const std::string wanted = std::string(component) + " " + version;
+  return strcmp(component, UPDATER_NAME) == 0 ? wanted + UPDATER_RECORD_LINK + run.tail.appName
+                                              : wanted;
+}
+
 // What it says has been verified with the rest of the archive.
-static void requireComponent(const char* destination, const char* component, const char* version) {
+static void requireComponent(const char* destination, const std::string& wanted) {
   char record[PATH_BUFFER_SIZE];
   setPath(record, destination, COMPONENT_RECORD_PATH);
-  if (contentOfRecord(record) != std::string(component) + " " + version) {
-    failRun(Failure::ArchiveDamaged, "[Install] The archive does not say that it is %s %s\n",
-            component, version);
+  if (contentOfRecord(record) != wanted) {
+    failRun(Failure::ArchiveDamaged, "[Install] The archive does not say that it is %s\n",
+            wanted.c_str());
   }
   removeComponentRecord(destination);
 }
@@ -97,5 +105,5 @@ void extractComponent(const ExtractorRun& run, const Descriptor& archive, const 
   if (!isFolder(destination)) {
     failRun(Failure::SignatureRefused, "[Install] The archive was rejected\n");
   }
-  requireComponent(destination, component, version);
+  requireComponent(destination, wantedRecord(run, component, version));
 }

@@ -10,8 +10,11 @@ struct ExtractorRun;
 // stands between site and user could offer an old version, or another program of the same maker,
 // under a new number. Main thread.
 
-// The name of that record, which holds the component's name, a blank and the version.
+// The name of that record, which holds the component's name, a blank and the version. An updater's
+// goes on with UPDATER_RECORD_LINK and the application's name, since the updater's settings are
+// made for that application: another's would lead to another site.
 constexpr char COMPONENT_RECORD_PATH[] = "qvArcSpBlock_Component";
+constexpr char UPDATER_RECORD_LINK[] = " for ";
 
 // Removes that record from the folder `folder`, into which such an archive was extracted: it is no
 // part of the component. Logs nothing.

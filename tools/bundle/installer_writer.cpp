@@ -88,7 +88,7 @@ std::string writeSiteRuntime(const std::string& site, const std::string& name,
   const RuntimeBundle runtime(runtimeHome);
   ArchiveContent content;
   content.folder = runtime.path();
-  return writeSiteComponent(site, name, version, content, key);
+  return writeSiteComponent(site, name, version, componentRecord(name, version), content, key);
 }
 
 void writeSiteApplication(const std::string& site, const Installer& installer,
@@ -97,7 +97,8 @@ void writeSiteApplication(const std::string& site, const Installer& installer,
   writeWhole(work / kVersionFile, version);
   ArchiveContent content = installer.application;
   content.files.emplace_back(kVersionFile, work / kVersionFile);
-  writeSiteComponent(site, installer.tail.appName, version, content, key);
+  const std::string& name = installer.tail.appName;
+  writeSiteComponent(site, name, version, componentRecord(name, version), content, key);
 }
 
 void writeSiteUpdater(const std::string& site, const Installer& installer, const SigningKey* key) {
@@ -110,7 +111,8 @@ void writeSiteUpdater(const std::string& site, const Installer& installer, const
   if (!installer.splash.empty()) {
     content.files.emplace_back(kSplash, installer.splash);
   }
-  writeSiteComponent(site, UPDATER_NAME, version, content, key);
+  const std::string record = updaterRecord(version, installer.tail.appName);
+  writeSiteComponent(site, UPDATER_NAME, version, record, content, key);
 }
 
 }  // namespace tools

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "extractor/archives/component_archive.h"
+#include "extractor/run/run.h"
 #include "extractor/runtime/version_file.h"
 #include "tools/system/input_error.h"
 #include "tools/system/temporary_folder.h"
@@ -38,6 +39,10 @@ std::string componentRecord(const std::string& name, const std::string& version)
   return name + " " + version;
 }
 
+std::string updaterRecord(const std::string& version, const std::string& application) {
+  return componentRecord(UPDATER_NAME, version) + UPDATER_RECORD_LINK + application;
+}
+
 static void createSite(const std::string& site) {
   std::error_code error;
   fs::create_directories(site, error);
@@ -48,11 +53,11 @@ static void createSite(const std::string& site) {
 }
 
 std::string writeSiteComponent(const std::string& site, const std::string& name,
-                               const std::string& version, ArchiveContent content,
-                               const SigningKey* key) {
+                               const std::string& version, const std::string& record,
+                               ArchiveContent content, const SigningKey* key) {
   createSite(site);
   const TemporaryFolder work;
-  writeWhole(work / "component", componentRecord(name, version));
+  writeWhole(work / "component", record);
   content.files.emplace_back(COMPONENT_RECORD_PATH, work / "component");
   const std::string archive = site + "/" + siteArchiveName(name, version);
   writeArchive(content, archive, key);

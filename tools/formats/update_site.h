@@ -19,14 +19,17 @@ std::string siteArchiveName(const std::string& name, const std::string& version)
 std::string readSiteVersion(const std::string& site, const std::string& name);
 
 // What an archive of a site holds beside its content: which component and version it is.
+// An updater belongs to one application.
 std::string componentRecord(const std::string& name, const std::string& version);
+std::string updaterRecord(const std::string& version, const std::string& application);
 
 // Writes the archive of the component `name` in `version`, and then its version text, into the
-// folder `site`, which is created. What is downloaded replaces what an installer would have put in
-// place, so the archive holds all of it. Returns the archive's path. Throws InputError.
+// folder `site`, which is created; `record` says what it is. What is downloaded replaces what an
+// installer would have put in place, so the archive holds all of it. Returns the archive's path.
+// Throws InputError.
 std::string writeSiteComponent(const std::string& site, const std::string& name,
-                               const std::string& version, ArchiveContent content,
-                               const SigningKey* key);
+                               const std::string& version, const std::string& record,
+                               ArchiveContent content, const SigningKey* key);
 
 }  // namespace tools
 

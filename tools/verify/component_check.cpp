@@ -166,8 +166,7 @@ void ComponentCheck::checkVersion(const std::string& version, const char* source
   }
 }
 
-void ComponentCheck::checkIdentity(const std::string& component, const std::string& version) {
-  const std::string wanted = componentRecord(component, version);
+void ComponentCheck::checkIdentity(const std::string& wanted) {
   if (!holds(COMPONENT_RECORD_PATH)) {
     problem(std::string("the record ") + COMPONENT_RECORD_PATH +
             " is missing; write the site again with 'quorvane-pack build'");

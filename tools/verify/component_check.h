@@ -41,8 +41,8 @@ class ComponentCheck {
   // Checks the record version.txt, which says once more the version that `source` says.
   void checkVersion(const std::string& version, const char* source = "the Tail record");
   void checkSplash();
-  // Checks the record that says which component and version an archive of an update site is.
-  void checkIdentity(const std::string& component, const std::string& version);
+  // Checks that the record which says what an archive of an update site is says `wanted`.
+  void checkIdentity(const std::string& wanted);
   // Adds what the component is to the facts.
   void describe(const std::string& version);
 

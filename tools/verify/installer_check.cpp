@@ -255,7 +255,8 @@ class BundleCheck {
       const std::string version = readSiteVersion(site_, name);
       ComponentCheck component(what, trust_, &report_);
       component.readArchiveFile(site_ + "/" + siteArchiveName(name, version));
-      component.checkIdentity(name, version);
+      component.checkIdentity(name == UPDATER_NAME ? updaterRecord(version, value(APP_NAME))
+                                                   : componentRecord(name, version));
       component.checkVersion(version, "the site");
       check(&component);
       component.describe(version);

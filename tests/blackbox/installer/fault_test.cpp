@@ -240,8 +240,9 @@ class Installed : public Disturbed {
 
   void disturbInstallOf(const std::string& component, const std::string& version,
                         const std::string& records, Scene scene) {
-    const std::string identity =
-        test::fileRecord("qvArcSpBlock_Component", component + " " + version);
+    const std::string what = component + " " + version;
+    const std::string identity = test::fileRecord(
+        "qvArcSpBlock_Component", component == "Quorvane" ? what + " for Demo" : what);
     test::writeFile(installer_ / "download",
                     test::compressed(test::signedBy(key_, records + identity)));
     scene.words = {"--install", component, version, installer_ / "download"};

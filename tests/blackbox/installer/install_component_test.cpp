@@ -183,7 +183,7 @@ TEST_F(InstallComponent, NeedsNoDisplayAndAsksForNone) {
 TEST_F(InstallComponent, OfANewerUpdaterIsLaunchedNextTime) {
   const std::string archive =
       putSigned(Installer::updaterRecords() + fileRecord("lzma64", "the tool") +
-                fileRecord("version.txt", "6") + identity("Quorvane", "6"));
+                fileRecord("version.txt", "6") + identity("Quorvane", "6 for Demo"));
   const test::Result result = install("Quorvane", "6", archive);
   EXPECT_EQ(0, result.status) << result.out;
   EXPECT_EQ("Installed Quorvane 6", lastLine(result));
@@ -312,6 +312,17 @@ TEST_F(InstallComponent, OfAnotherProgramOfTheSameMakerIsRefused) {
   expectRefused(install("Demo", "4", putSigned(records)), EXIT_STATUS_ARCHIVE_REFUSED, kDamaged);
 }
 
+// Its settings would lead this one's updates to the other's site, or switch them off.
+TEST_F(InstallComponent, OfTheUpdaterOfAnotherProgramOfTheSameMakerIsRefused) {
+  for (const char* version : {"6", "6 for Other", "6 for Demo 2", "6 for "}) {
+    SCOPED_TRACE(version);
+    const std::string archive =
+        putSigned(Installer::updaterRecords() + identity("Quorvane", version));
+    expectRefused(install("Quorvane", "6", archive), EXIT_STATUS_ARCHIVE_REFUSED,
+                  "Quorvane 6: its archive is damaged, or another component's");
+  }
+}
+
 TEST_F(InstallComponent, ThatDoesNotSayWhatItIsIsRefused) {
   expectRefused(install("Demo", "4", putSigned(Installer::applicationRecords("4"))),
                 EXIT_STATUS_ARCHIVE_REFUSED, kDamaged);
@@ -374,7 +385,7 @@ TEST_F(InstallComponent, OfAnEqualUpdaterReplacesOneThatIsDamagedAndKeepsTheUser
   test::writeFile(folder + "/user-settings.ini", "of the user's");
   const std::string archive =
       putSigned(Installer::updaterRecords() + fileRecord("lzma64", "the tool") +
-                fileRecord("version.txt", "5") + identity("Quorvane", "5"));
+                fileRecord("version.txt", "5") + identity("Quorvane", "5 for Demo"));
   const test::Result result = install("Quorvane", "5", archive);
   EXPECT_EQ(0, result.status) << result.out;
   EXPECT_TRUE(logs(result,

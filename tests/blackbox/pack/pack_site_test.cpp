@@ -101,7 +101,7 @@ TEST_F(PackSite, SaysInsideEachArchiveWhichComponentAndVersionItIs) {
     return test::readFile(extracted(archive) + "/qvArcSpBlock_Component");
   };
   EXPECT_EQ("Small App 3", recordOf(kAppArchive));
-  EXPECT_EQ("Quorvane 5", recordOf(kUpdaterArchive));
+  EXPECT_EQ("Quorvane 5 for Small App", recordOf(kUpdaterArchive));
   EXPECT_EQ("Mac64JRE 170015", recordOf(kRuntimeArchive));
 }
 
@@ -132,6 +132,8 @@ TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
     fs::copy_file(std::string(QUORVANE_BIN "/") + name, project_ / "bin/" + name,
                   fs::copy_options::overwrite_existing);
   }
+  const std::string java = "#!/bin/sh\n";  // one that runs
+  test::writeFile(project_ / "runtime/bin/java", java, 0755);
   build();
   const test::TestHome home;
   const std::string master = home.applicationSupport() + "/Quorvane-Small App/";
@@ -155,7 +157,7 @@ TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
             test::readFile(master + "Quorvane-Small App-3-complete/main.jar"));
   EXPECT_EQ("the updater's jar",
             test::readFile(master + "Quorvane-Quorvane-5-complete/updater.jar"));
-  EXPECT_EQ("a java", test::readFile(master + "Quorvane-Mac64JRE-170015-complete/bin/java"));
+  EXPECT_EQ(java, test::readFile(master + "Quorvane-Mac64JRE-170015-complete/bin/java"));
 }
 
 class PackUpdates : public PackSite {
