@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "extractor/run/run.h"
-#include "extractor/runtime/jre_layout.h"
 #include "launch/launch_file.h"
 #include "launcher/installation/version_folders.h"
 #include "launcher/jvm/startable_runtime.h"
@@ -16,8 +15,8 @@
 
 // A runtime's bundle has the Java home in it, its plain folder is one.
 static const char* flawOfRuntimeFolder(const std::string& folder) {
-  const bool hasNoJava =
-      lacksJava(folder.c_str()) && lacksJava(childPath(folder, "Contents/Home").c_str());
+  const bool hasNoJava = isKnownMissing(childPath(folder, "bin/java").c_str()) &&
+                         isKnownMissing(childPath(folder, "Contents/Home/bin/java").c_str());
   return hasNoJava ? "its java is missing" : damageOfRuntime(folder.c_str());
 }
 
