@@ -1,7 +1,6 @@
 #include "crypto/rsa_verify_hash_ex.h"
 
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <new>
 
@@ -57,51 +56,6 @@ static int decodePss(const Verification& v) {
                            v.saltLength, v.hashIndex, v.modulusBits, v.stat);
 }
 
-// Compares a DigestInfo, SEQUENCE { SEQUENCE { OID, NULL }, OCTET STRING }, with the digest.
-static int compareDigestInfo(const Verification& v, unsigned char* info, unsigned long infoLength) {
-  const ltc_hash_descriptor& descriptor = hash_descriptor[v.hashIndex];
-  unsigned long oid[16] = {};
-  Bytes digest = allocBytes(infoLength);
-  if (digest == nullptr) {
-    return CRYPT_MEM;
-  }
-  ltc_asn1_list algorithm[2] = {};
-  LTC_SET_ASN1(algorithm, 0, LTC_ASN1_OBJECT_IDENTIFIER, oid, sizeof oid / sizeof oid[0]);
-  LTC_SET_ASN1(algorithm, 1, LTC_ASN1_NULL, nullptr, 0);
-  ltc_asn1_list fields[2] = {};
-  LTC_SET_ASN1(fields, 0, LTC_ASN1_SEQUENCE, algorithm, 2);
-  LTC_SET_ASN1(fields, 1, LTC_ASN1_OCTET_STRING, digest.get(), infoLength);
-  int error = der_decode_sequence(info, infoLength, fields, 2);
-  unsigned long exactLength = 0;
-  if (error == CRYPT_OK) {
-    error = der_length_sequence(fields, 2, &exactLength);
-  }
-  if (error != CRYPT_OK) {
-    return error;
-  }
-  const bool same = exactLength == infoLength && algorithm[0].size == descriptor.OIDlen &&
-                    memcmp(oid, descriptor.OID, sizeof oid[0] * descriptor.OIDlen) == 0 &&
-                    fields[1].size == v.hashLength &&
-                    memcmp(digest.get(), v.hash, v.hashLength) == 0;
-  *v.stat = same ? 1 : 0;
-  return CRYPT_OK;
-}
-
-static int decodeV15(const Verification& v) {
-  if (hash_descriptor[v.hashIndex].OIDlen == 0) {
-    return CRYPT_INVALID_ARG;
-  }
-  unsigned long infoLength = v.messageLength;
-  Bytes info = allocBytes(infoLength);
-  if (info == nullptr) {
-    return CRYPT_MEM;
-  }
-  int wellFormed = 0;
-  const int error = pkcs_1_v1_5_decode(v.message, v.messageLength, LTC_PKCS_1_EMSA, v.modulusBits,
-                                       info.get(), &infoLength, &wellFormed);
-  return error != CRYPT_OK ? error : compareDigestInfo(v, info.get(), infoLength);
-}
-
 int rsa_verify_hash_ex(const unsigned char* sig, unsigned long siglen, const unsigned char* hash,
                        unsigned long hashlen, int padding, int hash_idx, unsigned long saltlen,
                        int* stat, Rsa_key* key) {
@@ -110,7 +64,7 @@ int rsa_verify_hash_ex(const unsigned char* sig, unsigned long siglen, const uns
   checkArgument(stat, "stat != NULL", __LINE__);
   checkArgument(key, "key != NULL", __LINE__);
   *stat = 0;
-  if (padding != LTC_PKCS_1_V1_5 && padding != LTC_PKCS_1_PSS) {
+  if (padding != LTC_PKCS_1_PSS) {
     return CRYPT_PK_INVALID_PADDING;
   }
   const int hashError = hash_is_valid(hash_idx);
@@ -131,5 +85,5 @@ int rsa_verify_hash_ex(const unsigned char* sig, unsigned long siglen, const uns
   const auto modulusBits = static_cast<unsigned long>(ltc_mp.count_bits(key->N));
   const Verification v = {hash,        hashlen,       hash_idx, saltlen,
                           modulusBits, message.get(), siglen,   stat};
-  return padding == LTC_PKCS_1_PSS ? decodePss(v) : decodeV15(v);
+  return decodePss(v);
 }
