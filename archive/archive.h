@@ -6,9 +6,10 @@
 #include "crypto/signature.h"
 
 // Extraction of archives: a flat sequence of entry records, each a file or a folder, closed by a
-// signature record where the archive is signed. Files are written before the signature is known and
-// an archive whose signature is wrong costs the whole destination folder, so a destination is
-// trusted only after the call and only while it is still there. An archive that cannot be read, an
+// signature record where the archive is signed. Where a signature is required it is verified before
+// anything is written; elsewhere files are written before the signature is known. An archive whose
+// signature is wrong costs the whole destination folder, so a destination is trusted only after the
+// call and only while it is still there. An archive that cannot be read, an
 // entry that cannot be written, or one whose path leads out of the destination ends the process
 // with status 1, after a logged line; so does one whose destination is a symbolic link, and one
 // that was not decompressed; a pack200 entry that was not unpacked ends it with status 101. The

@@ -2,32 +2,41 @@
 
 #include "archive/archive.h"
 #include "archive/extraction.h"
-#include "archive/own_tool.h"
 #include "archive/remove_destination.h"
 #include "archive/signature_check.h"
+#include "archive/signature_record.h"
+#include "support/failure/failure.h"
 #include "support/log/logging.h"
+#include "support/owned.h"
+#include "support/process/exit_status.h"
 
 bool requireSignature = false;
 
 static const size_t kReadAhead = 64 * 1024;
 
-// Extracts every record, and returns what the signature record said if there was one.
-static MetSignature extractRecords(const char* unpack200Exe, const char* archivePath,
-                                   Destination* destination, Rsa_key* key) {
-  logMessage("[ExtractArchive] Extracting archive %s into %s\n", archivePath, destination->path);
-  const Stream archive = openArchive(archivePath);
+static Stream openArchive(const char* archivePath) {
+  Stream archive(fopen(archivePath, "rb"));
+  if (archive == nullptr) {
+    logMessage("[ExtractArchive] Failed to extract archive - couldn't open file %s\n", archivePath);
+    failProcess(EXIT_STATUS_FAILURE, Failure::ArchiveDamaged);
+  }
   setvbuf(archive.get(), nullptr, _IOFBF, kReadAhead);
-  MetSignature met;
-  noteFile(archive.get(), &met);
+  return archive;
+}
+
+// Extracts every record, and returns what the signature record said if there was one.
+static SignatureRecord extractRecords(const char* unpack200Exe, FILE* archive,
+                                      Destination* destination, Rsa_key* key) {
+  SignatureRecord record;
   char* hex = nullptr;
   do {
-    met.offset = ftello(archive.get());
-  } while (extractRecord(nullptr, unpack200Exe, destination, archive.get(), &met.signedLength, &hex,
+    record.offset = ftello(archive);
+  } while (extractRecord(nullptr, unpack200Exe, destination, archive, &record.signedLength, &hex,
                          key) == 0);
-  met.hex.reset(hex);
-  met.isComplete = feof(archive.get()) == 0;
+  record.hex.reset(hex);
+  record.isComplete = feof(archive) == 0;
   logMessage("[ExtractArchive] Done extracting archive.\n");
-  return met;
+  return record;
 }
 
 static void disregardUpdate(const Destination& destination) {
@@ -40,29 +49,39 @@ static void disregardUpdate(const Destination& destination) {
   logMessage("%s", rule);
 }
 
-static bool isAcceptable(const char* archivePath, const MetSignature& met, Rsa_key* key) {
-  if (met.hex == nullptr) {
-    return !requireSignature;
-  }
-  if (!isSignatureRight(archivePath, met, key)) {
+static bool isVerified(FILE* archive, const SignatureRecord& record, Rsa_key* key) {
+  if (record.hex == nullptr || !isSignatureRight(archive, record, key)) {
     return false;
   }
   logMessage("[ExtractArchive] Archive signature verified.\n");
   return true;
 }
 
-static bool extractAcceptable(const char* unpack200Exe, const char* archivePath,
-                              Destination* destination, Rsa_key* key) {
-  if (!mayRunTool(unpack200Exe, archivePath, destination->path, key)) {
+// What is extracted is what was verified: the stream stays on the same file, whatever takes its
+// name, and no entry is ever written into a file that exists. One that was cut meanwhile no longer
+// has its record in its place.
+static bool verifyThenExtract(const char* unpack200Exe, FILE* archive, Destination* destination,
+                              Rsa_key* key) {
+  const SignatureRecord verified = findSignatureRecord(archive);
+  if (!isVerified(archive, verified, key) || fseeko(archive, 0, SEEK_SET) != 0) {
     return false;
   }
-  const MetSignature met = extractRecords(unpack200Exe, archivePath, destination, key);
-  return isAcceptable(archivePath, met, key);
+  const SignatureRecord met = extractRecords(unpack200Exe, archive, destination, key);
+  return met.hex != nullptr && met.offset == verified.offset;
+}
+
+static bool extractThenVerify(const char* unpack200Exe, FILE* archive, Destination* destination,
+                              Rsa_key* key) {
+  const SignatureRecord record = extractRecords(unpack200Exe, archive, destination, key);
+  return record.hex == nullptr || isVerified(archive, record, key);
 }
 
 void extractAndVerify(const char* unpack200Exe, const char* archivePath, Destination* destination,
                       Rsa_key* key) {
-  if (!extractAcceptable(unpack200Exe, archivePath, destination, key)) {
+  logMessage("[ExtractArchive] Extracting archive %s into %s\n", archivePath, destination->path);
+  const Stream archive = openArchive(archivePath);
+  const auto extract = requireSignature ? verifyThenExtract : extractThenVerify;
+  if (!extract(unpack200Exe, archive.get(), destination, key)) {
     disregardUpdate(*destination);
   }
 }

@@ -1,41 +1,19 @@
 #include "archive/signature_check.h"
 
-#include <sys/stat.h>
-
 #include <cstdlib>
 #include <cstring>
 
-#include "archive/archive.h"
 #include "archive/entry.h"
 #include "crypto/hash_file.h"
 #include "crypto/mixed_hash.h"
 #include "support/encoding/field_reader.h"
 #include "support/encoding/hex.h"
 #include "support/events/keep_alive.h"
-#include "support/failure/failure.h"
 #include "support/log/logging.h"
-#include "support/process/exit_status.h"
 #include "support/text/strings.h"
 
 static const int kLoggedDigestBytes = 32;
 static const int kSignatureHexLimit = 4096;
-
-Stream openArchive(const char* archivePath) {
-  Stream archive(fopen(archivePath, "rb"));
-  if (archive == nullptr) {
-    logMessage("[ExtractArchive] Failed to extract archive - couldn't open file %s\n", archivePath);
-    failProcess(EXIT_STATUS_FAILURE, Failure::ArchiveDamaged);
-  }
-  return archive;
-}
-
-void noteFile(FILE* archive, MetSignature* met) {
-  struct stat status {};
-  if (fstat(fileno(archive), &status) == 0) {
-    met->device = status.st_dev;
-    met->file = status.st_ino;
-  }
-}
 
 static void logMismatch(const char* what) {
   logMessage(
@@ -44,20 +22,20 @@ static void logMismatch(const char* what) {
       what);
 }
 
-// Reads the record at the offset that it names and logs where it differs from what was met. These
+// Reads the record at the offset that it names and logs where it differs from `record`. These
 // lines decide nothing.
-static void compareRecord(FILE* archive, const MetSignature& met) {
+static void compareRecord(FILE* archive, const SignatureRecord& record) {
   free(readString(archive, "Signature Check File Type"));
   const Block<char> name(readString(archive, "Signature Check ASB name"));
   if (strcmp(name.get(), SIGNATURE_RECORD_PATH) != 0) {
     logMismatch("asb name");
   }
   readInt(archive, "ASB Length");
-  if (readInt(archive, "Signature Length") != met.signedLength) {
+  if (readInt(archive, "Signature Length") != record.signedLength) {
     logMismatch("len");
   }
   const Block<char> hex(readString(archive, "Signature Hex", kSignatureHexLimit));
-  if (strcmp(hex.get(), met.hex.get()) != 0) {
+  if (strcmp(hex.get(), record.hex.get()) != 0) {
     logMismatch("sig");
   }
 }
@@ -100,31 +78,21 @@ static void logDigest(const unsigned char* digest) {
   logMessage("[ExtractArchive] Produced hash: %s\n", hex);
 }
 
-// Whether the stream is the file that the entries were read from: an archive may hold an entry of
-// its own name, and would then be judged by what it carries.
-static bool isSameFile(FILE* archive, const MetSignature& met) {
-  struct stat status {};
-  return fstat(fileno(archive), &status) == 0 && status.st_dev == met.device &&
-         status.st_ino == met.file;
-}
-
-bool isSignatureRight(const char* archivePath, const MetSignature& met, Rsa_key* key) {
+bool isSignatureRight(FILE* archive, const SignatureRecord& record, Rsa_key* key) {
   logMessage("[ExtractArchive] Pre-Alloc\n");
   const Block<unsigned char> buffer(static_cast<unsigned char*>(allocZeroed(HASH_BUFFER_SIZE)));
   logMessage("[ExtractArchive] Post-Alloc\n");
-  const Stream archive = openArchive(archivePath);
-  fseek(archive.get(), met.signedLength, SEEK_SET);
-  compareRecord(archive.get(), met);
-  const size_t capacity = strlen(met.hex.get()) / 2 + 2;
+  fseek(archive, record.signedLength, SEEK_SET);
+  compareRecord(archive, record);
+  const size_t capacity = strlen(record.hex.get()) / 2 + 2;
   const Block<unsigned char> signature(static_cast<unsigned char*>(allocZeroed(capacity)));
-  const int length = hexToBytes(signature.get(), static_cast<int>(capacity), met.hex.get());
+  const int length = hexToBytes(signature.get(), static_cast<int>(capacity), record.hex.get());
   logMessage("[ExtractArchive] Produced a signature of length %d\n", length);
-  const Block<unsigned char> digest = hashData(archive.get(), met.signedLength, buffer.get());
+  const Block<unsigned char> digest = hashData(archive, record.signedLength, buffer.get());
   if (digest == nullptr) {
     return false;
   }
   logDigest(digest.get());
-  const bool isInPlace = met.isComplete && met.offset == met.signedLength;
-  return verifySignature(signature.get(), length, digest.get(), key) && isInPlace &&
-         isSameFile(archive.get(), met);
+  const bool isInPlace = record.isComplete && record.offset == record.signedLength;
+  return verifySignature(signature.get(), length, digest.get(), key) && isInPlace;
 }

@@ -9,6 +9,7 @@
 #include "archive/archive.h"
 #include "tests/support/swapper.h"
 #include "tests/unit/archive/archive_fixture.h"
+#include "tests/unit/archive/signed_archive.h"
 
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
@@ -67,10 +68,9 @@ TEST_F(ReplacedDestination, RunsNoToolThatWouldWriteElsewhere) {
 
 TEST_F(ReplacedDestination, ByAForeignFolderCostsNoForeignFileWhenItIsRejected) {
   replaceBy("mv '" + beside("foreign") + "' '" + dest() + "'");
-  const test::Result result = test::runInChild([this] {
-    requireSignature = true;
-    extract(fileRecord("a.jar", "a", "2") + fileRecord("folder/c", "new"));
-  });
+  key_ = test::publicKey();
+  const test::Result result = extractInChild(
+      test::signedArchive(fileRecord("a.jar", "a", "2") + fileRecord("folder/c", "new"), "second"));
   EXPECT_EQ(1, result.status);
   EXPECT_EQ((Names{"a.jar", "b"}), test::namesIn(dest()));
   EXPECT_EQ(Names{}, test::namesIn(beside("moved")));

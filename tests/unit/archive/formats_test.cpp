@@ -75,7 +75,8 @@ TEST(FormatExample, OfArchiveAndSignatureRecordTogetherIsExtractedAndVerified) {
     extractArchive(nullptr, (folder / "archive.p2").c_str(), (folder / "dest").c_str(),
                    test::publicKey("first"));
   });
-  EXPECT_EQ("[ExtractArchive] Archive signature verified.", lines.back());
+  EXPECT_TRUE(test::containsInOrder(lines, {"[ExtractArchive] Archive signature verified.",
+                                            "[ExtractArchive] Done extracting archive."}));
   EXPECT_EQ("hello\n", test::readFile(folder / "dest/lib/a.txt"));
   EXPECT_EQ("no", test::readFile(folder / "dest/qvArcSpBlock_Note"));
 }
