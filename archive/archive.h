@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-#include "crypto/signature.h"
+#include "archive/trust.h"
 
 // Extraction of archives: a flat sequence of entry records, each a file or a folder, closed by a
 // signature record where the archive is signed. Where a signature is required it is verified before
@@ -15,20 +15,16 @@
 // that was not decompressed; a pack200 entry that was not unpacked ends it with status 101. The
 // installing thread only.
 
-// Whether an archive that ends without a signature record is treated as one whose signature is
-// wrong. False unless a caller sets it.
-extern bool requireSignature;
-
 // Set once a pack200 entry has been met.
 extern bool pack200EntryMet;
 
 // Extracts the archive `archivePath` into the existing folder `destDir`, verifies its signature
-// with `key` if it has one, and deletes the archive. Nested archives and LZMA entries inside stay
-// as they are. `unpack200Exe` is the tool for pack200 entries, null when there is none. With a null
-// `key` a signed archive aborts the process. Always returns 0: after a wrong signature `destDir` is
+// as `trust` says, and deletes the archive. Nested archives and LZMA entries inside stay
+// as they are. `unpack200Exe` is the tool for pack200 entries, null when there is none. Without a
+// key a signed archive aborts the process. Always returns 0: after a wrong signature `destDir` is
 // gone, which the caller must look for.
 int extractArchive(const char* unpack200Exe, const char* archivePath, const char* destDir,
-                   Rsa_key* key);
+                   Trust trust);
 
 // Reads one record at the position of `stream` and writes its entry below `destDir`. With an
 // `lzmaExe` an entry that ends in ".l2" is decompressed, and one that then ends in ".p2" is
@@ -40,11 +36,11 @@ int extractArchive(const char* unpack200Exe, const char* archivePath, const char
 // on entry.
 int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
                                      const char* destDir, FILE* stream, long* signedLength,
-                                     char** signatureHex, Rsa_key* key);
+                                     char** signatureHex, Trust trust);
 
 // Reads one record as extractArchiveFileCheckSignature() does and drops what a signature record
 // says.
 int extractArchiveFileIgnoreSignature(const char* lzmaExe, const char* unpack200Exe,
-                                      const char* destDir, FILE* stream, Rsa_key* key);
+                                      const char* destDir, FILE* stream, Trust trust);
 
 #endif

@@ -86,12 +86,12 @@ void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder)
 }
 
 void extractNestedArchive(const char* unpack200Exe, const Entry& entry, const Descriptor& folder,
-                          Destination* destination, Rsa_key* key) {
+                          Destination* destination, Trust trust) {
   if (!endsWith(entry.target, ".p2")) {
     return;
   }
   logMessage("\t[ExtractArchiveFile] Starting un-p2Archiving\n");
-  extractAndVerify(unpack200Exe, entry.target, destination, key);
+  extractAndVerify(unpack200Exe, entry.target, destination, trust);
   removeFile(folder, pathToFile(entry.target));
   logMessage("\t[ExtractArchiveFile] Finished un-archiving\n");
 }

@@ -3,7 +3,7 @@
 
 #include "archive/destination.h"
 #include "archive/entry.h"
-#include "crypto/signature.h"
+#include "archive/trust.h"
 #include "support/owned.h"
 
 // What happens to an entry's file after it has been written. `folder` is the open folder that holds
@@ -25,6 +25,6 @@ void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder)
 // signature, and deletes it. Other targets are left alone. Nested archives inside it stay as they
 // are, so that there is one level of nesting at most.
 void extractNestedArchive(const char* unpack200Exe, const Entry& entry, const Descriptor& folder,
-                          Destination* destination, Rsa_key* key);
+                          Destination* destination, Trust trust);
 
 #endif

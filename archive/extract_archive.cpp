@@ -10,8 +10,6 @@
 #include "support/owned.h"
 #include "support/process/exit_status.h"
 
-bool requireSignature = false;
-
 static const size_t kReadAhead = 64 * 1024;
 
 static Stream openArchive(const char* archivePath) {
@@ -26,13 +24,13 @@ static Stream openArchive(const char* archivePath) {
 
 // Extracts every record, and returns what the signature record said if there was one.
 static SignatureRecord extractRecords(const char* unpack200Exe, FILE* archive,
-                                      Destination* destination, Rsa_key* key) {
+                                      Destination* destination, Trust trust) {
   SignatureRecord record;
   char* hex = nullptr;
   do {
     record.offset = ftello(archive);
   } while (extractRecord(nullptr, unpack200Exe, destination, archive, &record.signedLength, &hex,
-                         key) == 0);
+                         trust) == 0);
   record.hex.reset(hex);
   record.isComplete = feof(archive) == 0;
   logMessage("[ExtractArchive] Done extracting archive.\n");
@@ -61,35 +59,35 @@ static bool isVerified(FILE* archive, const SignatureRecord& record, Rsa_key* ke
 // name, and no entry is ever written into a file that exists. One that was cut meanwhile no longer
 // has its record in its place.
 static bool verifyThenExtract(const char* unpack200Exe, FILE* archive, Destination* destination,
-                              Rsa_key* key) {
+                              Trust trust) {
   const SignatureRecord verified = findSignatureRecord(archive);
-  if (!isVerified(archive, verified, key) || fseeko(archive, 0, SEEK_SET) != 0) {
+  if (!isVerified(archive, verified, trust.key) || fseeko(archive, 0, SEEK_SET) != 0) {
     return false;
   }
-  const SignatureRecord met = extractRecords(unpack200Exe, archive, destination, key);
+  const SignatureRecord met = extractRecords(unpack200Exe, archive, destination, trust);
   return met.hex != nullptr && met.offset == verified.offset;
 }
 
 static bool extractThenVerify(const char* unpack200Exe, FILE* archive, Destination* destination,
-                              Rsa_key* key) {
-  const SignatureRecord record = extractRecords(unpack200Exe, archive, destination, key);
-  return record.hex == nullptr || isVerified(archive, record, key);
+                              Trust trust) {
+  const SignatureRecord record = extractRecords(unpack200Exe, archive, destination, trust);
+  return record.hex == nullptr || isVerified(archive, record, trust.key);
 }
 
 void extractAndVerify(const char* unpack200Exe, const char* archivePath, Destination* destination,
-                      Rsa_key* key) {
+                      Trust trust) {
   logMessage("[ExtractArchive] Extracting archive %s into %s\n", archivePath, destination->path);
   const Stream archive = openArchive(archivePath);
-  const auto extract = requireSignature ? verifyThenExtract : extractThenVerify;
-  if (!extract(unpack200Exe, archive.get(), destination, key)) {
+  const auto extract = trust.isRequired ? verifyThenExtract : extractThenVerify;
+  if (!extract(unpack200Exe, archive.get(), destination, trust)) {
     disregardUpdate(*destination);
   }
 }
 
 int extractArchive(const char* unpack200Exe, const char* archivePath, const char* destDir,
-                   Rsa_key* key) {
+                   Trust trust) {
   Destination destination = openDestination(destDir);
-  extractAndVerify(unpack200Exe, archivePath, &destination, key);
+  extractAndVerify(unpack200Exe, archivePath, &destination, trust);
   remove(archivePath);
   return 0;
 }

@@ -34,7 +34,7 @@ static void requireWhole(FILE* stream) {
 }
 
 int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* destination,
-                  FILE* stream, long* signedLength, char** signatureHex, Rsa_key* key) {
+                  FILE* stream, long* signedLength, char** signatureHex, Trust trust) {
   if (*signedLength != kNoSignatureYet) {
     return kEndOfArchive;
   }
@@ -68,22 +68,22 @@ int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* de
   }
   if (lzmaExe != nullptr) {
     decompressLzma(lzmaExe, &entry, folder);
-    extractNestedArchive(unpack200Exe, entry, folder, destination, key);
+    extractNestedArchive(unpack200Exe, entry, folder, destination, trust);
   }
   return kNextRecord;
 }
 
 int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
                                      const char* destDir, FILE* stream, long* signedLength,
-                                     char** signatureHex, Rsa_key* key) {
+                                     char** signatureHex, Trust trust) {
   Destination destination = openDestination(destDir);
   return extractRecord(lzmaExe, unpack200Exe, &destination, stream, signedLength, signatureHex,
-                       key);
+                       trust);
 }
 
 int extractArchiveFileIgnoreSignature(const char* lzmaExe, const char* unpack200Exe,
-                                      const char* destDir, FILE* stream, Rsa_key* key) {
+                                      const char* destDir, FILE* stream, Trust trust) {
   long signedLength = kNoSignatureYet;
   return extractArchiveFileCheckSignature(lzmaExe, unpack200Exe, destDir, stream, &signedLength,
-                                          nullptr, key);
+                                          nullptr, trust);
 }

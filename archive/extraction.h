@@ -4,16 +4,16 @@
 #include <cstdio>
 
 #include "archive/destination.h"
-#include "crypto/signature.h"
+#include "archive/trust.h"
 
 // The routines of archive/archive.h, for a destination that is open already.
 
 // As extractArchiveFileCheckSignature().
 int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* destination,
-                  FILE* stream, long* signedLength, char** signatureHex, Rsa_key* key);
+                  FILE* stream, long* signedLength, char** signatureHex, Trust trust);
 
 // As extractArchive(), but the archive stays.
 void extractAndVerify(const char* unpack200Exe, const char* archivePath, Destination* destination,
-                      Rsa_key* key);
+                      Trust trust);
 
 #endif

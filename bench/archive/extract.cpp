@@ -11,6 +11,7 @@
 
 #include "archive/archive.h"
 #include "crypto/mixed_hash.h"
+#include "crypto/signature.h"
 #include "support/encoding/hex.h"
 #include "support/owned.h"
 

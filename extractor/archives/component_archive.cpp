@@ -101,7 +101,7 @@ void extractComponent(const ExtractorRun& run, const Descriptor& archive, const 
     failRun(failure, "[Install] The archive cannot be decompressed\n");
   }
   remove(compressed.c_str());
-  extractArchive(unpack200, plain.c_str(), destination, run.publicKey);
+  extractArchive(unpack200, plain.c_str(), destination, run.trust);
   if (!isFolder(destination)) {
     failRun(Failure::SignatureRefused, "[Install] The archive was rejected\n");
   }

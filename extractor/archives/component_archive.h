@@ -25,7 +25,7 @@ void removeComponentRecord(const char* folder);
 [[nodiscard]] Descriptor openComponentArchive(const char* path);
 
 // Copies the archive into the new folder `work`, decompresses it there with run.lzmaPath, extracts
-// it into the empty folder `destination` and verifies it under run.publicKey; `unpack200` is that
+// it into the empty folder `destination` and verifies it as run.trust says; `unpack200` is that
 // tool, or null. `work` is empty afterwards but for the tool. Ends the process with a logged line
 // when the archive is damaged or not signed, cannot be written, or is not that of `component` in
 // `version`.

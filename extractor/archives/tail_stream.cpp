@@ -86,7 +86,7 @@ static Extraction extractNextArchive(ExtractorRun& run, const char* unpack200,
                                      const char* destination) {
   long signedLength = -1;
   const int result = extractArchiveFileCheckSignature(
-      run.lzmaPath, unpack200, destination, run.tailStream, &signedLength, nullptr, run.publicKey);
+      run.lzmaPath, unpack200, destination, run.tailStream, &signedLength, nullptr, run.trust);
   if (!isFolder(destination)) {
     return Extraction::Rejected;
   }

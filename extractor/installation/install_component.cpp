@@ -185,7 +185,7 @@ static void chooseComponent(const ExtractorRun& run, const char* component) {
 
 static void demandSignatures(ExtractorRun& run) {
   run.dynamic.requireSignature = true;
-  if (run.publicKey == nullptr) {
+  if (run.trust.key == nullptr) {
     logMessage("[Install] There is no usable public key\n");
     refuse(EXIT_STATUS_SIGNATURE_REFUSED, "the installer has no key to verify its archive with");
   }

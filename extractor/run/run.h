@@ -4,10 +4,9 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "archive/trust.h"
 #include "support/failure/failure.h"
 #include "support/files/paths.h"
-
-struct Rsa_key;
 
 // What one run of the Extractor knows. There is one record per process; the steps of the flow fill
 // it in from top to bottom, and all it points to lives until the process ends.
@@ -58,7 +57,7 @@ struct ExtractorRun {
   FILE* tailStream;  // stands at the next archive that the installer carries
   char jreName[PATH_BUFFER_SIZE];
   bool silent;
-  Rsa_key* publicKey;            // null when there is none
+  Trust trust;                   // what archives are verified with
   char* updateURL;               // what downloads use
   const char* storedUpdateUrl;   // what the launch is told: the static URL, or "D"
   const char* dynamicUpdateUrl;  // null when there is none

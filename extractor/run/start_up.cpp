@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "archive/archive.h"
 #include "crypto/signature.h"
 #include "extractor/run/launch_property.h"
 #include "extractor/run/names.h"
@@ -105,20 +104,20 @@ void loadPublicKey(ExtractorRun& run) {
       static_cast<unsigned char*>(allocZeroed(static_cast<size_t>(capacity))));
   const int count = hexToBytes(der.get(), capacity, hex);
   logMessage("[Extractor] Processed public key of length %d\n", count);
-  run.publicKey = loadDEREncodedPublicKey(der.get(), count);
+  run.trust.key = loadDEREncodedPublicKey(der.get(), count);
   logMessage("[Extractor] Public Key: %08" PRIX32 "\n",
-             static_cast<uint32_t>(reinterpret_cast<uintptr_t>(run.publicKey)));
+             static_cast<uint32_t>(reinterpret_cast<uintptr_t>(run.trust.key)));
 }
 
-void enforceSignatures(const ExtractorRun& run) {
+void enforceSignatures(ExtractorRun& run) {
   if (!run.dynamic.requireSignature) {
     return;
   }
-  if (run.publicKey == nullptr) {
+  if (run.trust.key == nullptr) {
     failRun(Failure::BundleUnusable,
             "[Extractor] Signatures are required, but there is no usable public key\n");
   }
-  requireSignature = true;
+  run.trust.isRequired = true;
 }
 
 void findSharedFolder(ExtractorRun& run) {

@@ -31,7 +31,7 @@ void loadPublicKey(ExtractorRun& run);
 
 // Switches on that unsigned archives are refused, when the params file asks for it. Ends the
 // process when there is no key to verify with.
-void enforceSignatures(const ExtractorRun& run);
+void enforceSignatures(ExtractorRun& run);
 
 // Finds the shared folder for the Tail's install type.
 void findSharedFolder(ExtractorRun& run);

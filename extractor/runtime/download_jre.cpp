@@ -122,7 +122,7 @@ static void extractDownloadedArchive(ExtractorRun& run, const char* compressed,
                                      const char* archive) {
   logMessage("[JREDownload] Extracting JRE archive to %s\n", run.jreTemp);
   const Block<char> unpack200(getUnpack200Executable(run.jreTemp));
-  extractArchive(unpack200.get(), archive, run.jreTemp, run.publicKey);
+  extractArchive(unpack200.get(), archive, run.jreTemp, run.trust);
   remove(compressed);
   logMessage("[JREDownload] Done extracting JRE archive\n");
   removeComponentRecord(run.jreTemp);

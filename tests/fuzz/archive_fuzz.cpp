@@ -7,6 +7,7 @@
 #include <string>
 
 #include "archive/archive.h"
+#include "crypto/signature.h"
 #include "support/encoding/hex.h"
 #include "support/owned.h"
 #include "tests/fuzz/fuzz_target.h"
@@ -82,19 +83,19 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static Rsa_key* const key = publicKey();
   const unsigned char choice = data[0];
   const Scene scene(std::string(data + 1, data + size), (choice & LINK_INSIDE) != 0);
-  requireSignature = (choice & REQUIRE_SIGNATURE) != 0;
+  const bool isRequired = (choice & REQUIRE_SIGNATURE) != 0;
   int status = 0;
   const bool isEnd = fuzz::endsProcess(
       [&] {
         if ((choice & RECORD_BY_RECORD) != 0) {
           readRecords(scene.archive, scene.dest, key);
         } else {
-          extractArchive(kNoTool, scene.archive.c_str(), scene.dest.c_str(), key);
+          extractArchive(kNoTool, scene.archive.c_str(), scene.dest.c_str(), {key, isRequired});
         }
       },
       &status);
   fuzz::require(!isEnd || status == 1 || status == 101, "the process ends with status 1 or 101");
-  const bool isChecked = requireSignature && (choice & RECORD_BY_RECORD) == 0;
+  const bool isChecked = isRequired && (choice & RECORD_BY_RECORD) == 0;
   fuzz::require(isEnd || !isChecked || !fs::exists(scene.dest),
                 "no archive passes for a signed one");
   fuzz::require(countIn(scene.outside) == 0, "nothing is written through a link");

@@ -121,7 +121,7 @@ static void release(ExtractorRun& run) {
                        tail.updateUrl, run.updateURL, run.launchProperties, run.executableDir}) {
     free(text);
   }
-  freePublicKey(run.publicKey);
+  freePublicKey(run.trust.key);
   if (run.tailStream != nullptr) {
     fclose(run.tailStream);
   }

@@ -178,8 +178,7 @@ static void extract(ReadOptions options) {
   }
   options.extraction.archive = archive.path();
   options.extraction.name = options.path;
-  options.extraction.key = key.get();
-  options.extraction.requireSignature = key != nullptr;
+  options.extraction.trust = {key.get(), key != nullptr};
   extractAsProduct(options.extraction);
 }
 

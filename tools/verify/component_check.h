@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "archive/trust.h"
 #include "crypto/signature.h"
 #include "tools/formats/archive_reader.h"
 #include "tools/formats/installer_stream.h"
@@ -12,17 +13,15 @@
 
 namespace tools {
 
-// How archives are judged.
-struct Trust {
-  Rsa_key* key = nullptr;
-  bool isRequired = false;                                     // unsigned archives are refused
-  const char* demand = "the params file asks for signatures";  // why they are, for a message
+// How archives are judged, and why a signature is required, for a message.
+struct ReasonedTrust : Trust {
+  const char* demand = "the params file asks for signatures";
 };
 
 // One component of an installer: what its records hold together.
 class ComponentCheck {
  public:
-  ComponentCheck(std::string name, const Trust& trust, BundleReport* report)
+  ComponentCheck(std::string name, const ReasonedTrust& trust, BundleReport* report)
       : name_(std::move(name)), trust_(trust), report_(report) {}
 
   // Reads `count` records. Throws InputError when the stream cannot be read on.
@@ -69,7 +68,7 @@ class ComponentCheck {
   std::string bytesOf(const std::string& path) const;
 
   std::string name_;
-  Trust trust_;
+  ReasonedTrust trust_;
   BundleReport* report_;
   TemporaryFolder work_;
   std::map<std::string, Place> files_;

@@ -278,7 +278,7 @@ class BundleCheck {
   std::string runtimeName_ = DEFAULT_JRE_NAME;
   FoundTail found_;
   PublicKey key_;
-  Trust trust_;
+  ReasonedTrust trust_;
   BundleReport report_;
 };
 

@@ -35,9 +35,8 @@ static int extractInChild(const Extraction& extraction, const std::string& archi
   const QuietOutput quiet(log.c_str());
   const pid_t child = fork();
   if (child == 0) {
-    requireSignature = extraction.requireSignature;
     const char* unpack200 = extraction.unpack200.empty() ? nullptr : extraction.unpack200.c_str();
-    extractArchive(unpack200, archive.c_str(), extraction.folder.c_str(), extraction.key);
+    extractArchive(unpack200, archive.c_str(), extraction.folder.c_str(), extraction.trust);
     fflush(nullptr);
     _exit(0);
   }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "crypto/signature.h"
+#include "archive/trust.h"
 
 namespace tools {
 
@@ -12,8 +12,7 @@ struct Extraction {
   std::string name;       // what messages call it
   std::string folder;     // created, or empty already
   std::string unpack200;  // the tool for pack200 entries; empty for none
-  bool requireSignature = false;
-  Rsa_key* key = nullptr;
+  Trust trust;
 };
 
 // Extracts an archive with the very function that an installer uses, in a process of its own, and

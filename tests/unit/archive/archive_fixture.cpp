@@ -31,21 +31,20 @@ ArchiveTest::ArchiveTest() {
 }
 
 ArchiveTest::~ArchiveTest() {
-  requireSignature = false;
   pack200EntryMet = false;
 }
 
 std::vector<std::string> ArchiveTest::extract(const std::string& bytes) {
   writeFile(archivePath(), bytes);
   return logLinesOf([&] {
-    EXPECT_EQ(0, extractArchive(unpack200(), archivePath().c_str(), dest().c_str(), key_));
+    EXPECT_EQ(0, extractArchive(unpack200(), archivePath().c_str(), dest().c_str(), trust()));
   });
 }
 
 Result ArchiveTest::extractInChild(const std::string& bytes) {
   writeFile(archivePath(), bytes);
   return runInChild(
-      [&] { extractArchive(unpack200(), archivePath().c_str(), dest().c_str(), key_); });
+      [&] { extractArchive(unpack200(), archivePath().c_str(), dest().c_str(), trust()); });
 }
 
 RecordResult ArchiveTest::readRecord(const std::string& bytes, const char* lzmaExe) {
@@ -55,8 +54,8 @@ RecordResult ArchiveTest::readRecord(const std::string& bytes, const char* lzmaE
     const Stream stream(fopen(archivePath().c_str(), "rb"));
     char* hex = nullptr;
     result.signedLength = -1;
-    result.value = extractArchiveFileCheckSignature(lzmaExe, unpack200(), dest().c_str(),
-                                                    stream.get(), &result.signedLength, &hex, key_);
+    result.value = extractArchiveFileCheckSignature(
+        lzmaExe, unpack200(), dest().c_str(), stream.get(), &result.signedLength, &hex, trust());
     const Block<char> owned(hex);
     result.signatureHex = hex == nullptr ? "none" : hex;
   });

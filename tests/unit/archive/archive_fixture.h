@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "crypto/signature.h"
+#include "archive/trust.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -56,10 +56,12 @@ class ArchiveTest : public testing::Test {
   std::string inDest(const std::string& name) const { return dest() + "/" + name; }
   std::string beside(const std::string& name) const { return folder_ / name; }
 
-  std::string unpack200_;   // path of the unpack200 tool; empty for none
-  Rsa_key* key_ = nullptr;  // what signatures are checked with
+  std::string unpack200_;    // path of the unpack200 tool; empty for none
+  Rsa_key* key_ = nullptr;   // what signatures are checked with
+  bool isRequired_ = false;  // whether there has to be one
 
  private:
+  Trust trust() const { return {key_, isRequired_}; }
   const char* unpack200() const { return unpack200_.empty() ? nullptr : unpack200_.c_str(); }
 
   TempFolder folder_;

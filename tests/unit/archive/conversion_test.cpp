@@ -200,7 +200,7 @@ TEST_F(NestedArchive, HoldsPack200Entries) {
 }
 
 TEST_F(NestedArchive, WithoutASignatureRemovesTheDestinationWhenOneIsRequired) {
-  requireSignature = true;
+  isRequired_ = true;
   readRecord(fileRecord("inner.p2", fileRecord("a", "A")), lzma_.c_str());
   EXPECT_FALSE(test::exists(dest()));
 }

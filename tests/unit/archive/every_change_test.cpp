@@ -23,8 +23,6 @@ static const int kTruncationsAccepted = 4;
 // that is changed in each byte.
 class EveryChange : public testing::TestWithParam<int> {
  protected:
-  ~EveryChange() override { requireSignature = false; }
-
   std::vector<std::string> truncations() const {
     std::vector<std::string> changed;
     for (size_t length = 0; length < whole_.size(); ++length) {
@@ -51,8 +49,7 @@ class EveryChange : public testing::TestWithParam<int> {
   // Returns how many of the archives are verified where signatures are required. All others have
   // to be refused.
   static int countVerified(const std::vector<std::string>& archives, const std::string& whole) {
-    requireSignature = true;
-    const std::vector<Outcome> outcomes = test::tryArchives(archives, holdsSignedEntries);
+    const std::vector<Outcome> outcomes = test::tryArchives(archives, true, holdsSignedEntries);
     EXPECT_EQ(archives.size(), outcomes.size());
     int verified = 0;
     for (size_t i = 0; i < outcomes.size(); ++i) {
@@ -79,7 +76,7 @@ TEST_P(EveryChange, OfABitIsVerifiedWhereASignatureIsRequiredOnlyIfTheRecordSays
 // The record itself is not covered by the signature, and an archive without one is accepted.
 TEST_P(EveryChange, OfABitIsAcceptedOtherwiseWhereNoRecordIsMetOrItSaysTheSame) {
   const std::vector<std::string> archives = flips();
-  const std::vector<Outcome> outcomes = test::tryArchives(archives);
+  const std::vector<Outcome> outcomes = test::tryArchives(archives, false);
   ASSERT_EQ(archives.size(), outcomes.size());
   int accepted = 0;
   int verified = 0;
@@ -119,7 +116,7 @@ TEST_P(EveryTruncation, IsNeverAcceptedWhenASignatureIsRequired) {
 }
 
 TEST_P(EveryTruncation, IsAcceptedOtherwiseOnlyBetweenTwoRecords) {
-  const std::vector<Outcome> outcomes = test::tryArchives(truncations());
+  const std::vector<Outcome> outcomes = test::tryArchives(truncations(), false);
   ASSERT_EQ(whole_.size(), outcomes.size());
   int accepted = 0;
   for (size_t length = 0; length < outcomes.size(); ++length) {
@@ -158,7 +155,6 @@ TEST_P(EveryTruncation, IsCountedInTheDocumentsTogetherWithEveryChange) {
 }
 
 TEST_P(EveryTruncation, OfNothingLeavesAnArchiveThatIsVerified) {
-  EXPECT_EQ(std::vector<Outcome>{Outcome::verified}, test::tryArchives({whole_}));
-  requireSignature = true;
-  EXPECT_EQ(std::vector<Outcome>{Outcome::verified}, test::tryArchives({whole_}));
+  EXPECT_EQ(std::vector<Outcome>{Outcome::verified}, test::tryArchives({whole_}, false));
+  EXPECT_EQ(std::vector<Outcome>{Outcome::verified}, test::tryArchives({whole_}, true));
 }

@@ -70,10 +70,9 @@ TEST(FormatExample, OfArchiveAndSignatureRecordTogetherIsExtractedAndVerified) {
   const test::TempFolder folder;
   fs::create_directory(folder / "dest");
   test::writeFile(folder / "archive.p2", example("archive") + example("signature-record"));
-  requireSignature = true;
   const std::vector<std::string> lines = test::logLinesOf([&] {
     extractArchive(nullptr, (folder / "archive.p2").c_str(), (folder / "dest").c_str(),
-                   test::publicKey("first"));
+                   {test::publicKey("first"), true});
   });
   EXPECT_TRUE(test::containsInOrder(lines, {"[ExtractArchive] Archive signature verified.",
                                             "[ExtractArchive] Done extracting archive."}));

@@ -173,7 +173,7 @@ TEST_F(SignedArchive, WithAnotherTypeAndLengthInItsRecordIsVerified) {
 
 class RequiredSignature : public SignedArchive {
  protected:
-  RequiredSignature() { requireSignature = true; }
+  RequiredSignature() { isRequired_ = true; }
 
   void expectNothingExtracted(const std::string& bytes) {
     fs::create_directories(dest());
@@ -242,8 +242,9 @@ TEST_F(RequiredSignature, OfAnArchiveThatHoldsAnEntryOfItsOwnPathStandsForWhatIs
   const std::string records = fileRecord("archive.p2", evil) + fileRecord("f", "content");
   const std::string archive = inDest("archive.p2");
   test::writeFile(archive, signedArchive(records));
-  const Lines lines =
-      test::logLinesOf([&] { extractArchive(nullptr, archive.c_str(), dest().c_str(), key_); });
+  const Lines lines = test::logLinesOf([&] {
+    extractArchive(nullptr, archive.c_str(), dest().c_str(), {key_, true});
+  });
   EXPECT_TRUE(has(lines, kVerified));
   EXPECT_EQ(Lines{"f"}, test::namesIn(dest()));
   EXPECT_EQ("content", test::readFile(inDest("f")));
@@ -260,7 +261,7 @@ TEST_F(RequiredSignature, OfAnArchiveThatIsCutWhileItIsExtractedIsRejected) {
 
 // Another packager may write the record otherwise: what counts is what it says.
 TEST_F(SignedArchive, WithARecordSpelledOtherwiseIsVerifiedWhenASignatureIsRequired) {
-  requireSignature = true;
+  isRequired_ = true;
   const std::string size = std::to_string(entries_.size());
   const std::string hex = signatureOver(entries_);
   std::string upperCase = hex;
@@ -282,7 +283,7 @@ TEST_F(SignedArchive, WithARecordSpelledOtherwiseIsVerifiedWhenASignatureIsRequi
 }
 
 TEST_F(SignedArchive, WithARecordThatSaysAnythingElseIsRejectedWhenASignatureIsRequired) {
-  requireSignature = true;
+  isRequired_ = true;
   const std::string length = std::to_string(entries_.size());
   const std::string hex = signatureOver(entries_);
   expectRejected(entries_ + test::signatureRecord(length, signatureOver(entries_, "second")));
@@ -448,7 +449,7 @@ TEST_F(SignatureText, IsReadTo8191DigitsByTheExtractionAndTo4095ByTheCheck) {
 TEST_F(SignatureText, ThatLacksOnlyItsEndIsRejected) {
   const std::string whole = signedArchive(entries_);
   expectRejected(whole.substr(0, whole.size() - 1));
-  requireSignature = true;
+  isRequired_ = true;
   expectRejected(whole.substr(0, whole.size() - 1));
 }
 
@@ -475,10 +476,9 @@ TEST_F(SignedNestedArchive, WithAWrongSignatureRemovesTheDestination) {
 class ArchiveWithItsTool : public SignedArchive {
  protected:
   ArchiveWithItsTool() {
-    requireSignature = true;
+    isRequired_ = true;
     unpack200_ = inDest("bin/unpack200");
   }
-  ~ArchiveWithItsTool() override { requireSignature = false; }
 
   bool hasToolRun() const { return test::exists(beside("ran")); }
 
@@ -509,7 +509,7 @@ TEST_F(ArchiveWithItsTool, DoesNotRunItInFrontOfARecordThatIsCutOff) {
 }
 
 TEST_F(ArchiveWithItsTool, RunsItUnsignedWhereSignaturesAreNotRequired) {
-  requireSignature = false;
+  isRequired_ = false;
   extract(packed_);
   EXPECT_TRUE(hasToolRun());
 }

@@ -20,8 +20,8 @@ namespace test {
 // Extracts archives one after another in the child process and reports through a pipe.
 class Trials {
  public:
-  Trials(const std::vector<std::string>& archives, Judge judge)
-      : archives_(archives), judge_(judge) {}
+  Trials(const std::vector<std::string>& archives, bool isRequired, Judge judge)
+      : archives_(archives), isRequired_(isRequired), judge_(judge) {}
 
   std::vector<Outcome> run() {
     while (outcomes_.size() < archives_.size() && !testing::Test::HasFatalFailure()) {
@@ -63,13 +63,13 @@ class Trials {
     const int file = open(log.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_APPEND, 0600);
     dup2(file, STDOUT_FILENO);
     dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-    Rsa_key* key = publicKey();
+    const Trust trust(publicKey(), isRequired_);
     for (size_t i = first; i < archives_.size(); ++i) {
       alarm(30);
       if (ftruncate(file, 0) != 0) {
         _exit(2);
       }
-      const char outcome = static_cast<char>(extract(archives_[i], log, key));
+      const char outcome = static_cast<char>(extract(archives_[i], log, trust));
       if (write(report, &outcome, 1) != 1) {
         _exit(2);
       }
@@ -77,13 +77,13 @@ class Trials {
     _exit(0);
   }
 
-  Outcome extract(const std::string& bytes, const std::string& log, Rsa_key* key) {
+  Outcome extract(const std::string& bytes, const std::string& log, Trust trust) {
     const std::string archive = folder_ / "archive.p2";
     const std::string dest = folder_ / "dest";
     fs::remove_all(dest);
     fs::create_directory(dest);
     writeFile(archive, bytes);
-    extractArchive(nullptr, archive.c_str(), dest.c_str(), key);
+    extractArchive(nullptr, archive.c_str(), dest.c_str(), trust);
     const bool isVerified =
         readFile(log).find("[ExtractArchive] Archive signature verified.") != std::string::npos;
     if (exists(dest)) {
@@ -96,13 +96,15 @@ class Trials {
   }
 
   const std::vector<std::string>& archives_;
+  const bool isRequired_;
   const Judge judge_;
   TempFolder folder_;
   std::vector<Outcome> outcomes_;
 };
 
-std::vector<Outcome> tryArchives(const std::vector<std::string>& archives, Judge judge) {
-  return Trials(archives, judge).run();
+std::vector<Outcome> tryArchives(const std::vector<std::string>& archives, bool isRequired,
+                                 Judge judge) {
+  return Trials(archives, isRequired, judge).run();
 }
 
 }  // namespace test

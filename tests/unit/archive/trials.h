@@ -20,8 +20,9 @@ enum class Outcome : char {
 using Judge = bool (*)(const std::string& dest);
 
 // Extracts each of the archives into an empty folder, in child processes, and returns how each came
-// out, in order. Without a judge any content will do.
-std::vector<Outcome> tryArchives(const std::vector<std::string>& archives, Judge judge = nullptr);
+// out, in order. `isRequired` says whether signatures are. Without a judge any content will do.
+std::vector<Outcome> tryArchives(const std::vector<std::string>& archives, bool isRequired,
+                                 Judge judge = nullptr);
 
 }  // namespace test
 

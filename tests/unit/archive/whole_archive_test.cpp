@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "archive/archive.h"
 #include "tests/unit/archive/archive_fixture.h"
 #include "tests/unit/archive/signed_archive.h"
@@ -36,7 +38,7 @@ TEST_F(WholeArchive, ThatIsMissingEndsTheProcess) {
 }
 
 TEST_F(WholeArchive, WithoutASignatureRecordIsTreatedAsWronglySignedWhenASignatureIsRequired) {
-  requireSignature = true;
+  isRequired_ = true;
   const Lines lines = extract(fileRecord("a", "1"));
   const std::string rule(71, '*');
   const Lines wanted = {"[ExtractArchive] Extracting archive " + archivePath() + " into " + dest(),
@@ -63,6 +65,18 @@ TEST_F(WholeArchive, ThatIsRejectedTakesShortDotNamesAndDeepFoldersWithIt) {
   EXPECT_FALSE(test::exists(dest()));
 }
 
-TEST(RequireSignature, IsOffUnlessACallerSetsIt) {
-  EXPECT_FALSE(requireSignature);
+TEST(Trust, InAKeyAloneRequiresNoSignature) {
+  const Trust trust = test::publicKey();
+  EXPECT_EQ(test::publicKey(), trust.key);
+  EXPECT_FALSE(trust.isRequired);
+}
+
+TEST_F(WholeArchive, IsTrustedAsItsOwnExtractionSaysWhateverOneBeforeItSaid) {
+  isRequired_ = true;
+  extract(fileRecord("a", "1"));
+  EXPECT_FALSE(test::exists(dest()));
+  isRequired_ = false;
+  std::filesystem::create_directory(dest());
+  extract(fileRecord("a", "1"));
+  EXPECT_EQ("1", test::readFile(inDest("a")));
 }

@@ -109,7 +109,7 @@ TEST(PublicKey, ThatIsEmptyLogsItsLengthAndGivesNoKey) {
   run.tail.publicKeyHex = allocCopy("");
   const auto lines = test::logLinesOf([] { loadPublicKey(run); });
   EXPECT_EQ(std::vector<std::string>{"[Extractor] Public key length 0 (no public key)"}, lines);
-  EXPECT_EQ(nullptr, run.publicKey);
+  EXPECT_EQ(nullptr, run.trust.key);
 }
 
 TEST(PublicKey, ThatIsAbsentSaysSoAndGivesNoKey) {
@@ -122,7 +122,7 @@ TEST(PublicKey, ThatIsDamagedGivesNoKeyAndTheRunGoesOn) {
   static ExtractorRun run{};
   run.tail.publicKeyHex = allocCopy("3082010a00");
   const std::string out = test::capture([] { loadPublicKey(run); }).out;
-  EXPECT_EQ(nullptr, run.publicKey);
+  EXPECT_EQ(nullptr, run.trust.key);
   EXPECT_NE(std::string::npos, out.find("[Extractor] Processed public key of length 5\n"));
   EXPECT_NE(std::string::npos, out.find("[Extractor] Public Key: 00000000\n"));
 }
