@@ -29,8 +29,8 @@ static int runTool(const char* exe, std::initializer_list<const char*> arguments
   for (const char* argument : arguments) {
     addSpawnerArg(spawner.get(), argument);
   }
-  const int status = runSpawnerAndWait(spawner.get());
-  return wasSpawnEndedBySignal() ? -1 : status;
+  const SpawnEnd end = runSpawnerToItsEnd(spawner.get());
+  return end.isBySignal ? -1 : end.status;
 }
 
 // Runs a tool that makes the file `output` in `folder`; what is there afterwards is its work or

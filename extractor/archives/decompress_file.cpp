@@ -11,10 +11,10 @@ bool decompressFile(const char* lzmaTool, const char* compressed, const char* ar
   addSpawnerArg(spawner.get(), "d");
   addSpawnerArg(spawner.get(), compressed);
   addSpawnerArg(spawner.get(), archive);
-  const int status = runSpawnerAndWait(spawner.get());
-  if (status == 0 && !wasSpawnEndedBySignal() && isPlainFile(archive)) {
+  const SpawnEnd end = runSpawnerToItsEnd(spawner.get());
+  if (end.status == 0 && !end.isBySignal && isPlainFile(archive)) {
     return true;
   }
-  *failure = status == EXIT_STATUS_LZMA_DISK_FULL ? Failure::DiskFull : Failure::NotUnpacked;
+  *failure = end.status == EXIT_STATUS_LZMA_DISK_FULL ? Failure::DiskFull : Failure::NotUnpacked;
   return false;
 }

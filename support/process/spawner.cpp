@@ -18,8 +18,6 @@
 
 static_assert(sizeof(Spawner) == 4000, "the table is one block of 4000 bytes");
 
-static bool endedBySignal = false;
-
 // Microseconds between two looks at a child while something is kept alive.
 static const useconds_t kLongestPause = 10000;
 
@@ -149,30 +147,27 @@ bool childFailsWithin(pid_t child, int seconds) {
   return result == child && !(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
-int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
-  endedBySignal = false;
+SpawnEnd runSpawnerToItsEnd(const Spawner* spawner, const char* workingDir) {
   pid_t child = 0;
   if (start(spawner, workingDir, &child) != 0) {
-    return -1;
+    return {-1, false};
   }
   logMessage("Spawn call returned %d.\n", 0);
   int status = waitForChild(child);
   logMessage("Spawn call done %d %d.\n", static_cast<int>(child), status);
-  endedBySignal = !WIFEXITED(status);
-  if (endedBySignal) {
-    // A program that a signal ended counts as one that succeeded.
+  if (!WIFEXITED(status)) {
     logMessage("[Spawner] runSpawnerAndWait returned %d\n", 0);
-    return 0;
+    return {0, true};
   }
-  return WEXITSTATUS(status);
+  return {WEXITSTATUS(status), false};
+}
+
+int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {
+  return runSpawnerToItsEnd(spawner, workingDir).status;
 }
 
 int runSpawnerAndWait(const Spawner* spawner) {
   return runSpawnerAndWait(spawner, nullptr);
-}
-
-bool wasSpawnEndedBySignal() {
-  return endedBySignal;
 }
 
 int runSpawnerAndContinue(const Spawner* spawner, const char* workingDir) {

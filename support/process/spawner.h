@@ -40,10 +40,18 @@ void addSpawnerArg(Spawner* spawner, const char* arg);
 // The program's path is used as it is; PATH is not searched.
 void setSpawnerExe(Spawner* spawner, const char* exe);
 
-// Starts the program, in `workingDir` where one is given, and waits for its end. Returns its exit
-// code (0 to 255), 0 when a signal ended it, or -1, with the error number logged, when it could not
-// be started. This process is back in its own folder in every case. The table stays as it is and
-// can be run again.
+// How a program ended that was waited for.
+struct SpawnEnd {
+  int status;       // its exit code, 0 to 255; 0 when a signal ended it; -1 when it did not start
+  bool isBySignal;  // whether a signal ended it
+};
+
+// Starts the program, in `workingDir` where one is given, and waits for its end. When it cannot be
+// started the error number is logged. This process is back in its own folder in every case. The
+// table stays as it is and can be run again.
+[[nodiscard]] SpawnEnd runSpawnerToItsEnd(const Spawner* spawner, const char* workingDir = nullptr);
+
+// The same where a program that a signal ended counts as one that succeeded. Returns the status.
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir);
 int runSpawnerAndWait(const Spawner* spawner);
 
@@ -54,10 +62,6 @@ int waitForChild(pid_t child);
 // Waits up to `seconds` for the end of the child process `child`; returns whether it has ended by
 // then, and not with exit code 0. The application's events are answered meanwhile.
 [[nodiscard]] bool childFailsWithin(pid_t child, int seconds);
-
-// Returns whether the program that was waited for last was ended by a signal, which its result does
-// not tell from success.
-[[nodiscard]] bool wasSpawnEndedBySignal();
 
 // Starts the program as runSpawnerAndWait() does and returns 0 at once; -1, with the error number
 // logged, when it could not be started.

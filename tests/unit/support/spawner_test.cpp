@@ -132,17 +132,28 @@ TEST(RunSpawnerAndWait, TakesAChildThatASignalKilledForSuccess) {
   EXPECT_EQ(" 9.", done.substr(done.rfind(' ')));
 }
 
-TEST(WasSpawnEndedBySignal, TellsAKilledChildFromOneThatSucceeded) {
-  runAndWait({"/bin/sh", "-c", "kill -KILL $$"});
-  EXPECT_TRUE(wasSpawnEndedBySignal());
-  runAndWait({"/bin/true"});
-  EXPECT_FALSE(wasSpawnEndedBySignal());
+static SpawnEnd runToItsEnd(const std::vector<std::string>& arguments) {
+  SpawnEnd end{};
+  test::capture([&] {
+    const FilledSpawner spawner(arguments);
+    end = runSpawnerToItsEnd(spawner.get());
+  });
+  return end;
 }
 
-TEST(WasSpawnEndedBySignal, IsFalseAfterAStartThatFailed) {
-  runAndWait({"/bin/sh", "-c", "kill -KILL $$"});
-  runAndWait({"/absent"});
-  EXPECT_FALSE(wasSpawnEndedBySignal());
+TEST(RunSpawnerToItsEnd, TellsAKilledChildFromOneThatSucceeded) {
+  const SpawnEnd killed = runToItsEnd({"/bin/sh", "-c", "kill -KILL $$"});
+  const SpawnEnd succeeded = runToItsEnd({"/bin/true"});
+  EXPECT_EQ(0, killed.status);
+  EXPECT_TRUE(killed.isBySignal);
+  EXPECT_EQ(0, succeeded.status);
+  EXPECT_FALSE(succeeded.isBySignal);
+}
+
+TEST(RunSpawnerToItsEnd, SaysOfAStartThatFailedThatNoSignalEndedIt) {
+  const SpawnEnd end = runToItsEnd({"/absent"});
+  EXPECT_EQ(-1, end.status);
+  EXPECT_FALSE(end.isBySignal);
 }
 
 TEST(RunSpawnerAndWait, SaysNothingMoreOfAChildThatEndedNormally) {
