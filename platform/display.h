@@ -3,7 +3,8 @@
 
 // Returns whether a window system can be reached, without starting the toolkit. On macOS the
 // security session says whether it has graphic access, which one started by launchd or over ssh
-// does not; elsewhere the display named by the environment is tried. Logs nothing. Any thread.
+// does not; elsewhere the environment names a display, and one of this
+// machine has its socket. Logs nothing. Any thread.
 [[nodiscard]] bool isDisplayAvailable();
 
 // Returns whether an installer that would show windows has to end where no window system can be

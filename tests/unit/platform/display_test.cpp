@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -15,20 +15,30 @@
 
 namespace {
 
-// A display number that no server has, and a server's abstract socket for it.
+// A display number that no server has.
 constexpr int kNumber = 41000;
 
-Descriptor listenAs(int number) {
-  Descriptor server(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  const int length =
-      snprintf(address.sun_path + 1, sizeof address.sun_path - 1, "/tmp/.X11-unix/X%d", number);
-  const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + length);
-  EXPECT_EQ(0, bind(server.get(), reinterpret_cast<sockaddr*>(&address), size));
-  EXPECT_EQ(0, listen(server.get(), 1));
-  return server;
-}
+// The socket of a server for a display, as a file that is there as long as this object lives.
+class ServerSocket {
+ public:
+  explicit ServerSocket(int number)
+      : server_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
+    address_.sun_family = AF_UNIX;
+    snprintf(address_.sun_path, sizeof address_.sun_path, "/tmp/.X11-unix/X%d", number);
+    mkdir("/tmp/.X11-unix", 01777);
+    unlink(address_.sun_path);
+    EXPECT_EQ(0, bind(server_.get(), reinterpret_cast<sockaddr*>(&address_), sizeof address_));
+  }
+  ~ServerSocket() { unlink(address_.sun_path); }
+  ServerSocket(const ServerSocket&) = delete;
+  ServerSocket& operator=(const ServerSocket&) = delete;
+
+  int get() const { return server_.get(); }
+
+ private:
+  Descriptor server_;
+  sockaddr_un address_{};
+};
 
 void useDisplay(int number) {
   setenv("DISPLAY", (":" + std::to_string(number)).c_str(), 1);
@@ -38,11 +48,19 @@ void useDisplay(int number) {
 
 TEST(Display, IsFoundWithoutConnectingToItsServer) {
   const int number = kNumber + getpid() % 1000;
-  const Descriptor server = listenAs(number);
+  const ServerSocket server(number);
+  ASSERT_EQ(0, listen(server.get(), 1));
   useDisplay(number);
   EXPECT_TRUE(isDisplayAvailable());
   EXPECT_EQ(-1, accept(server.get(), nullptr, nullptr));
   EXPECT_EQ(EAGAIN, errno);
+}
+
+TEST(Display, WhoseServerLeftItsSocketBehindIsLeftToTheToolkit) {
+  const int number = kNumber + 1000 + getpid() % 1000;
+  const ServerSocket server(number);
+  useDisplay(number);
+  EXPECT_TRUE(isDisplayAvailable());
 }
 
 TEST(Display, WithoutAServerOrANameIsNotAvailable) {
