@@ -1,41 +1,27 @@
 #include <cstring>
+#include <string>
 
 #include "launcher/jvm/jvm_launch.h"
 #include "support/log/logging.h"
 #include "support/text/strings.h"
 
-static const char kClassPathOption[] = "-Djava.class.path=";
-
-// Appends `lead` and `entry` to the option of *length bytes; returns false, logged, when they do
-// not fit.
-static bool appendEntry(char* option, size_t* length, const char* lead, const char* entry) {
-  const size_t room = CLASS_PATH_OPTION_SIZE - *length;
-  const size_t leadLength = strlen(lead);
-  const size_t entryLength = strlen(entry);
-  if (leadLength >= room || entryLength >= room - leadLength) {
-    logMessage("[JNILaunch] ERROR - Class path does not fit its %d bytes, leaving out %.200s\n",
-               CLASS_PATH_SIZE, entry);
-    return false;
-  }
-  memcpy(option + *length, lead, leadLength);
-  memcpy(option + *length + leadLength, entry, entryLength);
-  *length += leadLength + entryLength;
-  return true;
-}
-
 char* getClassPathFor(int count, char** entries) {
-  char* option = static_cast<char*>(allocZeroed(CLASS_PATH_OPTION_SIZE));
-  if (count < 1) {
-    return option;
-  }
-  strcpy(option, kClassPathOption);
-  size_t length = strlen(option);
+  std::string option = count < 1 ? "" : "-Djava.class.path=";
   // A separator without an entry before it would put the working folder on the class path.
-  const char* lead = "";
+  std::string lead;
   for (int i = 0; i < count; ++i) {
-    if (entries[i] != nullptr && appendEntry(option, &length, lead, entries[i])) {
-      lead = ":";
+    if (entries[i] == nullptr) {
+      continue;
     }
+    if (option.size() + lead.size() + strlen(entries[i]) >= CLASS_PATH_OPTION_SIZE) {
+      logMessage("[JNILaunch] ERROR - Class path does not fit its %d bytes, leaving out %.200s\n",
+                 CLASS_PATH_SIZE, entries[i]);
+      continue;
+    }
+    option += lead + entries[i];
+    lead = ":";
   }
-  return option;
+  char* block = static_cast<char*>(allocZeroed(CLASS_PATH_OPTION_SIZE));
+  memcpy(block, option.c_str(), option.size());
+  return block;
 }
