@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <string>
 
 #include "archive/trust.h"
 #include "support/failure/failure.h"
@@ -57,10 +58,8 @@ struct ExtractorRun {
   FILE* tailStream;  // stands at the next archive that the installer carries
   char jreName[PATH_BUFFER_SIZE];
   bool silent;
-  Trust trust;                   // what archives are verified with
-  char* updateURL;               // what downloads use
-  const char* storedUpdateUrl;   // what the launch is told: the static URL, or "D"
-  const char* dynamicUpdateUrl;  // null when there is none
+  Trust trust;            // what archives are verified with
+  std::string updateURL;  // what downloads use
   char* sharedDir;
   char masterFolder[PATH_BUFFER_SIZE];
 
@@ -79,6 +78,12 @@ struct ExtractorRun {
   char lzmaPath[PATH_BUFFER_SIZE];
   char* unpack200Path;
 };
+
+// What a launch is told of update URLs: the static one, or "D" where the params file's is used; and
+// the params file's, null when it names none. They end in a slash where the run uses them and
+// endUpdateUrlInSlash() has run. The texts are the run's.
+[[nodiscard]] const char* storedUpdateUrl(const ExtractorRun& run);
+[[nodiscard]] const char* dynamicUpdateUrl(const ExtractorRun& run);
 
 // Whether the installer carries a GenericUpdater; whether it carries an application, and so needs
 // no network; whether nothing may be shown.

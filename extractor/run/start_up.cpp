@@ -47,19 +47,30 @@ void announceTail(const ExtractorRun& run) {
   logStartSection("Extracting wrapper tail\n");
 }
 
+static bool usesDynamicUpdateUrl(const ExtractorRun& run) {
+  return strcmp(run.tail.updateUrl, "D") == 0;
+}
+
+const char* storedUpdateUrl(const ExtractorRun& run) {
+  return usesDynamicUpdateUrl(run) ? run.tail.updateUrl : run.updateURL.c_str();
+}
+
+const char* dynamicUpdateUrl(const ExtractorRun& run) {
+  const bool isUsed = run.dynamic.updateUrl != nullptr && usesDynamicUpdateUrl(run);
+  return isUsed ? run.updateURL.c_str() : run.dynamic.updateUrl;
+}
+
 void chooseUpdateUrl(ExtractorRun& run) {
   if (run.tail.requiredJavaVersion[0] != 0) {
     logMessage("[Extractor] Required Java version %s\n", run.tail.requiredJavaVersion);
   }
-  run.storedUpdateUrl = run.tail.updateUrl;
-  run.dynamicUpdateUrl = run.dynamic.updateUrl;
-  if (strcmp(run.tail.updateUrl, "D") != 0) {
+  if (!usesDynamicUpdateUrl(run)) {
     run.updateURL = run.tail.updateUrl;
-    logMessage("[Extractor] Will use Static Update URL: %s\n", run.updateURL);
+    logMessage("[Extractor] Will use Static Update URL: %s\n", run.updateURL.c_str());
     return;
   }
-  run.updateURL = run.dynamic.updateUrl != nullptr ? run.dynamic.updateUrl : allocCopy("");
-  logMessage("[Extractor] Will use Dynamic Update URL: %s\n", run.updateURL);
+  run.updateURL = run.dynamic.updateUrl != nullptr ? run.dynamic.updateUrl : "";
+  logMessage("[Extractor] Will use Dynamic Update URL: %s\n", run.updateURL.c_str());
 }
 
 void decideSilence(ExtractorRun& run) {
@@ -126,20 +137,11 @@ void findSharedFolder(ExtractorRun& run) {
 }
 
 void endUpdateUrlInSlash(ExtractorRun& run) {
-  logMessage("[Extractor] Update URL is currently '%s'\n", run.updateURL);
-  const size_t length = strlen(run.updateURL);
-  if (length > 0 && run.updateURL[length - 1] != '/') {
-    // Whoever holds the text as it was keeps it: the launch properties are filled already.
-    char* ended = allocTempString(run.updateURL, "/");
-    if (run.storedUpdateUrl == run.updateURL) {
-      run.storedUpdateUrl = ended;
-    }
-    if (run.dynamicUpdateUrl == run.updateURL) {
-      run.dynamicUpdateUrl = ended;
-    }
-    run.updateURL = ended;
+  logMessage("[Extractor] Update URL is currently '%s'\n", run.updateURL.c_str());
+  if (!run.updateURL.empty() && run.updateURL.back() != '/') {
+    run.updateURL += '/';
   }
-  logMessage("[Extractor] Update URL is now '%s'\n", run.updateURL);
+  logMessage("[Extractor] Update URL is now '%s'\n", run.updateURL.c_str());
 }
 
 void nameMasterFolder(ExtractorRun& run) {

@@ -16,7 +16,7 @@ static const char kSection[] = "Extracting Offline JRE";
 void extractCarriedJre(ExtractorRun& run) {
   logStartSection(kSection);
   logMessage("[Extractor] We want to query the JRE version to enable proxy detection.\n");
-  downloadVersionFile(run.guFolder, run.updateURL, run.jreName);
+  downloadVersionFile(run.guFolder, run.updateURL.c_str(), run.jreName);
   nameTempFolder(run, run.jreTemp);
   if (createTempFolder(run, run.jreTemp) != 0) {
     failRun(failureOfWriting(0, run.masterFolder), "Unable to create JRE Temp folder\n");

@@ -35,9 +35,9 @@ static void fetchVersionFile(const ExtractorRun& run, char* path) {
     showSplash();
   }
   const std::string name = versionFileName(run.jreName);
-  logMessage("[JREDownload] Fetching JRE Version from %s%s\n", run.updateURL, name.c_str());
+  logMessage("[JREDownload] Fetching JRE Version from %s%s\n", run.updateURL.c_str(), name.c_str());
   remove(setPath(path, run.guFolder, name.c_str()));  // that of an earlier download
-  downloadVersionFile(run.guFolder, run.updateURL, run.jreName);
+  downloadVersionFile(run.guFolder, run.updateURL.c_str(), run.jreName);
   if (!isPlainFile(path)) {
     failDownload(run, "[JREDownload] Failed to download JRE version file\n");
   }
@@ -84,8 +84,8 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
   }
   logMessage("[JREDownload] Downloading JRE\n");
   setPath(compressed, run.jreTemp, "JREArchive.p2.l2");
-  const std::string url = std::string(run.updateURL) + "Quorvane-" + run.jreName + "-" +
-                          run.jreVersion + "-archive.p2.l2";
+  const std::string url =
+      run.updateURL + "Quorvane-" + run.jreName + "-" + run.jreVersion + "-archive.p2.l2";
   downloadFile(url.c_str(), compressed);
   if (!isPlainFile(compressed)) {
     const bool isFull = failureOfWriting(0, run.jreTemp) == Failure::DiskFull;

@@ -15,8 +15,8 @@
 static int launchUpdater(const ExtractorRun& run, const char* guFolderName, const char* jre,
                          int launchClass) {
   return launchFromLaunchFile(run.masterFolder, run.launchProperties, run.argumentCount,
-                              run.arguments, guFolderName, run.storedUpdateUrl,
-                              run.dynamicUpdateUrl, jre, launchClass, nullptr, false, nullptr,
+                              run.arguments, guFolderName, storedUpdateUrl(run),
+                              dynamicUpdateUrl(run), jre, launchClass, nullptr, false, nullptr,
                               run.absoluteWrapperPath, false, nullptr);
 }
 

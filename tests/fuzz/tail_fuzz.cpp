@@ -114,11 +114,10 @@ static void compare(const ExtractorRun& run, const Values& wanted) {
 
 static void release(ExtractorRun& run) {
   TailFields& tail = run.tail;
-  for (char* text :
-       std::set<char*>{tail.appName, tail.appVersion, tail.jreVersion, tail.guVersion,
-                       tail.minSplashMs, tail.publicKeyHex, tail.canOverrideSplash,
-                       tail.installType, tail.silentParameter, tail.requiredJavaVersion,
-                       tail.updateUrl, run.updateURL, run.launchProperties, run.executableDir}) {
+  for (char* text : std::set<char*>{
+           tail.appName, tail.appVersion, tail.jreVersion, tail.guVersion, tail.minSplashMs,
+           tail.publicKeyHex, tail.canOverrideSplash, tail.installType, tail.silentParameter,
+           tail.requiredJavaVersion, tail.updateUrl, run.launchProperties, run.executableDir}) {
     free(text);
   }
   freePublicKey(run.trust.key);

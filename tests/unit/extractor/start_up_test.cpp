@@ -23,7 +23,7 @@ bool isSilentWith(const char* parameter, std::vector<const char*> arguments) {
 
 // A run whose update URLs are given, as it stands before they are ended in a slash.
 ExtractorRun* runWithUrls(const char* tailUrl, const char* dynamicUrl) {
-  auto* run = static_cast<ExtractorRun*>(allocZeroed(sizeof(ExtractorRun)));
+  auto* run = new ExtractorRun{};
   run->tail.requiredJavaVersion = allocCopy("");
   run->tail.updateUrl = allocCopy(tailUrl);
   run->dynamic.updateUrl = dynamicUrl == nullptr ? nullptr : allocCopy(dynamicUrl);
@@ -55,33 +55,33 @@ TEST(IsSilent, IsFalseWithoutAParameterOrWithoutArguments) {
 }
 
 TEST(UpdateUrl, WithoutASlashAtTheEndGainsExactlyOne) {
-  EXPECT_STREQ("http://127.0.0.1/u/", runWithUrls("http://127.0.0.1/u", nullptr)->updateURL);
+  EXPECT_EQ("http://127.0.0.1/u/", runWithUrls("http://127.0.0.1/u", nullptr)->updateURL);
 }
 
 TEST(UpdateUrl, WithASlashAtTheEndIsUnchanged) {
-  EXPECT_STREQ("http://127.0.0.1/u/", runWithUrls("http://127.0.0.1/u/", nullptr)->updateURL);
+  EXPECT_EQ("http://127.0.0.1/u/", runWithUrls("http://127.0.0.1/u/", nullptr)->updateURL);
 }
 
 TEST(UpdateUrl, ThatIsEmptyStaysEmpty) {
-  EXPECT_STREQ("", runWithUrls("", nullptr)->updateURL);
+  EXPECT_EQ("", runWithUrls("", nullptr)->updateURL);
 }
 
 TEST(UpdateUrl, OfTheTailIsHandedToTheLaunchWithItsSlash) {
-  EXPECT_STREQ("http://127.0.0.1/u/", runWithUrls("http://127.0.0.1/u", "x")->storedUpdateUrl);
+  EXPECT_STREQ("http://127.0.0.1/u/", storedUpdateUrl(*runWithUrls("http://127.0.0.1/u", "x")));
 }
 
 TEST(UpdateUrl, DSelectsTheDynamicUrlAndIsItselfHandedToTheLaunch) {
   const ExtractorRun* run = runWithUrls("D", "http://127.0.0.1/d");
-  EXPECT_STREQ("http://127.0.0.1/d/", run->updateURL);
-  EXPECT_STREQ("D", run->storedUpdateUrl);
-  EXPECT_STREQ("http://127.0.0.1/d/", run->dynamicUpdateUrl);
+  EXPECT_EQ("http://127.0.0.1/d/", run->updateURL);
+  EXPECT_STREQ("D", storedUpdateUrl(*run));
+  EXPECT_STREQ("http://127.0.0.1/d/", dynamicUpdateUrl(*run));
 }
 
 TEST(UpdateUrl, DWithoutADynamicUrlIsTheEmptyText) {
   const ExtractorRun* run = runWithUrls("D", nullptr);
-  EXPECT_STREQ("", run->updateURL);
-  EXPECT_STREQ("D", run->storedUpdateUrl);
-  EXPECT_EQ(nullptr, run->dynamicUpdateUrl);
+  EXPECT_EQ("", run->updateURL);
+  EXPECT_STREQ("D", storedUpdateUrl(*run));
+  EXPECT_EQ(nullptr, dynamicUpdateUrl(*run));
 }
 
 TEST(UpdateUrl, OfTheFullFieldLengthStillGainsItsSlash) {
