@@ -3,6 +3,7 @@
 #include "archive/archive.h"
 #include "extractor/run/names.h"
 #include "extractor/run/run.h"
+#include "launcher/installation/tail_fields.h"
 #include "launcher/installation/tail_marker.h"
 #include "support/encoding/field_reader.h"
 #include "support/failure/failure.h"
@@ -11,9 +12,6 @@
 #include "support/files/paths.h"
 #include "support/log/logging.h"
 #include "support/process/exit_status.h"
-
-static const int kPublicKeyLimit = 8192;
-static const int kUrlLimit = 5000;
 
 static FILE* openForTail(const char* path) {
   FILE* stream = fopen(path, "rb");
@@ -50,25 +48,25 @@ void openTailStream(ExtractorRun& run) {
 void readTailFields(ExtractorRun& run) {
   FILE* stream = run.tailStream;
   TailFields& tail = run.tail;
-  tail.appName = readString(stream, "App Name");
-  tail.appVersion = readString(stream, "App Version");
-  tail.jreVersion = readString(stream, "JRE Version");
-  tail.guVersion = readString(stream, "GU Version");
-  tail.minSplashMs = readString(stream, "Min Splash MS");
-  tail.publicKeyHex = readString(stream, "Signature Public Key", kPublicKeyLimit);
-  tail.canOverrideSplash = readString(stream, "Can Override Splash");
-  tail.installType = readString(stream, "Install Type");
-  tail.silentParameter = readString(stream, "Silent Parameter");
-  tail.requiredJavaVersion = readString(stream, "Required Java Version");
-  tail.updateUrl = readString(stream, "Update URL", kUrlLimit);
+  tail.appName = readTailField(stream, TAIL_APP_NAME);
+  tail.appVersion = readTailField(stream, TAIL_APP_VERSION);
+  tail.jreVersion = readTailField(stream, TAIL_JRE_VERSION);
+  tail.guVersion = readTailField(stream, TAIL_GU_VERSION);
+  tail.minSplashMs = readTailField(stream, TAIL_MIN_SPLASH_MS);
+  tail.publicKeyHex = readTailField(stream, TAIL_PUBLIC_KEY);
+  tail.canOverrideSplash = readTailField(stream, TAIL_CAN_OVERRIDE_SPLASH);
+  tail.installType = readTailField(stream, TAIL_INSTALL_TYPE);
+  tail.silentParameter = readTailField(stream, TAIL_SILENT_PARAMETER);
+  tail.requiredJavaVersion = readTailField(stream, TAIL_REQUIRED_JAVA_VERSION);
+  tail.updateUrl = readTailField(stream, TAIL_UPDATE_URL);
   if (ferror(stream) != 0) {
     failRun(Failure::BundleIncomplete, "[Extractor] The installer's tail cannot be read\n");
   }
   setAlertName(tail.appName);
-  requireFolderNamePart("App Name", tail.appName);
-  requireFolderNamePart("App Version", tail.appVersion);
-  requireFolderNamePart("JRE Version", tail.jreVersion);
-  requireFolderNamePart("GU Version", tail.guVersion);
+  requireFolderNamePart(TAIL_FIELDS[TAIL_APP_NAME].name, tail.appName);
+  requireFolderNamePart(TAIL_FIELDS[TAIL_APP_VERSION].name, tail.appVersion);
+  requireFolderNamePart(TAIL_FIELDS[TAIL_JRE_VERSION].name, tail.jreVersion);
+  requireFolderNamePart(TAIL_FIELDS[TAIL_GU_VERSION].name, tail.guVersion);
 }
 
 namespace {

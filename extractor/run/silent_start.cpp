@@ -5,8 +5,8 @@
 
 #include "extractor/run/params_file.h"
 #include "launcher/installation/silent_word.h"
+#include "launcher/installation/tail_fields.h"
 #include "launcher/installation/tail_marker.h"
-#include "launcher/installation/tail_reader.h"
 #include "support/encoding/field_reader.h"
 #include "support/files/paths.h"
 #include "support/owned.h"
@@ -60,13 +60,10 @@ static Stream openTailSilently(const char* executablePath, const char* executabl
 
 // The Tail's field that names the word for a silent run; empty when there is none.
 static Block<char> readSilentParameter(const Stream& tail) {
-  for (int i = 0; i < 5; ++i) {
-    readField(tail);  // names and versions, the least time of the splash
+  for (int i = 0; i < TAIL_SILENT_PARAMETER; ++i) {
+    readField(tail, TAIL_FIELDS[i].limit);
   }
-  readField(tail, TAIL_PUBLIC_KEY_LIMIT);
-  readField(tail);  // whether the splash can be another
-  readField(tail);  // the install type
-  return readField(tail);
+  return readField(tail, TAIL_FIELDS[TAIL_SILENT_PARAMETER].limit);
 }
 
 bool willBeSilent(char* executablePath, int argumentCount, char* const* arguments) {

@@ -1,6 +1,7 @@
 #include "launcher/installation/tail_reader.h"
 
 #include "launcher/arguments.h"
+#include "launcher/installation/tail_fields.h"
 #include "launcher/installation/tail_marker.h"
 #include "support/encoding/field_reader.h"
 #include "support/failure/failure.h"
@@ -60,36 +61,40 @@ static FILE* openTail(const char* executablePath) {
   return openTailFile(executablePath);
 }
 
+char* readTailField(FILE* stream, TailFieldNumber number) {
+  return readString(stream, TAIL_FIELDS[number].name, TAIL_FIELDS[number].limit);
+}
+
 void readCommonTailFields(FILE* stream) {
-  app_name = readString(stream, "App Name", TAIL_FIELD_LIMIT);
-  app_version = readString(stream, "App Version", TAIL_FIELD_LIMIT);
-  jre_version = readString(stream, "JRE Version", TAIL_FIELD_LIMIT);
-  gu_version = readString(stream, "GU Version", TAIL_FIELD_LIMIT);
-  min_splash = readString(stream, "Min Splash MS", TAIL_FIELD_LIMIT);
-  derPublicKeyHex = readString(stream, "Signature Public Key", TAIL_PUBLIC_KEY_LIMIT);
-  can_override_splash = readString(stream, "Can Override Splash", TAIL_FIELD_LIMIT);
-  install_type = readString(stream, "Install Type", TAIL_FIELD_LIMIT);
-  silent_parameter = readString(stream, "Silent Parameter", TAIL_FIELD_LIMIT);
+  app_name = readTailField(stream, TAIL_APP_NAME);
+  app_version = readTailField(stream, TAIL_APP_VERSION);
+  jre_version = readTailField(stream, TAIL_JRE_VERSION);
+  gu_version = readTailField(stream, TAIL_GU_VERSION);
+  min_splash = readTailField(stream, TAIL_MIN_SPLASH_MS);
+  derPublicKeyHex = readTailField(stream, TAIL_PUBLIC_KEY);
+  can_override_splash = readTailField(stream, TAIL_CAN_OVERRIDE_SPLASH);
+  install_type = readTailField(stream, TAIL_INSTALL_TYPE);
+  silent_parameter = readTailField(stream, TAIL_SILENT_PARAMETER);
 }
 
 static void logFields() {
-  printTruncated("App Name", app_name);
-  printTruncated("App Version", app_version);
-  printTruncated("JRE Version", jre_version);
-  printTruncated("GU Version", gu_version);
-  printTruncated("Min Splash MS", min_splash);
-  printTruncated("Signature Public Key", derPublicKeyHex);
-  printTruncated("Can Override Splash", can_override_splash);
-  printTruncated("Install Type", install_type);
-  printTruncated("Silent Parameter", silent_parameter);
-  printTruncated("Update URL", update_url);
+  const char* const common[] = {app_name,        app_version,     jre_version,         gu_version,
+                                min_splash,      derPublicKeyHex, can_override_splash, install_type,
+                                silent_parameter};
+  static_assert(sizeof common / sizeof common[0] == TAIL_SILENT_PARAMETER + 1, "one value each");
+  const TailField* field = TAIL_FIELDS;
+  for (const char* value : common) {
+    printTruncated(field->name, value);
+    ++field;
+  }
+  printTruncated(TAIL_FIELDS[TAIL_UPDATE_URL].name, update_url);
 }
 
 void extractTail(const char* executablePath) {
   FILE* stream = openTail(executablePath);
   readCommonTailFields(stream);
   // By its place this is the required Java version; the Launcher uses neither beyond logging.
-  update_url = readString(stream, "Update URL", TAIL_UPDATE_URL_LIMIT);
+  update_url = readTailField(stream, TAIL_UPDATE_URL);
   logFields();
   fclose(stream);
 }

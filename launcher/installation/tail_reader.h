@@ -5,21 +5,9 @@
 
 // The Tail record: the application's packaging settings, which the packager puts behind the
 // executable or into the bundle's Resources folder. From the first byte after the marker (or from
-// the first byte of the file Resources/Tail) it is these fields, in the field encoding, in this
-// order:
-//
-//   1 App Name    2 App Version           3 JRE Version           4 GU Version
-//   5 Min Splash MS                       6 Signature Public Key  7 Can Override Splash
-//   8 Install Type                        9 Silent Parameter     10 Required Java Version
-//  11 Update URL
-//
-// and then, for the Extractor, the archives that the record carries. The Launcher reads ten fields
-// only and calls the tenth "Update URL".
-
-// Read limits of the fields in bytes: of all but two, of the public key, and of the update URL.
-constexpr int TAIL_FIELD_LIMIT = 1024;
-constexpr int TAIL_PUBLIC_KEY_LIMIT = 8192;
-constexpr int TAIL_UPDATE_URL_LIMIT = 5000;
+// the first byte of the file Resources/Tail) it is the fields of
+// launcher/installation/tail_fields.h, in the field encoding, and then, for the Extractor, the
+// archives that the record carries.
 
 // The field values. Null until a record was read; kept for the life of the process.
 extern char* app_name;

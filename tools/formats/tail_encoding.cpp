@@ -4,7 +4,7 @@
 #include "extractor/run/params_file.h"
 #include "extractor/run/run.h"
 #include "launcher/installation/install_locations.h"
-#include "launcher/installation/tail_reader.h"
+#include "launcher/installation/tail_fields.h"
 #include "tools/formats/field_writer.h"
 #include "tools/formats/tail_writer.h"
 #include "tools/formats/value_check.h"
@@ -77,20 +77,24 @@ static void check(const Tail& tail) {
   requireJavaVersion(tail.requiredJavaVersion);
 }
 
+static void appendTailField(std::string* out, TailFieldNumber number, const std::string& value) {
+  appendField(out, TAIL_FIELDS[number].name, value, TAIL_FIELDS[number].limit);
+}
+
 std::string encodeTail(const Tail& tail) {
   check(tail);
   std::string out;
-  appendField(&out, "App Name", tail.appName, TAIL_FIELD_LIMIT);
-  appendField(&out, "App Version", tail.appVersion, TAIL_FIELD_LIMIT);
-  appendField(&out, "JRE Version", tail.jreVersion, TAIL_FIELD_LIMIT);
-  appendField(&out, "GU Version", tail.guVersion, TAIL_FIELD_LIMIT);
+  appendTailField(&out, TAIL_APP_NAME, tail.appName);
+  appendTailField(&out, TAIL_APP_VERSION, tail.appVersion);
+  appendTailField(&out, TAIL_JRE_VERSION, tail.jreVersion);
+  appendTailField(&out, TAIL_GU_VERSION, tail.guVersion);
   appendNumber(&out, tail.minSplashMs);
-  appendField(&out, "Signature Public Key", tail.publicKeyHex, TAIL_PUBLIC_KEY_LIMIT);
+  appendTailField(&out, TAIL_PUBLIC_KEY, tail.publicKeyHex);
   appendNumber(&out, tail.canOverrideSplash ? 1 : 0);
-  appendField(&out, "Install Type", tail.installType, TAIL_FIELD_LIMIT);
-  appendField(&out, "Silent Parameter", tail.silentParameter, TAIL_FIELD_LIMIT);
-  appendField(&out, "Required Java Version", tail.requiredJavaVersion, TAIL_FIELD_LIMIT);
-  appendField(&out, "Update URL", tail.updateUrl, TAIL_UPDATE_URL_LIMIT);
+  appendTailField(&out, TAIL_INSTALL_TYPE, tail.installType);
+  appendTailField(&out, TAIL_SILENT_PARAMETER, tail.silentParameter);
+  appendTailField(&out, TAIL_REQUIRED_JAVA_VERSION, tail.requiredJavaVersion);
+  appendTailField(&out, TAIL_UPDATE_URL, tail.updateUrl);
   return out;
 }
 

@@ -1,4 +1,3 @@
-#include "launcher/installation/tail_reader.h"
 #include "support/owned.h"
 #include "tools/formats/marker_search.h"
 #include "tools/formats/tail_writer.h"
@@ -22,21 +21,11 @@ const char* const TAIL_VALUE_NAMES[TAIL_VALUE_COUNT] = {"app-name",
                                                         "required-java-version",
                                                         "update-url"};
 
-static const int kLauncherOnlyCount = 10;
-
-static int limitOf(int value) {
-  switch (value) {
-    case 5:
-      return TAIL_PUBLIC_KEY_LIMIT;
-    case 10:
-      return TAIL_UPDATE_URL_LIMIT;
-    default:
-      return TAIL_FIELD_LIMIT;
-  }
-}
+// The Launcher reads one field less.
+static const int kLauncherOnlyCount = TAIL_FIELD_COUNT - 1;
 
 static std::string readValue(FILE* stream, int value, const std::string& path) {
-  const size_t longest = static_cast<size_t>(limitOf(value)) - 2;
+  const size_t longest = static_cast<size_t>(TAIL_FIELDS[value].limit) - 2;
   std::string text;
   int byte = getc(stream);
   for (; byte != 0 && byte != EOF && text.size() <= longest; byte = getc(stream)) {

@@ -3,9 +3,11 @@
 
 #include <string>
 
+#include "launcher/installation/tail_fields.h"
+
 // The Tail record, which tells the Launcher and the Extractor what they start. A bundle that is
 // signed carries it as the file Contents/Resources/Tail; it may also stand behind the executable,
-// with the marker in front of it. launcher/installation/tail_reader.h has the order of the fields.
+// with the marker in front of it. launcher/installation/tail_fields.h has the order of the fields.
 
 namespace tools {
 
@@ -46,7 +48,7 @@ void writeTailFile(const std::string& path, const Tail& tail);
 void appendTail(const std::string& path, const Tail& tail);
 
 // The number of values in a record.
-constexpr int TAIL_VALUE_COUNT = 11;
+constexpr int TAIL_VALUE_COUNT = TAIL_FIELD_COUNT;
 
 // A record as it stands in a file.
 struct FoundTail {

@@ -22,21 +22,6 @@ namespace tools {
 
 namespace {
 
-// The values of a Tail record, by their places.
-enum TailValue {
-  APP_NAME,
-  APP_VERSION,
-  JRE_VERSION,
-  GU_VERSION,
-  MIN_SPLASH,
-  PUBLIC_KEY,
-  CAN_OVERRIDE_SPLASH,
-  INSTALL_TYPE,
-  SILENT_PARAMETER,
-  REQUIRED_JAVA,
-  UPDATE_URL
-};
-
 std::string valueOf(const Properties& properties, const char* name, const char* otherwise) {
   std::string value = otherwise;
   for (const auto& [key, text] : properties) {
@@ -57,7 +42,7 @@ class BundleCheck {
     }
     attempt([&] { return compareTail(); });
     readKey();
-    if (value(GU_VERSION).empty()) {
+    if (value(TAIL_GU_VERSION).empty()) {
       report_.facts.push_back("a launcher bundle: it carries no updater, so it installs nothing");
       requireNothingBehind();
       if (!site_.empty()) {
@@ -75,7 +60,7 @@ class BundleCheck {
   }
 
  private:
-  const std::string& value(TailValue place) const { return found_.values[place]; }
+  const std::string& value(TailFieldNumber place) const { return found_.values[place]; }
 
   void problem(const std::string& what) { report_.problems.push_back(what); }
 
@@ -108,23 +93,23 @@ class BundleCheck {
     if (report_.problems.size() > before) {
       return false;
     }
-    report_.facts.push_back("application name: " + value(APP_NAME));
+    report_.facts.push_back("application name: " + value(TAIL_APP_NAME));
     return true;
   }
 
   Tail tail() const {
     Tail tail;
-    tail.appName = value(APP_NAME);
-    tail.appVersion = value(APP_VERSION);
-    tail.jreVersion = value(JRE_VERSION);
-    tail.guVersion = value(GU_VERSION);
-    tail.minSplashMs = atol(value(MIN_SPLASH).c_str());
-    tail.publicKeyHex = value(PUBLIC_KEY);
-    tail.canOverrideSplash = value(CAN_OVERRIDE_SPLASH) == "1";
-    tail.installType = value(INSTALL_TYPE);
-    tail.silentParameter = value(SILENT_PARAMETER);
-    tail.requiredJavaVersion = value(REQUIRED_JAVA);
-    tail.updateUrl = value(UPDATE_URL);
+    tail.appName = value(TAIL_APP_NAME);
+    tail.appVersion = value(TAIL_APP_VERSION);
+    tail.jreVersion = value(TAIL_JRE_VERSION);
+    tail.guVersion = value(TAIL_GU_VERSION);
+    tail.minSplashMs = atol(value(TAIL_MIN_SPLASH_MS).c_str());
+    tail.publicKeyHex = value(TAIL_PUBLIC_KEY);
+    tail.canOverrideSplash = value(TAIL_CAN_OVERRIDE_SPLASH) == "1";
+    tail.installType = value(TAIL_INSTALL_TYPE);
+    tail.silentParameter = value(TAIL_SILENT_PARAMETER);
+    tail.requiredJavaVersion = value(TAIL_REQUIRED_JAVA_VERSION);
+    tail.updateUrl = value(TAIL_UPDATE_URL);
     return tail;
   }
 
@@ -144,7 +129,7 @@ class BundleCheck {
   }
 
   void checkUpdateUrl() {
-    const std::string& url = value(UPDATE_URL);
+    const std::string& url = value(TAIL_UPDATE_URL);
     const std::string fault = url.empty() ? "" : faultOfUpdateUrl(url);
     if (!fault.empty()) {
       problem("update-url in the Tail record is \"" + url.substr(0, 200) + "\"; " + fault);
@@ -152,7 +137,7 @@ class BundleCheck {
   }
 
   void readKey() {
-    const std::string& hex = value(PUBLIC_KEY);
+    const std::string& hex = value(TAIL_PUBLIC_KEY);
     if (hex.empty()) {
       return;
     }
@@ -179,7 +164,7 @@ class BundleCheck {
     trust_.isRequired = asksForSignatures(properties);
     trust_.key = key_.get();
     report_.facts.push_back("params file: " + std::to_string(properties.size()) + " properties");
-    if (trust_.isRequired && value(PUBLIC_KEY).empty()) {
+    if (trust_.isRequired && value(TAIL_PUBLIC_KEY).empty()) {
       problem("the params file asks for signatures, and the Tail record has no key");
     }
     if (!trust_.isRequired) {
@@ -191,10 +176,10 @@ class BundleCheck {
     InstallerStream stream(tailPath_,
                            static_cast<long long>(fs::file_size(tailPath_)) - found_.bytesBehind);
     readUpdater(&stream);
-    if (!value(JRE_VERSION).empty()) {
+    if (!value(TAIL_JRE_VERSION).empty()) {
       readRuntime(&stream);
     }
-    if (!value(APP_VERSION).empty()) {
+    if (!value(TAIL_APP_VERSION).empty()) {
       readApplication(&stream);
     }
     found_.bytesBehind = stream.bytesLeft();
@@ -210,23 +195,23 @@ class BundleCheck {
     updater.checkLaunchFile();
     updater.checkLaunch();
     updater.checkSplash();
-    updater.checkVersion(value(GU_VERSION));
-    updater.describe(value(GU_VERSION));
+    updater.checkVersion(value(TAIL_GU_VERSION));
+    updater.describe(value(TAIL_GU_VERSION));
   }
 
   void readRuntime(InstallerStream* stream) {
     ComponentCheck runtime("runtime", trust_, &report_);
     runtime.read(stream, 1);
     runtime.requireFile("Contents/Home/bin/java");
-    runtime.describe(value(JRE_VERSION));
+    runtime.describe(value(TAIL_JRE_VERSION));
   }
 
   void readApplication(InstallerStream* stream) {
     ComponentCheck application("application", trust_, &report_);
     application.read(stream, 2);
     application.checkLaunchFile();
-    application.checkVersion(value(APP_VERSION));
-    application.describe(value(APP_VERSION));
+    application.checkVersion(value(TAIL_APP_VERSION));
+    application.describe(value(TAIL_APP_VERSION));
   }
 
   void checkSite() {
@@ -245,7 +230,7 @@ class BundleCheck {
     checkSiteComponent("site, runtime", runtimeName_, [](ComponentCheck* runtime) {
       runtime->requireFile("Contents/Home/bin/java");
     });
-    checkSiteComponent("site, application", value(APP_NAME),
+    checkSiteComponent("site, application", value(TAIL_APP_NAME),
                        [](ComponentCheck* application) { application->checkLaunchFile(); });
   }
 
@@ -255,7 +240,7 @@ class BundleCheck {
       const std::string version = readSiteVersion(site_, name);
       ComponentCheck component(what, trust_, &report_);
       component.readArchiveFile(site_ + "/" + siteArchiveName(name, version));
-      component.checkIdentity(name == UPDATER_NAME ? updaterRecord(version, value(APP_NAME))
+      component.checkIdentity(name == UPDATER_NAME ? updaterRecord(version, value(TAIL_APP_NAME))
                                                    : componentRecord(name, version));
       component.checkVersion(version, "the site");
       check(&component);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "launcher/installation/tail_fields.h"
 #include "launcher/installation/tail_marker.h"
 #include "launcher/installation/tail_reader.h"
 #include "support/encoding/field_reader.h"
