@@ -71,7 +71,7 @@ void extractWrapperTail(char* executablePath, int argc, char** argv, int, char**
   allowAlert(!elevated && argc <= 1);
 
   startUp(run);
-  finishInterruptedRuntimes(run);
+  finishInterruptedRuntimes(run.masterFolder);
   const std::string installed = versionFoldersIn(run.masterFolder);
   if (decide(run) == Decision::Launch) {
     launchWithoutExtraction(run);
@@ -83,8 +83,8 @@ void extractWrapperTail(char* executablePath, int argc, char** argv, int, char**
     launchWithoutExtraction(run);
   }
   if (lock.isHeld()) {
-    finishRuntimesUnderLock(run);  // those that another installer left since
-    removeAbandonedTempFolders(run);
+    finishRuntimesUnderLock(run.masterFolder);  // those that another installer left since
+    removeAbandonedTempFolders(run.masterFolder);
   }
   install(run);
   releaseMarks();

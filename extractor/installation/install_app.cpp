@@ -17,7 +17,7 @@ void extractApp(ExtractorRun& run) {
   logMessage("[Extractor] Offline installer - app to extract.");
   logMessage("[Extractor] APP folder is %s\n", run.appFolder);
   logMessage("[Extractor] APP temp is %s\n", run.appTemp);
-  if (createTempFolder(run, run.appTemp) != 0) {
+  if (createTempFolder(run.masterFolder, run.appTemp) != 0) {
     failRun(failureOfWriting(0, run.masterFolder), "Unable to create App Temp folder\n");
   }
   logMessage("[Extractor] Extracting App...\n");
@@ -37,7 +37,7 @@ static void requireContent(const ExtractorRun& run) {
 
 void putAppIntoPlace(ExtractorRun& run) {
   requireContent(run);
-  moveIntoPlace(run, kApplication, run.appTemp, run.appFolder);
+  moveIntoPlace(run.masterFolder, kApplication, run.appTemp, run.appFolder);
   logMessage("[Extractor] Renaming App folder to %s\n", run.appFolder);
 }
 

@@ -205,8 +205,8 @@ static void requireNewer(const ExtractorRun& run) {
 }
 
 static void makeTempFolder(const ExtractorRun& run, TempFolder* temp) {
-  nameTempFolder(run, temp->path);
-  if (createTempFolder(run, temp->path) == 0) {
+  nameTempFolder(run.masterFolder, temp->path);
+  if (createTempFolder(run.masterFolder, temp->path) == 0) {
     temp->folder = openFolderItself(temp->path);
   }
   if (!temp->folder.isOpen()) {
@@ -229,8 +229,8 @@ static void requireHeld(const InstallLock& lock) {
 static void makeFolders(const ExtractorRun& run) {
   const InstallLock lock(run.masterFolder, InstallLock::Wait::OneMinute);
   requireHeld(lock);
-  finishRuntimesUnderLock(run);
-  removeAbandonedTempFolders(run);
+  finishRuntimesUnderLock(run.masterFolder);
+  removeAbandonedTempFolders(run.masterFolder);
   requireNewer(run);
   makeTempFolder(run, &currentRequest.work);
   makeTempFolder(run, &currentRequest.content);

@@ -18,15 +18,15 @@ static const char kUpdater[] = "GenericUpdater";
 void nameInstallFolders(ExtractorRun& run) {
   makeDir(run.masterFolder);
   makeAppFolder(run.guFolder, run.masterFolder, UPDATER_NAME, run.tail.guVersion);
-  nameTempFolder(run, run.guTemp);
+  nameTempFolder(run.masterFolder, run.guTemp);
   makeAppFolder(run.appFolder, run.masterFolder, run.tail.appName, run.tail.appVersion);
-  nameTempFolder(run, run.appTemp);
+  nameTempFolder(run.masterFolder, run.appTemp);
   logMessage("[Extractor] GU folder is %s\n", run.guFolder);
   logMessage("[Extractor] GU temp is %s\n", run.guTemp);
 }
 
 static void createUpdaterTemp(ExtractorRun& run) {
-  if (createTempFolder(run, run.guTemp) != 0) {
+  if (createTempFolder(run.masterFolder, run.guTemp) != 0) {
     logMessage("[Extractor] Unable to create GU Temp folder - assuming elevation required\n");
     logMessage("[Extractor] Performing elevated setup and launch");
     doElevatedSetupAndLaunch(run.absoluteWrapperPath, run.argumentCount, run.arguments,
@@ -81,7 +81,7 @@ void installUpdater(ExtractorRun& run) {
   // The launch at the end starts from this file: without it the version folder would count as
   // complete and never start, whatever became of the file on its way.
   requireLaunchFile(kUpdater, run.guTemp);
-  moveIntoPlace(run, kUpdater, run.guTemp, run.guFolder);
+  moveIntoPlace(run.masterFolder, kUpdater, run.guTemp, run.guFolder);
   chmod777(run.guFolder);
   logMessage("[Extractor] Recreating GU location\n");
   setPath(run.lzmaPath, run.guFolder, "lzma64");

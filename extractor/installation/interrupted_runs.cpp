@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "extractor/run/run.h"
 #include "extractor/runtime/jre_layout.h"
 #include "extractor/runtime/publish_runtime.h"
 #include "extractor/versions/install_lock.h"
@@ -86,20 +85,20 @@ static std::vector<Move> movesLeftIn(const char* masterFolder) {
   return moves;
 }
 
-void finishInterruptedRuntimes(const ExtractorRun& run) {
-  if (movesLeftIn(run.masterFolder).empty()) {
+void finishInterruptedRuntimes(const char* masterFolder) {
+  if (movesLeftIn(masterFolder).empty()) {
     return;
   }
-  const InstallLock lock(run.masterFolder, InstallLock::Wait::Never);
+  const InstallLock lock(masterFolder, InstallLock::Wait::Never);
   if (lock.isHeldByAnother()) {
     logMessage("[Extractor] Another installer is at work, unfinished runtimes are left to it\n");
     return;
   }
-  finishRuntimesUnderLock(run);
+  finishRuntimesUnderLock(masterFolder);
 }
 
-void finishRuntimesUnderLock(const ExtractorRun& run) {
-  for (const Move& move : movesLeftIn(run.masterFolder)) {
+void finishRuntimesUnderLock(const char* masterFolder) {
+  for (const Move& move : movesLeftIn(masterFolder)) {
     logMessage("[Extractor] Finishing the interrupted setup of %s\n", move.to.c_str());
     if (rename(move.from.c_str(), move.to.c_str()) != 0) {
       logMessage("[Extractor] Unable to move %s there\n", move.from.c_str());
@@ -107,8 +106,8 @@ void finishRuntimesUnderLock(const ExtractorRun& run) {
   }
 }
 
-void removeAbandonedTempFolders(const ExtractorRun& run) {
-  for (const std::string& path : pathsIn(run.masterFolder)) {
+void removeAbandonedTempFolders(const char* masterFolder) {
+  for (const std::string& path : pathsIn(masterFolder)) {
     if (isAbandonedTemp(path)) {
       logMessage("[Extractor] Removing old temporary folder %s\n", path.c_str());
       removeTree(path.c_str());

@@ -17,8 +17,8 @@ void extractCarriedJre(ExtractorRun& run) {
   logStartSection(kSection);
   logMessage("[Extractor] We want to query the JRE version to enable proxy detection.\n");
   downloadVersionFile(run.guFolder, run.updateURL.c_str(), run.jreName);
-  nameTempFolder(run, run.jreTemp);
-  if (createTempFolder(run, run.jreTemp) != 0) {
+  nameTempFolder(run.masterFolder, run.jreTemp);
+  if (createTempFolder(run.masterFolder, run.jreTemp) != 0) {
     failRun(failureOfWriting(0, run.masterFolder), "Unable to create JRE Temp folder\n");
   }
   makeAppFolder(run.jreFolder, run.masterFolder, run.jreName, run.tail.jreVersion);

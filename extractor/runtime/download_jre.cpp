@@ -75,8 +75,8 @@ static void requireUsableVersion(const ExtractorRun& run) {
 }
 
 static void fetchArchive(ExtractorRun& run, char* compressed) {
-  nameTempFolder(run, run.jreTemp);
-  if (createTempFolder(run, run.jreTemp) != 0) {
+  nameTempFolder(run.masterFolder, run.jreTemp);
+  if (createTempFolder(run.masterFolder, run.jreTemp) != 0) {
     failDownload(run, "Unable to create JRE Temp folder\n", failureOfWriting(0, run.masterFolder));
   }
   if (!isQuiet(run)) {

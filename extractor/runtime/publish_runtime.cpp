@@ -98,8 +98,8 @@ static void publishBundle(const Publication& publication) {
   const std::string waiting = childPath(publication.plainFolder, WAITING_BUNDLE);
   const char* bundlePath = publication.bundlePath.c_str();
   if (isThere(bundlePath)) {
-    moveIntoPlace(publication.run, kRuntime, waiting.c_str(), bundlePath, placesOfLayout(),
-                  ByCopy::Never);
+    moveIntoPlace(publication.run.masterFolder, kRuntime, waiting.c_str(), bundlePath,
+                  placesOfLayout(), ByCopy::Never);
   } else if (!renameFolder(waiting.c_str(), bundlePath)) {
     giveUp(publication);
   }
@@ -108,12 +108,12 @@ static void publishBundle(const Publication& publication) {
 
 static void publish(const Publication& publication) {
   const char* plainFolder = publication.plainFolder.c_str();
-  removeObstacle(publication.run, kRuntime, publication.bundlePath.c_str());
+  removeObstacle(publication.run.masterFolder, kRuntime, publication.bundlePath.c_str());
   if (!prepare(publication)) {
     giveUp(publication);
   }
   // Never by a copy, which would follow the bundle's link back into the copy.
-  moveIntoPlace(publication.run, kRuntime, publication.home, plainFolder,
+  moveIntoPlace(publication.run.masterFolder, kRuntime, publication.home, plainFolder,
                 copiesOfJavaIn(plainFolder), ByCopy::Never);
   publishBundle(publication);
 }
@@ -121,12 +121,12 @@ static void publish(const Publication& publication) {
 void publishRuntime(ExtractorRun& run) {
   requireTempFolder(kRuntime, run.jreTemp);
   char other[PATH_BUFFER_SIZE];
-  nameTempFolder(run, other);
+  nameTempFolder(run.masterFolder, other);
   const bool isHome = isPlainHome(run.jreTemp);
   const Publication publication{run, isHome ? run.jreTemp : other, isHome ? other : run.jreTemp,
                                 run.jreFolder, std::string(run.jreFolder) + ".plugin"};
   const bool isNew = isKnownMissing(run.jreFolder);
-  if (createTempFolder(run, other) != 0) {
+  if (createTempFolder(run.masterFolder, other) != 0) {
     giveUp(publication);
   }
   if (isHome) {

@@ -128,7 +128,7 @@ static bool findSystemJre(const ExtractorRun& run, SystemJre* jre) {
 // Lets the installed updater's compatibility class judge the runtime.
 static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
   logMessage("[JRESearch] JRE unpack200 exists %s\n", jre.java);
-  char* latestGU = allocUpdaterToLaunch(run);
+  char* latestGU = allocUpdaterToLaunch(run.masterFolder);
   if (latestGU == nullptr) {
     logMessage(
         "[JRESearch] ****************************** No latest App version even after download!\n");
@@ -176,8 +176,8 @@ bool adoptSystemJre(ExtractorRun& run) {
     return false;
   }
   logMessage("[JRESearch] JRE is valid, copying...\n");
-  nameTempFolder(run, run.jreTemp);
-  if (createTempFolder(run, run.jreTemp) != 0) {
+  nameTempFolder(run.masterFolder, run.jreTemp);
+  if (createTempFolder(run.masterFolder, run.jreTemp) != 0) {
     logMessage("[JRESearch] Unable to create %s\n", run.jreTemp);
     return false;
   }

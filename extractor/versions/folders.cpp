@@ -20,13 +20,13 @@
 #include "support/files/paths.h"
 #include "support/log/logging.h"
 
-void nameTempFolder(const ExtractorRun& run, char* dst) {
+void nameTempFolder(const char* masterFolder, char* dst) {
   constexpr int kTries = 20;
   constexpr useconds_t kPauseMicroseconds = 100000;
-  makeAppTempFolder(dst, run.masterFolder);
+  makeAppTempFolder(dst, masterFolder);
   for (int i = 0; i < kTries && isThere(dst); ++i) {
     usleep(kPauseMicroseconds);
-    makeAppTempFolder(dst, run.masterFolder);
+    makeAppTempFolder(dst, masterFolder);
   }
 }
 
@@ -40,12 +40,12 @@ static int createNewFolder(const char* path) {
   return EEXIST;
 }
 
-int createTempFolder(const ExtractorRun& run, char* path) {
+int createTempFolder(const char* masterFolder, char* path) {
   const int result = createNewFolder(path);
   if (result != EEXIST) {
     return result;
   }
-  nameTempFolder(run, path);
+  nameTempFolder(masterFolder, path);
   return createNewFolder(path);
 }
 
@@ -66,7 +66,7 @@ namespace {
 enum class Outcome { Replaced, Kept, Stuck };
 
 struct Placing {
-  const ExtractorRun& run;
+  const char* masterFolder;
   const char* temp;
   const char* target;
   const std::vector<std::string>& leftOut;
@@ -79,7 +79,7 @@ struct Placing {
 // Called before anything is removed, as that frees the space that may be missing.
 static void noteFailureOfPlacing(Placing* placing) {
   if (placing->failure != Failure::DiskFull) {
-    placing->failure = failureOfWriting(0, placing->run.masterFolder);
+    placing->failure = failureOfWriting(0, placing->masterFolder);
   }
 }
 
@@ -102,10 +102,10 @@ static bool moveToFreePlace(Placing* placing, const char* from) {
 }
 
 // Writes the name of a folder of the master folder that no later run removes.
-static void nameKeptFolder(const ExtractorRun& run, char* dst) {
+static void nameKeptFolder(const char* masterFolder, char* dst) {
   char temp[PATH_BUFFER_SIZE];
-  nameTempFolder(run, temp);
-  setPath(dst, run.masterFolder, "QuorvaneKept-");
+  nameTempFolder(masterFolder, temp);
+  setPath(dst, masterFolder, "QuorvaneKept-");
   appendToPath(dst, pathToFile(temp) + strlen("QuorvaneTemp-"));
 }
 
@@ -131,7 +131,7 @@ static Outcome takeBack(Placing* placing, const char* aside) {
 // fails. It waits under a name that outlives this run, however that ends.
 static Outcome replaceInTwoSteps(Placing* placing) {
   char aside[PATH_BUFFER_SIZE];
-  nameKeptFolder(placing->run, aside);
+  nameKeptFolder(placing->masterFolder, aside);
   if (rename(placing->target, aside) != 0) {
     noteFailureOfPlacing(placing);
     return Outcome::Kept;
@@ -151,7 +151,7 @@ static Outcome replaceInTwoSteps(Placing* placing) {
 // The earlier folder has the temporary one's place and name, and cannot leave it for its own.
 static Outcome keepUnderAnotherName(const Placing& placing) {
   char kept[PATH_BUFFER_SIZE];
-  nameKeptFolder(placing.run, kept);
+  nameKeptFolder(placing.masterFolder, kept);
   logKept(rename(placing.temp, kept) == 0 ? kept : placing.temp);
   return Outcome::Stuck;
 }
@@ -195,22 +195,22 @@ void requireTempFolder(const char* component, const char* temp) {
 }
 
 // What is no folder cannot be a version folder; a copy would follow a link that stands there.
-void removeObstacle(const ExtractorRun& run, const char* component, const char* target) {
+void removeObstacle(const char* masterFolder, const char* component, const char* target) {
   if (!isThere(target) || isFolder(target)) {
     return;
   }
   logMessage("[Extractor] Removing %s, which is no folder\n", target);
   if (remove(target) != 0) {
-    failRun(failureOfWriting(0, run.masterFolder),
+    failRun(failureOfWriting(0, masterFolder),
             "[Extractor] The folder of the %s could not be put into place\n", component);
   }
 }
 
-void moveIntoPlace(const ExtractorRun& run, const char* component, const char* temp,
+void moveIntoPlace(const char* masterFolder, const char* component, const char* temp,
                    const char* target, const std::vector<std::string>& leftOut, ByCopy byCopy) {
   requireTempFolder(component, temp);
-  removeObstacle(run, component, target);
-  Placing placing{run, temp, target, leftOut, byCopy};
+  removeObstacle(masterFolder, component, target);
+  Placing placing{masterFolder, temp, target, leftOut, byCopy};
   const Outcome outcome = place(&placing);
   if (outcome != Outcome::Stuck) {
     removeTree(temp);  // the source of a copy, or what stood there before an exchange

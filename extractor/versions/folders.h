@@ -4,19 +4,17 @@
 #include <string>
 #include <vector>
 
-struct ExtractorRun;
-
 // Folders of the master folder: temporary ones that an installation fills, and version folders that
 // they become. Main thread.
 
 // Writes the name of a new temporary folder of the master folder into the path buffer `dst`: one
 // that nothing stands at, waiting for the next second where the name is taken.
-void nameTempFolder(const ExtractorRun& run, char* dst);
+void nameTempFolder(const char* masterFolder, char* dst);
 
 // Creates the temporary folder `path` as makeDir() does, under a new name written back to `path`
 // when the name was taken since. Returns 0, or non-zero when it cannot be created: what stands
 // there already, a link above all, is never taken for it.
-[[nodiscard]] int createTempFolder(const ExtractorRun& run, char* path);
+[[nodiscard]] int createTempFolder(const char* masterFolder, char* path);
 
 // Ends the process with status 1 and a logged error line that names `component` unless the
 // temporary folder `temp` holds a launch file as a plain file; the folder is removed first.
@@ -43,12 +41,12 @@ enum class ByCopy { Allowed, Never };
 // is there again, or still is, `temp` is removed, and the process ends with status 1 and a logged
 // error line that names `component`. An earlier one that cannot be put back stays in the master
 // folder as "QuorvaneKept-...", which a logged line names and no later run removes.
-void moveIntoPlace(const ExtractorRun& run, const char* component, const char* temp,
+void moveIntoPlace(const char* masterFolder, const char* component, const char* temp,
                    const char* target, const std::vector<std::string>& leftOut = {},
                    ByCopy byCopy = ByCopy::Allowed);
 
 // Removes what is at `target` and is no folder, a link without following it, with a log line. Ends
 // the process with status 1 and a logged error line that names `component` where that fails.
-void removeObstacle(const ExtractorRun& run, const char* component, const char* target);
+void removeObstacle(const char* masterFolder, const char* component, const char* target);
 
 #endif

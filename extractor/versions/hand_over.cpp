@@ -34,7 +34,7 @@ void launchWithoutExtraction(ExtractorRun& run) {
 }
 
 void launchInstalled(ExtractorRun& run) {
-  const char* latestGU = allocUpdaterToLaunch(run);
+  const char* latestGU = allocUpdaterToLaunch(run.masterFolder);
   if (latestGU == nullptr) {
     failRun("No latest App version even after download!\n");
   }

@@ -43,6 +43,6 @@ char* allocInstalledApp(const ExtractorRun& run) {
   return allocInstalled(run, run.tail.appName, flawOfApp);
 }
 
-char* allocUpdaterToLaunch(const ExtractorRun& run) {
-  return pickAndAllocLatestToLaunch(run.masterFolder, UPDATER_NAME, flawOfUpdater);
+char* allocUpdaterToLaunch(const char* masterFolder) {
+  return pickAndAllocLatestToLaunch(masterFolder, UPDATER_NAME, flawOfUpdater);
 }

@@ -17,6 +17,6 @@ char* allocInstalledRuntime(const ExtractorRun& run);
 char* allocInstalledApp(const ExtractorRun& run);
 
 // The updater to launch after an installation: where none can start, the newest.
-char* allocUpdaterToLaunch(const ExtractorRun& run);
+char* allocUpdaterToLaunch(const char* masterFolder);
 
 #endif

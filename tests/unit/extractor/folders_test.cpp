@@ -37,7 +37,7 @@ class MasterFolder : public testing::Test {
   void moveInto(const std::string& from, const std::string& to) {
     char temp[PATH_BUFFER_SIZE];
     setPath(temp, from.c_str());
-    test::capture([&] { moveIntoPlace(foldersRun, "application", temp, to.c_str()); });
+    test::capture([&] { moveIntoPlace(foldersRun.masterFolder, "application", temp, to.c_str()); });
   }
 
   test::TempFolder folder_;
@@ -78,7 +78,7 @@ TEST_F(MoveIntoPlace, LogsAReplacementAsTheRenameThatItIs) {
   const std::string temp = *this / "temp";
   const std::string target = *this / "target";
   const auto lines = test::logLinesOf(
-      [&] { moveIntoPlace(foldersRun, "application", temp.c_str(), target.c_str()); });
+      [&] { moveIntoPlace(foldersRun.masterFolder, "application", temp.c_str(), target.c_str()); });
   EXPECT_TRUE(test::containsInOrder(
       lines, {"[Extractor] Replacing existing folder " + (*this / "target"),
               "[Rename] File '" + (*this / "temp") + "' renamed to '" + (*this / "target") + "'"}));
@@ -111,18 +111,18 @@ TEST_F(MoveIntoPlace, CopyThatIsCutShortOrMissesAFileIsIncomplete) {
 
 TEST_F(TempFolders, GetANewNameWhenTheirsIsTaken) {
   char name[PATH_BUFFER_SIZE];
-  nameTempFolder(foldersRun, name);
+  nameTempFolder(foldersRun.masterFolder, name);
   const std::string first = name;
   fs::create_directories(first);
   writeFile(first + "/someone", "else");
-  test::capture([&] { EXPECT_EQ(0, createTempFolder(foldersRun, name)); });
+  test::capture([&] { EXPECT_EQ(0, createTempFolder(foldersRun.masterFolder, name)); });
   EXPECT_NE(first, name);
   EXPECT_TRUE(fs::is_empty(name));
 }
 
 TEST_F(TempFolders, OfNoLivingProcessAreRemovedWithALogLine) {
   writeFile(*this / "QuorvaneTemp-1-2-app/.a", "x");
-  const auto lines = test::logLinesOf([] { removeAbandonedTempFolders(foldersRun); });
+  const auto lines = test::logLinesOf([] { removeAbandonedTempFolders(foldersRun.masterFolder); });
   EXPECT_FALSE(test::exists(*this / "QuorvaneTemp-1-2-app"));
   EXPECT_TRUE(test::containsInOrder(
       lines, {"[Extractor] Removing old temporary folder " + (*this / "QuorvaneTemp-1-2-app")}));
@@ -136,7 +136,7 @@ TEST_F(TempFolders, OfALivingProcessStayUntilItDies) {
   if (child == 0) {
     char path[PATH_BUFFER_SIZE];
     setPath(path, (*this / "QuorvaneTemp-1-2-app").c_str());
-    const int result = createTempFolder(foldersRun, path);
+    const int result = createTempFolder(foldersRun.masterFolder, path);
     const bool isWritten = write(ready[1], &result, sizeof result) == sizeof result;
     pause();
     _exit(isWritten ? 0 : 1);
@@ -144,20 +144,20 @@ TEST_F(TempFolders, OfALivingProcessStayUntilItDies) {
   int result = -1;
   EXPECT_EQ(static_cast<ssize_t>(sizeof result), read(ready[0], &result, sizeof result));
   EXPECT_EQ(0, result);
-  test::capture([] { removeAbandonedTempFolders(foldersRun); });
+  test::capture([] { removeAbandonedTempFolders(foldersRun.masterFolder); });
   EXPECT_TRUE(test::exists(*this / "QuorvaneTemp-1-2-app"));
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
   close(ready[0]);
   close(ready[1]);
-  test::capture([] { removeAbandonedTempFolders(foldersRun); });
+  test::capture([] { removeAbandonedTempFolders(foldersRun.masterFolder); });
   EXPECT_FALSE(test::exists(*this / "QuorvaneTemp-1-2-app"));
 }
 
 TEST_F(TempFolders, AreAllThatIsRemoved) {
   writeFile(*this / "Quorvane-MyApp-1-complete/a", "x");
   writeFile(*this / "QuorvaneTemp-1-2-file", "x");
-  test::capture([] { removeAbandonedTempFolders(foldersRun); });
+  test::capture([] { removeAbandonedTempFolders(foldersRun.masterFolder); });
   EXPECT_TRUE(test::exists(*this / "Quorvane-MyApp-1-complete/a"));
   EXPECT_TRUE(test::exists(*this / "QuorvaneTemp-1-2-file"));
 }

@@ -31,7 +31,7 @@ class InterruptedRuns : public RuntimeFolders {
   }
 
   Names finish() {
-    return test::logLinesOf([this] { finishInterruptedRuntimes(run_); });
+    return test::logLinesOf([this] { finishInterruptedRuntimes(run_.masterFolder); });
   }
 };
 

@@ -71,7 +71,7 @@ class DisturbedPublication : public RuntimeFolders, public testing::WithParamInt
         expectRuntime("new");
         return point - 1;
       }
-      test::capture([this] { finishInterruptedRuntimes(run_); });
+      test::capture([this] { finishInterruptedRuntimes(run_.masterFolder); });
       expectWhole(hasEarlier);
     }
   }
@@ -264,7 +264,7 @@ TEST_F(PublishedRuntime, WhoseBundleCannotLeaveItIsFinishedByTheNextRun) {
   EXPECT_EQ(1, publishInChild().status);
   EXPECT_EQ("new", test::readFile(plain() + "/bin/java"));
   unmovable.clear();
-  test::capture([this] { finishInterruptedRuntimes(run_); });
+  test::capture([this] { finishInterruptedRuntimes(run_.masterFolder); });
   expectRuntime("new");
 }
 

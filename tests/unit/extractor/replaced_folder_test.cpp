@@ -92,7 +92,8 @@ class ReplacedFolder : public testing::Test {
   std::string target() const { return folder_ / "target"; }
 
   void move() {
-    test::capture([&] { moveIntoPlace(run_, "application", temp().c_str(), target().c_str()); });
+    test::capture(
+        [&] { moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str()); });
   }
 
   // Makes the entry `a`, which the new folder has as a file, a folder with content.
@@ -135,7 +136,8 @@ TEST_F(ReplacedFolder, IsNotReplacedByACopyWhereThatIsForbidden) {
   exchangesFail = true;
   unmovable = "/temp";
   const test::Result result = test::runInChild([this] {
-    moveIntoPlace(run_, "application", temp().c_str(), target().c_str(), {}, ByCopy::Never);
+    moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str(), {},
+                  ByCopy::Never);
   });
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(std::string::npos, result.out.find("[CopyFolder]"));
@@ -147,7 +149,8 @@ TEST_F(ReplacedFolder, GivesTheNewOneNeitherFilesNorFoldersThatAreToBeLeftOut) {
   writeFile(target() + "/own/file", "old");
   writeFile(target() + "/kept/own", "old");
   test::capture([this] {
-    moveIntoPlace(run_, "application", temp().c_str(), target().c_str(), {"own", "old"});
+    moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str(),
+                  {"own", "old"});
   });
   EXPECT_EQ((FolderNames{"a", "kept"}), test::namesIn(target()));
   EXPECT_EQ(FolderNames{"own"}, test::namesIn(target() + "/kept"));
@@ -225,7 +228,7 @@ TEST_F(ReplacedFolder, OfAnOrdinaryUserMayHoldEmptyFoldersThatNobodyMaySearch) {
   test::giveTo(account, folder_.path());
   const test::Result result = test::runInChild([&] {
     test::become(account);
-    moveIntoPlace(run_, "application", temp().c_str(), target().c_str());
+    moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str());
   });
   EXPECT_EQ(test::CODE_RETURNED, result.status) << result.out;
   EXPECT_EQ(0400u, test::modeOf(target() + "/r"));
@@ -267,7 +270,7 @@ TEST_F(ReplacedFolder, ThatCannotComeBackByAnExchangeSurvivesTheNextRunUnderAnot
   };
   const test::Result result = test::runInChild([this] { move(); });
   EXPECT_EQ(1, result.status);
-  test::capture([this] { removeAbandonedTempFolders(run_); });
+  test::capture([this] { removeAbandonedTempFolders(run_.masterFolder); });
   const FolderNames names = namesOfMaster();
   ASSERT_EQ(2u, names.size());
   EXPECT_EQ(0u, names[0].find("QuorvaneKept-"));
@@ -283,7 +286,7 @@ TEST_F(ReplacedFolder, ThatCannotBeMovedBackSurvivesTheNextRun) {
   fs::create_symlink("nowhere", target() + "/not-copied");
   const test::Result result = test::runInChild([this] { move(); });
   EXPECT_EQ(1, result.status);
-  test::capture([this] { removeAbandonedTempFolders(run_); });
+  test::capture([this] { removeAbandonedTempFolders(run_.masterFolder); });
   const FolderNames names = namesOfMaster();
   ASSERT_EQ(1u, names.size());
   EXPECT_EQ((FolderNames{"a", "not-copied", "old"}), test::namesIn(folder_ / names[0]));
@@ -304,8 +307,9 @@ TEST_F(ReplacedFolder, ComesBackWholeByACopyWhereItCannotBeMovedBack) {
 TEST_F(ReplacedFolder, StaysForTheReasonThatHoldsBeforeTheNewOneIsRemoved) {
   getInTheWay();
   filling = temp();
-  const test::Result result = test::runInChild(
-      [this] { moveIntoPlace(run_, "application", temp().c_str(), target().c_str()); });
+  const test::Result result = test::runInChild([this] {
+    moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str());
+  });
   EXPECT_EQ(1, result.status);
   EXPECT_NE(std::string::npos, result.out.find("The disk is full\n"));
   EXPECT_EQ(std::string::npos, result.out.find("The disk has room\n"));
@@ -314,8 +318,9 @@ TEST_F(ReplacedFolder, StaysForTheReasonThatHoldsBeforeTheNewOneIsRemoved) {
 
 TEST_F(ReplacedFolder, StaysWholeWhereAFolderWithContentMeetsAFileOfItsName) {
   writeFile(target() + "/a/of-the-user", "precious");
-  const test::Result result = test::runInChild(
-      [this] { moveIntoPlace(run_, "application", temp().c_str(), target().c_str()); });
+  const test::Result result = test::runInChild([this] {
+    moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str());
+  });
   EXPECT_EQ(1, result.status);
   EXPECT_EQ("precious", test::readFile(target() + "/a/of-the-user"));
   EXPECT_EQ((FolderNames{"a", "old"}), test::namesIn(target()));
@@ -345,7 +350,7 @@ TEST_F(ReplacedFolder, OfAnOrdinaryUserIsMergedWhereItIsReadOnlyAndStaysWholeWhe
     test::giveTo(account, folder_.path());
     const test::Result result = test::runInChild([&] {
       test::become(account);
-      moveIntoPlace(run_, "application", temp().c_str(), target().c_str());
+      moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str());
     });
     EXPECT_EQ(isReadable ? test::CODE_RETURNED : 1, result.status) << result.out;
     fs::permissions(target(), fs::perms(0755));
