@@ -1,107 +1,79 @@
-"""Builds mutants of the product, one changed place each, and runs the tests that should notice. See scripts/mutate."""
+"""Judges mutants of the product, one changed place each, by the tests that should notice. See scripts/mutate."""
 
 import argparse
+import json
 import os
 import queue
 import random
-import re
+import shlex
 import shutil
 import signal
 import subprocess
 import sys
 import threading
-import time
-from collections import Counter
-from dataclasses import dataclass, replace
+import re
+from collections import Counter, defaultdict
+from dataclasses import dataclass
 from itertools import islice, zip_longest
 from pathlib import Path
 
 import mutants as places
+from weave import Woven
 
 ROOT = Path(__file__).resolve().parents[2]
 WORK = ROOT / "build-mutation"
+SOURCE = WORK / "source"
+BUILD = WORK / "build"
+FILES = BUILD / "test-files"
 FOLDERS = ("archive", "crypto", "extractor", "support")
-BUILD_SECONDS = 300
-FIRST_RUN_SECONDS = 900
-# How often cases are taken out of a suite's common process: without one, another may fail.
-SEPARATIONS = 4
+# Of the time that cases take without a change, as much is spent on one mutant: its own folder's, and then the others.
+CASE_SECONDS = 40
 
 
 @dataclass(frozen=True)
 class Suite:
-    """A test executable, which of its cases run, what of the product it starts, and whether it is made of the mutant
-    itself. A black-box test is not: the files that it makes for the product must come from the right one."""
+    """A test executable and which of its cases run. A test that makes files for the product is not changed itself; a
+    late one runs only for what has survived the others."""
 
     name: str
+    own: str = ""
     filter: str = "*"
-    starts: tuple = ()
-    mutated: bool = True
-
-    def targets(self):
-        return [*([self.name] if self.mutated else []), *self.starts]
+    is_spared: bool = False
+    is_late: bool = False
+    environment: str = ""
 
 
-# One case or a few for each thing that an installer does, of those that take less than half a second: every mutant
-# that survives its unit tests pays for them.
-SHORT_INSTALLATIONS = ":".join((
-    "DecisionOnNames.*",
-    "InstallComponent.OfANewer*:InstallComponent.WithAPath*:InstallComponent.OfAnEqual*",
-    "Installation.On*:Installation.*Steps*:Installation.*Keeps*:Installation.*Tool*:Installation.ThatIsE*",
-    "Installation.TheSecond*:Installation.OfARuntimeWithoutJava*:Installation.OfARuntimeAs*:Silence.*:Online.ArchiveWithoutJava*",
-    "Installation.OfSigned*:Installation.OfAnUnsigned*:Installation.OfAnE*:Installation.Removes*:Installation.Leaves*",
-    "Online.Downloaded*:Online.VersionEnds*:Online.CompressedA*:Online.*PassesTheProbe*:Online.UsersHome*",
-    "Properties.Sp*:Properties.LongV*:Properties.Stat*:Properties.JreNameSel*",
-    "StartUp.Only*:StartUp.Without*:StartUp.ForceSpawn*:StartUp.*Properties*:StartUp.Tail*:StartUp.Log*",
-    "Repair.IsNotMadeOfALaunchFile*:*DamagedFolder*IsRepaired*Modules*:*NoVersionFolder*EmptyFolder*TheRuntime",
-))
-# What survives these may meet all cases but those that wait, that fill a disk or that kill the installer at random.
-LONG_INSTALLATIONS = "*-*Minute:*AnyMoment*:*FullDisk*"
-INSTALLER = Suite("installer_test", SHORT_INSTALLATIONS, ("extractor",), mutated=False)
-TOOLS = Suite("archive_tools_test")
-SUITES = {
-    "archive": (Suite("archive_test"), TOOLS, INSTALLER),
-    "crypto": (Suite("crypto_test"), TOOLS, INSTALLER),
-    "extractor": (Suite("extractor_test"), INSTALLER),
-    "support": (Suite("support_test"), INSTALLER),
-}
-DOWNLOADS = (Suite("downloader_test"), INSTALLER)
-SPLASH = (Suite("splash_test", starts=("splash_driver",), mutated=False), INSTALLER)
-COCOA = (Suite("cocoa_test"), Suite("text_encoding_test"), INSTALLER)
-ALERT = Suite("alert_test", starts=("extractor", "recorded_extractor"), mutated=False)
-# What tests the files of support/ that need more than support_test: the longest beginning of a name counts.
-OTHER_SUITES = {
-    "support/files/deleting_walk": (Suite("support_test"), Suite("deleting_race_test"), INSTALLER),
-    "support/network/downloader": DOWNLOADS,
-    "support/events/event_wait": DOWNLOADS,
-    "support/splash/redrawer": DOWNLOADS + SPLASH,
-    "support/splash/splash": SPLASH,
-    "support/failure/": (Suite("support_test"), ALERT, INSTALLER),
-    "support/splash/app_runner": COCOA,
-    "support/events/application_launch": (
-        Suite("application_launch_test", starts=("launch_driver",), mutated=False), *COCOA),
-    "support/text/cocoa_text": COCOA,
-    "support/files/move_item": COCOA,
-    "support/log/system_log": COCOA,
-    "support/events/window_events": COCOA,
-}
+# What waits, fills a disk or ends an installer at random is left out.
+SUITES = (
+    Suite("archive_test", "archive"),
+    Suite("archive_tools_test", "archive"),
+    Suite("crypto_test", "crypto"),
+    Suite("extractor_test", "extractor"),
+    Suite("support_test", "support"),
+    Suite("downloader_test", "support"),
+    Suite("deleting_race_test", "support"),
+    Suite("cocoa_test", "support"),
+    Suite("text_encoding_test", "support", environment="GNUSTEP_STRING_ENCODING=NSMacOSRomanStringEncoding"),
+    Suite("splash_test", "support", is_spared=True),
+    Suite("application_launch_test", "support", is_spared=True),
+    Suite("launch_test", is_late=True),
+    Suite("launcher_test", is_late=True),
+    Suite("installer_test", "extractor", "*-*Minute*", is_spared=True),
+    Suite("hostile_installer_test", "extractor", "*-*AnyMoment*:*FullDisk*:*Eight*:*RunningApplication*", is_spared=True),
+    Suite("alert_test", is_spared=True),
+    Suite("broken_pipe_test", is_spared=True, is_late=True),
+    Suite("download_memory_test", is_spared=True, is_late=True),
+    Suite("quit_test", is_spared=True, is_late=True),
+    Suite("launcher_bundle_test", is_spared=True, is_late=True),
+)
 
 
-def suites_again(_):
-    return (replace(INSTALLER, filter=LONG_INSTALLATIONS),)
-
-
-def suites_of(file):
-    fitting = [start for start in OTHER_SUITES if file.startswith(start)]
-    return OTHER_SUITES[max(fitting, key=len)] if fitting else SUITES[file.split("/")[0]]
-
-
-def files():
-    return [
-        str(path.relative_to(ROOT))
-        for folder in FOLDERS
-        for path in sorted((ROOT / folder).rglob("*"))
-        if path.suffix in (".cpp", ".mm")
-    ]
+def sources():
+    listed = subprocess.run(
+        ["git", "ls-files", "-z", *(f"{folder}/" for folder in FOLDERS)],
+        cwd=ROOT, check=True, capture_output=True, text=True,
+    ).stdout.split("\0")
+    return sorted(name for name in listed if name.endswith((".cpp", ".mm")) and (ROOT / name).exists())
 
 
 def in_turn(groups):
@@ -141,207 +113,320 @@ def listed_survivors():
     return listed
 
 
-class Job:
-    """A copy of the sources with a build of its own."""
+running = set()
 
-    def __init__(self, number, suites):
-        self.folder = WORK / str(number)
-        self.source = self.folder / "source"
-        self.build = self.folder / "build"
-        self.suites = suites
-        self.seconds = {}
-        self.process = None
-        self.alone = {suite.name: set() for suite in suites}
 
-    def run(self, command, seconds, log):
-        """The exit status, or None where it did not end in time."""
-        with open(log, "wb") as output:
-            self.process = process = subprocess.Popen(
-                [str(word) for word in command], stdout=output, stderr=output, stdin=subprocess.DEVNULL,
-                start_new_session=True, env={**os.environ, "QUORVANE_OWN_DISPLAY": "1"},
+def start(command, **options):
+    """Starts a process that ends with this one, as do those that it starts."""
+    words = [str(word) for word in command]
+    process = subprocess.Popen(words, stdin=subprocess.DEVNULL, start_new_session=True, **options)
+    running.add(process)
+    return process
+
+
+def stop(*_):
+    for process in list(running):
+        if process.poll() is None:
+            os.killpg(process.pid, signal.SIGTERM)
+            process.wait()
+    os._exit(1)
+
+
+def run(command, log):
+    with open(log, "wb") as output:
+        process = start(command, stdout=output, stderr=output)
+    status = process.wait()
+    running.discard(process)
+    return status
+
+
+def write_changed(path, data):
+    """What is unchanged keeps its time, and is not compiled again."""
+    if not path.exists() or path.read_bytes() != data:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(data)
+
+
+def copy_sources():
+    names = subprocess.run(
+        ["git", "ls-files", "-co", "--exclude-standard", "-z"], cwd=ROOT, check=True, capture_output=True, text=True
+    ).stdout.split("\0")
+    names = {name for name in names if name and (ROOT / name).exists()}
+    for path in SOURCE.rglob("*"):
+        if (path.is_file() or path.is_symlink()) and str(path.relative_to(SOURCE)) not in names:
+            path.unlink()
+    woven = set(sources())
+    for name in names - woven:
+        write_changed(SOURCE / name, (ROOT / name).read_bytes())
+        shutil.copymode(ROOT / name, SOURCE / name)
+    for name in woven:
+        if not (SOURCE / name).exists():
+            write_changed(SOURCE / name, (ROOT / name).read_bytes())
+
+
+def configure():
+    command = [
+        "cmake", "-S", SOURCE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
+        f"-DCMAKE_PROJECT_quorvane_INCLUDE={SOURCE}/tests/mutation/unoptimised.cmake",
+    ]
+    if run(command, WORK / "build.log") != 0:
+        sys.exit(f"mutate: the product itself could not be configured; see {WORK}/build.log")
+
+
+def with_switch(name, woven):
+    return f'#include "tests/mutation/switch.h"\n#line 1\n{woven}'.encode()
+
+
+def compiled(command, path, woven):
+    """The lines that the compiler does not take."""
+    path.write_bytes(with_switch(path.name, woven))
+    result = subprocess.run(command, cwd=BUILD, capture_output=True, text=True)
+    errors = re.findall(r"^(.+?):(\d+):\d+: (?:fatal )?error:", result.stderr, re.M)
+    lines = sorted({int(line) for file, line in errors if Path(BUILD, file).resolve() == path.resolve()})
+    return (lines or [1]) if result.returncode != 0 else []
+
+
+def weave(name, numbered, commands):
+    """Writes the file with all of its mutants that the compiler takes so, and returns their numbers."""
+    text = (ROOT / name).read_text()
+    target = SOURCE / name
+    trial = target.with_name("woven-" + target.name)
+    words = shlex.split(commands[str(target)])
+    command = [str(trial) if word == str(target) else word for word in words[: words.index("-o")]]
+    command += ["-I", str(SOURCE), "-fsyntax-only", "-c", str(trial)]
+    command = [word for at, word in enumerate(command) if word != "-c" or at == len(command) - 2]
+    command = [word for at, word in enumerate(command) if word != str(trial) or at == len(command) - 1]
+    kept = list(numbered)
+    try:
+        while kept:
+            woven = Woven(text, kept)
+            wrong = compiled(command, trial, woven.output)
+            if not wrong:
+                break
+            refused = set().union(*(woven.numbers_at(line) for line in wrong))
+            # An array that is as long as a constant says is refused where it stands, not where the constant does.
+            refused = refused or {number for number, mutant in kept if mutant.kind == "constant"} or woven.numbers()
+            kept = [(number, mutant) for number, mutant in kept if number not in refused]
+    finally:
+        trial.unlink(missing_ok=True)
+    woven = Woven(text, kept)
+    write_changed(target, with_switch(name, woven.output) if kept else text.encode())
+    return woven.numbers() if kept else set()
+
+
+def weave_all(picked):
+    """Numbers the mutants from 1 and returns those that can be switched on."""
+    entries = json.loads((BUILD / "compile_commands.json").read_text())
+    commands = {}
+    for entry in entries:
+        commands.setdefault(str(Path(entry["directory"], entry["file"]).resolve()), entry["command"])
+    by_file = defaultdict(list)
+    for number, mutant in picked.items():
+        by_file[mutant.file].append((number, mutant))
+    numbers = set()
+    for name in sources():
+        numbers |= weave(name, by_file[name], commands)
+    return numbers
+
+
+def build(suites, jobs):
+    command = ["cmake", "--build", BUILD, f"-j{jobs}", "--target", *(suite.name for suite in suites)]
+    if run(command, WORK / "build.log") != 0:
+        sys.exit(f"mutate: the woven product did not build; see {WORK}/build.log")
+
+
+def cases_of(suite):
+    executable = BUILD / "bin" / suite.name
+    listed = subprocess.run(
+        [executable, "--gtest_list_tests", f"--gtest_filter={suite.filter}"],
+        check=True, capture_output=True, text=True, cwd=FILES,
+    ).stdout
+    group = ""
+    for line in listed.splitlines():
+        word = line.split("#")[0]
+        if re.match(r"\S+\.\s*$", word):
+            group = word.strip()
+        elif word.startswith("  "):
+            yield {
+                "executable": str(executable), "spared": suite.name if suite.is_spared else "",
+                "name": group + word.strip(), "own": suite.own, "seconds": 60, "environment": suite.environment,
+            }
+
+
+class Confinement:
+    """Runs cases where a mutant can do no harm, one set at a time."""
+
+    def __init__(self, number):
+        self.folder = WORK / f"job-{number}"
+        self.folder.mkdir(parents=True, exist_ok=True)
+
+    def results(self, chosen, cases):
+        asked = self.folder / "asked.json"
+        asked.write_text(json.dumps({"chosen": chosen, "cases": cases}))
+        command = [
+            SOURCE / "tests/mutation/confined", WORK, FILES, SOURCE / "scripts/with-display",
+            "python3", SOURCE / "tests/mutation/cases.py", asked,
+        ]
+        with open(self.folder / "confined.log", "wb") as log:
+            process = start(
+                command, stdout=subprocess.PIPE, stderr=log, text=True, env={**os.environ, "QUORVANE_OWN_DISPLAY": "1"}
             )
+        results = [json.loads(line) for line in process.stdout]
+        process.wait()
+        running.discard(process)
+        if not results or "end" not in results.pop():
+            print(f"mutate: the cases could not be run; see {self.folder}/confined.log", flush=True)
+            stop()
+        return results
+
+
+def in_threads(confinements, work):
+    threads = [threading.Thread(target=work, args=(confinement,)) for confinement in confinements]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+
+
+def record(suites, confinements):
+    """Every case that passes without a change, with how long it takes and which mutants it reaches."""
+    cases = [case for suite in suites for case in cases_of(suite)]
+    waiting = queue.Queue()
+    for at in range(0, len(cases), 20):
+        waiting.put(cases[at : at + 20])
+    usable = []
+
+    def work(confinement):
+        while True:
             try:
-                return process.wait(seconds)
-            except subprocess.TimeoutExpired:
-                return None
-            finally:
-                self.end()
+                some = waiting.get_nowait()
+            except queue.Empty:
+                return
+            for case, result in zip(some, confinement.results(0, some)):
+                if result["status"] == 0:
+                    usable.append({**case, "seconds": result["seconds"], "reached": set(result["reached"])})
+                else:
+                    print(f"mutate: fails without a change, is not used: {case['name']}", flush=True)
+                    (WORK / "failed.log").open("a").write(f"{case['name']}\n{result['said']}\n")
 
-    def end(self):
-        if self.process is not None and self.process.poll() is None:
-            os.killpg(self.process.pid, signal.SIGKILL)
-            self.process.wait()
-
-    def make(self, targets, seconds=BUILD_SECONDS):
-        command = ["cmake", "--build", self.build, "-j1", "--target", *targets]
-        return self.run(command, seconds, self.folder / "build.log") == 0
-
-    def test(self, suite, seconds, options="--gtest_fail_fast"):
-        """One process runs all cases but those that want one of their own, and these follow."""
-        files = self.build / "test-files"
-        files.mkdir(exist_ok=True)
-        alone = sorted(self.alone[suite.name])
-        joined = "-" if "-" not in suite.filter else ":"
-        filters = [suite.filter + (joined + ":".join(alone) if alone else ""), *alone]
-        executable = self.build / "bin" / suite.name
-        script = f'for filter; do "{executable}" --gtest_filter="$filter" --gtest_brief=1 {options} || exit 1; done'
-        # A display costs a third of a second, and which test wants one is not known here.
-        command = [
-            self.source / "tests/mutation/confined", self.folder, files, self.source / "scripts/with-display",
-            "bash", "-c", script, suite.name, *filters,
-        ]
-        return self.run(command, seconds, self.folder / f"{suite.name}.log")
-
-    def separate(self, suite):
-        """Whether the suite passes, and how long it takes. Cases that fail in one process with others are put into
-        one of their own."""
-        for _ in range(SEPARATIONS):
-            begin = time.monotonic()
-            if self.test(suite, FIRST_RUN_SECONDS, options="") == 0:
-                self.seconds[suite.name] = time.monotonic() - begin
-                return True
-            log = (self.folder / f"{suite.name}.log").read_text(errors="replace")
-            failed = set(re.findall(r"^\[  FAILED  \] ([\w/]+\.[\w/]+)", log, re.M)) - self.alone[suite.name]
-            if not failed:
-                return False
-            self.alone[suite.name] |= failed
-        return False
-
-    def copy(self):
-        """Brings the copy up to date; what is unchanged keeps its time, and is not compiled again."""
-        names = subprocess.run(
-            ["git", "ls-files", "-co", "--exclude-standard", "-z"], cwd=ROOT, check=True, capture_output=True, text=True
-        ).stdout.split("\0")
-        for name in filter(None, names):
-            there, here = ROOT / name, self.source / name
-            if not there.exists():
-                continue
-            if here.exists() and here.read_bytes() == there.read_bytes():
-                continue
-            here.parent.mkdir(parents=True, exist_ok=True)
-            shutil.copy(there, here, follow_symlinks=False)
-
-    def prepare(self):
-        """Builds the product as it is and runs every suite: what fails now could not tell anything later."""
-        self.source.mkdir(parents=True, exist_ok=True)
-        self.copy()
-        command = [
-            "cmake", "-S", self.source, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
-            f"-DCMAKE_PROJECT_quorvane_INCLUDE={self.source}/tests/mutation/unoptimised.cmake",
-        ]
-        targets = {name for suite in self.suites for name in (suite.name, *suite.starts)}
-        log = self.folder / "build.log"
-        if self.run(command, BUILD_SECONDS, log) != 0 or not self.make(sorted(targets), 3600):
-            sys.exit(f"mutate: the product itself did not build; see {log}")
-        for suite in self.suites:
-            if not self.separate(suite):
-                sys.exit(f"mutate: without a change {suite.name} failed; see {self.folder / suite.name}.log")
-            print(f"mutate: {suite.name} takes {self.seconds[suite.name]:.1f} s", flush=True)
-
-    def fate(self, mutant, suites):
-        file = self.source / mutant.file
-        text = file.read_text()
-        file.write_text(mutant.applied(text))
-        try:
-            for suite in suites:
-                if not self.make(suite.targets()):
-                    return "did not build"
-                status = self.test(suite, 20 + 5 * self.seconds[suite.name])
-                if status is None:
-                    return f"timed out in {suite.name}"
-                if status != 0:
-                    return f"killed by {suite.name}"
-            return "survived"
-        finally:
-            file.write_text(text)
+    in_threads(confinements, work)
+    print(f"mutate: {len(usable)} of {len(cases)} cases take {sum(case['seconds'] for case in usable):.0f} s")
+    return usable
 
 
-def work(job, waiting, suites_for, report):
-    while True:
-        try:
-            mutant = waiting.get_nowait()
-        except queue.Empty:
+def worth_trying(number, mutant, usable, kills, seconds):
+    """The cases that reach the mutant: what killed its neighbours, then its folder's own, the short ones first."""
+    folder = mutant.file.split("/")[0]
+
+    def rank(case):
+        return (-kills[(mutant.file, case["name"])], case["own"] != folder, case["seconds"] * len(case["reached"]))
+
+    for case in sorted((case for case in usable if number in case["reached"]), key=rank):
+        if seconds <= 0:
             return
-        report(mutant, job.fate(mutant, suites_for(mutant.file)))
+        seconds -= case["seconds"]
+        yield {name: case[name] for name in ("executable", "spared", "name", "seconds", "environment")}
+
+
+def fate(confinement, number, mutant, usable, kills, seconds):
+    cases = list(worth_trying(number, mutant, usable, kills, seconds))
+    if not cases:
+        return "survived unreached"
+    for result in confinement.results(number, cases):
+        if result["passes"]:
+            kills[(mutant.file, result["case"])] += 1
+            return f"{'timed out in' if result['status'] is None else 'killed by'} {result['case']}"
+    return "survived"
 
 
 def survivors_of_last_run(names):
     rows = [row.split("\t") for row in (WORK / "mutants.tsv").read_text().splitlines()]
-    survived = {(place.split(":")[0], before, after) for place, _, fate, before, after in rows if fate == "survived"}
+    survived = {(row[0].rsplit(":", 1)[0], row[3], row[4]) for row in rows if row[2].startswith("survived")}
     found = (mutant for name in names for mutant in places.mutants(name, (ROOT / name).read_text()))
     return [mutant for mutant in found if mutant.key() in survived - listed_survivors()]
 
 
-def judge(picked, jobs, suites_for, table_name):
+def judge(picked, numbers, confinements, usable, seconds, table_name):
     """The fate of every mutant, printed and written as it becomes known."""
-    suites = list(dict.fromkeys(suite for mutant in picked for suite in suites_for(mutant.file)))
-    workers = [Job(number + 1, suites) for number in range(jobs)]
-
-    def stop(*_):
-        for job in workers:
-            job.end()
-        os._exit(1)
-
-    signal.signal(signal.SIGTERM, stop)
-    signal.signal(signal.SIGINT, stop)
-    for job in workers:
-        job.prepare()
     listed = listed_survivors()
     waiting = queue.Queue()
-    for mutant in picked:
-        waiting.put(mutant)
-    counts = Counter()
-    lock = threading.Lock()
-    with open(WORK / table_name, "w") as table:
+    for number in sorted(numbers):
+        waiting.put(number)
+    counts, kills, lock = Counter(), Counter(), threading.Lock()
+    table = open(WORK / table_name, "w")
 
-        def report(mutant, fate):
-            if fate == "survived" and mutant.key() in listed:
-                fate = "survived as listed"
-            row = "\t".join((f"{mutant.file}:{mutant.line}", mutant.kind, fate, mutant.before, mutant.after))
-            with lock:
-                counts[fate] += 1
-                print(row, flush=True)
-                print(row, file=table, flush=True)
+    def report(mutant, what):
+        if what.startswith("survived") and mutant.key() in listed:
+            what = "survived as listed"
+        row = "\t".join((f"{mutant.file}:{mutant.line}", mutant.kind, what, mutant.before, mutant.after))
+        with lock:
+            counts[(mutant.file.split("/")[0], mutant.kind, what.split(" by ")[0].split(" in ")[0])] += 1
+            print(row, flush=True)
+            print(row, file=table, flush=True)
 
-        threads = [threading.Thread(target=work, args=(job, waiting, suites_for, report)) for job in workers]
-        for thread in threads:
-            thread.start()
-        for thread in threads:
-            thread.join()
+    def work(confinement):
+        while True:
+            try:
+                number = waiting.get_nowait()
+            except queue.Empty:
+                return
+            report(picked[number], fate(confinement, number, picked[number], usable, kills, seconds))
+
+    for number in sorted(picked.keys() - numbers):
+        report(picked[number], "cannot be switched")
+    in_threads(confinements, work)
     return counts
 
 
 def arguments():
     parser = argparse.ArgumentParser(prog="scripts/mutate")
-    parser.add_argument("--count", type=int, default=300)
+    parser.add_argument("--count", type=int, default=400)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--only", action="append", metavar="FILE")
-    parser.add_argument("--jobs", type=int, default=1)
+    parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--again", action="store_true")
     parser.add_argument("--list", action="store_true")
     return parser.parse_args()
 
 
+def summary(counts):
+    for column, name in enumerate(("folder", "kind", "fate")):
+        sums = Counter()
+        for key, count in counts.items():
+            sums[key[column]] += count
+        print(f"mutate: by {name}: " + ", ".join(f"{key} {count}" for key, count in sorted(sums.items())))
+
+
 def main():
     asked = arguments()
-    names = files()
+    names = sources()
     for name in asked.only or []:
         if name not in names:
             sys.exit(f"mutate: no source file {name} in {', '.join(FOLDERS)}")
     names = asked.only or names
-    picked = survivors_of_last_run(names) if asked.again else chosen(names, asked.count, asked.seed)
+    chosen_ones = survivors_of_last_run(names) if asked.again else chosen(names, asked.count, asked.seed)
     if asked.list:
-        for mutant in picked:
+        for mutant in chosen_ones:
             print(f"{mutant.file}:{mutant.line}", mutant.kind, mutant.before, mutant.after, sep="\t")
         return 0
-    if asked.again:
-        counts = judge(picked, asked.jobs, suites_again, "mutants-again.tsv")
-    else:
-        counts = judge(picked, asked.jobs, suites_of, "mutants.tsv")
-    print(f"mutate: {len(picked)} mutants")
-    for fate, count in sorted(counts.items()):
-        print(f"mutate: {count:5} {fate}")
-    return 1 if counts["survived"] else 0
+    signal.signal(signal.SIGTERM, stop)
+    signal.signal(signal.SIGINT, stop)
+    picked = dict(enumerate(chosen_ones, start=1))
+    FILES.mkdir(parents=True, exist_ok=True)
+    copy_sources()
+    configure()
+    numbers = weave_all(picked)
+    print(f"mutate: {len(numbers)} of {len(picked)} mutants can be switched on", flush=True)
+    suites = [suite for suite in SUITES if asked.again or not suite.is_late]
+    build(suites, asked.jobs)
+    confinements = [Confinement(number) for number in range(asked.jobs)]
+
+    usable = record(suites, confinements)
+    seconds = 10**6 if asked.again else CASE_SECONDS
+    table_name = "mutants-again.tsv" if asked.again else "mutants.tsv"
+    counts = judge(picked, numbers, confinements, usable, seconds, table_name)
+    summary(counts)
+    return 1 if any(fate in ("survived", "survived unreached") for _, _, fate in counts) else 0
 
 
 if __name__ == "__main__":
