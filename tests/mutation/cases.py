@@ -1,7 +1,7 @@
 """Runs cases of tests inside of tests/mutation/confined, each in a process of its own, and prints what became of
-each as a line of JSON. The argument is a file of JSON: {"chosen": number, "cases": [{"executable", "spared", "name",
-"seconds", "environment"}, ...]}. With the number 0 each case runs and says which mutants it reached; with another one, until a
-case fails that passes without the mutant."""
+each as a line of JSON. The argument is a file of JSON: {"chosen": number, "seconds": number, "cases": [{"executable", "spared", "name",
+"seconds", "environment"}, ...]}. With the mutant 0 each case runs and says which mutants it reached; with another one, until a
+case fails that passes without the mutant, or the seconds are over."""
 
 import json
 import mmap
@@ -69,8 +69,11 @@ def record(page, cases):
         yield {"status": status, "seconds": seconds, "reached": page.reached(), "said": "" if status == 0 else said()}
 
 
-def judge(page, cases, chosen):
+def judge(page, cases, chosen, seconds):
+    begin = time.monotonic()
     for case in cases:
+        if time.monotonic() - begin > seconds:
+            return
         page.choose(chosen, case["spared"])
         status = run(case)
         if status == 0:
@@ -87,7 +90,7 @@ def main():
     with open(sys.argv[1]) as file:
         asked = json.load(file)
     page = Page()
-    results = judge(page, asked["cases"], asked["chosen"]) if asked["chosen"] else record(page, asked["cases"])
+    results = judge(page, asked["cases"], asked["chosen"], asked["seconds"]) if asked["chosen"] else record(page, asked["cases"])
     for result in results:
         print(json.dumps(result), flush=True)
     print(json.dumps({"end": True}), flush=True)

@@ -26,8 +26,8 @@ SOURCE = WORK / "source"
 BUILD = WORK / "build"
 FILES = BUILD / "test-files"
 FOLDERS = ("archive", "crypto", "extractor", "support")
-# Of the time that cases take without a change, as much is spent on one mutant: its own folder's, and then the others.
-CASE_SECONDS = 40
+# So long are cases started for one mutant: its own folder's, and then the others.
+SECONDS_OF_MUTANT = 20
 
 
 @dataclass(frozen=True)
@@ -57,14 +57,11 @@ SUITES = (
     Suite("splash_test", "support", is_spared=True),
     Suite("application_launch_test", "support", is_spared=True),
     Suite("launch_test", is_late=True),
-    Suite("launcher_test", is_late=True),
     Suite("installer_test", "extractor", "*-*Minute*", is_spared=True),
     Suite("hostile_installer_test", "extractor", "*-*AnyMoment*:*FullDisk*:*Eight*:*RunningApplication*", is_spared=True),
     Suite("alert_test", is_spared=True),
     Suite("broken_pipe_test", is_spared=True, is_late=True),
-    Suite("download_memory_test", is_spared=True, is_late=True),
     Suite("quit_test", is_spared=True, is_late=True),
-    Suite("launcher_bundle_test", is_spared=True, is_late=True),
 )
 
 
@@ -260,9 +257,9 @@ class Confinement:
         self.folder = WORK / f"job-{number}"
         self.folder.mkdir(parents=True, exist_ok=True)
 
-    def results(self, chosen, cases):
+    def results(self, chosen, cases, seconds=0):
         asked = self.folder / "asked.json"
-        asked.write_text(json.dumps({"chosen": chosen, "cases": cases}))
+        asked.write_text(json.dumps({"chosen": chosen, "seconds": seconds, "cases": cases}))
         command = [
             SOURCE / "tests/mutation/confined", WORK, FILES, SOURCE / "scripts/with-display",
             "python3", SOURCE / "tests/mutation/cases.py", asked,
@@ -288,9 +285,28 @@ def in_threads(confinements, work):
         thread.join()
 
 
-def record(suites, confinements):
-    """Every case that passes without a change, with how long it takes and which mutants it reaches."""
+def recorded(picked, suites, confinements, is_continued):
+    """Every case that passes without a change, with how long it takes and which mutants it reaches. A run that is
+    continued looks only at those that there were not, or that failed."""
+    keys = [list(mutant.key()) for mutant in picked.values()]
+    path = WORK / "cases.json"
+    usable = []
+    if is_continued:
+        earlier = json.loads(path.read_text())
+        if earlier["mutants"] != keys:
+            sys.exit("mutate: the run to be continued was one of other mutants")
+        usable = [{**case, "reached": set(case["reached"])} for case in earlier["cases"]]
+    known = {(case["executable"], case["name"]) for case in usable}
     cases = [case for suite in suites for case in cases_of(suite)]
+    usable += record([case for case in cases if (case["executable"], case["name"]) not in known], confinements)
+    print(f"mutate: {len(usable)} of {len(cases)} cases take {sum(case['seconds'] for case in usable):.0f} s", flush=True)
+    saved = [{**case, "reached": sorted(case["reached"])} for case in usable]
+    path.write_text(json.dumps({"mutants": keys, "cases": saved}))
+    return usable
+
+
+def record(cases, confinements):
+    """Those that pass without a change, with how long they take and which mutants they reach."""
     waiting = queue.Queue()
     for at in range(0, len(cases), 20):
         waiting.put(cases[at : at + 20])
@@ -310,11 +326,10 @@ def record(suites, confinements):
                     (WORK / "failed.log").open("a").write(f"{case['name']}\n{result['said']}\n")
 
     in_threads(confinements, work)
-    print(f"mutate: {len(usable)} of {len(cases)} cases take {sum(case['seconds'] for case in usable):.0f} s")
     return usable
 
 
-def worth_trying(number, mutant, usable, kills, seconds):
+def worth_trying(number, mutant, usable, kills):
     """The cases that reach the mutant: what killed its neighbours, then its folder's own, the short ones first."""
     folder = mutant.file.split("/")[0]
 
@@ -322,38 +337,32 @@ def worth_trying(number, mutant, usable, kills, seconds):
         return (-kills[(mutant.file, case["name"])], case["own"] != folder, case["seconds"] * len(case["reached"]))
 
     for case in sorted((case for case in usable if number in case["reached"]), key=rank):
-        if seconds <= 0:
-            return
-        seconds -= case["seconds"]
         yield {name: case[name] for name in ("executable", "spared", "name", "seconds", "environment")}
 
 
 def fate(confinement, number, mutant, usable, kills, seconds):
-    cases = list(worth_trying(number, mutant, usable, kills, seconds))
+    cases = list(worth_trying(number, mutant, usable, kills))
     if not cases:
         return "survived unreached"
-    for result in confinement.results(number, cases):
+    for result in confinement.results(number, cases, seconds):
         if result["passes"]:
             kills[(mutant.file, result["case"])] += 1
             return f"{'timed out in' if result['status'] is None else 'killed by'} {result['case']}"
     return "survived"
 
 
-def survivors_of_last_run(names):
-    rows = [row.split("\t") for row in (WORK / "mutants.tsv").read_text().splitlines()]
-    survived = {(row[0].rsplit(":", 1)[0], row[3], row[4]) for row in rows if row[2].startswith("survived")}
-    found = (mutant for name in names for mutant in places.mutants(name, (ROOT / name).read_text()))
-    return [mutant for mutant in found if mutant.key() in survived - listed_survivors()]
+def judged_before(table):
+    """The fates in a table by the mutants' keys."""
+    rows = [row.split("\t") for row in table.read_text().splitlines()]
+    return {(place.rsplit(":", 1)[0], before, after): what for place, _, what, before, after in rows}
 
 
-def judge(picked, numbers, confinements, usable, seconds, table_name):
-    """The fate of every mutant, printed and written as it becomes known."""
+def judge(picked, numbers, confinements, usable, seconds, earlier):
+    """The fate of every mutant, printed and written as it becomes known, where it is not known already."""
     listed = listed_survivors()
     waiting = queue.Queue()
-    for number in sorted(numbers):
-        waiting.put(number)
     counts, kills, lock = Counter(), Counter(), threading.Lock()
-    table = open(WORK / table_name, "w")
+    table = open(WORK / "mutants.tsv", "w")
 
     def report(mutant, what):
         if what.startswith("survived") and mutant.key() in listed:
@@ -372,8 +381,13 @@ def judge(picked, numbers, confinements, usable, seconds, table_name):
                 return
             report(picked[number], fate(confinement, number, picked[number], usable, kills, seconds))
 
-    for number in sorted(picked.keys() - numbers):
-        report(picked[number], "cannot be switched")
+    for number, mutant in picked.items():
+        if number not in numbers:
+            report(mutant, "cannot be switched")
+        elif mutant.key() in earlier:
+            report(mutant, earlier[mutant.key()])
+        else:
+            waiting.put(number)
     in_threads(confinements, work)
     return counts
 
@@ -385,6 +399,7 @@ def arguments():
     parser.add_argument("--only", action="append", metavar="FILE")
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--again", action="store_true")
+    parser.add_argument("--resume", action="store_true")
     parser.add_argument("--list", action="store_true")
     return parser.parse_args()
 
@@ -404,7 +419,7 @@ def main():
         if name not in names:
             sys.exit(f"mutate: no source file {name} in {', '.join(FOLDERS)}")
     names = asked.only or names
-    chosen_ones = survivors_of_last_run(names) if asked.again else chosen(names, asked.count, asked.seed)
+    chosen_ones = chosen(names, asked.count, asked.seed)
     if asked.list:
         for mutant in chosen_ones:
             print(f"{mutant.file}:{mutant.line}", mutant.kind, mutant.before, mutant.after, sep="\t")
@@ -421,10 +436,12 @@ def main():
     build(suites, asked.jobs)
     confinements = [Confinement(number) for number in range(asked.jobs)]
 
-    usable = record(suites, confinements)
-    seconds = 10**6 if asked.again else CASE_SECONDS
-    table_name = "mutants-again.tsv" if asked.again else "mutants.tsv"
-    counts = judge(picked, numbers, confinements, usable, seconds, table_name)
+    is_continued = asked.again or asked.resume
+    usable = recorded(picked, suites, confinements, is_continued)
+    earlier = judged_before(WORK / "mutants.tsv") if is_continued else {}
+    if asked.again:
+        earlier = {key: what for key, what in earlier.items() if what not in ("survived", "survived unreached")}
+    counts = judge(picked, numbers, confinements, usable, 3600 if asked.again else SECONDS_OF_MUTANT, earlier)
     summary(counts)
     return 1 if any(fate in ("survived", "survived unreached") for _, _, fate in counts) else 0
 

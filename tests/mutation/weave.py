@@ -50,12 +50,13 @@ def last_of_operands(code, at):
     return at
 
 
-def region(code, mutant):
+def region(text, code, mutant):
     """(start, end) of what a question can be put around."""
     if mutant.old not in OPERATORS:
         return mutant.start, mutant.end
     start, end = first_of_operands(code, mutant.start), last_of_operands(code, mutant.end)
-    return start + len(code[start:end]) - len(code[start:end].lstrip()), start + len(code[start:end].rstrip())
+    # A letter in quotes is a blank in the code, but an operand.
+    return start + len(text[start:end]) - len(text[start:end].lstrip()), start + len(text[start:end].rstrip())
 
 
 @dataclass
@@ -66,11 +67,12 @@ class Node:
     parts: list = field(default_factory=list)
 
 
-def nodes_of(code, numbered):
+def nodes_of(text, numbered):
     """The outermost regions, each with those inside of it; a region that only overlaps another is left out."""
+    code = places.masked(text)
     by_place = {}
     for number, mutant in numbered:
-        start, end = region(code, mutant)
+        start, end = region(text, code, mutant)
         by_place.setdefault((start, end), Node(start, end)).numbered.append((number, mutant))
     outermost, open_nodes = [], []
     for node in sorted(by_place.values(), key=lambda node: (node.start, -node.end)):
@@ -90,7 +92,7 @@ class Woven:
         self.text = text
         self.places = []
         self.output = ""
-        self.put(0, len(text), nodes_of(places.masked(text), numbered))
+        self.put(0, len(text), nodes_of(text, numbered))
 
     def put(self, start, end, nodes):
         for node in nodes:
