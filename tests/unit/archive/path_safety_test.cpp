@@ -64,8 +64,9 @@ TEST_F(EscapingPath, LongerThanItsFieldIsRefused) {
 
 TEST_F(EscapingPath, ThatDoesNotFitAPathBufferWithItsDestinationIsRefused) {
   const std::string path(1000, 'a');
-  // Longer than the system takes, and longer than the buffer.
-  for (const size_t length : {size_t{PATH_MAX - 500}, size_t{PATH_MAX - 1}}) {
+  // As long as the system does not take any more, longer than that, and longer than the buffer.
+  for (const size_t length :
+       {PATH_MAX - path.size(), size_t{PATH_MAX - 500}, size_t{PATH_MAX - 1}}) {
     for (const char* type : {"0", "2"}) {
       test::writeFile(archivePath(), fileRecord(path, "x", type));
       const std::string deep = dest() + std::string(length - dest().size(), '/');

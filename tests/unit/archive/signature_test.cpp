@@ -503,6 +503,11 @@ TEST_F(ArchiveWithItsTool, DoesNotRunItUnsigned) {
   EXPECT_FALSE(hasToolRun());
 }
 
+TEST_F(ArchiveWithItsTool, DoesNotRunItUnsignedBehindAnEmptyFile) {
+  expectRejected(fileRecord("empty", "") + packed_);
+  EXPECT_FALSE(hasToolRun());
+}
+
 TEST_F(ArchiveWithItsTool, DoesNotRunItInFrontOfARecordThatIsCutOff) {
   expectRejected(packed_ + "0");
   EXPECT_FALSE(hasToolRun());
