@@ -109,6 +109,11 @@ TEST_F(MoveIntoPlace, CopyThatIsCutShortOrMissesAFileIsIncomplete) {
   EXPECT_FALSE(completeCopy((*this / "temp").c_str(), (*this / "target").c_str()));
 }
 
+TEST_F(MoveIntoPlace, CopyOfASourceThatCannotBeListedIsIncomplete) {
+  fs::create_directories(*this / "target");
+  EXPECT_FALSE(completeCopy((*this / "missing").c_str(), (*this / "target").c_str()));
+}
+
 TEST_F(TempFolders, GetANewNameWhenTheirsIsTaken) {
   char name[PATH_BUFFER_SIZE];
   nameTempFolder(foldersRun.masterFolder, name);

@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -107,11 +109,41 @@ TEST(CommandOutput, LosesTrailingBlanksAndLineEndsButKeepsATab) {
   free(output);
 }
 
+// What stands before the buffer is not looked at, which the address sanitizer sees.
+TEST(CommandOutput, OfACommandThatSaysNothingIsEmpty) {
+  for (const char* command : {"true", "printf ' \\r\\n'"}) {
+    char* output = runCommandGetOutput(command);
+    EXPECT_STREQ("", output) << command;
+    free(output);
+  }
+}
+
 TEST(CommandOutput, BeyondTheBufferIsDropped) {
   char* output = runCommandGetOutput("head -c 20000 /dev/zero | tr '\\0' x");
   EXPECT_LE(strlen(output), 9999u);
   EXPECT_GE(strlen(output), 9990u);
   free(output);
+}
+
+TEST(CommandOutput, WhereNoPipeCanBeMadeIsNoneAndNothingRuns) {
+  const test::TempFolder folder;
+  const std::string command = "touch " + (folder / "ran");
+  const test::Result result = test::runInChild([&] {
+    const rlimit none{3, 3};
+    setrlimit(RLIMIT_NOFILE, &none);
+    _exit(runCommandGetOutput(command.c_str()) == nullptr ? 0 : 1);
+  });
+  EXPECT_EQ(0, result.status);
+  EXPECT_FALSE(test::exists(folder / "ran"));
+}
+
+TEST(RunQuietly, GivesTheStatusAndShowsNothingOfTheProgram) {
+  const char* const words[] = {"/bin/sh", "-c", "echo said; echo said >&2; exit 3", nullptr};
+  int status = -1;
+  const test::Captured said = test::capture([&] { status = runQuietly(words); });
+  EXPECT_EQ(3, status);
+  EXPECT_EQ("", said.out);
+  EXPECT_EQ("", said.err);
 }
 
 TEST(ShellQuoted, KeepsEveryCharacterFromBeingCode) {
