@@ -176,6 +176,23 @@ TEST_F(Conditions, FileSizeLimitEndsWithStatus1AndLosesNothing) {
   expectNextRunUpdates();
 }
 
+TEST_F(Conditions, FileSizeLimitThatCutsTheUsersSplashImageLeavesNoPartOfIt) {
+  installer_.tail.canOverrideSplash = "1";
+  installer_.updater[0] =
+      test::fileRecord("lzma64", "#!/bin/sh\nexec '" + test::product("lzma64") + "' \"$@\"\n");
+  installer_.updater[2] = test::fileRecord("other.txt", "");
+  installer_.properties = {{"splash_image", std::string(120000, 'A')}};
+  installer_.write();
+  const test::Result result = runWith([] {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{64 * 1024, 64 * 1024};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  });
+  EXPECT_TRUE(mentions(result, "[Extractor] Overwriting splash image at ")) << result.out;
+  EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Quorvane-5-complete/other.txt")));
+  EXPECT_FALSE(fs::exists(installer_.master("Quorvane-Quorvane-5-complete/nativesplash.png")));
+}
+
 TEST_F(Conditions, ReadOnlyMasterFolderOfAnOrdinaryUserAssumesThatElevationIsNeeded) {
   installOldVersion();
   installer_.write();

@@ -208,6 +208,15 @@ TEST_F(InstallComponent, OfANewerRuntimeIsLaidOutInBothViews) {
   EXPECT_TRUE(installer_.launched());
 }
 
+TEST_F(InstallComponent, OfPackedEntriesUnpacksThemWithTheInstalledRuntimesTool) {
+  test::writeFile(installer_.runtimeFolder() + "/bin/unpack200",
+                  "#!/bin/sh\nexec cp \"$1\" \"$2\"\n", 0755);
+  const std::string packed = test::field("2") + test::field("lib/a.jar") + test::field("6");
+  const test::Result result = install("Demo", "4", putSigned(application4() + packed + "packed"));
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_EQ("packed", test::readFile(installer_.master(kNewApp) + "/lib/a.jar"));
+}
+
 TEST_F(InstallComponent, OfARuntimeWithoutAJavaIsRefused) {
   const std::string archive =
       putSigned(fileRecord("Contents/Home/release", "x") + identity("Mac64JRE", "1500"));
@@ -354,6 +363,15 @@ TEST_F(InstallComponent, OfAnEqualOrOlderVersionIsRefused) {
     const std::string records = Installer::applicationRecords(version) + identity("Demo", version);
     expectRefused(install("Demo", version, putSigned(records)), EXIT_STATUS_NOT_NEWER,
                   std::string("Demo ") + version + kNotNewer);
+  }
+}
+
+TEST_F(InstallComponent, OfAnEqualOrOlderRuntimeIsRefused) {
+  for (const char* version : {"1407", "1300"}) {
+    SCOPED_TRACE(version);
+    const std::string records = Installer::runtimeRecords() + identity("Mac64JRE", version);
+    expectRefused(install("Mac64JRE", version, putSigned(records)), EXIT_STATUS_NOT_NEWER,
+                  std::string("Mac64JRE ") + version + kNotNewer);
   }
 }
 

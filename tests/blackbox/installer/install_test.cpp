@@ -79,6 +79,14 @@ TEST_F(Installation, OnAFreshAccountMakesAllVersionFoldersAndLaunches) {
   EXPECT_TRUE(fs::is_symlink(installer_.runtimeFolder() + ".plugin/Contents/Home"));
 }
 
+TEST_F(Installation, OfARuntimeWhoseVersionIsOneDigitInstallsTheCarriedOne) {
+  installer_.tail.jreVersion = "8";
+  const test::Result result = install();
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_TRUE(fs::exists(installer_.master("Quorvane-Mac64JRE-8-complete/bin/java")));
+  EXPECT_TRUE(installer_.launched());
+}
+
 TEST_F(Installation, LogsItsStepsInTheirOrder) {
   const test::Result result = install();
   EXPECT_TRUE(test::containsInOrder(

@@ -154,6 +154,8 @@ TEST_F(Online, VersionOfExactly50CharactersIsInstalled) {
 
 TEST_F(Online, VersionThatIsTooLongEndsTheRun) {
   site_.publishVersion(std::string(51, '1'));
+  // What is left of it when it is cut is not asked for.
+  site_.publishArchive(test::compressed(Installer::runtimeRecords()), std::string(50, '1'));
   serve();
   const test::Result result = install();
   expectNoRuntime(result);

@@ -228,6 +228,15 @@ TEST_F(StartUp, JreOverrideOfWhichNobodyKnowsWhatItSaysEndsWithStatus1AndALine) 
   EXPECT_TRUE(mentions(result, "[JREOverride] Unable to open the JRE name override "));
 }
 
+TEST_F(StartUp, JreOverrideThatCannotBeReadEndsWithStatus1AndALine) {
+  fs::create_directories(installer_.master("QVApps"));
+  // It can be opened, and its first byte cannot be read.
+  fs::create_symlink("/proc/self/mem", installer_.master("QVApps/JreNameOverride"));
+  const test::Result result = run();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(mentions(result, "[JREOverride] Unable to read the JRE name override "));
+}
+
 TEST_F(StartUp, WithoutAJreOverrideFileTheDefaultNameStays) {
   EXPECT_TRUE(logs(run(), "[JREOverride] No JRE name override, will continue to use Mac64JRE"));
 }
