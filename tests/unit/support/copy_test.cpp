@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -81,6 +83,19 @@ TEST(CopyFile, TruncatesALongerTarget) {
   test::writeFile(folder / "to", "something longer");
   test::capture([&] { copyFile((folder / "from").c_str(), (folder / "to").c_str()); });
   EXPECT_EQ("new", test::readFile(folder / "to"));
+}
+
+TEST(CopyFileWhole, ThatIsCutShortLeavesNothing) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "from", std::string(100000, 'x'));
+  const test::Result result = test::runInChild([&] {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{20000, 20000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    _exit(copyFileWhole((folder / "from").c_str(), (folder / "to").c_str(), 0644) ? 1 : 0);
+  });
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(std::vector<std::string>{"from"}, test::namesIn(folder.path()));
 }
 
 TEST(CopyFile, DoesNotCopyTheMode) {

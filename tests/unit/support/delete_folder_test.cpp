@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "support/files/file_operations.h"
+#include "support/files/folder_walk.h"
+#include "support/files/held_folder.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -137,4 +139,50 @@ TEST(DeleteFolder, ReachesTheBottomOfATreeThatIsDeeperThanOpenFilesAreAllowed) {
   });
   EXPECT_EQ(test::CODE_RETURNED, result.status);
   EXPECT_EQ((Lines{}), test::namesIn(folder.path()));
+}
+
+TEST(RemoveTree, LeavesAnEmptyFolderThatStandsWhereItsOwnWasMovedAway) {
+  const test::TempFolder folder;
+  fs::create_directory(folder / "own");
+  test::writeFile(folder / "own/file", "");
+  const Descriptor own = openFolderItself((folder / "own").c_str());
+  fs::rename(folder / "own", folder / "moved");
+  fs::create_directory(folder / "own");
+  test::capture([&] { EXPECT_FALSE(removeTree(own, (folder / "own").c_str())); });
+  EXPECT_TRUE(fs::exists(folder / "own"));
+  EXPECT_TRUE(fs::is_empty(folder / "moved"));
+}
+
+TEST(RemoveTree, RemovesAnEmptyFolderThatMayNotBeRead) {
+  const test::TempFolder folder;
+  fs::permissions(folder.path(), fs::perms::all);
+  fs::create_directory(folder / "unreadable");
+  fs::permissions(folder / "unreadable", fs::perms::none);
+  const test::Result result = test::runInChild([&] {
+    // Who is not the superuser need not become anybody else.
+    const bool isReady =
+        chdir(folder.path().c_str()) == 0 && (geteuid() != 0 || seteuid(65534) == 0);
+    _exit(isReady && removeTree("unreadable") ? 0 : 1);
+  });
+  EXPECT_EQ(0, result.status) << result.out;
+  EXPECT_FALSE(fs::exists(folder / "unreadable"));
+}
+
+TEST(HeldFolder, IsNotComeBackToFromAFolderThatWasMovedElsewhere) {
+  const test::TempFolder folder;
+  fs::create_directories(folder / "above/below");
+  fs::create_directory(folder / "elsewhere");
+  HeldFolder above;
+  ASSERT_TRUE(hold(openFolderItself((folder / "above").c_str()), &above));
+  const Descriptor below = openFolderItself((folder / "above/below").c_str());
+  letGo(&above, below);
+  EXPECT_TRUE(comeBack(&above, below));
+  letGo(&above, below);
+  fs::rename(folder / "above/below", folder / "elsewhere/below");
+  EXPECT_FALSE(comeBack(&above, below));
+}
+
+TEST(ListNames, OfAFolderThatIsNotOpenSaysSo) {
+  std::vector<std::string> names;
+  EXPECT_FALSE(listNames(nullptr, &names));
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 
@@ -31,6 +32,7 @@ TEST_F(ExecutableQuestion, IsAnsweredForAnExecutableAndForALinkToIt) {
   fs::create_symlink(executable, folder_ / "link");
   for (const std::string& path : {executable, std::string(folder_ / "link")}) {
     EXPECT_TRUE(isExecutable(path.c_str())) << path;
+    errno = EACCES;  // of an earlier call
     EXPECT_FALSE(isKnownNotExecutable(path.c_str())) << path;
   }
 }
@@ -80,4 +82,15 @@ TEST(PathQuestion, StaysOpenWhereTheSystemCannotTell) {
   EXPECT_FALSE(isKnownMissing(path.c_str()));
   EXPECT_FALSE(leadsNowhere(path.c_str()));
   EXPECT_FALSE(removeTree(path.c_str()));
+}
+
+TEST(Content, IsLackedByWhatIsMissingEmptyOrNoFile) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "empty", "");
+  test::writeFile(folder / "full", "x");
+  fs::create_directory(folder / "folder");
+  for (const char* name : {"missing", "empty", "folder"}) {
+    EXPECT_TRUE(lacksContent((folder / name).c_str())) << name;
+  }
+  EXPECT_FALSE(lacksContent((folder / "full").c_str()));
 }

@@ -293,6 +293,15 @@ TEST_F(SetupFileLogging, OpensThePermissionsOfTheFoldersThatItCreates) {
   EXPECT_EQ(0777u, test::modeOf(folder_ / "base/logs"));
 }
 
+TEST_F(SetupFileLogging, GivesTheFileThePermissionsThatTheMaskLeaves) {
+  const mode_t mask = umask(0002);
+  setUp(folder_ / "base");
+  umask(mask);
+  const Lines names = test::namesIn(folder_ / "base/logs");
+  ASSERT_EQ(1u, names.size());
+  EXPECT_EQ(0664u, test::modeOf(folder_ / ("base/logs/" + names[0])));
+}
+
 TEST_F(SetupFileLogging, NamesMillisecond0WhenTheClockCannotBeRead) {
   test::FakeClock clock(kMoment);
   clock.fail();

@@ -182,3 +182,18 @@ INSTANTIATE_TEST_SUITE_P(
                     NameCase{"LeadingHyphen", "-R"}, NameCase{"Percent", "%s%n"},
                     NameCase{"Utf8", "\xC3\xA4\xE6\x97\xA5"}, NameCase{"InvalidUtf8", "\xFF"}),
     [](const auto& info) { return info.param.label; });
+
+TEST(SetModeWithoutLink, ReachesAFileThatMayNotBeRead) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "file", "", 0600);
+  const bool isSuperuser = geteuid() == 0;
+  ASSERT_TRUE(!isSuperuser || chown((folder / "file").c_str(), 65534, 65534) == 0);
+  ASSERT_EQ(0, chmod((folder / "file").c_str(), 0));
+  const test::Result result = test::runInChild([&] {
+    const bool isReady = chdir(folder.path().c_str()) == 0 && chmod(".", 0755) == 0 &&
+                         (!isSuperuser || seteuid(65534) == 0);
+    _exit(isReady && setModeWithoutLink("file", 0640) == 0 ? 0 : 1);
+  });
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(0640u, test::modeOf(folder / "file"));
+}

@@ -79,6 +79,13 @@ TEST_F(RedrawerTest, TheViewIsMarkedAgainAndAgainOnTheMainThreadOnly) {
   EXPECT_EQ(view_->elsewhere, 0);
 }
 
+TEST_F(RedrawerTest, TheViewIsMarkedNoMoreThanAboutThirtyTimesASecond) {
+  NSDate* begin = [NSDate date];
+  [thread_ start];
+  runMainLoop(0.5);
+  EXPECT_LE(view_->onMain, -[begin timeIntervalSinceNow] / 0.03 + 1);
+}
+
 TEST_F(RedrawerTest, WhileTheMainThreadIsBusyNoMoreThanOneMarkWaits) {
   [thread_ start];
   [NSThread sleepForTimeInterval:0.6];
