@@ -26,20 +26,16 @@ SOURCE = WORK / "source"
 BUILD = WORK / "build"
 FILES = BUILD / "test-files"
 FOLDERS = ("archive", "crypto", "extractor", "support")
-# So long are cases started for one mutant: its own folder's, and then the others.
-SECONDS_OF_MUTANT = 20
 
 
 @dataclass(frozen=True)
 class Suite:
-    """A test executable and which of its cases run. A test that makes files for the product is not changed itself; a
-    late one runs only for what has survived the others."""
+    """A test executable and which of its cases run. A test that makes files for the product is not changed itself."""
 
     name: str
     own: str = ""
     filter: str = "*"
     is_spared: bool = False
-    is_late: bool = False
     environment: str = ""
 
 
@@ -56,12 +52,9 @@ SUITES = (
     Suite("text_encoding_test", "support", environment="GNUSTEP_STRING_ENCODING=NSMacOSRomanStringEncoding"),
     Suite("splash_test", "support", is_spared=True),
     Suite("application_launch_test", "support", is_spared=True),
-    Suite("launch_test", is_late=True),
     Suite("installer_test", "extractor", "*-*Minute*", is_spared=True),
     Suite("hostile_installer_test", "extractor", "*-*AnyMoment*:*FullDisk*:*Eight*:*RunningApplication*", is_spared=True),
     Suite("alert_test", is_spared=True),
-    Suite("broken_pipe_test", is_spared=True, is_late=True),
-    Suite("quit_test", is_spared=True, is_late=True),
 )
 
 
@@ -226,8 +219,8 @@ def weave_all(picked):
     return numbers
 
 
-def build(suites, jobs):
-    command = ["cmake", "--build", BUILD, f"-j{jobs}", "--target", *(suite.name for suite in suites)]
+def build(jobs):
+    command = ["cmake", "--build", BUILD, f"-j{jobs}", "--target", *(suite.name for suite in SUITES)]
     if run(command, WORK / "build.log") != 0:
         sys.exit(f"mutate: the woven product did not build; see {WORK}/build.log")
 
@@ -285,7 +278,7 @@ def in_threads(confinements, work):
         thread.join()
 
 
-def recorded(picked, suites, confinements, is_continued):
+def recorded(picked, confinements, is_continued):
     """Every case that passes without a change, with how long it takes and which mutants it reaches. A run that is
     continued looks only at those that there were not, or that failed."""
     keys = [list(mutant.key()) for mutant in picked.values()]
@@ -295,9 +288,9 @@ def recorded(picked, suites, confinements, is_continued):
         earlier = json.loads(path.read_text())
         if earlier["mutants"] != keys:
             sys.exit("mutate: the run to be continued was one of other mutants")
-        usable = [{**case, "reached": set(case["reached"])} for case in earlier["cases"]]
+        usable = [{**case, "reached": set(case["reached"]), "is_new": False} for case in earlier["cases"]]
     known = {(case["executable"], case["name"]) for case in usable}
-    cases = [case for suite in suites for case in cases_of(suite)]
+    cases = [case for suite in SUITES for case in cases_of(suite)]
     usable += record([case for case in cases if (case["executable"], case["name"]) not in known], confinements)
     print(f"mutate: {len(usable)} of {len(cases)} cases take {sum(case['seconds'] for case in usable):.0f} s", flush=True)
     saved = [{**case, "reached": sorted(case["reached"])} for case in usable]
@@ -320,7 +313,7 @@ def record(cases, confinements):
                 return
             for case, result in zip(some, confinement.results(0, some)):
                 if result["status"] == 0:
-                    usable.append({**case, "seconds": result["seconds"], "reached": set(result["reached"])})
+                    usable.append({**case, "seconds": result["seconds"], "reached": set(result["reached"]), "is_new": True})
                 else:
                     print(f"mutate: fails without a change, is not used: {case['name']}", flush=True)
                     (WORK / "failed.log").open("a").write(f"{case['name']}\n{result['said']}\n")
@@ -329,19 +322,21 @@ def record(cases, confinements):
     return usable
 
 
-def worth_trying(number, mutant, usable, kills):
-    """The cases that reach the mutant: what killed its neighbours, then its folder's own, the short ones first."""
+def worth_trying(number, mutant, usable, kills, is_again):
+    """The cases that reach the mutant: what killed its neighbours, then its folder's own, the short ones first that
+    reach little else; for a survivor those first that were not there when it was tried."""
     folder = mutant.file.split("/")[0]
 
     def rank(case):
-        return (-kills[(mutant.file, case["name"])], case["own"] != folder, case["seconds"] * len(case["reached"]))
+        others = not case["is_new"] if is_again else case["own"] != folder
+        return (-kills[(mutant.file, case["name"])], others, case["seconds"] * len(case["reached"]))
 
     for case in sorted((case for case in usable if number in case["reached"]), key=rank):
         yield {name: case[name] for name in ("executable", "spared", "name", "seconds", "environment")}
 
 
-def fate(confinement, number, mutant, usable, kills, seconds):
-    cases = list(worth_trying(number, mutant, usable, kills))
+def fate(confinement, number, mutant, usable, kills, seconds, is_again):
+    cases = list(worth_trying(number, mutant, usable, kills, is_again))
     if not cases:
         return "survived unreached"
     for result in confinement.results(number, cases, seconds):
@@ -357,7 +352,7 @@ def judged_before(table):
     return {(place.rsplit(":", 1)[0], before, after): what for place, _, what, before, after in rows}
 
 
-def judge(picked, numbers, confinements, usable, seconds, earlier):
+def judge(picked, numbers, confinements, usable, seconds, earlier, is_again):
     """The fate of every mutant, printed and written as it becomes known, where it is not known already."""
     listed = listed_survivors()
     waiting = queue.Queue()
@@ -379,7 +374,7 @@ def judge(picked, numbers, confinements, usable, seconds, earlier):
                 number = waiting.get_nowait()
             except queue.Empty:
                 return
-            report(picked[number], fate(confinement, number, picked[number], usable, kills, seconds))
+            report(picked[number], fate(confinement, number, picked[number], usable, kills, seconds, is_again))
 
     for number, mutant in picked.items():
         if number not in numbers:
@@ -396,6 +391,7 @@ def arguments():
     parser = argparse.ArgumentParser(prog="scripts/mutate")
     parser.add_argument("--count", type=int, default=400)
     parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--seconds", type=int, default=20)
     parser.add_argument("--only", action="append", metavar="FILE")
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--again", action="store_true")
@@ -432,16 +428,16 @@ def main():
     configure()
     numbers = weave_all(picked)
     print(f"mutate: {len(numbers)} of {len(picked)} mutants can be switched on", flush=True)
-    suites = [suite for suite in SUITES if asked.again or not suite.is_late]
-    build(suites, asked.jobs)
+    build(asked.jobs)
     confinements = [Confinement(number) for number in range(asked.jobs)]
 
     is_continued = asked.again or asked.resume
-    usable = recorded(picked, suites, confinements, is_continued)
+    usable = recorded(picked, confinements, is_continued)
     earlier = judged_before(WORK / "mutants.tsv") if is_continued else {}
     if asked.again:
-        earlier = {key: what for key, what in earlier.items() if what not in ("survived", "survived unreached")}
-    counts = judge(picked, numbers, confinements, usable, 3600 if asked.again else SECONDS_OF_MUTANT, earlier)
+        listed = listed_survivors()
+        earlier = {key: what for key, what in earlier.items() if not what.startswith("survived") or key in listed}
+    counts = judge(picked, numbers, confinements, usable, asked.seconds, earlier, asked.again)
     summary(counts)
     return 1 if any(fate in ("survived", "survived unreached") for _, _, fate in counts) else 0
 
