@@ -65,6 +65,16 @@ TEST_F(Properties, ThatDoNotFitTheirBufferEndTheRun) {
   EXPECT_FALSE(installer_.launched());
 }
 
+TEST_F(Properties, ThatLeaveNoRoomForTheInstallersOwnEndTheRun) {
+  installer_.properties = {{"a", std::string(199500, 'v')}};
+  installer_.tail.silentParameter = std::string(1000, 's');
+  const test::Result result = run();
+  EXPECT_EQ(1, result.status);
+  EXPECT_TRUE(
+      mentions(result, "The launch properties do not fit their 200000 bytes: silent_parameter\n"));
+  EXPECT_FALSE(installer_.launched());
+}
+
 TEST_F(Properties, CountBeyondTheFileEndsWithTheFile) {
   installer_.properties = {{"only", "one"}};
   installer_.paramsCount = "2147483647";

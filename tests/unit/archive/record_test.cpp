@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -40,6 +41,13 @@ TEST_F(Record, PlainFileIsWrittenWithItsIntermediateFolders) {
                         "\t[ExtractArchiveFile] Extracting to " + inDest("a/b/c.txt"),
                         "[ChMod] Executing chmod -R 755 \"" + inDest("a/b/c.txt") + "\""};
   EXPECT_EQ(wanted, result.lines);
+}
+
+TEST_F(Record, PlainFileGetsItsModeWhateverTheMask) {
+  const mode_t mask = umask(0077);
+  readRecord(fileRecord("a", "hello"));
+  umask(mask);
+  EXPECT_EQ(0755u, test::modeOf(inDest("a")));
 }
 
 TEST_F(Record, ExistingFolderIsUsedAsItIs) {

@@ -3,6 +3,9 @@
 #include <filesystem>
 
 #include "archive/archive.h"
+#include "support/failure/failure.h"
+#include "tests/support/own_root.h"
+#include "tests/support/unavailable.h"
 #include "tests/unit/archive/archive_fixture.h"
 #include "tests/unit/archive/signed_archive.h"
 
@@ -79,4 +82,20 @@ TEST_F(WholeArchive, IsTrustedAsItsOwnExtractionSaysWhateverOneBeforeItSaid) {
   std::filesystem::create_directory(dest());
   extract(fileRecord("a", "1"));
   EXPECT_EQ("1", test::readFile(inDest("a")));
+}
+
+TEST_F(WholeArchive, ThatIsRejectedButCannotBeRemovedFromAFullDiskIsAFailureOfTheDisk) {
+  if (!test::mayMount()) {
+    return test::unavailable("this account may not mount anything");
+  }
+  constexpr int kFullDisk = 7;
+  test::writeFile(archivePath(), fileRecord("a", "x"));
+  const test::Result result = test::runInChild([&] {
+    test::mountSmallDisk(dest(), "32k");  // nobody removes where a disk is mounted
+    setEndOfFailures([](int status, Failure failure) {
+      return failure == Failure::DiskFull ? kFullDisk : status;
+    });
+    extractArchive(nullptr, archivePath().c_str(), dest().c_str(), {nullptr, true});
+  });
+  EXPECT_EQ(kFullDisk, result.status) << result.out;
 }

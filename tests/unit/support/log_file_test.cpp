@@ -111,6 +111,9 @@ TEST(EarlyLines, AreTheFirstInTheFile) {
   EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
     return line == std::string("[Launcher] Logging to ") + loggedFilePath();
   }));
+  EXPECT_TRUE(std::none_of(lines.begin(), lines.end(), [](const std::string& line) {
+    return line.find("did not fit") != std::string::npos;
+  }));
 }
 
 TEST(EarlyLines, AreNotKeptUnlessThatIsAskedFor) {
