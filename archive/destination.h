@@ -7,7 +7,7 @@
 // whole archive, and every folder on the way relative to the one before it, never through a
 // symbolic link: one that is there, or is put there meanwhile, leads nowhere. The entry is refused
 // then and the process ends with status 1. `path` is an entry's path that has passed
-// faultOfEntryPath().
+// entryPathError().
 
 struct Destination {
   const char* path;   // for the log, and for the tools, which are given paths

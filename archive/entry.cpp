@@ -41,7 +41,7 @@ bool readEntryHead(FILE* stream, const char* destDir, Entry* entry) {
   entry->path.reset(readString(stream, "Archive File Path", DEFAULT_FIELD_LIMIT));
   toNativePath(entry->path.get());
   logMessage("[ExtractArchiveFile] Extracting %s (::%ld)\n", entry->path.get(), entry->type);
-  if (const char* fault = faultOfEntryPath(entry->path.get())) {
+  if (const char* fault = entryPathError(entry->path.get())) {
     refuseEntry(entry->path.get(), fault);
   }
   formTargets(destDir, entry);

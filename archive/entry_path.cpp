@@ -9,7 +9,7 @@ static bool isParent(const char* component) {
   return component[0] == '.' && component[1] == '.' && (component[2] == '/' || component[2] == 0);
 }
 
-const char* faultOfEntryPath(const char* path) {
+const char* entryPathError(const char* path) {
   if (isAbsolutePath(path)) {
     return "path is absolute";
   }

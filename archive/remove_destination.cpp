@@ -8,7 +8,7 @@
 
 void removeDestination(const Destination& destination) {
   const bool isGone = destination.folder.isOpen() ? removeTree(destination.folder, destination.path)
-                                                  : isKnownMissing(destination.path);
+                                                  : isDefinitelyMissing(destination.path);
   if (!isGone) {
     logMessage("[ExtractArchive] *************************** Unable to remove folder %s\n",
                destination.path);

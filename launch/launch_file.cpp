@@ -116,8 +116,8 @@ static bool readWhatALaunchNeeds(FILE* file, std::string* mainClass) {
 
 const char* flawOfLaunchFile(const char* path) {
   if (lacksContent(path)) {
-    return leadsNowhere(path) ? "its launch file is missing"
-                              : "its launch file is empty or no file";
+    return isMissingOrBrokenLink(path) ? "its launch file is missing"
+                                       : "its launch file is empty or no file";
   }
   const Stream file(fopen(path, "rb"));
   if (file == nullptr) {

@@ -15,8 +15,8 @@
 
 // A runtime's bundle has the Java home in it, its plain folder is one.
 static const char* flawOfRuntimeFolder(const std::string& folder) {
-  const bool hasNoJava = isKnownMissing(childPath(folder, "bin/java").c_str()) &&
-                         isKnownMissing(childPath(folder, "Contents/Home/bin/java").c_str());
+  const bool hasNoJava = isDefinitelyMissing(childPath(folder, "bin/java").c_str()) &&
+                         isDefinitelyMissing(childPath(folder, "Contents/Home/bin/java").c_str());
   return hasNoJava ? "its java is missing" : damageOfRuntime(folder.c_str());
 }
 

@@ -57,7 +57,7 @@ static std::string homeOfWaitingBundleIn(const std::string& temp) {
 static void addMissingHome(const std::vector<std::string>& paths, const std::string& home,
                            std::vector<Move>* moves) {
   for (const std::string& path : paths) {
-    if (isKnownMissing(home.c_str()) && isAbandonedTemp(path) &&
+    if (isDefinitelyMissing(home.c_str()) && isAbandonedTemp(path) &&
         homeOfWaitingBundleIn(path) == home) {
       moves->push_back({path, home});
     }
@@ -67,7 +67,7 @@ static void addMissingHome(const std::vector<std::string>& paths, const std::str
 static void addWaitingBundle(const std::string& home, std::vector<Move>* moves) {
   const std::string waiting = childPath(home, WAITING_BUNDLE);
   const std::string bundle = home + ".plugin";
-  if (isFolder(waiting.c_str()) && isKnownMissing(bundle.c_str())) {
+  if (isFolder(waiting.c_str()) && isDefinitelyMissing(bundle.c_str())) {
     moves->push_back({waiting, bundle});
   }
 }

@@ -43,7 +43,7 @@ static FILE* openParamsFile(const ExtractorRun& run) {
   char path[PATH_BUFFER_SIZE];
   setFirstParamsPath(path, run.executableDir);
   if (!doesFileExist(path)) {
-    if (!leadsNowhere(path)) {
+    if (!isMissingOrBrokenLink(path)) {
       logMessage("[Extractor] Unable to open params file %s, looking at its other place\n", path);
     }
     setSecondParamsPath(path, run.executableDir);

@@ -56,7 +56,7 @@ static bool isShared(const char* folder) {
 static bool willHoldJvmLibrary(const char* home) {
   char inner[PATH_BUFFER_SIZE];
   setPath(inner, home, "Contents", "Home");
-  return holdsJvmLibrary(isThere(inner) ? inner : home);
+  return holdsJvmLibrary(exists(inner) ? inner : home);
 }
 
 bool isAdoptableHome(const char* home) {

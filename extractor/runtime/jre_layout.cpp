@@ -125,7 +125,7 @@ void initOSXJRE(const char* bundlePath) {
 // The home gives way to the link only where nothing is left in it.
 static bool isLaidOut(const std::string& bundle, const Layout& at) {
   return isLink(at.home.c_str()) &&
-         (!isFolder(childPath(bundle, "Contents/MacOS").c_str()) || isThere(at.executable.c_str()));
+         (!isFolder(childPath(bundle, "Contents/MacOS").c_str()) || exists(at.executable.c_str()));
 }
 
 bool layOutAside(const char* bundle, const char* home, const char* bundlePath) {

@@ -70,7 +70,7 @@ static std::vector<std::string> copiesOfJavaIn(const std::string& home) {
 // A runtime that was adopted from the system is often a plain Java home, without Contents/Home. It
 // becomes the plain folder as it is, beside a bundle that holds nothing but a link to it.
 static bool isPlainHome(const char* folder) {
-  return !isThere(childPath(folder, "Contents/Home").c_str()) &&
+  return !exists(childPath(folder, "Contents/Home").c_str()) &&
          leadsToFolder(childPath(folder, "bin").c_str());
 }
 
@@ -97,7 +97,7 @@ static bool prepare(const Publication& publication) {
 static void publishBundle(const Publication& publication) {
   const std::string waiting = childPath(publication.plainFolder, WAITING_BUNDLE);
   const char* bundlePath = publication.bundlePath.c_str();
-  if (isThere(bundlePath)) {
+  if (exists(bundlePath)) {
     moveIntoPlace(publication.run.masterFolder, kRuntime, waiting.c_str(), bundlePath,
                   placesOfLayout(), ByCopy::Never);
   } else if (!renameFolder(waiting.c_str(), bundlePath)) {
@@ -125,7 +125,7 @@ void publishRuntime(ExtractorRun& run) {
   const bool isHome = isPlainHome(run.jreTemp);
   const Publication publication{run, isHome ? run.jreTemp : other, isHome ? other : run.jreTemp,
                                 run.jreFolder, std::string(run.jreFolder) + ".plugin"};
-  const bool isNew = isKnownMissing(run.jreFolder);
+  const bool isNew = isDefinitelyMissing(run.jreFolder);
   if (createTempFolder(run.masterFolder, other) != 0) {
     giveUp(publication);
   }

@@ -24,7 +24,7 @@ void nameTempFolder(const char* masterFolder, char* dst) {
   constexpr int kTries = 20;
   constexpr useconds_t kPauseMicroseconds = 100000;
   makeAppTempFolder(dst, masterFolder);
-  for (int i = 0; i < kTries && isThere(dst); ++i) {
+  for (int i = 0; i < kTries && exists(dst); ++i) {
     usleep(kPauseMicroseconds);
     makeAppTempFolder(dst, masterFolder);
   }
@@ -85,7 +85,7 @@ static void noteFailureOfPlacing(Placing* placing) {
 
 static bool moveOrCopy(const char* from, const char* target) {
   doRename(from, target);
-  return isKnownMissing(from) || completeCopy(from, target);
+  return isDefinitelyMissing(from) || completeCopy(from, target);
 }
 
 // Moves `from` to the target, where nothing stands. Returns whether all of it arrived; otherwise
@@ -182,7 +182,7 @@ static Outcome replaceFolder(Placing* placing) {
 static Outcome place(Placing* placing) {
   // Where the system cannot tell what stands there, it is replaced, which needs no look: what is
   // moved to a place taken for free would be copied into an installed version.
-  if (!isKnownMissing(placing->target)) {
+  if (!isDefinitelyMissing(placing->target)) {
     return replaceFolder(placing);
   }
   return moveToFreePlace(placing, placing->temp) ? Outcome::Replaced : Outcome::Kept;
@@ -196,7 +196,7 @@ void requireTempFolder(const char* component, const char* temp) {
 
 // What is no folder cannot be a version folder; a copy would follow a link that stands there.
 void removeObstacle(const char* masterFolder, const char* component, const char* target) {
-  if (!isThere(target) || isFolder(target)) {
+  if (!exists(target) || isFolder(target)) {
     return;
   }
   logMessage("[Extractor] Removing %s, which is no folder\n", target);

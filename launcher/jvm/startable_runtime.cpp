@@ -26,8 +26,9 @@ static bool lacksModules(const std::string& home) {
   if (!lacksContent(modules.c_str())) {
     return false;
   }
-  return !leadsNowhere(modules.c_str()) || (isThere(childPath(home, "lib/jrt-fs.jar").c_str()) &&
-                                            leadsNowhere(childPath(home, "modules").c_str()));
+  return !isMissingOrBrokenLink(modules.c_str()) ||
+         (exists(childPath(home, "lib/jrt-fs.jar").c_str()) &&
+          isMissingOrBrokenLink(childPath(home, "modules").c_str()));
 }
 
 // The marker lies in the master folder, which the runtime's folder is in.
@@ -39,7 +40,7 @@ static bool failedToStart(const std::string& jreFolder) {
     return false;
   }
   const std::string marker = "QVApps/updates/skipped-" + jreFolder.substr(name, end - name);
-  return isThere(childPath(jreFolder.substr(0, slash), marker).c_str());
+  return exists(childPath(jreFolder.substr(0, slash), marker).c_str());
 }
 
 static const char* damageInProcess(const char* jreFolder) {
@@ -84,9 +85,9 @@ static bool mayHoldLibraryBelow(const std::string& folder, int levels) {
 // What a runtime has that has a JVM library: without these, bin/java may be a program of another
 // kind, as a script that starts the Java of another place.
 static bool hadLibrary(const std::string& home) {
-  return isThere(childPath(home, "lib/jvm.cfg").c_str()) ||
-         isThere(childPath(home, "lib/server").c_str()) ||
-         isThere(childPath(home, "release").c_str());
+  return exists(childPath(home, "lib/jvm.cfg").c_str()) ||
+         exists(childPath(home, "lib/server").c_str()) ||
+         exists(childPath(home, "release").c_str());
 }
 
 // A java looks for its library in lib/VARIANT and, earlier, lib/ARCHITECTURE/VARIANT, of its home

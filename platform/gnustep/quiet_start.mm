@@ -7,7 +7,7 @@
 #import <Foundation/Foundation.h>
 
 // What the toolkit's libraries read while the application object is created, and nobody needs.
-static const char* const kPassingVariables[][2] = {
+static const char* const kTemporaryEnvironment[][2] = {
     // ImageMagick would list and open its coder modules. The toolkit reads PNG, JPEG, GIF and TIFF
     // by itself.
     {"MAGICK_CODER_MODULE_PATH", "/nonexistent"},
@@ -43,7 +43,7 @@ static void registerDefaults() {
 void beginQuietStart() {
   registerDefaults();
   for (int i = 0; i < kPassingCount; ++i) {
-    const char* const* variable = kPassingVariables[i];
+    const char* const* variable = kTemporaryEnvironment[i];
     passingIsOurs[i] = getenv(variable[0]) == NULL && setenv(variable[0], variable[1], 1) == 0;
   }
   for (int i = 0; i < 2; ++i) {
@@ -57,7 +57,7 @@ void endQuietStart() {
   }
   for (int i = 0; i < kPassingCount; ++i) {
     if (passingIsOurs[i]) {
-      unsetenv(kPassingVariables[i][0]);  // child processes get the environment as it was
+      unsetenv(kTemporaryEnvironment[i][0]);  // child processes get the environment as it was
     }
   }
 }

@@ -23,7 +23,7 @@ bool removeTree(const Descriptor& folder, const char* path) {
   if (isStillAt(folder, path)) {
     rmdir(path);
   }
-  return isKnownMissing(path);
+  return isDefinitelyMissing(path);
 }
 
 bool removeTree(const char* path) {
@@ -34,5 +34,5 @@ bool removeTree(const char* path) {
   if (isFolder(path)) {
     rmdir(path);  // one that may not be read may be empty
   }
-  return isKnownMissing(path);
+  return isDefinitelyMissing(path);
 }

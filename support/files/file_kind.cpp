@@ -16,7 +16,7 @@ static mode_t kindBehindLinks(const char* path) {
   return stat(path, &status) == 0 ? status.st_mode & S_IFMT : 0;
 }
 
-bool isThere(const char* path) {
+bool exists(const char* path) {
   return kindOf(path) != 0;
 }
 
@@ -25,19 +25,19 @@ static bool saysMissing(int error) {
   return error == ENOENT || error == ENOTDIR;
 }
 
-bool isKnownMissing(const char* path) {
+bool isDefinitelyMissing(const char* path) {
   struct stat status {};
   return lstat(path, &status) != 0 && saysMissing(errno);
 }
 
 // The same for a look that follows links.
-static bool saysLeadsNowhere(int error) {
+static bool saysMissingOrBroken(int error) {
   return saysMissing(error) || error == ELOOP;
 }
 
-bool leadsNowhere(const char* path) {
+bool isMissingOrBrokenLink(const char* path) {
   struct stat status {};
-  return stat(path, &status) != 0 && saysLeadsNowhere(errno);
+  return stat(path, &status) != 0 && saysMissingOrBroken(errno);
 }
 
 bool isLink(const char* path) {
@@ -59,7 +59,7 @@ bool isPlainFile(const char* path) {
 bool lacksContent(const char* path) {
   struct stat status {};
   if (stat(path, &status) != 0) {
-    return saysLeadsNowhere(errno);
+    return saysMissingOrBroken(errno);
   }
   return !S_ISREG(status.st_mode) || status.st_size == 0;
 }
@@ -71,7 +71,7 @@ bool isExecutable(const char* path) {
 bool isKnownNotExecutable(const char* path) {
   struct stat status {};
   if (stat(path, &status) != 0) {
-    return saysLeadsNowhere(errno);
+    return saysMissingOrBroken(errno);
   }
   return !S_ISREG(status.st_mode) || (access(path, X_OK) != 0 && errno == EACCES);
 }

@@ -5,14 +5,14 @@
 // except where a function says so. Any thread.
 
 // Returns whether anything stands at `path`; a link counts whatever it leads to.
-[[nodiscard]] bool isThere(const char* path);
+[[nodiscard]] bool exists(const char* path);
 
 // Returns whether nothing stands at `path`, for sure. Where the system cannot tell, as after a read
-// error, both this and isThere() are false.
-[[nodiscard]] bool isKnownMissing(const char* path);
+// error, both this and exists() are false.
+[[nodiscard]] bool isDefinitelyMissing(const char* path);
 
 // Returns whether nothing stands at `path` or where a link there leads to, for sure.
-[[nodiscard]] bool leadsNowhere(const char* path);
+[[nodiscard]] bool isMissingOrBrokenLink(const char* path);
 
 // Returns whether `path` is a link.
 [[nodiscard]] bool isLink(const char* path);

@@ -95,7 +95,7 @@ class RecordReader {
       fail(offset, "an entry's type is '" + type + "', expected 0, 1 or 2");
     }
     entry.path = readField("an entry's path");
-    if (const char* fault = faultOfEntryPath(entry.path.c_str())) {
+    if (const char* fault = entryPathError(entry.path.c_str())) {
       fail(offset, "the entry '" + entry.path + "' is refused, " + fault);
     }
     if (entry.kind != EntryKind::folder) {

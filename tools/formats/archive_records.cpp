@@ -23,7 +23,7 @@ static const char* typeOf(EntryKind kind) {
 }
 
 static std::string typeAndPath(EntryKind kind, const std::string& path) {
-  if (const char* fault = faultOfEntryPath(path.c_str())) {
+  if (const char* fault = entryPathError(path.c_str())) {
     throw InputError("the entry " + path + " would not be extracted: " + fault);
   }
   std::string record;

@@ -61,7 +61,7 @@ std::string InstallerStream::next(const std::string& out) {
     throw InputError(path_ + ": a record's type is '" + type + "'; expected 0, a plain file");
   }
   const std::string name = readField("a record's name");
-  if (const char* fault = faultOfEntryPath(name.c_str())) {
+  if (const char* fault = entryPathError(name.c_str())) {
     throw InputError(path_ + ": the record '" + name + "' would not be extracted: " + fault);
   }
   const auto bytes = std::make_unique<char[]>(kStreamChunk);

@@ -77,8 +77,8 @@ std::vector<std::string> modulesOf(const Jdk& jdk, const std::vector<std::string
     throw InputError("jdeps finds no modules for " + joined(jars, " ") +
                      "; list them as 'modules' in [runtime]");
   }
-  const bool isThere = std::count(modules.begin(), modules.end(), kEllipticCurves) > 0;
-  if (!isThere && jdk.hasModule(kEllipticCurves)) {
+  const bool isListed = std::count(modules.begin(), modules.end(), kEllipticCurves) > 0;
+  if (!isListed && jdk.hasModule(kEllipticCurves)) {
     modules.emplace_back(kEllipticCurves);
   }
   return modules;

@@ -51,13 +51,13 @@ static const size_t kShownLines = 12;
 // application's own name may end like an installer's. Empty when there is none.
 static std::string offlineInstallerAmong(const std::vector<std::string>& names) {
   const std::string onlineEnd = " Online Installer.app";
-  const auto isThere = [&](const std::string& name) {
+  const auto exists = [&](const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
   };
   for (const std::string& name : names) {
     if (endsWith(name, onlineEnd)) {
       const std::string application = name.substr(0, name.size() - onlineEnd.size());
-      if (isThere(application + ".app") && isThere(application + " Installer.app")) {
+      if (exists(application + ".app") && exists(application + " Installer.app")) {
         return application + " Installer.app";
       }
     }

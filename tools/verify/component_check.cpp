@@ -134,10 +134,11 @@ void ComponentCheck::checkLaunchFile() {
     }
     for (const std::string& entry : launch.classPath) {
       const std::string inside = entry + "/";
-      const bool isThere = holds(entry) || std::any_of(files_.begin(), files_.end(), [&](auto& f) {
-                             return f.first.compare(0, inside.size(), inside) == 0;
-                           });
-      if (!isThere) {
+      const bool isPresent =
+          holds(entry) || std::any_of(files_.begin(), files_.end(), [&](auto& f) {
+            return f.first.compare(0, inside.size(), inside) == 0;
+          });
+      if (!isPresent) {
         problem("its launch file has " + entry + " in the class path, which it does not hold");
       }
     }

@@ -50,7 +50,7 @@ TEST_F(EscapingPath, WithAParentComponentAnywhereIsRefused) {
 
 TEST_F(EscapingPath, WithDotsThatAreNoParentComponentIsNot) {
   for (const char* path : {"...", "..a", "a..", "a/..b/c", ".", "./a", "a//b", "a/"}) {
-    EXPECT_EQ(nullptr, faultOfEntryPath(path)) << path;
+    EXPECT_EQ(nullptr, entryPathError(path)) << path;
   }
   extract(fileRecord("./a//..b/.c", "x"));
   EXPECT_EQ("x", test::readFile(inDest("a/..b/.c")));

@@ -68,19 +68,19 @@ TEST(PathQuestion, TellsALinkFromWhereItLeads) {
     EXPECT_FALSE(isLink(path(name).c_str())) << name;
   }
   for (const char* name : {"missing", "dangling", "circle", "file/below"}) {
-    EXPECT_TRUE(leadsNowhere(path(name).c_str())) << name;
+    EXPECT_TRUE(isMissingOrBrokenLink(path(name).c_str())) << name;
   }
   for (const char* name : {"file", "link", "."}) {
-    EXPECT_FALSE(leadsNowhere(path(name).c_str())) << name;
+    EXPECT_FALSE(isMissingOrBrokenLink(path(name).c_str())) << name;
   }
 }
 
 TEST(PathQuestion, StaysOpenWhereTheSystemCannotTell) {
   const test::TempFolder folder;
   const std::string path = folder / std::string(300, 'n');  // longer than a name may be
-  EXPECT_FALSE(isThere(path.c_str()));
-  EXPECT_FALSE(isKnownMissing(path.c_str()));
-  EXPECT_FALSE(leadsNowhere(path.c_str()));
+  EXPECT_FALSE(exists(path.c_str()));
+  EXPECT_FALSE(isDefinitelyMissing(path.c_str()));
+  EXPECT_FALSE(isMissingOrBrokenLink(path.c_str()));
   EXPECT_FALSE(removeTree(path.c_str()));
 }
 
