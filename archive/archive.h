@@ -27,19 +27,19 @@ int extractArchive(const char* unpack200Exe, const char* archivePath, const char
                    Trust trust);
 
 // Reads one record at the position of `stream` and writes its entry below `destDir`. With an
-// `lzmaExe` an entry that ends in ".l2" is decompressed, and one that then ends in ".p2" is
+// `lzmaExe` an entry whose name ends in ".l2" is decompressed, and one that then ends in ".p2" is
 // extracted as a nested archive into the same folder; null leaves both as they are.
 // `*signedLength`, -1 at the start of an archive, receives the number of bytes that the signature
-// covers when the record is a signature record; `*signatureHex` then receives the signature's text,
-// a new block owned by the caller (a null `signatureHex` drops it). Returns 0 when the next record
-// may be read, and -1 at the end: no further record, a signature record, or `*signedLength` not -1
-// on entry.
+// covers if the record is a signature record; `*signatureHex` then receives the signature's text, a
+// new block owned by the caller (a null `signatureHex` drops it). Returns 0 if the next record may
+// be read, and -1 at the end: no further record, a signature record, or `*signedLength` not -1 on
+// entry.
 int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
                                      const char* destDir, FILE* stream, long* signedLength,
                                      char** signatureHex, Trust trust);
 
-// Reads one record as extractArchiveFileCheckSignature() does and drops what a signature record
-// says.
+// Reads one record as extractArchiveFileCheckSignature() does and discards the content of a
+// signature record.
 int extractArchiveFileIgnoreSignature(const char* lzmaExe, const char* unpack200Exe,
                                       const char* destDir, FILE* stream, Trust trust);
 

@@ -22,7 +22,7 @@ static bool endsWith(const char* text, const char* suffix) {
   return length >= kShortestWithSuffix && strcmp(text + length - suffixLength, suffix) == 0;
 }
 
-// Returns the tool's exit status, or -1 when it could not be started or a signal ended it.
+// Returns the tool's exit status, or -1 if it could not be started or a signal ended it.
 static int runTool(const char* exe, std::initializer_list<const char*> arguments) {
   const OwnedSpawner spawner(createSpawner());
   setSpawnerExe(spawner.get(), exe == nullptr ? "" : exe);
@@ -33,9 +33,9 @@ static int runTool(const char* exe, std::initializer_list<const char*> arguments
   return end.isBySignal ? -1 : end.status;
 }
 
-// Runs a tool that makes the file `output` in `folder`; what is there afterwards is its work or
-// nothing. The tool follows the path that it is given, which is looked at before. Returns what
-// runTool() does.
+// Runs a tool that makes the file `output` in `folder`; afterwards this file is the tool's work or
+// missing. The tool follows the path that it is given, which is checked first. Returns the result
+// of runTool().
 static int runToolFor(const char* output, const Entry& entry, const Descriptor& folder,
                       const char* exe, std::initializer_list<const char*> arguments) {
   const char* name = pathToFile(output);

@@ -19,7 +19,7 @@ Destination openDestination(const char* path) {
   return {path, openFolderItself(path)};
 }
 
-// The type bits of `name` in `parent`, 0 when it is not there.
+// The type bits of `name` in `parent`, 0 if it does not exist.
 static mode_t typeOf(const Descriptor& parent, const char* name) {
   struct stat status {};
   if (fstatat(parent.get(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -50,8 +50,8 @@ void refuseMovedFolder(const Descriptor& parent, const char* target, const char*
   }
 }
 
-// Creates the folder `name`, whose whole path is `target`, and opens up its mode whether or not it
-// could be created, as makeDir() does.
+// Creates the folder `name`, whose full path is `target`, and sets its mode whether or not it could
+// be created, as makeDir() does.
 static void makeFolder(const Descriptor& parent, const char* name, const char* target) {
   mkdirat(parent.get(), name, 0777);
   const int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
@@ -59,7 +59,7 @@ static void makeFolder(const Descriptor& parent, const char* name, const char* t
   chmod777(made.get(), target);
 }
 
-// Opens the folder `name`, creating it first when it is not there.
+// Opens the folder `name`, creating it first if it does not exist.
 static Descriptor enterFolder(const Descriptor& parent, const char* name, const char* target,
                               const char* path) {
   Descriptor folder = openFolderIn(parent, name);

@@ -7,7 +7,7 @@
 #include "support/files/paths.h"
 #include "support/owned.h"
 
-// Reading of an entry record's fields. All fields are in the encoding of
+// Reads an entry record's fields. All fields are in the encoding of
 // support/encoding/field_reader.h:
 //
 //   archive   = entry* [signature]
@@ -17,11 +17,11 @@
 constexpr long FOLDER_ENTRY = 1;
 constexpr long PACK200_ENTRY = 2;
 
-// The path of the record that signs an archive.
+// The path of the signature record of an archive.
 constexpr char SIGNATURE_RECORD_PATH[] = "qvArcSpBlock_DigitalSignature1";
 
-// An entry and where it goes. Both paths are below the destination folder; `target` is the one that
-// the data are written to and ends in ".p2" for a pack200 entry, `plain` never gets that suffix.
+// An entry and its destination. Both paths are below the destination folder; the data are written
+// to `target`, which ends in ".p2" for a pack200 entry; `plain` never has that suffix.
 struct Entry {
   long type = 0;
   Block<char> path;
@@ -29,16 +29,16 @@ struct Entry {
   char plain[PATH_BUFFER_SIZE] = "";
 };
 
-// Reads the type and the path of the next record, logs them, and forms the entry's two paths below
-// `destDir`. Returns false at the end of the archive. Ends the process with status 1 when the path
-// is not one that may be written.
+// Reads the type and the path of the next record, logs them, and composes the entry's two paths
+// below `destDir`. Returns false at the end of the archive. Ends the process with status 1 if the
+// path must not be written to.
 [[nodiscard]] bool readEntryHead(FILE* stream, const char* destDir, Entry* entry);
 
-// When `path` names a special block, logs that. Returns whether it is the signature record.
+// If `path` names a special block, logs that. Returns whether it is the signature record.
 [[nodiscard]] bool isSignatureRecord(const char* path);
 
-// Reads what stands behind the length of a signature record: how many bytes it covers, and its text
-// as hexadecimal digits, a new block that the caller frees; not handed out when `signatureHex` is
+// Reads the fields after the length of a signature record: the number of bytes it covers, and its
+// text as hexadecimal digits, a new block that the caller frees; discarded if `signatureHex` is
 // null.
 void readSignatureFields(FILE* stream, long* signedLength, char** signatureHex);
 

@@ -7,8 +7,8 @@
 #include "support/owned.h"
 
 // Writes the next `length` bytes of `stream` to the entry's target in the open folder `folder` and
-// sets its mode to 0755. Memory does not grow with the length. Ends the process with status 1,
-// after a logged line, when the length is impossible, the file cannot be created or written, or the
+// sets its mode to 0755. Memory use does not depend on the length. Ends the process with status 1,
+// after a logged line, if the length is impossible, the file cannot be created or written, or the
 // stream ends early.
 void writeEntryData(FILE* stream, const Entry& entry, long length, const Descriptor& folder);
 

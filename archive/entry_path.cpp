@@ -20,7 +20,7 @@ const char* entryPathError(const char* path) {
     const char* separator = strchr(component, '/');
     component = separator == nullptr ? nullptr : separator + 1;
   }
-  // A field this long may go on in the stream: the rest of the record would be read out of step.
+  // A field of this length may continue in the stream: the rest of the record would be misread.
   if (strlen(path) > DEFAULT_FIELD_LIMIT - 2) {
     return "path is too long";
   }

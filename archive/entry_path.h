@@ -1,9 +1,9 @@
 #ifndef QUORVANE_ARCHIVE_ENTRY_PATH_H
 #define QUORVANE_ARCHIVE_ENTRY_PATH_H
 
-// Returns what is wrong with an entry's path as text, before the file system is looked at, or null:
-// it must be relative, must not have a ".." component, and must have been read whole from its
-// field. The result is a constant. Logs nothing. Any thread.
+// Returns what is wrong with the text of an entry's path, before the file system is consulted, or
+// null: the path must be relative, must not have a ".." component, and must have been read
+// completely from its field. The result is a constant. Logs nothing. Any thread.
 [[nodiscard]] const char* entryPathError(const char* path);
 
 #endif

@@ -25,8 +25,8 @@ static void requireReadable(FILE* stream) {
   }
 }
 
-// The fields of a whole record end in a zero byte. What is left of a cut one would pass for an
-// empty file, or for a folder, of a name that is cut too.
+// The fields of a complete record end in a zero byte. A truncated one would otherwise pass for an
+// empty file, or for a folder, with a truncated name.
 static void requireWhole(FILE* stream) {
   if (feof(stream) != 0) {
     fail("The archive ends inside of a record");

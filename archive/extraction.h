@@ -6,13 +6,13 @@
 #include "archive/destination.h"
 #include "archive/trust.h"
 
-// The routines of archive/archive.h, for a destination that is open already.
+// The functions of archive/archive.h, for a destination that is already open.
 
 // As extractArchiveFileCheckSignature().
 int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* destination,
                   FILE* stream, long* signedLength, char** signatureHex, Trust trust);
 
-// As extractArchive(), but the archive stays.
+// As extractArchive(), but does not delete the archive.
 void extractAndVerify(const char* unpack200Exe, const char* archivePath, Destination* destination,
                       Trust trust);
 

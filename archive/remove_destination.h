@@ -3,10 +3,10 @@
 
 #include "archive/destination.h"
 
-// Deletes the folder `destination` with everything in it, and nothing of what may have been put at
-// its path since it was opened. Callers take a destination that is still there for a good one, so
-// the process ends with status 1, after a logged line, when something of it stays or is at its
-// path. The deletions are logged.
+// Deletes the folder `destination` and everything in it, but nothing that has replaced it at its
+// path since it was opened. Callers treat an existing destination as a good one, so the process
+// ends with status 1, after a logged line, if part of it is left or anything is at its path. The
+// deletions are logged.
 void removeDestination(const Destination& destination);
 
 #endif

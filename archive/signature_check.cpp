@@ -50,8 +50,7 @@ static void rewindToData(FILE* archive) {
   }
 }
 
-// Hashes the signed bytes. Returns the digest, or null, after a logged line, when it could not be
-// made.
+// Hashes the signed bytes. Returns the digest, or null, after a logged line, on failure.
 static Block<unsigned char> hashData(FILE* archive, long length, unsigned char* buffer) {
   logMessage("[ExtractArchive] Starting hash...\n");
   const Block<Hash_state> state(allocHashState());

@@ -30,8 +30,7 @@ static bool takeElevatedFlag(int* argc, char** argv) {
   return true;
 }
 
-// Long work answers the application's events from here on: it has a menu, and can be asked to quit.
-// A silent or elevated run never touches the window system.
+// Long work handles the application's events from here on: it has a menu, and can be asked to quit.
 static void openWindows(bool isQuiet) {
   const WindowUse use = chooseWindowUse(isQuiet, isDisplayAvailable, isDisplayRequired());
   if (use == WindowUse::Refuse) {

@@ -14,7 +14,7 @@ static void addMemoryOption(Launch* launch, const char* name, long megabytes) {
 void beginCommandLine(Launch* launch) {
   appendText(&launch->commandLine, launch->hasExecutable ? launch->executable : nullptr);
   addMemoryOption(launch, "-Xmx", launch->memoryMegabytes);
-  // The stack field gives the initial heap size: launch files have been written that way.
+  // The stack field is the initial heap size: existing launch files use it that way.
   addMemoryOption(launch, "-Xms", launch->stackMegabytes);
 }
 
@@ -26,7 +26,7 @@ void addMainClass(Launch* launch) {
   appendText(&launch->appArguments, launch->propertiesFile);
 }
 
-// What the command line shows in the log for an empty slot, which ends it for the started process.
+// How the logged command line shows an empty slot, which ends it for the started process.
 static const char* shown(const char* text) {
   return text == nullptr ? "(null)" : text;
 }

@@ -5,7 +5,7 @@
 #include "support/log/logging.h"
 #include "support/process/exit_status.h"
 
-// `folder` joined with `name` as pathcat() does; class paths have a limit of their own.
+// `folder` joined with `name` as pathcat() does; class paths have their own limit.
 static std::string joined(const char* folder, const std::string& name) {
   std::string path = folder;
   if (path.empty() || path.back() != '/') {

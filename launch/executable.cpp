@@ -28,7 +28,7 @@ static char* privateExecutable(const Launch& launch, const char* name, char* pat
   return setPath(path, launch.request.masterFolder, launch.jreFolderName.c_str(), "bin", name);
 }
 
-// Where the copy cannot be made, Java itself is started.
+// If the copy cannot be made, Java itself is started.
 static void makeNamedExecutable(Launch* launch) {
   char java[PATH_BUFFER_SIZE];
   privateExecutable(*launch, kJava, java);
@@ -38,7 +38,7 @@ static void makeNamedExecutable(Launch* launch) {
   }
 }
 
-// The executable is the runtime's Java under the application's name, so that the process bears that
+// The executable is the runtime's Java under the application's name, so that the process has that
 // name. A name that would lead out of the folder gets no copy: Java itself is started.
 static void choosePrivateExecutable(Launch* launch) {
   if (strchr(launch->appName.c_str(), '/') != nullptr) {

@@ -25,8 +25,8 @@ struct LaunchRequest {
   const char* launchedFromDynprops;
 };
 
-// Room of the lists and buffers, in entries and in bytes with the terminator. The command line has
-// one entry more, for its terminator.
+// Capacity of the lists and buffers, in entries and in bytes including the terminator. The command
+// line has one more entry for its terminator.
 constexpr int COMMAND_LINE_ROOM = 499;
 constexpr int JVM_OPTIONS_ROOM = 1000;
 constexpr int APP_ARGUMENTS_ROOM = 1000;
@@ -39,7 +39,7 @@ struct Launch {
   const LaunchRequest& request;
   char appFolder[PATH_BUFFER_SIZE] = "";
 
-  // From the launch file, which stays open while the steps read on.
+  // From the launch file, which stays open while the next steps read it.
   Stream launchFile;
   long fileVersion = 0;
   std::string mainClass;
@@ -55,7 +55,7 @@ struct Launch {
   bool hasOptionsFile = false;
   char optionsFile[PATH_BUFFER_SIZE] = "";
 
-  // What is started: by process with the command line, by JNI with the three others.
+  // What is started: as a process with the command line, through JNI with the three others.
   TextList commandLine{"process command line", COMMAND_LINE_ROOM};
   TextList jvmOptions{"JVM options", JVM_OPTIONS_ROOM};
   TextList classPath{"class path", CLASS_PATH_SIZE};

@@ -1,13 +1,13 @@
 #ifndef QUORVANE_LAUNCH_LAUNCH_APP_H
 #define QUORVANE_LAUNCH_LAUNCH_APP_H
 
-// Starting an installed application, or its runtime compatibility probe, from the launch file in
-// its folder. All texts are read only and stay the caller's. The installing thread.
+// Starts an installed application, or its runtime compatibility probe, from the launch file in its
+// folder. All texts are read only and stay the caller's. The installing thread.
 
-// When set, no launch inside this process is tried: the application is started as a child process.
+// If set, no launch inside this process is tried: the application is started as a child process.
 extern bool forceSpawn;
 
-// What a launch is for. Any other number builds everything and writes the properties file, then
+// The purpose of a launch. Any other number builds everything and writes the properties file, then
 // starts nothing.
 constexpr int LAUNCH_APPLICATION = 0;    // start the application on the private runtime
 constexpr int LAUNCH_COMPATIBILITY = 1;  // run the compatibility class on a system runtime
@@ -22,18 +22,18 @@ constexpr int LAUNCH_COMPATIBILITY = 1;  // run the compatibility class on a sys
 //                          the system's Java executable
 //   launchedFromDynprops   text to hand on under that name
 //
-// The parameters without a name are accepted and not consulted.
+// Unnamed parameters are accepted and ignored.
 //
-// LAUNCH_APPLICATION returns 0 when the application ran inside this process or was started as a
-// child, else the error number of the failed start; where a failure would show an alert
-// (support/failure/failure.h), ECHILD for a child that was started in place of a failed launch in
-// this process and fails within seconds. LAUNCH_COMPATIBILITY waits and returns the probe's exit
-// status, or -1 when it ended by a signal or could not be started. Other classes return -1.
+// LAUNCH_APPLICATION returns 0 if the application ran inside this process or was started as a
+// child, else the error number of the failed start. If a failure would show an alert
+// (support/failure/failure.h), it returns ECHILD for a child that was started after a failed launch
+// in this process and fails within seconds. LAUNCH_COMPATIBILITY waits and returns the probe's exit
+// status, or -1 if a signal ended it or it could not be started. Other purposes return -1.
 // Everything is logged.
 //
-// Ends the process, after one logged error line, with status 1 when the launch file cannot be
-// opened, no private runtime exists or the launch does not fit its lists and buffers, and with
-// EXIT_STATUS_PROPERTIES_NOT_WRITTEN when the properties file cannot be written.
+// Ends the process, after one logged error line, with status 1 if the launch file cannot be opened,
+// no private runtime exists or the launch does not fit its lists and buffers, and with
+// EXIT_STATUS_PROPERTIES_NOT_WRITTEN if the properties file cannot be written.
 int launchFromLaunchFile(const char* masterFolder, const char* properties, int argc, char** argv,
                          const char* appFolderName, const char* updateUrl,
                          const char* dynamicUpdateUrl, const char* jre, int launchClass,

@@ -46,8 +46,8 @@ void addExtraArguments(Launch* launch) {
   }
 }
 
-// Reads past the application's own JVM options. At the end of the file the rest would only read as
-// empty, so that a wrong count does not keep the launch busy.
+// Skips the application's own JVM options. At the end of the file the rest would only read as
+// empty, so a wrong count does not keep the launch busy.
 static void skipAppJvmOptions(FILE* file) {
   const long count = readInt(file, "App JVM Option Count");
   if (count < 0) {
@@ -80,8 +80,7 @@ void readNewerFields(Launch* launch) {
   }
 }
 
-// Reads one field, in silence: the launch will say what there is to say. Returns whether it is
-// ended.
+// Reads one field silently: the launch will log it. Returns whether the field is terminated.
 static bool readEndedField(FILE* file, int limit, std::string* text) {
   *text = Block<char>(readStringSilently(file, limit)).get();
   return feof(file) == 0 && ferror(file) == 0;
@@ -97,14 +96,15 @@ static bool skipFields(FILE* file, long count, int limit) {
   return true;
 }
 
-// Reads past a list of texts behind their count.
+// Skips a list of texts that follows its count.
 static bool skipList(FILE* file) {
   std::string count;
   return readEndedField(file, NUMBER_FIELD_LIMIT, &count) && atol(count.c_str()) >= 0 &&
          skipFields(file, atol(count.c_str()), DEFAULT_FIELD_LIMIT);
 }
 
-// Reads what every launch does. What newer files have behind it, no start of an application needs.
+// Reads what every launch reads. Starting an application needs none of the fields that newer files
+// have after it.
 static bool readWhatALaunchNeeds(FILE* file, std::string* mainClass) {
   constexpr int kNamesAndPictures = 3;  // Class OnUpdate, App Name, OS ICNS
   constexpr int kNumbers = 3;           // URL Required, jvmMem, jvmStack

@@ -53,7 +53,7 @@ static char* put(char* at, const char* text) {
   return at + length;
 }
 
-// The end is looked for once only: there may be hundreds of properties.
+// The end is searched for only once: there may be hundreds of properties.
 static void addProperty(char* buffer, const char* prefix, const char* key, const char* value) {
   char* at = put(buffer + appendOffset(buffer), prefix);
   at = put(at, key);

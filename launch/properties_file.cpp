@@ -11,8 +11,8 @@
   failProcess(EXIT_STATUS_PROPERTIES_NOT_WRITTEN, failureOfWriting(0, launch.appFolder));
 }
 
-// A file of that name can only be another launch's: it is left alone, and the retry takes a fresh
-// name.
+// An existing file of that name can only be another launch's: it is left alone, and the retry uses
+// a new name.
 static Stream createFile(const char* path) {
   return Stream(fopen(path, "wbx"));
 }

@@ -17,8 +17,8 @@
 #include "support/encoding/field_reader.h"
 #include "support/log/logging.h"
 
-// The file outlives every version of the application, so that nothing in it may keep them from
-// starting: what can be used is used, what cannot is a log line.
+// The file outlives every version of the application, so nothing in it may keep one from starting:
+// what can be used is used, the rest is logged.
 
 static const int kLoggedCharacters = 99;
 static const size_t kLongestOption = DEFAULT_FIELD_LIMIT - 2;
@@ -96,8 +96,7 @@ static std::vector<std::string> readTexts(FILE* file) {
   return texts;
 }
 
-// Returns why `text` is not an option, or null. The value of an option may follow it as a text of
-// its own.
+// Returns why `text` is not an option, or null. An option's value may follow it as a separate text.
 static const char* faultOfOption(const std::string& text, const std::string& before) {
   if (text.empty()) {
     return "it is empty";
@@ -129,8 +128,8 @@ static std::vector<std::string> optionsAmong(const std::vector<std::string>& tex
   return options;
 }
 
-// How many entries of the command line come after the options. The launch file is at the count of
-// its arguments, and stays there.
+// The number of command-line entries that come after the options. The launch file is at the count
+// of its arguments, and stays there.
 static long entriesToCome(const Launch& launch) {
   constexpr long kMainClassAndProperties = 2;
   FILE* file = launch.launchFile.get();
@@ -141,8 +140,7 @@ static long entriesToCome(const Launch& launch) {
   return kMainClassAndProperties + launch.request.argc + std::min(std::max(count, 0L), room);
 }
 
-// Drops the options for which there is no room on the command line or in the properties, from the
-// end.
+// Drops options that do not fit the command line or the properties, from the end.
 static void dropWhatDoesNotFit(const Launch& launch, std::vector<std::string>* options) {
   const long taken = entriesToCome(launch);
   std::vector<char> properties = launch.properties;

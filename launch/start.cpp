@@ -62,8 +62,8 @@ static int startAsChild(Launch* launch, pid_t* child) {
   return error;
 }
 
-// A child that is started because Java did not run in this process may end for the same reason, and
-// nobody would see what it printed. Where an alert can say so, it gets some seconds for that.
+// A child started because Java did not run in this process may end for the same reason, and nobody
+// would see its output. If an alert can say so, the child gets some seconds for that.
 static bool failsLikeTheFirst(pid_t child) {
   constexpr int kSeconds = 5;
   return isAlertAllowed() && childFailsWithin(child, kSeconds);
@@ -83,7 +83,7 @@ static int startApplication(Launch* launch) {
   return isSecondAttempt && failsLikeTheFirst(child) ? ECHILD : error;
 }
 
-// Waits for the probe and returns its exit status, or -1 when a signal ended it.
+// Waits for the probe and returns its exit status, or -1 if a signal ended it.
 static int statusOf(pid_t child) {
   int status = waitForChild(child);
   return status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;

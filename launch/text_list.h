@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-// A list of texts with a fixed room, in the form that the start of a process or of a JVM takes. It
-// owns its texts. Adding more than it has room for ends the process with status 1 after one logged
-// error line that names the list. One thread.
+// A list of texts with a fixed capacity, in the form that starting a process or a JVM takes. It
+// owns its texts. Exceeding the capacity ends the process with status 1 after one logged error line
+// that names the list. One thread.
 struct TextList {
   TextList(const char* listName, int listRoom) : name(listName), room(listRoom) {}
   TextList(const TextList&) = delete;
@@ -22,13 +22,13 @@ struct TextList {
 // Returns the number of entries, empty slots included.
 int textCount(const TextList& list);
 
-// Returns whether `count` more entries fit; a negative count never does.
+// Returns whether `count` more entries fit; a negative count never fits.
 [[nodiscard]] bool hasRoom(const TextList& list, long count);
 
-// Ends the process as described above unless `count` more entries fit; a negative count never does.
+// Ends the process as described above unless `count` more entries fit; a negative count never fits.
 void requireRoom(const TextList& list, long count);
 
-// Appends a copy of `text`, or an empty slot when it is null.
+// Appends a copy of `text`, or an empty slot if it is null.
 void appendText(TextList* list, const char* text);
 
 // Puts a copy of `text` into the existing slot `index`.

@@ -22,7 +22,7 @@ static bool isClassPathOption(const char* word) {
   return strcmp(word, "-cp") == 0 || strcmp(word, "-classpath") == 0;
 }
 
-// Adds `word` to a list that has room for ARGUMENT_LIMIT words.
+// Adds `word` to a list of at most ARGUMENT_LIMIT entries.
 static void append(char** list, int* count, char* word, const char* kind) {
   if (*count < ARGUMENT_LIMIT) {
     list[(*count)++] = word;
@@ -66,7 +66,7 @@ char** split(char* text, char separator, int* count) {
     *count = 1;
     return whole;
   }
-  // The first part may come behind the counted ones.
+  // The first part may come after the counted ones.
   char** parts = allocTexts(separators + 1);
   char* copy = allocCopy(text);
   int stored = 0;

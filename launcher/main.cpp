@@ -2,7 +2,7 @@
 //
 // - The main thread reads the command line and the Tail record, picks the JRE folder, loads the
 //   JRE's bundle and creates the application object. Then it starts the launch thread, sets up the
-//   menu and serves the Cocoa event loop, which the JVM's window toolkit needs.
+//   menu and runs the Cocoa event loop, which the JVM's window toolkit needs.
 // - The launch thread creates the JVM and runs the Java program. When that is over it ends
 //   the whole process with the result; the event loop is not asked to stop.
 //
@@ -72,9 +72,8 @@ static void keepLinesForLogFile() {
   }
 }
 
-// A name that is more than a part of a folder's name leads elsewhere: there is no log file then.
-// Neither is there one for an application that is not installed: the Launcher makes no master
-// folder.
+// A name with a '/' leads elsewhere: there is no log file then. Nor is there one for an application
+// that is not installed: the Launcher creates no master folder.
 static void openLogFile(const char* masterFolder) {
   if (!isStartedByDesktop()) {
     return;
@@ -82,7 +81,7 @@ static void openLogFile(const char* masterFolder) {
   if (strchr(app_name, '/') == nullptr && isFolder(masterFolder)) {
     setupLauncherLogging(masterFolder);
   } else {
-    setFileToLogTo(nullptr);  // nothing is kept for it any longer
+    setFileToLogTo(nullptr);  // stops keeping messages for it
   }
 }
 

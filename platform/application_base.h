@@ -3,8 +3,8 @@
 
 #import <AppKit/AppKit.h>
 
-// What the application's delegate (launcher/shell/application_delegate.h) does on this platform
-// alone. Nothing on macOS. Included by Objective-C++ files only.
+// The platform's own part of the application's delegate (launcher/shell/application_delegate.h).
+// Nothing on macOS. Included by Objective-C++ files only.
 @interface ApplicationBase : NSObject
 @end
 

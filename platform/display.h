@@ -7,12 +7,12 @@
 // machine has its socket. Logs nothing. Any thread.
 [[nodiscard]] bool isDisplayAvailable();
 
-// Returns whether an installer that would show windows has to end where no window system can be
-// reached: on macOS it has to, elsewhere it goes on without a splash window. Any thread.
+// Returns whether an installer that would show windows must end if no window system is available:
+// on macOS it must, elsewhere it goes on without a splash window. Any thread.
 [[nodiscard]] bool isDisplayRequired();
 
-// Returns the line, with its newline, that says that no window system can be reached. The text is a
-// constant. Any thread.
+// Returns the line, including its newline, that says that no window system is available. The text
+// is a constant. Any thread.
 const char* missingDisplayMessage();
 
 #endif

@@ -6,22 +6,22 @@
 struct ExtractorRun;
 
 // An archive of an update site: one component in one version, compressed, signed, and with a record
-// inside the signed bytes that says which component and version it is. Without that record whoever
-// stands between site and user could offer an old version, or another program of the same maker,
-// under a new number. Main thread.
+// inside the signed bytes that gives its component and version. Without that record an attacker
+// between site and user could offer an old version, or another program of the same maker, under a
+// new number. Main thread.
 
-// The name of that record, which holds the component's name, a blank and the version. An updater's
-// goes on with UPDATER_RECORD_LINK and the application's name, since the updater's settings are
+// The name of that record, which contains the component's name, a blank and the version. For an
+// updater UPDATER_RECORD_LINK and the application's name follow, because the updater's settings are
 // made for that application: another's would lead to another site.
 constexpr char COMPONENT_RECORD_PATH[] = "qvArcSpBlock_Component";
 constexpr char UPDATER_RECORD_LINK[] = " for ";
 
-// Removes that record from the folder `folder`, into which such an archive was extracted: it is no
+// Removes that record from the folder `folder`, into which such an archive was extracted: it is not
 // part of the component. Logs nothing.
 void removeComponentRecord(const char* folder);
 
-// Opens the regular file `path` without following a link there and without waiting for a pipe's
-// other end. Not open, with a logged line, when it is something else or cannot be opened.
+// Opens the regular file `path` without following a link and without waiting for a pipe's other
+// end. Not open, with a logged line, if it is not a regular file or cannot be opened.
 [[nodiscard]] Descriptor openComponentArchive(const char* path);
 
 // Copies the archive into the new folder `work`, decompresses it there with run.lzmaPath, extracts

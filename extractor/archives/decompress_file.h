@@ -3,9 +3,9 @@
 
 #include "support/failure/failure.h"
 
-// Decompresses the file `compressed` into `archive`, at which nothing stands yet, with the LZMA
-// tool `lzmaTool`. Returns whether that made a plain file; else `*failure` says why not. Logs what
-// running a program logs. Main thread.
+// Decompresses the file `compressed` into `archive`, which must not exist yet, with the LZMA tool
+// `lzmaTool`. Returns whether that made a regular file; otherwise `*failure` gives the reason. Logs
+// only the running of the program. Main thread.
 [[nodiscard]] bool decompressFile(const char* lzmaTool, const char* compressed, const char* archive,
                                   Failure* failure);
 

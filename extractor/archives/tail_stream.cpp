@@ -71,7 +71,7 @@ void readTailFields(ExtractorRun& run) {
 
 namespace {
 
-// What became of an archive of the stream.
+// The result for an archive of the stream.
 enum class Extraction {
   Done,      // extracted, or an empty placeholder
   Missing,   // the stream ended before it
@@ -88,8 +88,8 @@ static Extraction extractNextArchive(ExtractorRun& run, const char* unpack200,
   if (!isFolder(destination)) {
     return Extraction::Rejected;
   }
-  // An empty record that ends in its zero byte is a placeholder; without it the installer lost its
-  // end. One that was begun ends the process where it is read.
+  // An empty record that ends in its zero byte is a placeholder; without the zero byte the
+  // installer was truncated. A partial record ends the process where it is read.
   return result != 0 && feof(run.tailStream) != 0 ? Extraction::Missing : Extraction::Done;
 }
 

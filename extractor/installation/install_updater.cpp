@@ -60,7 +60,7 @@ static void overrideSplash(const ExtractorRun& run) {
     const size_t length = run.dynamic.splashImageLength;
     const bool isWritten = fwrite(run.dynamic.splashImage, 1, length, file) == length;
     if (fclose(file) != 0 || !isWritten) {
-      remove(path);  // no image rather than a part of one
+      remove(path);  // no image rather than a partial one
     }
   }
   chmod777(path);
@@ -79,7 +79,7 @@ void extractUpdater(ExtractorRun& run) {
 void installUpdater(ExtractorRun& run) {
   logMessage("[Extractor] Renaming GU folder to %s\n", run.guFolder);
   // The launch at the end starts from this file: without it the version folder would count as
-  // complete and never start, whatever became of the file on its way.
+  // complete and never start, however the file was lost.
   requireLaunchFile(kUpdater, run.guTemp);
   moveIntoPlace(run.masterFolder, kUpdater, run.guTemp, run.guFolder);
   chmod777(run.guFolder);

@@ -3,17 +3,17 @@
 
 struct ExtractorRun;
 
-// The GenericUpdater's way into its version folder, in this order. A step that cannot go on ends
-// the process with status 1 and a logged line. Main thread.
+// Installs the GenericUpdater into its version folder; the steps run in this order. A step that
+// cannot go on ends the process with status 1 and a logged line. Main thread.
 
-// Names the version folders and temporary folders of the updater and the application.
+// Sets the paths of the version folders and temporary folders of the updater and the application.
 void nameInstallFolders(ExtractorRun& run);
 
-// Extracts the first of the updater's archives, the LZMA tool, into run.guTemp and leaves the
+// Extracts the first of the updater's archives, the LZMA tool, into run.guTemp and stores the
 // tool's path in run.lzmaPath.
 void extractLzmaTool(ExtractorRun& run);
 
-// Extracts the updater's four archives into its temporary folder; the first brings the LZMA tool
+// Extracts the updater's four archives into its temporary folder; the first contains the LZMA tool
 // that the others need.
 void extractUpdater(ExtractorRun& run);
 

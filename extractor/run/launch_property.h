@@ -3,8 +3,8 @@
 
 struct ExtractorRun;
 
-// Add a property to the run's launch properties. One that does not fit ends the process with a
-// logged error line. Main thread.
+// Adds a property to the run's launch properties. A property that does not fit ends the process
+// with a logged error line. Main thread.
 void addStaticLaunchProperty(ExtractorRun& run, const char* key, const char* value);
 void addDynamicLaunchProperty(ExtractorRun& run, const char* key, const char* value);
 

@@ -63,7 +63,7 @@ static void logPair(int index, const char* name, const char* value) {
   if (strlen(value) < 101) {
     logMessage("[DynProps] Dynamic Param %d: %s=[%s]\n", index, name, value);
   } else {
-    // The long form shows what the scratch text last held, not the value.
+    // The long form shows the last content of the scratch text, not the value.
     logMessage("[DynProps] Dynamic Param %d: %s=[%s...]\n", index, name, logScratch);
   }
 }
@@ -152,7 +152,7 @@ void readDynamicProperties(ExtractorRun& run) {
   }
   logMessage("[Extractor] Found Params marker. Extracting now...\n");
   readParams(run, params.get());
-  // What could not be read may be the line that requires signatures.
+  // The unreadable part may be the property that requires signatures.
   if (ferror(params.get()) != 0) {
     failRun(Failure::BundleIncomplete, "[Extractor] The params file cannot be read\n");
   }

@@ -20,17 +20,17 @@ constexpr int PARAM_VALUE_LIMIT = 200000;
 constexpr int PARAMS_MARKER_SIZE = 64;
 extern const unsigned char paramsMarker[PARAMS_MARKER_SIZE];
 
-// Write the two places of the params file of an executable in the folder `executableDir` into the
-// path buffer `path`, and return it. The second one counts where the first leads nowhere.
+// Write the two possible paths of the params file of an executable in the folder `executableDir`
+// into the path buffer `path`, and return it. The second one is used if the first does not exist.
 char* setFirstParamsPath(char* path, const char* executableDir);
 char* setSecondParamsPath(char* path, const char* executableDir);
 
-// Finds, opens and reads the params file; its pairs go into the launch properties, and those that
-// the Extractor understands also into run.dynamic. A missing file or marker ends the process with
-// status 1 after a logged line. Main thread.
+// Finds, opens and reads the params file; its pairs are added to the launch properties, and those
+// that the Extractor understands also to run.dynamic. A missing file or marker ends the process
+// with status 1 after a logged line. Main thread.
 void readDynamicProperties(ExtractorRun& run);
 
-// Reads the pairs from `params`, which stands behind the marker.
+// Reads the pairs from `params`, which is positioned after the marker.
 void readParams(ExtractorRun& run, FILE* params);
 
 #endif

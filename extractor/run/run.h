@@ -14,7 +14,7 @@
 
 // The properties of the params file that the Extractor itself understands.
 struct DynamicProperties {
-  char* updateUrl;  // null when the params file names none
+  char* updateUrl;  // null if the params file has none
   bool autotest;
   bool noUi;
   bool requireSignature;
@@ -55,7 +55,7 @@ struct ExtractorRun {
   char* launchProperties;  // LAUNCH_PROPERTIES_SIZE bytes, see launch/launch_properties.h
   DynamicProperties dynamic;
   TailFields tail;
-  FILE* tailStream;  // stands at the next archive that the installer carries
+  FILE* tailStream;  // positioned at the next carried archive
   char jreName[PATH_BUFFER_SIZE];
   bool silent;
   Trust trust;            // what archives are verified with
@@ -63,7 +63,7 @@ struct ExtractorRun {
   char* sharedDir;
   char masterFolder[PATH_BUFFER_SIZE];
 
-  // What is installed: folder names in the master folder, null where there is none.
+  // What is installed: folder names in the master folder, null if there is none.
   char* latestGU;
   char* latestJRE;
 
@@ -86,7 +86,7 @@ struct ExtractorRun {
 [[nodiscard]] const char* dynamicUpdateUrl(const ExtractorRun& run);
 
 // Whether the installer carries a GenericUpdater; whether it carries an application, and so needs
-// no network; whether nothing may be shown.
+// no network; whether the run must show nothing.
 [[nodiscard]] bool carriesUpdater(const ExtractorRun& run);
 [[nodiscard]] bool isOffline(const ExtractorRun& run);
 [[nodiscard]] bool isQuiet(const ExtractorRun& run);

@@ -28,7 +28,7 @@ static Stream openParamsSilently(const char* executableDir) {
   return params;
 }
 
-// Whether a pair of the params file says that nothing is to be shown.
+// Whether a pair of the params file asks for a silent run.
 static bool paramsSaySilent(const char* executableDir) {
   const Stream params = openParamsSilently(executableDir);
   const char* paramsStart = reinterpret_cast<const char*>(paramsMarker);
@@ -58,7 +58,7 @@ static Stream openTailSilently(const char* executablePath, const char* executabl
   return Stream(fopen(setPath(path, executableDir, "..", "Resources", "Tail"), "rb"));
 }
 
-// The Tail's field that names the word for a silent run; empty when there is none.
+// The Tail's silent parameter; empty if there is none.
 static Block<char> readSilentParameter(const Stream& tail) {
   for (int i = 0; i < TAIL_SILENT_PARAMETER; ++i) {
     readField(tail, TAIL_FIELDS[i].limit);

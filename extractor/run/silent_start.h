@@ -1,11 +1,10 @@
 #ifndef QUORVANE_EXTRACTOR_RUN_SILENT_START_H
 #define QUORVANE_EXTRACTOR_RUN_SILENT_START_H
 
-// Returns whether the run is going to be silent, by the same two words as decideSilence()
+// Returns whether the run will be silent, by the same two settings as decideSilence()
 // (extractor/run/start_up.h): the params file's and the Tail's. Reads both ahead of the flow,
-// because its first step prepares the splash window. A file or marker that is missing counts as a
-// run that is not silent; the flow reports it. `executablePath` is as invoked. Logs nothing. Main
-// thread.
+// because its first step prepares the splash window. If a file or marker is missing the run counts
+// as not silent; the flow reports it. `executablePath` is as invoked. Logs nothing. Main thread.
 [[nodiscard]] bool willBeSilent(char* executablePath, int argumentCount, char* const* arguments);
 
 #endif

@@ -24,7 +24,7 @@ static bool isSameFolder(const char* one, const char* other) {
          first.st_ino == second.st_ino;
 }
 
-// Returns whether `folder` is the one at `path`, an absolute path, or one above it.
+// Returns whether `folder` is the folder at `path`, an absolute path, or one above it.
 static bool isOnTheWayTo(const char* folder, std::string path) {
   while (!path.empty()) {
     if (isSameFolder(folder, path.c_str())) {
@@ -35,7 +35,7 @@ static bool isOnTheWayTo(const char* folder, std::string path) {
   return false;
 }
 
-// Above the user's home are the folders of its path, and those of the path without links.
+// The folders above the user's home are those of its path, and those of the path without links.
 static bool holdsUsersHome(const char* folder) {
   const passwd* entry = getpwuid(getuid());
   if (entry == nullptr || entry->pw_dir == nullptr) {
@@ -51,7 +51,7 @@ static bool isShared(const char* folder) {
                      [folder](const char* shared) { return isSameFolder(folder, shared); });
 }
 
-// The layout makes a bundle's Contents/Home, and a home without one itself, the folder in which a
+// The layout makes a bundle's Contents/Home, or the home itself without one, the folder in which a
 // launch looks.
 static bool willHoldJvmLibrary(const char* home) {
   char inner[PATH_BUFFER_SIZE];

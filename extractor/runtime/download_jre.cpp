@@ -61,8 +61,8 @@ static void readJreVersion(ExtractorRun& run, const char* path) {
   logMessage("[JREDownload] JRE Version is %s\n", run.jreVersion);
 }
 
-// The version becomes part of a URL and of a folder's name. Without one there is no archive to ask
-// for: the run ends before it asks.
+// The version becomes part of a URL and of a folder's name. Without one there is no archive to
+// request: the run ends first.
 static void requireUsableVersion(const ExtractorRun& run) {
   if (run.jreVersion[0] == 0) {
     failRun(Failure::DownloadFailed,
@@ -97,8 +97,8 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
   logMessage("[JREDownload] JRE Downloaded OK, will extract\n");
 }
 
-// What is in the place of the output, which may have a second name elsewhere, would be written
-// through. A link there is a trap.
+// An existing output file, which may have a second name elsewhere, would be written through. A link
+// there is a trap.
 static bool isPlaceFree(const char* archive) {
   if (isLink(archive)) {
     logMessage("[JREDownload] Not following link %s\n", archive);

@@ -8,7 +8,7 @@
 #include "support/log/logging.h"
 #include "support/text/strings.h"
 
-// Returns what stands between the first '.' behind the first double quote and the '.' after it.
+// Returns the text between the first '.' after the first double quote and the next '.'.
 static char* versionInCommand(const char* command) {
   const char* quote = strchr(command, '"');
   const char* first = quote == nullptr ? nullptr : strchr(quote, '.');

@@ -32,8 +32,8 @@ static void collect(FILE* pipe, char* output) {
   }
 }
 
-// Makes a pipe whose ends no other program inherits. Both lie above the standard descriptors, so
-// that what is put in the place of one cannot be the other.
+// Makes a pipe whose ends no other program inherits. Both are above the standard descriptors, so
+// that redirecting one cannot overwrite the other.
 static bool makePipe(Descriptor* from, Descriptor* to) {
   int ends[2];
   if (pipe(ends) != 0) {
@@ -46,8 +46,7 @@ static bool makePipe(Descriptor* from, Descriptor* to) {
   return from->isOpen() && to->isOpen();
 }
 
-// Starts the shell with its standard output in the pipe. popen() would hand on what is ignored
-// here.
+// Starts the shell with its standard output in the pipe. popen() would pass on ignored signals.
 static int startShell(const char* command, const Descriptor& to, pid_t* child) {
   const char* const words[] = {"sh", "-c", command, nullptr};
   posix_spawn_file_actions_t actions;

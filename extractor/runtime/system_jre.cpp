@@ -21,7 +21,7 @@
 #include "support/process/exit_status.h"
 #include "support/text/strings.h"
 
-// A runtime of the system that may be adopted.
+// A system runtime that may be adopted.
 struct SystemJre {
   char home[PATH_BUFFER_SIZE];
   char java[PATH_BUFFER_SIZE];
@@ -33,8 +33,8 @@ static const char kAdoptedVersion[] = "00000000000";
 static const char kPluginHome[] = "/Library/Internet Plug-Ins/JavaAppletPlugin.plugin";
 static const int kMostLinks = 40;
 
-// Writes the path of the Java executable that the shell finds into `candidate`; false when the
-// shell cannot be asked.
+// Writes the path of the Java executable that the shell finds into `candidate`; false if the shell
+// cannot be run.
 static bool askShell(const ExtractorRun& run, char* candidate) {
   char* answer = runCommandGetOutput("sh -c \"which java\"");
   if (run.dynamic.autotest) {
@@ -51,8 +51,8 @@ static bool askShell(const ExtractorRun& run, char* candidate) {
   return true;
 }
 
-// Replaces `candidate` by what it links to as long as it is a link. A relative target is taken as
-// it stands, not from the link's folder.
+// Replaces `candidate` by its target as long as it is a link. A relative target is used unchanged,
+// not relative to the link's folder.
 static void followLinks(char* candidate) {
   for (int i = 0; i < kMostLinks; ++i) {
     char target[PATH_BUFFER_SIZE] = "";
@@ -125,7 +125,7 @@ static bool findSystemJre(const ExtractorRun& run, SystemJre* jre) {
   return false;
 }
 
-// Lets the installed updater's compatibility class judge the runtime.
+// Has the installed updater's compatibility class judge the runtime.
 static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
   logMessage("[JRESearch] JRE unpack200 exists %s\n", jre.java);
   char* latestGU = allocUpdaterToLaunch(run.masterFolder);
@@ -143,7 +143,7 @@ static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
   return true;
 }
 
-// Runs a tool of the system without a shell; the log shows `text`, the command as a shell takes it.
+// Runs a system tool without a shell; the log shows `text`, the equivalent shell command.
 static void runTool(const std::string& text, const char* const* words) {
   logMessage("[JRESearch] Running %s\n", text.c_str());
   runQuietly(words);
@@ -152,7 +152,7 @@ static void runTool(const std::string& text, const char* const* words) {
 static void copyJre(const SystemJre& jre, const char* to) {
   char bin[PATH_BUFFER_SIZE];
   setPath(bin, to, "bin");
-  // The folder stands already: it has to become the home itself, the home must not lie in it.
+  // The folder already exists: it must become the home itself, not contain it.
   const std::string contents = std::string(jre.home) + "/.";
   const char* const copy[] = {"/bin/cp", "-LRf", "--", contents.c_str(), to, nullptr};
   const char* const open[] = {"/bin/chmod", "-R", "755", bin, nullptr};

@@ -7,15 +7,15 @@
 // The version file of an update site: one line of text that names the version of the site's runtime
 // archive. Main thread.
 
-// What a packager writes as the update URL when there is no update site: an address that is
-// reserved for documentation.
+// The update URL that a packager writes if there is no update site: an address reserved for
+// documentation.
 constexpr char INVALID_UPDATE_URL[] = "http://192.0.2.10/";
 
-// Size of a version text's buffer; it holds 50 characters at most.
+// Size of a version text's buffer; a version has at most 50 characters.
 constexpr int VERSION_TEXT_SIZE = 51;
 
-// The largest version file that is downloaded. Sites may keep more than the version in it, but the
-// bytes come from outside, and into the user's home.
+// The largest version file that is downloaded. Sites may put more than the version into it, but the
+// bytes come from outside and end up in the user's home.
 constexpr int MOST_VERSION_FILE_BYTES = 64 * 1024;
 
 // Returns whether `url` is present and begins with INVALID_UPDATE_URL.
@@ -26,13 +26,13 @@ std::string versionFileName(const char* jreName);
 
 // Downloads the version file of the runtime `name` from the update site `url`, which ends in '/',
 // into the folder `folder`, unless the URL is the placeholder. Logs only that it is skipped; the
-// caller looks for the file, named as versionFileName() says. One of more than
+// caller checks for the file, named as versionFileName() says. A file of more than
 // MOST_VERSION_FILE_BYTES counts as not downloaded.
 void downloadVersionFile(const char* folder, const char* url, const char* name);
 
 // Reads the version text from `file` into the VERSION_TEXT_SIZE bytes at `version`: up to a blank,
-// a line's end or the end of the file. Logs each character. Returns false, after a logged line,
-// when it is too long or cannot be read.
+// a line end or the end of the file. Logs each character. Returns false, after a logged line, if it
+// is too long or cannot be read.
 [[nodiscard]] bool readVersionText(FILE* file, char* version);
 
 #endif

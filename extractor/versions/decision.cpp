@@ -32,7 +32,7 @@ static bool isNewer(const char* carriedVersion, const char* installedFolder) {
   return atol(carriedVersion) > pickVersionFromAppFolderName(installedFolder);
 }
 
-// Returns why the carried application has to be extracted, or null. Only asked of an installer that
+// Returns why the carried application must be extracted, or null. Only called for an installer that
 // carries an updater and an application.
 static const char* reasonInApp(const ExtractorRun& run) {
   char* latestApp = allocInstalledApp(run);
@@ -50,7 +50,7 @@ static const char* reasonInApp(const ExtractorRun& run) {
   return reason;
 }
 
-// Returns why something has to be extracted, or null.
+// Returns why something must be extracted, or null.
 static const char* reasonToExtract(const ExtractorRun& run) {
   if (run.latestGU == nullptr || run.latestJRE == nullptr) {
     return "[Extractor] No latest GU or JRE version exists, will check tail for online/offline "

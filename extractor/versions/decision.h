@@ -8,10 +8,10 @@ enum class Decision {
   Install,  // something has to be extracted
 };
 
-// Compares what the installer carries with what is installed, and logs what it finds. What surely
-// cannot start (extractor/versions/startable.h) counts as not installed. Fills in
-// run.latestGU and run.latestJRE. When something has to be extracted and the installer carries no
-// updater, the process ends with status 1 after a logged line. Main thread.
+// Compares what the installer carries with what is installed, and logs the result. What definitely
+// cannot start (extractor/versions/startable.h) counts as not installed. Fills in run.latestGU and
+// run.latestJRE. If something must be extracted and the installer carries no updater, the process
+// ends with status 1 after a logged line. Main thread.
 Decision decide(ExtractorRun& run);
 
 #endif

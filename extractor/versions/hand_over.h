@@ -5,7 +5,7 @@ struct ExtractorRun;
 
 // The ends of a run. Main thread.
 
-// Launches the newest installed updater as it stands. An elevated run ends without a launch.
+// Launches the newest installed updater without installing. An elevated run ends without a launch.
 [[noreturn]] void launchWithoutExtraction(ExtractorRun& run);
 
 // Ends the splash and launches the newest updater after an installation. An elevated run ends
@@ -17,8 +17,8 @@ struct ExtractorRun;
 [[nodiscard]] int probeSystemJava(const ExtractorRun& run, const char* guFolderName,
                                   const char* java);
 
-// Does nothing on this platform but end the process with status 1: a run that needs more rights is
-// not started again with them.
+// On this platform only ends the process with status 1: a run that needs more rights is not
+// restarted with them.
 [[noreturn]] void doElevatedSetupAndLaunch(const char*, int, char**, bool, const char*,
                                            const char*);
 

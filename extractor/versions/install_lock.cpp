@@ -16,8 +16,8 @@
 #include "support/log/logging.h"
 #include "support/owned.h"
 
-// Every user of the shared folder may be the next installer, so that the file is opened up; not so
-// what somebody else put in its place.
+// Every user of the shared folder may be the next installer, so the file is made writable for all;
+// but not a file that somebody else put in its place.
 static void openToEveryone(int handle) {
   struct stat status {};
   if (fstat(handle, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
@@ -41,7 +41,7 @@ static int openLockFile(const char* masterFolder) {
   return handle;
 }
 
-// The lock that this process holds, to be let go before an alert that may stay for hours.
+// The lock that this process holds, to be released before an alert that may stay for hours.
 static InstallLock* currentLock = nullptr;
 
 static void releaseCurrentLock() {
@@ -50,7 +50,7 @@ static void releaseCurrentLock() {
   }
 }
 
-// How often the lock is asked for again, ten times a second.
+// Number of attempts to get the lock, ten times a second.
 static int triesOf(InstallLock::Wait wait) {
   if (wait == InstallLock::Wait::Never) {
     return 0;
@@ -102,8 +102,7 @@ void InstallLock::release() {
   }
 }
 
-// The file number differs where another folder has been put into the place of the one that was
-// there.
+// The inode differs if the folder has been replaced by another one.
 static std::string describe(const dirent& entry) {
   return entry.d_name + (' ' + std::to_string(entry.d_ino));
 }

@@ -17,7 +17,7 @@ static const char* flawOfUpdater(const char* folder) {
   return flaw != nullptr && isPlainFile(folder) ? NO_FOLDER_FLAW : flaw;
 }
 
-// The updater starts the application, so that no more is known of what it needs.
+// The updater starts the application, so nothing more is known about what it needs.
 static const char* flawOfApp(const char* folder) {
   std::vector<std::string> names;
   if (!listNames(openFolder(folder), &names)) {

@@ -18,8 +18,8 @@
 
 static const int kJreNameLimit = 500;
 
-// Returns the home folder of the real user, or null when the password database has none. The text
-// is valid until the database is asked again.
+// Returns the home folder of the real user, or null if the password database has none. The text is
+// valid until the next query.
 static const char* homeFolder() {
   const passwd* entry = getpwuid(getuid());
   return entry == nullptr ? nullptr : entry->pw_dir;

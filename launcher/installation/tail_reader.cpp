@@ -50,7 +50,7 @@ static FILE* openTailFile(const char* executablePath) {
   return stream;
 }
 
-// Returns a stream that stands at the record's first field.
+// Returns a stream positioned at the record's first field.
 static FILE* openTail(const char* executablePath) {
   FILE* stream = openExecutable(executablePath);
   if (scanToMarker(stream, marker, TAIL_MARKER_SIZE, "Tail") >= 0) {

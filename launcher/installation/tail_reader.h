@@ -21,13 +21,13 @@ extern char* install_type;
 extern char* silent_parameter;
 extern char* update_url;
 
-// Reads fields 1 to 9 into their globals. `stream` stands at the first field and is left behind the
-// ninth. Fields that are missing at the end of the stream read as the empty text. Main thread.
+// Reads fields 1 to 9 into their globals. `stream` is at the first field and is left after the
+// ninth. Fields missing at the end of the stream read as the empty text. Main thread.
 void readCommonTailFields(FILE* stream);
 
-// Reads the Launcher's ten fields into the globals and logs each. The record is looked for behind
-// the marker in the file `executablePath`, opened by the path as given, and else in the file
-// ../Resources/Tail beside it. When neither can be opened the failure is logged and the process
+// Reads the Launcher's ten fields into the globals and logs each. The record is searched for after
+// the marker in the file `executablePath`, opened by the given path, and otherwise read from the
+// file ../Resources/Tail beside it. If neither can be opened the failure is logged and the process
 // ends with EXIT_STATUS_FAILURE. `marker` must be set. Main thread.
 void extractTail(const char* executablePath);
 

@@ -11,7 +11,7 @@
 #include "support/log/logging.h"
 #include "support/text/strings.h"
 
-// Returns a new text with what stands between the n-th and the next '-', or null without those.
+// Returns a new text with the part between the n-th and the next '-', or null without those.
 static char* allocNameField(const char* folderName, int n) {
   const int begin = indexOf(folderName, '-', n);
   const int end = indexOf(folderName, '-', n + 1);
@@ -58,7 +58,7 @@ static std::vector<std::string> sortedNamesIn(const char* path) {
   }
   if (errno != 0) {
     logMessage("[PickFolder] Unable to list %s\n", path);
-    names.clear();  // the newest may be among those that were not read
+    names.clear();  // the newest may be among the unread ones
   }
   std::sort(names.begin(), names.end());
   return names;

@@ -22,7 +22,7 @@ static void takeValue(const char* option, const char* name, const char** value) 
   }
 }
 
-// The power of two that the letter behind a number stands for, or -1 for any other letter.
+// The power of two for the letter after a number, or -1 for any other letter.
 static int shiftOf(char letter) {
   switch (letter) {
     case 0:

@@ -3,9 +3,9 @@
 
 #include <string>
 
-// Returns `text` as the Java Native Interface takes texts: characters of four bytes in UTF-8 become
-// two surrogates of three bytes each. All other bytes stay as they are, even where they
-// are not UTF-8. Any thread.
+// Returns `text` as the Java Native Interface expects texts: four-byte UTF-8 characters become two
+// surrogates of three bytes each. All other bytes are unchanged, even those that are not UTF-8. Any
+// thread.
 std::string javaText(const char* text);
 
 #endif

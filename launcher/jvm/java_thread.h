@@ -6,9 +6,10 @@
 #include <cstddef>
 
 // Starts a thread that runs body(argument), with `stackSize` bytes of stack, rounded up to whole
-// pages. The system's default would not do for Java's main thread: on macOS it is 512 KB, and no
-// -Xss could change it. Where the system refuses a stack of that size the thread gets the default
-// one, and the JVM says what it lacks. Returns false, with nothing logged, when there is no thread.
+// pages. The system's default is too small for Java's main thread: on macOS it is 512 KB, and no
+// -Xss could change it. If the system refuses a stack of that size the thread gets the default one,
+// and the JVM reports what it lacks. Returns false, with nothing logged, if no thread could be
+// started.
 [[nodiscard]] bool startJavaThread(pthread_t* thread, size_t stackSize, void* (*body)(void*),
                                    void* argument);
 

@@ -35,7 +35,7 @@ struct Texts {
   const char* at(int i) const { return texts[i] == nullptr ? "" : texts[i]; }
 };
 
-// The whole of one launch.
+// One complete launch.
 struct JavaRun {
   const char* mainClass;
   const char* jreFolder;
@@ -136,7 +136,7 @@ static bool findMain(JNIEnv* env, const char* className, MainCall* call) {
   logMessage("[JNILauncher] Searching for main method %s\n", name);
   call->method = env->GetStaticMethodID(call->mainClass, "main", "([Ljava/lang/String;)V");
   if (call->method == nullptr) {
-    // Calling on would take the process down inside the JVM.
+    // Continuing would crash the process inside the JVM.
     logMessage("[JNILauncher] Searching for main method failed!\n");
     noteFailure(Failure::MainClassMissing);
     env->ExceptionDescribe();
@@ -210,7 +210,7 @@ void setEndForHeldMainThread(void (*function)()) {
   endForHeldMainThread = function;
 }
 
-// A failed launch has brought no toolkit that could hold the main thread.
+// A failed launch has loaded no toolkit that could hold the main thread.
 static void* runAndEndLoop(void* argument) {
   auto* run = static_cast<JavaRun*>(argument);
   run->result = runJava(*run);
@@ -221,7 +221,7 @@ static void* runAndEndLoop(void* argument) {
   return nullptr;
 }
 
-// Runs the launch on a thread of its own, and the application's menu and event loop on this one.
+// Runs the launch on a separate thread, and the application's menu and event loop on this one.
 static int runBesideEventLoop(JavaRun* run, size_t stackSize) {
   pthread_t thread;
   prepareEventLoop();

@@ -19,8 +19,8 @@ static bool mayHoldLibrary(const std::string& folder) {
          (otherName != nullptr && !lacksContent(childPath(folder, otherName).c_str()));
 }
 
-// Runtimes of earlier layouts have jars in place of the modules, and one that is still being built
-// has a folder. The jar that reads a modules file is in every runtime that had one.
+// Runtimes of earlier layouts have jars instead of the modules, and one that is still being built
+// has a folder. Every runtime with a modules file has the jar that reads it.
 static bool lacksModules(const std::string& home) {
   const std::string modules = childPath(home, "lib/modules");
   if (!lacksContent(modules.c_str())) {
@@ -62,7 +62,7 @@ static const char* damageInProcess(const char* jreFolder) {
   return flaw;
 }
 
-// Looks at `folder` and `levels` further ones below. What cannot be listed may hold one.
+// Checks `folder` and `levels` further ones below. A folder that cannot be listed may contain one.
 static bool mayHoldLibraryBelow(const std::string& folder, int levels) {
   if (mayHoldLibrary(folder)) {
     return true;
@@ -82,8 +82,8 @@ static bool mayHoldLibraryBelow(const std::string& folder, int levels) {
   return false;
 }
 
-// What a runtime has that has a JVM library: without these, bin/java may be a program of another
-// kind, as a script that starts the Java of another place.
+// What every runtime with a JVM library has: without these, bin/java may be another kind of
+// program, such as a script that starts a Java elsewhere.
 static bool hadLibrary(const std::string& home) {
   return exists(childPath(home, "lib/jvm.cfg").c_str()) ||
          exists(childPath(home, "lib/server").c_str()) ||

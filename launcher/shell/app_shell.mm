@@ -57,8 +57,8 @@ static bool loadStockMenu() {
 // The titles come from the platform's menu file or from default_menu.mm, never from outside.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
-// A title is a format of its own: where it holds "%@", the name goes. The formats are kept, since
-// the name may change; for good, since another thread may end the process.
+// Each title is a format: "%@" is replaced by the name. The formats are kept, because the name may
+// change; and forever, because another thread may end the process.
 static void putNameIntoTitles(NSMenu* menu, NSString* name) {
   static auto& formats = *new std::vector<NSString*>;
   for (NSInteger i = 0; i < [menu numberOfItems]; ++i) {
@@ -72,8 +72,8 @@ static void putNameIntoTitles(NSMenu* menu, NSString* name) {
   }
 }
 
-// The menu is made once: while it is open, another in its place would not be served. Where its
-// window shows the process's name, it takes the name when it becomes the main menu.
+// The menu is created once: a replacement would not be handled while it is open. If its window
+// shows the process's name, it takes the name when it becomes the main menu.
 static void loadMenu() {
   static NSMenu* menu = nil;
   if (menu != nil) {

@@ -1,21 +1,21 @@
 #ifndef QUORVANE_LAUNCHER_SHELL_APPLICATION_H
 #define QUORVANE_LAUNCHER_SHELL_APPLICATION_H
 
-// The process's Cocoa application object behind a plain C++ interface. Main thread only. A
-// program calls those that it needs in this order, each once; none of them logs.
+// The process's Cocoa application object behind a plain C++ interface. Main thread only. A program
+// calls the functions it needs in this order, each once; none of them logs.
 
 // Tells the toolkit about the process before anything else uses it: call it first in main(), with
-// main()'s argument vector. The words behind argv[0] belong to Java and are kept from the toolkit
-// where it would take them for files to open or for its own settings.
+// main()'s argument vector. The arguments after argv[0] belong to Java; the toolkit must not take
+// them for files to open or for its own settings.
 void prepareApplication(char** argv);
 
 // Creates the shared application object with its delegate, which receives URLs and files to open
-// (launcher/shell/url_events.h) and asks to quit. Where no window system can be reached, says so in
+// (launcher/shell/url_events.h) and requests to quit. If no window system is available, says so in
 // one line on standard error and ends the process with status 1. The Java thread is started after
 // this call, never before it.
 void createApplication();
 
-// Returns a new autorelease pool for the calling thread, to be given to drainAutoreleasePool().
+// Returns a new autorelease pool for the calling thread, to be passed to drainAutoreleasePool().
 void* createAutoreleasePool();
 
 // Releases what the pool holds, and the pool itself.

@@ -11,7 +11,7 @@
 
 - (void)applicationWillFinishLaunching:(NSNotification*)notification {
   (void)notification;
-  // The application may finish its launch twice, and AppKit may then install its own handler again.
+  // The application may finish its launch twice, and AppKit may then reinstall its own handler.
   if (urlHandler == nil || !keepsEarlyEventHandlers()) {
     registerOSXEventListener();
   }

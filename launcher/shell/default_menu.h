@@ -2,8 +2,8 @@
 #define QUORVANE_LAUNCHER_SHELL_DEFAULT_MENU_H
 
 // Gives the application a main menu with the items of the platform's stock application menu; their
-// titles hold "%@" where the application's name belongs. For platforms that come without the stock
-// menu file. Logs nothing. Main thread, after createApplication().
+// titles contain "%@" where the application's name belongs. For platforms without the stock menu
+// file. Logs nothing. Main thread, after createApplication().
 void installDefaultMenu();
 
 #endif

@@ -10,22 +10,22 @@
 
 static std::atomic<bool> hasLeftLoop{false};
 
-// Ends the main thread's loop. All that it does it does on the main thread.
+// Ends the main thread's loop. It does all its work on the main thread.
 @interface EventLoopEnd : NSObject {
   BOOL isWanted;
 }
 - (BOOL)isWanted;
-// Forgets that the end was wanted.
+// Clears the request to end.
 - (void)reset;
-// Remembers that the end is wanted, and stops the innermost loop. Java's window toolkit may run one
-// inside ours, and a stop that comes before a loop has begun is lost: it asks again until the loop
-// has been left.
+// Records the request to end, and stops the innermost loop. Java's window toolkit may run one
+// inside ours, and a stop before a loop has begun is lost: it asks again until the loop has been
+// left.
 - (void)end;
 // Does nothing: the action of a timer that keeps a plain run loop from having nothing to wait for.
 - (void)idle:(NSTimer*)timer;
 @end
 
-// An application's loop looks only after an event whether it was stopped.
+// An application's loop checks only after an event whether it was stopped.
 static void stopApplication() {
   [NSApp stop:nil];
   postEmptyEvent(true);

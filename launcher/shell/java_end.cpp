@@ -11,7 +11,7 @@
 
 unsigned javaEndSeconds = 10;
 
-// What the user asked for is no failure, and Java's own window toolkit ends with this on Quit.
+// What the user asked for is not a failure, and Java's own window toolkit ends with this on Quit.
 static const int kQuitStatus = 0;
 
 static std::atomic<JavaVM*> runningJava{nullptr};

@@ -38,7 +38,7 @@ static const AEKeyword kDirectObject = 0x2D2D2D2D;
   NSLog(@"[Quorvane] [URL] Request received to open URL %@\n", url);
   const char* text = [url UTF8String];
   if (text == NULL) {
-    return;  // no URL, or none that UTF-8 can hold: the one before it stays
+    return;  // no URL, or not convertible to UTF-8: the previous one stays
   }
   const char* copy = strdup(text);
   __atomic_store_n(&requestedURL, copy, __ATOMIC_RELEASE);

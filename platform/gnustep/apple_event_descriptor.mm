@@ -1,7 +1,7 @@
 #import <Foundation/Foundation.h>
 
 // The two kinds of descriptor that exist here. The public class has no instance variables, and its
-// methods answer for a descriptor that holds nothing.
+// methods return the values of an empty descriptor.
 @interface QuorvaneTextDescriptor : NSAppleEventDescriptor {
  @public
   NSString* text;

@@ -3,8 +3,8 @@
 
 #import <Foundation/Foundation.h>
 
-// Hands `event` to the handler that is registered for its class and id, on the calling thread.
-// Returns NO when there is none.
+// Passes `event` to the handler registered for its class and id, on the calling thread. Returns NO
+// if there is none.
 BOOL dispatchAppleEvent(NSAppleEventDescriptor* event);
 
 #endif

@@ -5,8 +5,8 @@
 extern "C" {
 #endif
 
-// Creates the shared application object. Returns false where the window system refuses; no
-// application object is left then. Main thread.
+// Creates the shared application object. Returns false, without leaving an application object, if
+// the window system refuses. Main thread.
 int createSharedApplication(void);
 
 #ifdef __cplusplus

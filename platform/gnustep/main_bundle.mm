@@ -15,7 +15,7 @@ static NSDictionary* infoDictionary(id bundle, SEL selector) {
   return toolkitInfoDictionary(bundle, selector);
 }
 
-// The bundle's Info.plist, or nil when the executable does not lie in a Contents/MacOS folder.
+// The bundle's Info.plist, or nil if the executable is not in a Contents/MacOS folder.
 static NSString* infoFileOfMainBundle() {
   NSString* folder = [[[NSBundle mainBundle] executablePath] stringByDeletingLastPathComponent];
   NSString* contents = [folder stringByDeletingLastPathComponent];

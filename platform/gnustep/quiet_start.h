@@ -1,7 +1,7 @@
 #ifndef QUORVANE_PLATFORM_GNUSTEP_QUIET_START_H
 #define QUORVANE_PLATFORM_GNUSTEP_QUIET_START_H
 
-// Around the creation of the application object: makes it fast, and undoes what it does to the
+// Wraps the creation of the application object: makes it fast, and undoes its effects on the
 // process. Main thread, while it is the only one.
 void beginQuietStart();
 void endQuietStart();

@@ -6,13 +6,14 @@
 
 #import <Foundation/Foundation.h>
 
-// What the toolkit's libraries read while the application object is created, and nobody needs.
+// Settings that the toolkit's libraries read while the application object is created, to skip work
+// that nobody needs.
 static const char* const kTemporaryEnvironment[][2] = {
     // ImageMagick would list and open its coder modules. The toolkit reads PNG, JPEG, GIF and TIFF
     // by itself.
     {"MAGICK_CODER_MODULE_PATH", "/nonexistent"},
     // Xlib would parse half a megabyte of compose sequences for text fields that do not exist. The
-    // JVM's window toolkit reads its own, when the variable is gone again.
+    // JVM's window toolkit reads its own, after the variable is removed again.
     {"XCOMPOSEFILE", "/dev/null"},
 };
 
@@ -26,11 +27,11 @@ static const int kEndSignals[] = {SIGINT, SIGTERM};
 
 static struct sigaction endActions[2];
 
-// Whoever sets these defaults for themselves keeps their choice.
+// A user's own setting of these defaults is kept.
 static void registerDefaults() {
   NSDictionary* defaults = [NSDictionary
       dictionaryWithObjectsAndKeys:
-          // Costly questions to the window manager are not asked.
+          // Skips expensive queries to the window manager.
           @"NO", @"GSX11HandlesWindowDecorations",
           // No application icon is put on the screen.
           @"YES", @"GSSuppressAppIcon",

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-// A word that was changed in place, and a copy of what it was.
+// A text that was changed in place, and a copy of the original.
 struct ChangedWord {
   char* word;
   char* original;

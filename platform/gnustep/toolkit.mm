@@ -8,7 +8,7 @@
 
 void prepareToolkit(char** argv) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  // The toolkit would open words for files and take "-Name value" for settings of its own.
+  // The toolkit would take arguments for files to open, and "-Name value" for its own settings.
   [NSProcessInfo initializeWithArguments:allocReadableWords(argv)
                                    count:1
                              environment:allocReadableWords(getEnvP())];

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-// The toolkit returns from an animated change of frame at once and animates later: a second change
-// would start from a frame on the way, and end in a wrong one. As on macOS the call takes its time
-// here, 0.2 seconds for a change of 150 points up to half a second, and the window has its new
-// frame when it returns.
+// For an animated change of frame the toolkit returns at once and animates later: a second change
+// would start from an intermediate frame, and end in a wrong one. As on macOS this call waits for
+// the animation, 0.2 seconds for a change of 150 points up to half a second, and the window has its
+// new frame when it returns.
 
 static const NSTimeInterval kSecondsPerPoint = 0.20 / 150;
 static const NSTimeInterval kLongest = 0.5;

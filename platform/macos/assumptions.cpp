@@ -22,8 +22,7 @@ static_assert(sizeof(suseconds_t) <= sizeof(long), "microseconds fit a long");
 // after a conversion and never given to a function that is overloaded on both.
 static_assert(std::is_same_v<uint64_t, unsigned long long>, "a uint64_t is never printed with %lu");
 
-// The record of a file has its times as timespec under another name; st_mtime is the seconds in
-// both.
+// struct stat has its times as timespec under another name; st_mtime is the seconds in both.
 static_assert(std::is_same_v<decltype(stat::st_mtimespec), timespec>, "times have nanoseconds");
 static_assert(sizeof(stat::st_size) == 8, "a file's size may be more than 4 GB");
 static_assert(sizeof(ino_t) == 8, "folder entries are those with 64-bit file numbers");
@@ -34,5 +33,5 @@ static_assert(sizeof(dirent::d_name) > NAME_MAX, "the longest file name fits a f
 // Path buffers are larger than the longest path that the system takes.
 static_assert(PATH_MAX <= 4096, "a path of the system's fits a path buffer");
 
-// The state of LibTomCrypt's own hashes, whose end the Keccak half is put behind.
+// The size of LibTomCrypt's own hash states; the Keccak state follows it.
 static_assert(sizeof(hash_state) == 416, "LibTomCrypt keeps the size of its state");

@@ -48,7 +48,7 @@ unsigned char* base64_decode(const char* data, size_t length, size_t* outLength)
     return nullptr;
   }
   const size_t decoded = decodedLength(data, length);
-  // One byte at least, so that the empty result is a block and not the mark of a failure.
+  // At least one byte, so that an empty result is a block and not mistaken for a failure.
   unsigned char* block = static_cast<unsigned char*>(malloc(decoded > 0 ? decoded : 1));
   if (block == nullptr) {
     return nullptr;

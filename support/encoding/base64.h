@@ -5,10 +5,10 @@
 
 // Decoding of Base64 with the standard alphabet of RFC 4648. One thread at a time.
 
-// Decodes `length` characters. Returns a new block, owned by the caller and not ended by a zero
-// byte, and stores its size in bytes in *outLength; returns null and leaves *outLength alone when
-// `length` is not a multiple of 4 or the result finds no memory. Where the table finds none the
-// process ends. A character outside the alphabet counts as 0. Logs nothing.
+// Decodes `length` characters. Returns a new block, owned by the caller and not zero-terminated,
+// and stores its size in bytes in *outLength. Returns null and leaves *outLength alone if `length`
+// is not a multiple of 4 or there is no memory for the result. The process ends if there is no
+// memory for the table. A character outside the alphabet counts as 0. Logs nothing.
 unsigned char* base64_decode(const char* data, size_t length, size_t* outLength);
 
 // Builds the decoding table; base64_decode() does so on first use.

@@ -31,7 +31,7 @@ void waitForEvent(double seconds) {
   [pool release];
 }
 
-// A callback does not end the wait for an event. One that nobody listens to does.
+// A callback does not end the wait for an event; an event that nothing handles does.
 void endEventWait() {
   if (hasEventQueue()) {
     postEmptyEvent(false);

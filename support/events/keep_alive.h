@@ -1,18 +1,19 @@
 #ifndef QUORVANE_SUPPORT_EVENTS_KEEP_ALIVE_H
 #define QUORVANE_SUPPORT_EVENTS_KEEP_ALIVE_H
 
-// Lets long work on the main thread, which runs no event loop meanwhile, keep what is on the screen
-// alive without knowing what that is. With windows that is from the application's creation on: its
-// events (support/events/window_events.h), and the splash while it is shown. Main thread.
+// Lets long work on the main thread, which runs no event loop meanwhile, keep the screen alive
+// without knowing what is shown: with windows, the application's events
+// (support/events/window_events.h) from its creation on, and the splash while it is shown. Main
+// thread.
 
-// Sets the function that keepAlive() calls, or none with null. It returns soon.
+// Sets the function that keepAlive() calls; null for none. The function must return quickly.
 void setKeepAlive(void (*function)());
 
-// Calls the function that is set. Long work does so every few milliseconds; it costs next to
-// nothing where none is set.
+// Calls that function, if any. Long work calls this every few milliseconds; without a function it
+// costs almost nothing.
 void keepAlive();
 
-// Returns whether a function is set, so that waiting has to be done in short pieces.
+// Returns whether a function is set, so that a wait must be done in short pieces.
 [[nodiscard]] bool hasKeepAlive();
 
 #endif

@@ -1,13 +1,13 @@
 #ifndef QUORVANE_SUPPORT_EVENTS_QUIT_CLEANUP_H
 #define QUORVANE_SUPPORT_EVENTS_QUIT_CLEANUP_H
 
-// What has to be undone when the user quits in the middle of it, because the process then ends at
-// once. Nothing is logged. Main thread.
+// What must be undone if the user quits in the middle of it, because the process then ends at once.
+// Logs nothing. Main thread.
 
-// Sets what that is for now; null for nothing.
+// Sets the current cleanup function; null for none.
 void setQuitCleanup(void (*cleanup)());
 
-// Undoes it, if there is something, once.
+// Runs the cleanup function, if any, once.
 void runQuitCleanup();
 
 #endif

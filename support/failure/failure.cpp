@@ -14,7 +14,7 @@
 
 static const size_t kLongestName = 80;
 
-// A folder with less than this left counts as full where the error number is not known.
+// With less free space than this, a disk counts as full if the error number is unknown.
 static const unsigned long long kFullBelow = 64 * 1024;
 
 static std::atomic<Failure> notedFailure{Failure::NotStarted};
@@ -37,7 +37,7 @@ bool isAlertAllowed() {
   return alertAllowed && isStartedByDesktop();
 }
 
-// Cuts the text at `length`, or before a UTF-8 character that would not be whole.
+// Truncates the text at `length`, or before a UTF-8 character that would be incomplete.
 static std::string cutText(const std::string& text, size_t length) {
   if (text.size() <= length) {
     return text;
@@ -61,7 +61,7 @@ void setEndOfFailures(int (*function)(int status, Failure failure)) {
 }
 
 static void showAlert(Failure failure) {
-  // One is enough, should it fail itself.
+  // Only once, in case the alert itself fails.
   if (!isAlertAllowed() || alertShown.exchange(true)) {
     return;
   }

@@ -3,8 +3,8 @@
 
 #include "support/failure/failure.h"
 
-// What an alert is about: the application's name, empty for the main bundle's or the process's, and
-// the path of the log file, empty when there is none.
+// What an alert is about: the application's name, empty for that of the main bundle or the process,
+// and the path of the log file, empty if there is none.
 struct FailureAlert {
   Failure failure;
   const char* name;
@@ -12,8 +12,8 @@ struct FailureAlert {
 };
 
 // Shows the alert and returns when it has been closed; with a log file it has a button that shows
-// that file in its folder. Does nothing where no window system can be reached. Logs nothing. Any
-// thread, as failProcess().
+// that file in its folder. Does nothing if no window system is available. Logs nothing. Any thread,
+// like failProcess().
 void showFailureAlert(const FailureAlert& alert);
 
 #endif

@@ -15,7 +15,7 @@
 #include "support/splash/splash.h"
 #import "support/text/cocoa_text.h"
 
-// What has become of the alert that another thread has asked the main thread for.
+// The state of the alert that another thread has requested from the main thread.
 enum AlertStage { ALERT_ASKED_FOR, ALERT_OPEN, ALERT_CLOSED, ALERT_GIVEN_UP };
 
 static std::atomic<AlertStage> alertStage{ALERT_ASKED_FOR};
@@ -36,7 +36,7 @@ static bool makeAlertPossible() {
   return true;
 }
 
-// GNUstep has neither this nor a window before the alert is shown, and never prevents it.
+// GNUstep has no such method, and no window before the alert is shown, and never prevents it.
 @protocol TerminationDuringModal
 - (void)setPreventsApplicationTerminationWhenModal:(BOOL)prevents;
 @end
@@ -106,7 +106,7 @@ static void runAlert(const FailureAlert& about) {
 
 @end
 
-// Waits while the stage is `stage`, for `tries` looks at it, or for good when that is 0. Returns
+// Waits while the stage is `stage`, checking `tries` times, or without limit if that is 0. Returns
 // whether it has changed.
 static bool waitForStageAfter(AlertStage stage, int tries) {
   constexpr useconds_t kPauseMicroseconds = 20000;

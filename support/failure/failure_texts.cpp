@@ -2,7 +2,7 @@
 
 namespace {
 
-// In both sentences "%" stands for the application's name.
+// In both sentences "%" is replaced by the application's name.
 struct FailureTexts {
   Failure failure;
   const char* message;

@@ -7,11 +7,11 @@
 
 // What an alert says. Any thread.
 
-// Returns the sentence that says what failed, of the application `name`.
+// Returns the sentence that says what failed in the application `name`.
 std::string failureMessage(Failure failure, const std::string& name);
 
-// Returns the sentence that says what to do, and, on a line of its own, where the log file is; that
-// line is left out when `logFile` is empty.
+// Returns the sentence that says what to do and, on a separate line, where the log file is; that
+// line is omitted if `logFile` is empty.
 std::string failureAdvice(Failure failure, const std::string& name, const std::string& logFile);
 
 #endif

@@ -12,8 +12,8 @@
 
 static char copyBuf[50000];
 
-// Copies bytes from the file `from` to the file `to`; false when either cannot be opened. `tag`
-// names the caller in the two messages.
+// Copies bytes from the file `from` to the file `to`; false if either cannot be opened. `tag` names
+// the caller in both messages.
 static bool copyBytes(const char* tag, const char* from, const char* to) {
   const Stream source(fopen(from, "rb"));
   if (source == nullptr) {

@@ -21,7 +21,7 @@ namespace {
 struct Level {
   HeldFolder held;
   std::string name;                // in the folder above
-  std::vector<std::string> names;  // what is left to delete, the next one last
+  std::vector<std::string> names;  // still to delete, the next one last
   size_t pathLength = 0;           // how much of the walk's path leads here
   bool isSilent = false;           // below a short dot name
 };
@@ -29,13 +29,13 @@ struct Level {
 struct Walk {
   ShortDotNames shortDotNames;
   size_t topLength;  // how much of the path leads to the topmost folder
-  std::string path;  // for the log alone
+  std::string path;  // only for the log
   std::vector<Level> levels;
 };
 
 }  // namespace
 
-// The path as the log shows it: without its middle where a path buffer would not hold it.
+// The path for the log, without its middle if it does not fit a path buffer.
 static std::string shown(const Walk& walk) {
   if (walk.path.size() < PATH_BUFFER_SIZE) {
     return walk.path;
@@ -43,7 +43,7 @@ static std::string shown(const Walk& walk) {
   return walk.path.substr(0, walk.topLength) + "/..." + walk.path.substr(walk.path.rfind('/'));
 }
 
-// Goes into `folder`, the entry `name` of the innermost level. Returns whether it can be listed.
+// Enters `folder`, the entry `name` of the innermost level. Returns whether it can be listed.
 static bool enter(Walk* walk, Descriptor folder, const std::string& name, bool isSilent) {
   Level level;
   Folder listing = openListing(folder);
@@ -64,7 +64,7 @@ static bool enter(Walk* walk, Descriptor folder, const std::string& name, bool i
   return true;
 }
 
-// Goes back to the level above, or to the next one whose folder can still be had.
+// Returns to the level above, or to the next one whose folder is still reachable.
 static void leave(Walk* walk) {
   Level left = std::move(walk->levels.back());
   walk->levels.pop_back();
@@ -88,7 +88,7 @@ static bool deleteFile(const Descriptor& folder, const char* name) {
   return unlinkat(folder.get(), name, isFolder ? AT_REMOVEDIR : 0) == 0;
 }
 
-// Deletes the entry at the walk's path that is not a folder, or one that may not be opened.
+// Deletes the entry at the walk's path: one that is not a folder, or cannot be opened.
 static void deletePlainEntry(Walk* walk, const std::string& name, bool isSilent) {
   if (!isSilent) {
     logMessage("Deleting FILE %s\n", shown(*walk).c_str());

@@ -3,16 +3,16 @@
 
 #include "support/owned.h"
 
-// The one walk that deletes. Every folder is opened relative to the one above it and never through
-// a link, and every name is deleted relative to its open folder: whoever exchanges folders and
-// links meanwhile leads it nowhere. However deep the tree, it holds few descriptors open and does
+// The only walk that deletes. Every folder is opened relative to its parent and never through a
+// link, and every name is deleted relative to its open folder, so that swapping folders and links
+// meanwhile has no effect. Whatever the depth of the tree, it keeps few descriptors open and does
 // not recurse.
 
 // What happens to names that begin with '.' and are shorter than 3 characters.
 enum class ShortDotNames { Keep, DeleteSilently };
 
-// Deletes everything inside `folder`, which is known to the log as `path`, with a line for each
-// deletion and each failure; goes on after a failure. Returns 1 when it cannot be listed, else 0.
+// Deletes everything inside `folder`, which the log calls `path`, with a line for each deletion and
+// each failure; continues after a failure. Returns 1 if the folder cannot be listed, else 0.
 int deleteInside(const Descriptor& folder, const char* path, ShortDotNames shortDotNames);
 
 #endif

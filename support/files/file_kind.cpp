@@ -5,7 +5,7 @@
 
 #include <cerrno>
 
-// The kind of what stands at `path`, 0 for nothing.
+// The file type of `path`, 0 if it does not exist.
 static mode_t kindOf(const char* path) {
   struct stat status {};
   return lstat(path, &status) == 0 ? status.st_mode & S_IFMT : 0;
@@ -20,7 +20,7 @@ bool exists(const char* path) {
   return kindOf(path) != 0;
 }
 
-// Whether the error number of a look says that nothing is there.
+// Whether a failed lstat()'s error number means that nothing exists.
 static bool saysMissing(int error) {
   return error == ENOENT || error == ENOTDIR;
 }
@@ -30,7 +30,7 @@ bool isDefinitelyMissing(const char* path) {
   return lstat(path, &status) != 0 && saysMissing(errno);
 }
 
-// The same for a look that follows links.
+// The same for stat(), which follows links.
 static bool saysMissingOrBroken(int error) {
   return saysMissing(error) || error == ELOOP;
 }

@@ -1,17 +1,17 @@
 #ifndef QUORVANE_SUPPORT_FILES_FILE_KIND_H
 #define QUORVANE_SUPPORT_FILES_FILE_KIND_H
 
-// What stands at a path, asked without a log line. A link is looked at itself, never followed,
+// The kind of a path, determined without a log line. A link itself is examined, never its target,
 // except where a function says so. Any thread.
 
-// Returns whether anything stands at `path`; a link counts whatever it leads to.
+// Returns whether `path` exists; a link counts whatever its target.
 [[nodiscard]] bool exists(const char* path);
 
-// Returns whether nothing stands at `path`, for sure. Where the system cannot tell, as after a read
+// Returns whether `path` definitely does not exist. If the system cannot tell, as after a read
 // error, both this and exists() are false.
 [[nodiscard]] bool isDefinitelyMissing(const char* path);
 
-// Returns whether nothing stands at `path` or where a link there leads to, for sure.
+// Returns whether `path`, or its target if it is a link, definitely does not exist.
 [[nodiscard]] bool isMissingOrBrokenLink(const char* path);
 
 // Returns whether `path` is a link.
@@ -23,17 +23,17 @@
 // Returns whether `path` is a folder or a link to one.
 [[nodiscard]] bool leadsToFolder(const char* path);
 
-// Returns whether `path` is a plain file.
+// Returns whether `path` is a regular file.
 [[nodiscard]] bool isPlainFile(const char* path);
 
-// Returns whether no plain file with content, nor a link to one, is at `path`, for sure.
+// Returns whether `path` is definitely neither a non-empty regular file nor a link to one.
 [[nodiscard]] bool lacksContent(const char* path);
 
-// Returns whether `path` is a plain file, or a link to one, that may be executed.
+// Returns whether `path` is an executable regular file, or a link to one.
 [[nodiscard]] bool isExecutable(const char* path);
 
-// Returns whether `path` is known to be nothing that may be executed. Where the system cannot tell,
-// as after a read error, it is not known: what asks this is about to delete.
+// Returns whether `path` is definitely not executable. If the system cannot tell, as after a read
+// error, the result is false, because callers are about to delete.
 [[nodiscard]] bool isKnownNotExecutable(const char* path);
 
 #endif

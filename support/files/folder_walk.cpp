@@ -26,7 +26,7 @@ Folder openFolderWithoutLink(const char* path) {
 }
 
 Descriptor openFolderItself(const char* path) {
-  // A slash at the end would have a link there followed.
+  // A trailing slash would make the open follow a link.
   std::string itself(path);
   while (itself.size() > 1 && itself.back() == '/') {
     itself.pop_back();

@@ -17,14 +17,14 @@
 
 namespace {
 
-// A folder of `from` and the one of `to` that gets its entries.
+// A folder of `from` and the folder of `to` that gets its entries.
 struct FolderPair {
   HeldFolder from;
   HeldFolder to;
-  std::vector<std::string> names;  // what is left to look at, the next one last
+  std::vector<std::string> names;  // still to examine, the next one last
   size_t pathLength = 0;           // how much of the walk's path leads here
   bool isNew = false;              // whether the folder of `to` was made for it
-  mode_t mode = 0;                 // what that one gets in the end
+  mode_t mode = 0;                 // the mode to give it at the end
 };
 
 struct PairWalk {
@@ -49,7 +49,7 @@ static bool enterPair(PairWalk* walk, Descriptor from, Descriptor to, FolderPair
   return true;
 }
 
-// Goes back to the pair above. The mode comes last: it may forbid writing, and the way to "..".
+// Returns to the pair above. The mode is set last: it may forbid writing, and the way to "..".
 static bool leavePair(PairWalk* walk) {
   const FolderPair left = std::move(walk->pairs.back());
   walk->pairs.pop_back();
@@ -94,15 +94,15 @@ static bool isSameFile(const struct stat& one, const struct stat& other) {
 }
 
 // Copies the open file `source` to the new file `part`, with its permissions, but neither
-// set-user-ID nor set-group-ID: the copy belongs to this process's user, the content is somebody
-// else's.
+// set-user-ID nor set-group-ID: the copy belongs to this process's user, while the content belongs
+// to somebody else.
 static bool copyToPart(const Descriptor& source, Descriptor part, mode_t mode) {
   return copyContent(source.get(), part.get()) && fchmod(part.get(), mode & 0777) == 0 &&
          close(part.release()) == 0;
 }
 
-// Copies the regular file that was `seen` under another name, which becomes its own when all of it
-// is there. A file that has the other name already is somebody's, and stays.
+// Copies the regular file that was `seen` under a temporary name, renamed when complete. An
+// existing file with that name belongs to somebody and is kept.
 static bool copyEntry(const Descriptor& from, const Descriptor& to, const char* name,
                       const struct stat& seen) {
   const std::string partName = ".QuorvanePart-" + std::to_string(getpid());
@@ -125,9 +125,9 @@ static bool copyEntry(const Descriptor& from, const Descriptor& to, const char* 
   return false;
 }
 
-// A further name keeps the file's owner and mode, so that it allows nobody anything new: neither a
-// set-user-ID file nor one that only its owner reads. A copy would, see copyToPart(); and whoever
-// can write the folder can make linkat() fail.
+// A hard link keeps the file's owner and mode, so it permits nothing new: neither for a set-user-ID
+// file nor for one that only its owner reads. A copy would, see copyToPart(); and anyone who can
+// write the folder can make linkat() fail.
 static bool addFile(const Descriptor& from, const Descriptor& to, const char* name,
                     const struct stat& status) {
   if (linkat(from.get(), name, to.get(), name, 0) == 0 || errno == EEXIST) {
@@ -146,7 +146,7 @@ static bool addLink(const Descriptor& from, const Descriptor& to, const char* na
   return symlinkat(target, to.get(), name) == 0 || errno == EEXIST;
 }
 
-// Goes into a folder of `from`, and into that of `to`, which is made where it is missing.
+// Enters a folder of `from` and the one of `to`, which is created if missing.
 static bool addFolder(PairWalk* walk, const char* name, const struct stat& status) {
   const FolderPair& pair = walk->pairs.back();
   const bool isNew = mkdirat(pair.to.folder.get(), name, 0700) == 0;
@@ -170,7 +170,7 @@ static bool isLeftOut(const PairWalk& walk) {
   return std::find(walk.leftOut.begin(), walk.leftOut.end(), walk.path) != walk.leftOut.end();
 }
 
-// Adds the entry `name`, which the walk's path leads to, where it is missing.
+// Adds the entry `name` at the walk's path if it is missing.
 static bool addEntry(PairWalk* walk, const char* name) {
   const Descriptor& from = walk->pairs.back().from.folder;
   const Descriptor& to = walk->pairs.back().to.folder;

@@ -4,15 +4,14 @@
 #include <string>
 #include <vector>
 
-// Adds to the folder `to` what the folder `from` holds and it lacks, all the way down: files as
-// further names of the same file where the file system has these, else as copies, links as links,
-// folders with their modes. A name that both hold stays what it is in `to`. `leftOut` names
-// entries, by their paths in `from`, that are not added. Nothing in `from` changes, and no link
-// is followed.
+// Adds to the folder `to` the entries that only the folder `from` has, recursively: files as hard
+// links where the file system supports them, else as copies, links as links, folders with their
+// modes. A name that exists in both is left unchanged in `to`. `leftOut` names entries, by their
+// paths in `from`, that are not added. Nothing in `from` changes, and no link is followed.
 //
-// Returns false, after a logged line, at the first entry that cannot be added, and where a folder
-// that is not empty meets a name that is no folder in `to`; what was added until then stays. A
-// `from` that is missing, or no folder, has nothing to add. One thread at a time.
+// Returns false, after a logged line, at the first entry that cannot be added, and if a non-empty
+// folder conflicts with a name in `to` that is not a folder; entries added so far stay. If `from`
+// is missing or not a folder, there is nothing to add. One thread at a time.
 [[nodiscard]] bool addMissingEntries(const char* from, const char* to,
                                      const std::vector<std::string>& leftOut = {});
 

@@ -1,15 +1,15 @@
 #ifndef QUORVANE_SUPPORT_FILES_PATHS_H
 #define QUORVANE_SUPPORT_FILES_PATHS_H
 
-// Building and cutting of paths. The separator is '/'. Every buffer handed to pathcat() or
-// setPath() holds PATH_BUFFER_SIZE bytes and is owned by the caller. A path that would not fit
-// becomes UNUSABLE_PATH, which is logged once where it happens: nothing can be created or opened
-// at it or below it, so that a cut-off path is never mistaken for a real one. Any thread.
+// Building and splitting paths. The separator is '/'. Every buffer passed to pathcat() or setPath()
+// has PATH_BUFFER_SIZE bytes and is owned by the caller. A path that does not fit becomes
+// UNUSABLE_PATH, which is logged once where it happens: nothing can be created or opened at it or
+// below it, so that a truncated path is never mistaken for a real one. Any thread.
 
 // Size of a path buffer in bytes, the terminator included.
 constexpr int PATH_BUFFER_SIZE = 5000;
 
-// What stands in a path buffer when the path did not fit.
+// Content of a path buffer if the path did not fit.
 constexpr char UNUSABLE_PATH[] = "/dev/null/path-too-long";
 
 // Appends '/' to `dst` unless it ends in one, then `part` as it is. An empty `dst` gives '/'
@@ -33,21 +33,21 @@ char* toNativePath(char* path);
 // Returns whether the first character is '/'.
 bool isAbsolutePath(const char* path);
 
-// Returns `path` itself when it is absolute, else a new path buffer, owned by the caller, with the
-// working folder joined with `path`. "." and ".." are not resolved. UNUSABLE_PATH, which is logged,
-// when the working folder has no path or one above 1023 bytes.
+// Returns `path` itself if it is absolute, else a new path buffer, owned by the caller, with the
+// working folder joined with `path`. "." and ".." are not resolved. Returns UNUSABLE_PATH, which is
+// logged, if the working folder has no path or one longer than 1023 bytes.
 char* getAbsoluteExePath(char* path);
 
-// Returns a new path buffer, owned by the caller, with `path` cut at its last '/'; empty when there
-// is none or when the only one is the first character.
+// Returns a new path buffer, owned by the caller, with `path` cut at its last '/'; empty if there
+// is none or if the only one is the first character.
 char* getAbsoluteExeDir(const char* path);
 
-// Returns a pointer into `path`: the file name behind the last '/', or `path` when there is none.
+// Returns a pointer into `path`: the file name after the last '/', or `path` if there is none.
 char* pathToFile(char* path);
 const char* pathToFile(const char* path);
 
-// Returns a new text, owned by the caller: `dir`, a '/' when `dir` is not empty and does not end in
-// one, then `name`.
+// Returns a new text, owned by the caller: `dir`, a '/' unless `dir` is empty or ends in one, then
+// `name`.
 char* allocTempPath(char* dir, char* name);
 
 #endif

@@ -15,7 +15,7 @@
 static const char kRecursive755[] = "chmod -R 755 ";
 static const char kPlain777[] = "chmod 777 ";
 
-// Says where the result differs from the command's, which follows a link that it is given.
+// Logs where the result differs from the command's, which follows a link that it is given.
 static void warnOfLink(const char* path) {
   if (isLink(path)) {
     logMessage("[ChMod] Not following link %s\n", path);

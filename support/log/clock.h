@@ -14,8 +14,7 @@ unsigned long getCurrentTimeMillis();
 // Returns the millisecond part (0 to 999) of the current time, or 0 when it cannot be read.
 int getJustMillis();
 
-// Sleeps n whole seconds: the name says milliseconds, but the nanosecond part always comes out as
-// 0.
+// Sleeps n whole seconds: the name says milliseconds, but the nanosecond part is always 0.
 void millisleep(long n);
 
 #endif

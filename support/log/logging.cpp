@@ -16,7 +16,7 @@ uint64_t lastTimestamp = 0;
 static const char kErrorRule[] = "*******************************************\n";
 static const char kStartRule[] = "++++++++++++++++++++++++++++++++++++++++++++++++\n";
 static const char kEndRule[] = "------------------------------------------------\n";
-// The most bytes that wait for a log file.
+// Maximum number of bytes kept for a log file.
 static const size_t kEarlyLimit = 256 * 1024;
 
 // The Launcher closes the file on its launch thread while the main thread may be logging.
@@ -34,8 +34,8 @@ class FileGuard {
 
 }  // namespace
 
-// What was logged while no file was set yet, or null when nothing is kept. `lost` is the number of
-// messages for which there was no room.
+// Messages logged before a file was set, or null if nothing is kept. `lost` is the number of
+// messages that did not fit.
 static std::string* earlyLines = nullptr;
 static unsigned long lost = 0;
 

@@ -30,13 +30,13 @@ void logStartSection(const char* name);
 // Writes the three-line banner that closes the section `name`. Any thread.
 void logEndSection(const char* name);
 
-// From now on messages are kept for a log file that is still to be set, as long as they fit 256 KB.
-// Main thread, before any other call.
+// From now on messages are kept for a log file to be set later, up to 256 KB. Main thread, before
+// any other call.
 void keepEarlyLines();
 
-// Makes `file` (or null) the log file; the previous one is not closed. What keepEarlyLines() has
-// kept is written to the file first, or dropped with null. The stream is owned by the log until
-// closeLoggedFile(). Main thread.
+// Makes `file` (or null) the log file; the previous one is not closed. Messages kept by
+// keepEarlyLines() are written to the file first, or dropped if it is null. The log owns the stream
+// until closeLoggedFile(). Main thread.
 void setFileToLogTo(FILE* file);
 
 // Logs that the file is being closed, then closes it if one is set. Any thread.
@@ -44,21 +44,21 @@ void closeLoggedFile();
 
 // Creates `baseDir` and its folder "logs" and opens a new log file there, named "Wrapper-", the
 // local time with milliseconds and ".log". Logs the path to the sinks that were set before the
-// call. When the file cannot be opened the log goes on without one. Main thread, once.
+// call. If the file cannot be opened, the log goes on without one. Main thread, once.
 void setupFileLogging(const char* baseDir);
 
-// The same for the Launcher: the name begins with "Launcher-". Of the user's older files of that
-// name all but the newest LAUNCHER_LOG_COUNT - 1 are removed; no other file is.
+// The same for the Launcher: the name begins with "Launcher-". Removes the user's older files of
+// that name except the newest LAUNCHER_LOG_COUNT - 1, and no other files.
 void setupLauncherLogging(const char* baseDir);
 constexpr int LAUNCHER_LOG_COUNT = 20;
 
-// The same for an installer that is asked for one component, as an update does again and again: the
-// name begins with "Install-", and INSTALL_LOG_COUNT are left.
+// The same for an installer that installs one component, as an update does repeatedly: the name
+// begins with "Install-", and INSTALL_LOG_COUNT are kept.
 void setupInstallLogging(const char* baseDir);
 constexpr int INSTALL_LOG_COUNT = 20;
 
-// Returns the path of the log file that this process has opened in a folder, also after it was
-// closed; empty when there is none. The text lives as long as the process. Any thread.
+// Returns the path of the log file that this process has opened in a folder, even after it was
+// closed; empty if there is none. The text lives as long as the process. Any thread.
 const char* loggedFilePath();
 
 // Logs the current working folder. Any thread.

@@ -23,8 +23,8 @@ static void formatLogFileName(char* name, size_t size) {
   snprintf(name + length, size - length, "-%03d.log", getJustMillis());
 }
 
-// The master folder is open to every user: the folder or the file may be a link that somebody
-// planted. Only a file of its own in a folder of its own is written.
+// The master folder is writable by every user: the folder or the file may be a planted link. Only a
+// file owned by this user, in a folder owned by this user, is written.
 static FILE* createLogFile(const char* folderPath, const char* name) {
   const Descriptor folder(open(folderPath, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!folder.isOpen()) {

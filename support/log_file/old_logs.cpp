@@ -13,7 +13,7 @@
 
 #include "support/files/folder_walk.h"
 
-// Whether `text` is a time stamp with ".log" behind it, as the log files' names have.
+// Whether `text` is a time stamp followed by ".log", as in the log files' names.
 static bool isStamp(const char* text) {
   static const char kForm[] = "dddd-dd-dd-dd-dd-dd-ddd.log";
   if (strlen(text) != strlen(kForm)) {

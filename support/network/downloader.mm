@@ -62,8 +62,8 @@ static NSError* failure(NSInteger code, NSString* text, NSString* url) {
   return download;
 }
 
-// Lets go of a download that has ended. It is inside of one of its own methods and may need itself
-// until that returns.
+// Releases a finished download. It is inside one of its own methods and may need itself until that
+// returns.
 static void letGo(NSURLDownload* download) {
   [download autorelease];
   endEventWait();
@@ -133,13 +133,13 @@ static NSError* errorForResponse(NSURLResponse* response) {
 
 namespace {
 
-// Whether a transfer brings anything, by the bytes that came since its last response.
+// Whether a transfer makes progress, judged by the bytes since its last response.
 class Pace {
  public:
-  // Notes `received` bytes. Returns whether less than LEAST_BYTES came for too long.
+  // Records `received` bytes. Returns whether too few came for too long, less than LEAST_BYTES.
   bool isTooSlow(int received) {
     const auto now = std::chrono::steady_clock::now();
-    // A computer that slept, or whose user held a menu open, gave the server no chance.
+    // A computer that slept, or whose user kept a menu open, gave the server no chance.
     waited_ += std::min(std::chrono::duration<double>(now - lastLook_).count(), kLongestStep);
     lastLook_ = now;
     base_ = std::min(base_, received);
@@ -153,15 +153,15 @@ class Pace {
  private:
   static constexpr double kLongestStep = 1;
   std::chrono::steady_clock::time_point lastLook_ = std::chrono::steady_clock::now();
-  double waited_ = 0;  // seconds since LEAST_BYTES had come
-  int base_ = 0;       // what had come by then
+  double waited_ = 0;  // seconds since LEAST_BYTES arrived
+  int base_ = 0;       // bytes received by then
 };
 
 }  // namespace
 
-// Runs the run loop until the download has ended, looking for that at least every 0.2 seconds and
-// as soon as it has been told: a finished download is not kept waiting. Returns why it has to be
-// given up, or nil when it has ended.
+// Runs the run loop until the download has ended, checking at least every 0.2 seconds and as soon
+// as it is notified: a finished download is not kept waiting. Returns why it must be abandoned, or
+// nil if it has ended.
 static NSString* waitForEnd(Downloader* downloader, int mostBytes) {
   Pace pace;
   while (![downloader isDone]) {
@@ -196,7 +196,7 @@ static void cancelMainDownload() {
   unlink(mainTarget);
 }
 
-// Waits for the end of `download`, which leaves a file only where it has succeeded.
+// Waits for the end of `download`, which leaves a file only if it succeeded.
 static void finish(Downloader* downloader, NSURLDownload* download, NSString* url,
                    const char* targetPath, int mostBytes) {
   const bool isOnMain = isMainThread();
@@ -223,7 +223,7 @@ int downloadFile(const char* url, const char* targetPath, int mostBytes) {
   NSURLDownload* download = [downloader startDownloadingURL:downloader
                                                     fromURL:address
                                                      toFile:textFromUTF8(targetPath)];
-  // A transfer that was never born would never end.
+  // Without a transfer there is nothing to wait for.
   if (download != nil) {
     finish(downloader, download, address, targetPath, mostBytes);
   }

@@ -15,17 +15,17 @@
 - (NSURLResponse*)downloadResponse;
 - (int)bytesReceived;
 
-// Starts downloading `url` to the file `path`, replacing one that stands there. Returns the
-// transfer, which lives until it has ended, or nil, with `isDone` left unset, when none could be
-// created; the failure is logged. `downloader` is not used.
+// Starts downloading `url` to the file `path`, replacing an existing one. Returns the transfer,
+// which lives until it has ended, or nil, with `isDone` left unset, if none could be created; the
+// failure is logged. `downloader` is not used.
 - (NSURLDownload*)startDownloadingURL:(id)downloader fromURL:(NSString*)url toFile:(NSString*)path;
 
 - (void)download:(NSURLDownload*)download didFailWithError:(NSError*)error;
 - (void)downloadDidFinish:(NSURLDownload*)download;
 - (void)setDownloadResponse:(NSURLResponse*)response;
 
-// Stores the response. An answer with an error status ends the download as a failure: its body is
-// not the file that was asked for.
+// Stores the response. An answer with an error status ends the download as a failure, because its
+// body is not the requested file.
 - (void)download:(NSURLDownload*)download didReceiveResponse:(NSURLResponse*)response;
 - (void)download:(NSURLDownload*)download didReceiveDataOfLength:(NSUInteger)length;
 @end

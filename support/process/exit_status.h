@@ -1,25 +1,25 @@
 #ifndef QUORVANE_SUPPORT_PROCESS_EXIT_STATUS_H
 #define QUORVANE_SUPPORT_PROCESS_EXIT_STATUS_H
 
-// The statuses with which the process ends, beside the result of the Java program's launch.
+// The process's exit statuses, besides the result of the Java program's launch.
 
 // A start-up or extraction step failed for good.
 constexpr int EXIT_STATUS_FAILURE = 1;
 
-// What a Java runtime's compatibility probe ends with when the runtime suits the application.
+// Exit status of a Java runtime's compatibility probe if the runtime suits the application.
 constexpr int EXIT_STATUS_COMPATIBLE = 72;
 
 // The launch-properties file could not be written.
 constexpr int EXIT_STATUS_PROPERTIES_NOT_WRITTEN = 99;
 
-// How `--install` ends where it installs nothing, beside EXIT_STATUS_FAILURE.
+// Exit statuses of `--install` if it installs nothing, besides EXIT_STATUS_FAILURE.
 constexpr int EXIT_STATUS_WRONG_USAGE = 2;
 constexpr int EXIT_STATUS_NOT_NEWER = 3;          // than the newest complete version
 constexpr int EXIT_STATUS_SIGNATURE_REFUSED = 4;  // wrong, or missing
 constexpr int EXIT_STATUS_ARCHIVE_REFUSED = 5;    // damaged, or another component's
 constexpr int EXIT_STATUS_BUSY = 6;               // another installer did not end within a minute
 
-// What the decompressor lzma64, which an installer carries, ends with when the disk is full.
+// Exit status of the installer's decompressor lzma64 if the disk is full.
 constexpr int EXIT_STATUS_LZMA_DISK_FULL = 3;
 
 // unpack200 produced nothing.

@@ -3,17 +3,17 @@
 
 // The first call of both executables' main(), before anything can be written or started.
 //
-// From then on SIGPIPE is ignored: whoever reads this process's output may go away, and the log
-// file and the installation go on without them. A program that is started gets the default back
-// (support/process/start_program.h). A JVM in this process puts a handler of its own in this one's
-// place, so that Java's children have the default as under `java`.
+// From then on SIGPIPE is ignored: the reader of this process's output may go away, and the log
+// file and the installation go on. A started program gets the default back
+// (support/process/start_program.h). A JVM in this process replaces this with its own handler, so
+// that Java's children have the default as under `java`.
 //
-// It also looks how the process was started, which may look otherwise later, when a parent has
-// ended. Main thread, while it is the only one.
+// It also determines how the process was started, because that may look different later, when a
+// parent has ended. Main thread, while it is the only one.
 void beginProcess();
 
-// Returns whether the desktop started this process, so that nobody sees its standard output: what
-// beginProcess() found, false before it. Any thread.
+// Returns whether the desktop started this process, so that nobody sees its standard output, as
+// found by beginProcess(); false before it. Any thread.
 [[nodiscard]] bool isStartedByDesktop();
 
 #endif

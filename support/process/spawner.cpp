@@ -42,7 +42,7 @@ class FolderChange {
  private:
   static constexpr size_t kSize = 20000;
 
-  // A folder that cannot be entered leaves the process, and so the program started, where it is.
+  // If the folder cannot be entered, the process, and so the started program, stays where it is.
   static void goTo(const char* folder) {
     if (chdir(folder) != 0) {
       return;
@@ -82,7 +82,7 @@ void setSpawnerExe(Spawner* spawner, const char* exe) {
 
 // Starts the program in the current folder; returns 0 or the error number.
 static int startHere(const Spawner* spawner, pid_t* child) {
-  // A full table has no null of its own, so the vector handed on is one slot longer.
+  // A full table has no terminating null, so the vector passed on is one slot longer.
   char* arguments[SPAWNER_SLOTS + 1] = {};
   memcpy(arguments, spawner->slots, sizeof spawner->slots);
   if (arguments[0] == nullptr) {
@@ -91,8 +91,8 @@ static int startHere(const Spawner* spawner, pid_t* child) {
   return startProgram(child, arguments[0], arguments);
 }
 
-// Starts the program in `workingDir`, or in the current folder when it is null. Returns 0, or -1
-// with the error number logged.
+// Starts the program in `workingDir`, or in the current folder if it is null. Returns 0, or -1 with
+// the error number logged.
 static int start(const Spawner* spawner, const char* workingDir, pid_t* child) {
   int error = 0;
   if (workingDir == nullptr) {
@@ -108,7 +108,7 @@ static int start(const Spawner* spawner, const char* workingDir, pid_t* child) {
   return 0;
 }
 
-// waitpid() that a signal to this process does not end.
+// waitpid() that is not interrupted by a signal to this process.
 static pid_t waitUninterrupted(pid_t child, int* status, int options) {
   pid_t result = -1;
   do {

@@ -5,12 +5,12 @@
 
 #include <memory>
 
-// Starting of other programs: collect the argument vector in a fixed table, then start the program
-// in this process's environment, and wait for its end or not. Starting with a working folder
-// changes the folder of the whole process for a moment, so that no other thread may rely on it
-// meanwhile. One thread.
+// Starts other programs: collect the argument vector in a fixed table, then start the program in
+// this process's environment, and optionally wait for its end. Starting with a working folder
+// briefly changes the folder of the whole process, so no other thread may rely on it meanwhile. One
+// thread.
 
-// Number of arguments that a spawner holds, the program itself included.
+// Capacity of a spawner's argument table, including the program itself.
 constexpr int SPAWNER_SLOTS = 500;
 
 // The argument table. Slot 0 is the program; the first null ends the vector. It holds the caller's
@@ -33,11 +33,11 @@ struct DeleteSpawner {
 // A table that is freed when its owner goes out of scope.
 using OwnedSpawner = std::unique_ptr<Spawner, DeleteSpawner>;
 
-// Appends `arg`. When all slots are taken it is refused with a logged warning.
+// Appends `arg`. If all slots are taken it is refused with a logged warning.
 void addSpawnerArg(Spawner* spawner, const char* arg);
 
-// Appends `exe` as addSpawnerArg() does, whatever slot 0 holds: call it first, on an empty table.
-// The program's path is used as it is; PATH is not searched.
+// Appends `exe` as addSpawnerArg() does, whatever slot 0 contains: call it first, on an empty
+// table. The program's path is used as it is; PATH is not searched.
 void setSpawnerExe(Spawner* spawner, const char* exe);
 
 // How a program ended that was waited for.
@@ -55,16 +55,16 @@ struct SpawnEnd {
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir);
 int runSpawnerAndWait(const Spawner* spawner);
 
-// Waits for the end of the child process `child`, started by whatever means, and returns its wait
-// status, or -1 when it cannot be waited for. What is on screen is kept alive meanwhile.
+// Waits for the end of the child process `child`, however it was started, and returns its wait
+// status, or -1 if it cannot be waited for. Keeps the screen alive meanwhile.
 int waitForChild(pid_t child);
 
 // Waits up to `seconds` for the end of the child process `child`; returns whether it has ended by
-// then, and not with exit code 0. The application's events are answered meanwhile.
+// then with an exit code other than 0. The application's events are handled meanwhile.
 [[nodiscard]] bool childFailsWithin(pid_t child, int seconds);
 
 // Starts the program as runSpawnerAndWait() does and returns 0 at once; -1, with the error number
-// logged, when it could not be started.
+// logged, if it could not be started.
 int runSpawnerAndContinue(const Spawner* spawner, const char* workingDir);
 int runSpawnerAndContinue(const Spawner* spawner);
 

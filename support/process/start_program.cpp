@@ -4,7 +4,7 @@
 
 #include "platform/environment.h"
 
-// What is ignored here would stay ignored in the new program: a shell cannot even undo it.
+// A signal ignored here would stay ignored in the new program: even a shell cannot undo it.
 static int resetBrokenPipe(posix_spawnattr_t* attributes) {
   sigset_t signals;
   sigemptyset(&signals);

@@ -1,7 +1,7 @@
 #import "support/splash/redrawer.h"
 
-// What the redraw thread asks the main thread for. At most one request waits there, however long
-// the main thread is busy.
+// The redraw thread's request to the main thread. At most one is pending, however long the main
+// thread is busy.
 @interface RedrawRequest : NSObject {
   NSView* view;
   BOOL isWaiting;

@@ -6,12 +6,12 @@
 // There is one per process: init() first, then configureSplash(), then showSplash(); setProgress()
 // and hideProgress() any number of times; hideSplash() or cleanup() at the end.
 //
-// The main thread owns the window: every function here is called on it. Where no window system can
-// be reached, the first call says so in one line on standard output, and all of them do nothing
+// The main thread owns the window: every function here is called on it. If no window system is
+// available, the first call says so in one line on standard output, and all functions do nothing
 // else; callers need not know.
 
-// Sizes of the splash image in points; 300 each until an image is configured, 0 after one that
-// cannot be read.
+// Sizes of the splash image in points; 300 each until an image is configured, 0 after an unreadable
+// one.
 extern int image_width;
 extern int image_height;
 
@@ -22,15 +22,15 @@ extern int progressPercent;
 extern int currentFrame;
 extern int maxFrames;
 
-// Makes every function here do nothing, silently: for a run that shows nothing, and does not even
-// ask whether there is a window system. Before init().
+// Makes every function here do nothing, silently: for a run that shows nothing and does not even
+// check for a window system. Before init().
 void goWithoutSplash();
 
 // Creates the window, its view and the bar's images. Logs two lines. Once.
 void init();
 
-// Reads the splash image from the file `imagePath` and gives the window its size. A file that
-// cannot be read counts as an image of no size; nothing is reported.
+// Reads the splash image from the file `imagePath` and gives the window its size. An unreadable
+// file counts as an empty image; nothing is reported.
 void configureSplash(const char* imagePath);
 
 // Brings the window on screen, centred, above ordinary windows.
@@ -40,18 +40,18 @@ void showSplash();
 void hideSplash();
 
 // Sets the bar's state. A value above 100 counts as 100, one below -100 as 0. Leaving the hidden
-// state makes the window taller by the bar, going back to it makes it smaller again. Entering the
-// indeterminate state starts a thread that asks for a redraw every 0.03 s, leaving it ends that
+// state makes the window taller by the bar, returning to it makes it smaller again. Entering the
+// indeterminate state starts a thread that requests a redraw every 0.03 s; leaving it ends that
 // thread.
 void setProgress(int percent);
 
-// Hides the bar and makes the window smaller again. Unlike setProgress(-100) it leaves a running
-// redraw thread alone.
+// Hides the bar and makes the window smaller again. Unlike setProgress(-100) it does not end a
+// running redraw thread.
 void hideProgress();
 
-// Draws what has changed and lets the window answer the window system, without waiting. While the
-// window is on screen keepAlive() does this, so that the stripe moves during long work; a call that
-// follows another by less than 0.03 s costs no more than reading a clock. Does nothing on other
+// Draws what has changed and lets the window respond to the window system, without waiting. While
+// the window is on screen keepAlive() does this, so that the stripe moves during long work; a call
+// less than 0.03 s after the previous one costs only a clock reading. Does nothing on other
 // threads.
 void refreshSplash();
 

@@ -67,7 +67,7 @@ static void readSplashImage(const char* path) {
 }
 
 void configureSplash(const char* imagePath) {
-  // A silent run says so too: the line shows which image the updater brought.
+  // Logged in a silent run too: the line shows which image the updater brought.
   printf("[Splash] configureSplash with URL %s\n", imagePath);
   fflush(stdout);
   if (!isSplashPossible()) {
@@ -75,7 +75,7 @@ void configureSplash(const char* imagePath) {
   }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   readSplashImage(imagePath);
-  // A size asked of no image would be undefined.
+  // The size of a null image would be undefined.
   const NSSize size = splashImage == nil ? NSZeroSize : [splashImage size];
   image_width = static_cast<int>(size.width);
   image_height = static_cast<int>(size.height);
@@ -93,12 +93,12 @@ void showSplash() {
   [win center];
   [win makeKeyAndOrderFront:nil];
   setKeepAlive(win == nil ? nullptr : refreshSplash);
-  [splashView setNeedsDisplay:YES];  // what a window off the screen held may be lost
+  [splashView setNeedsDisplay:YES];  // the content of a hidden window may be lost
   drawSplashNow();
   [pool release];
 }
 
-// The application goes on answering its events.
+// The application keeps handling its events.
 static void stopRefreshing() { setKeepAlive(answerEvents); }
 
 void hideSplash() {
@@ -112,8 +112,8 @@ void hideSplash() {
   [pool release];
 }
 
-// The redraw thread holds the view until its sleep is over. A view ends on the main thread only, so
-// that this reference has to be the last: it is kept.
+// The redraw thread holds the view until its sleep is over. A view may only be destroyed on the
+// main thread, so this reference must be the last: it is kept.
 static void closeView() {
   static SplashView* closed = nil;
   [closed release];

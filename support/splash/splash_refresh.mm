@@ -33,7 +33,7 @@ void drawSplashNow() {
   }
   [win displayIfNeeded];
   handleEvents(0);
-  [win displayIfNeeded];  // what the answer has brought
+  [win displayIfNeeded];  // what handling the events has changed
 }
 
 void refreshSplash() {

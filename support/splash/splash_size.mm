@@ -9,8 +9,8 @@ int getSplashBuffer() { return splashBuffer; }
 
 void setSplashBuffer(int points) { splashBuffer = points; }
 
-// Adds up one side of the window. The margin comes from outside and may be any number; a side
-// beyond what a screen can hold is cut to a size that a window system still takes.
+// Computes one side of the window. The margin comes from outside and may be any number; a side
+// larger than any screen is reduced to a size that a window system still accepts.
 static int sideLength(int image, int bar) {
   const long long length = image + 2LL * splashBuffer + bar;
   return static_cast<int>(std::clamp(length, 0LL, 4096LL));
@@ -21,7 +21,7 @@ void setFrameSize(int width, int height) {
     return;
   }
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  // A frame asked of no window would be undefined.
+  // The frame of a null window would be undefined.
   const NSRect old = win == nil ? NSZeroRect : [win frame];
   const CGFloat x = old.origin.x - (width - old.size.width) * 0.5;
   const CGFloat y = old.origin.y - (height - old.size.height) * 0.5;

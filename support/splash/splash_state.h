@@ -8,8 +8,8 @@
 @class Redrawer;
 @class SplashView;
 
-// What the files of the splash share; others use splash.h. Owned by the main thread, which alone
-// uses window and view.
+// State shared by the splash's files; others use splash.h. Owned by the main thread, the only one
+// to use window and view.
 
 extern NSWindow* win;           // null before init() and after cleanup()
 extern SplashView* splashView;  // the window's content view, likewise
@@ -22,14 +22,14 @@ extern NSImage* trackImage;               // the tile of the part not yet filled
 extern Redrawer* redrawer;      // null until the bar is first indeterminate
 extern NSThread* redrawThread;  // the running redraw thread, or null
 
-// Returns whether a window system can be reached. The first call finds out, and says so in one line
-// on standard output where there is none.
+// Returns whether a window system is available. The first call checks, and says so in one line on
+// standard output if there is none.
 [[nodiscard]] bool isSplashPossible();
 
 // Ends the redraw thread after its current sleep, and forgets it. Does nothing when there is none.
 void cancelRedrawThread();
 
-// Draws what has changed at once and lets the window answer the window system.
+// Draws what has changed at once and lets the window respond to the window system.
 void drawSplashNow();
 
 #endif

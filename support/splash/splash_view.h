@@ -3,8 +3,8 @@
 
 #import <Cocoa/Cocoa.h>
 
-// Draws the splash image and, under it, the progress bar in its present state. Every drawing of the
-// indeterminate bar moves its stripe on by a point.
+// Draws the splash image and, under it, the progress bar in its current state. Each drawing of the
+// indeterminate bar moves its stripe by a point.
 @interface SplashView : NSView
 @end
 

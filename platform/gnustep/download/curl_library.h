@@ -3,8 +3,8 @@
 
 #include <curl/curl.h>
 
-// The functions of libcurl that downloads need. The library is opened at the first download: it
-// brings some thirty others along, which would cost every start of a program that links it 20 ms.
+// The libcurl functions that downloads need. The library is opened at the first download: it pulls
+// in some thirty others, which would cost every start of a program that links it 20 ms.
 struct CurlLibrary {
   decltype(&curl_global_init) globalInit;
   decltype(&curl_easy_init) easyInit;
@@ -29,7 +29,7 @@ struct CurlLibrary {
   decltype(&curl_multi_info_read) multiInfoRead;
 };
 
-// Returns the opened library, or null where it is not installed. Any thread.
+// Returns the opened library, or null if it is not installed. Any thread.
 const CurlLibrary* curlLibrary();
 
 #endif

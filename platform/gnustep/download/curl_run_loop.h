@@ -11,14 +11,14 @@
 
 @protocol QuorvaneCurlLoopOwner
 // Something may have happened to the transfers of the multi handle. Called outside of libcurl, on
-// the run loop's thread; the owner may close the loop in it.
+// the run loop's thread; the owner may close the loop here.
 - (void)curlLoopDidTurn:(QuorvaneCurlLoop*)loop;
 // The transfer of `handle` has ended with `result`.
 - (void)curlLoop:(QuorvaneCurlLoop*)loop handle:(CURL*)handle didEndWith:(CURLcode)result;
 @end
 
-// A multi handle of libcurl whose sockets and timer are watched by the run loop, in its default
-// mode, of the thread that created it. Used on that thread only.
+// A libcurl multi handle whose sockets and timer are watched by the run loop, in its default mode,
+// of the thread that created it. Used only on that thread.
 @interface QuorvaneCurlLoop : NSObject <RunLoopEvents> {
   const CurlLibrary* curl;
   CURLM* multi;
@@ -27,13 +27,13 @@
   id<QuorvaneCurlLoopOwner> owner;        // not retained
   std::map<curl_socket_t, int>* sockets;  // what is watched of each: CURL_POLL_ bits
 }
-// Returns null when there is no memory. `owner` is called until close.
+// Returns null if there is no memory. `owner` is called until close.
 - (id)initWithLibrary:(const CurlLibrary*)library owner:(id<QuorvaneCurlLoopOwner>)loopOwner;
 
 - (CURLM*)multi;
 
-// Ends the watching and frees the multi handle, which must have no transfer left. The owner is not
-// called any more.
+// Stops watching and frees the multi handle, which must have no transfers left. The owner is no
+// longer called.
 - (void)close;
 @end
 

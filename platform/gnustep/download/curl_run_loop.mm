@@ -117,8 +117,8 @@ static void* descriptor(curl_socket_t socket) {
   [self endRunLoopsWait];
 }
 
-// The run loop goes on waiting when a timer has fired, so that whoever waits for the transfer would
-// learn of its end late. It does not wait when another timer is due.
+// The run loop keeps waiting after a timer has fired, which would delay notice of the transfer's
+// end. It does not wait if another timer is due.
 - (void)endRunLoopsWait {
   NSTimer* due = [NSTimer timerWithTimeInterval:0
                                          target:[NSNull null]

@@ -10,7 +10,7 @@
 // Returns an error of the URL domain with `text` as its description and `url` as the failing URL.
 NSError* downloadFailure(NSInteger code, const std::string& text, NSString* url);
 
-// Returns the error for a transfer of `url` that has ended with a failure of libcurl's.
+// Returns the error for a transfer of `url` that libcurl reports as failed.
 NSError* failureOfTransfer(const HttpTransfer& transfer, NSString* url);
 
 #endif

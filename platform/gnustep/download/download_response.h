@@ -5,7 +5,7 @@
 
 #include "platform/gnustep/download/http_transfer.h"
 
-// A response of GNUstep's with the length as the server gave it: GNUstep's own reads 32 bits.
+// A GNUstep response with the length given by the server: GNUstep's own reads 32 bits.
 @interface QuorvaneDownloadResponse : NSHTTPURLResponse {
   long long expectedLength;
 }

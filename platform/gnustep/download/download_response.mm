@@ -4,7 +4,7 @@
 
 #import "support/text/cocoa_text.h"
 
-// GNUstep's own reading of the length is of no use, and takes longer ones for errors.
+// GNUstep's own length parsing is unusable: it takes longer ones for errors.
 static NSDictionary* fieldsWithoutLength(const HeaderFields& fields) {
   NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
   for (const auto& [name, value] : fields) {

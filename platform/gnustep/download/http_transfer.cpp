@@ -4,7 +4,7 @@
 
 #include "platform/gnustep/download/certificate_authorities.h"
 
-// More than any server sends; a head without an end must not fill the memory.
+// More than any server sends; an endless head must not fill the memory.
 static const size_t kLargestHead = 256 * 1024;
 
 // Bytes read from the connection at once; the largest that libcurl takes.
@@ -78,7 +78,7 @@ bool HttpTransfer::noteHeaderLine(std::string line) {
     return false;
   }
   if (headComplete_) {
-    return true;  // a trailer behind the body
+    return true;  // a trailer after the body
   }
   line.erase(line.find_last_not_of("\r\n") + 1);
   const size_t colon = line.find(':');

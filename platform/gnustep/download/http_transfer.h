@@ -10,16 +10,16 @@
 
 using HeaderFields = std::vector<std::pair<std::string, std::string>>;
 
-// What a server answers before the body.
+// A server's answer before the body.
 struct ResponseHead {
   long status = 0;
   long long length = -1;  // of the body in bytes; -1 when the server did not say
   HeaderFields fields;
 };
 
-// One GET request over libcurl. The owner drives the multi handle and asks afterwards what has
-// happened: the callbacks of libcurl only note it, so that the transfer may be destroyed whenever
-// the owner is called. Redirects are not followed. One thread.
+// One GET request over libcurl. The owner drives the multi handle and then asks what has happened:
+// libcurl's callbacks only record it, so that the transfer may be destroyed whenever the owner is
+// called. Redirects are not followed. One thread.
 class HttpTransfer {
  public:
   // `multi` must outlive the transfer.
@@ -28,23 +28,23 @@ class HttpTransfer {
   HttpTransfer(const HttpTransfer&) = delete;
   HttpTransfer& operator=(const HttpTransfer&) = delete;
 
-  // Starts requesting `url`, http or https, with `fields` added to the request. Returns false when
+  // Starts requesting `url`, http or https, with `fields` added to the request. Returns false if
   // there is no memory.
   [[nodiscard]] bool start(const std::string& url, const HeaderFields& fields);
 
-  // Returns the head when it has come since the last call, else null. The body waits meanwhile.
+  // Returns the head if it has arrived since the last call, else null. The body waits meanwhile.
   const ResponseHead* takeHead();
 
-  // Lets the body come, into `file`, which must be open and outlive the transfer.
+  // Receives the body into `file`, which must be open and outlive the transfer.
   void receiveInto(PartialFile& file);
 
   // Returns how many bytes of the body have been written since the last call.
   size_t takeReceived();
 
-  // Returns how often something came from the server.
+  // Returns how often data arrived from the server.
   [[nodiscard]] unsigned long activity() const { return activity_; }
 
-  // Notes libcurl's result for the handle of a transfer that has ended.
+  // Records libcurl's result for the handle of a transfer that has ended.
   void noteEnd(CURL* handle, CURLcode result);
   [[nodiscard]] bool hasEnded() const { return ended_; }
   [[nodiscard]] CURLcode result() const { return result_; }

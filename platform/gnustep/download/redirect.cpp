@@ -4,7 +4,7 @@
 
 namespace {
 
-// A URL of libcurl's own parser.
+// A URL as parsed by libcurl.
 class ParsedUrl {
  public:
   explicit ParsedUrl(const CurlLibrary& curl) : curl_(curl), url_(curl.url()) {}
@@ -12,7 +12,7 @@ class ParsedUrl {
   ParsedUrl(const ParsedUrl&) = delete;
   ParsedUrl& operator=(const ParsedUrl&) = delete;
 
-  // Takes a whole URL, or one relative to what was taken before.
+  // Parses an absolute URL, or one relative to the previous one.
   bool take(const std::string& text) {
     const unsigned flags = CURLU_URLENCODE | CURLU_NON_SUPPORT_SCHEME;
     return url_ != nullptr && curl_.urlSet(url_, CURLUPART_URL, text.c_str(), flags) == CURLUE_OK;

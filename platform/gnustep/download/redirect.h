@@ -9,7 +9,7 @@
 [[nodiscard]] bool isHttpUrl(const CurlLibrary& curl, const std::string& url);
 
 // Returns the URL to which the answer to `url` redirects, relative ones resolved, or an empty text
-// when it does not redirect, or redirects to something that is no URL at all.
+// if it does not redirect, or not to a URL.
 std::string redirectOf(const CurlLibrary& curl, const std::string& url, const ResponseHead& head);
 
 #endif

@@ -9,10 +9,10 @@
 #include "platform/gnustep/download/http_transfer.h"
 #include "platform/gnustep/download/partial_file.h"
 
-// What NSURLDownload's allocation gives: a download over libcurl. GNUstep's own class never calls
-// its delegate. Only GET requests of http and https URLs work; any other fails. The download and
-// its delegate stay retained until it has ended, and every call of the delegate comes from the run
-// loop, in its default mode, of the thread that created the download.
+// The result of NSURLDownload's allocation: a download over libcurl. GNUstep's own class never
+// calls its delegate. Only GET requests of http and https URLs work; any other fails. The download
+// and its delegate stay retained until it has ended, and every call of the delegate comes from the
+// run loop, in its default mode, of the thread that created the download.
 @interface QuorvaneURLDownload : NSURLDownload <QuorvaneCurlLoopOwner> {
   NSURLRequest* request;  // the latest, redirects followed
   id delegate;            // null when the download has ended

@@ -266,7 +266,7 @@ static HeaderFields fieldsOf(NSURLRequest* request) {
   }
 }
 
-// Ends whatever is under way; the delegate is not called any more. The caller keeps this object
+// Ends whatever is in progress; the delegate is no longer called. The caller keeps this object
 // alive.
 - (void)stop {
   if (delegate == nil && loop == nil) {

@@ -20,7 +20,7 @@ std::string fileRecord(const std::string& path, const std::string& data,
 std::string recordHead(const std::string& type, const std::string& path, const std::string& length);
 std::string signatureRecord(const std::string& signedLength, const std::string& hex);
 
-// Tools that stand in for unpack200 and lzma64; both take input and output as their last two
+// Fake tools for unpack200 and lzma64; both take input and output as their last two
 // arguments. Their output is the input between angle brackets.
 constexpr char WORKING_TOOL[] = "{ printf '<'; cat \"$in\"; printf '>'; } > \"$out\"";
 constexpr char FAILING_TOOL[] = "printf half > \"$out\"; exit 3";

@@ -293,7 +293,7 @@ TEST_F(SignedArchive, WithARecordThatSaysAnythingElseIsRejectedWhenASignatureIsR
   expectRejected(entries_ + test::signatureRecord(length, hex).substr(0, 40));
 }
 
-// What follows was not signed; nothing that stands between the signed bytes and the record may be
+// What follows was not signed; nothing between the signed bytes and the record may be
 // accepted with them.
 TEST_F(SignedArchive, WithAnEntrySlippedInBeforeItsRecordIsRejected) {
   const std::string whole = signedArchive(entries_);

@@ -1,7 +1,7 @@
 #ifndef QUORVANE_PLATFORM_GNUSTEP_CORE_FOUNDATION_H
 #define QUORVANE_PLATFORM_GNUSTEP_CORE_FOUNDATION_H
 
-// CoreFoundation does not exist here. These are the pieces that launcher/jvm/bundle_loader.mm uses;
+// CoreFoundation does not exist here. These are the parts that launcher/jvm/bundle_loader.mm uses;
 // as on macOS the references are Foundation objects under other names.
 
 #ifdef __cplusplus
@@ -16,7 +16,7 @@ typedef struct __CFBundle* CFBundleRef;
 
 #define kCFAllocatorDefault ((CFAllocatorRef)0)
 
-// Returns the bundle at the folder `bundleURL`, owned by the caller, or null when there is no such
+// Returns the bundle at the folder `bundleURL`, owned by the caller, or null if there is no such
 // folder.
 CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef bundleURL);
 

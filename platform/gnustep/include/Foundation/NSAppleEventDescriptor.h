@@ -19,21 +19,21 @@ typedef int32_t AETransactionID;
 enum { kAutoGenerateReturnID = -1, kAnyTransactionID = 0 };
 
 @interface NSAppleEventDescriptor (QuorvaneEvents)
-// A descriptor that holds a text.
+// A descriptor that contains a text.
 + (NSAppleEventDescriptor*)descriptorWithString:(NSString*)string;
-// An event without parameters. Target and ids are not used: events stay in this process.
+// An event without parameters. Target and ids are ignored: events stay in this process.
 + (NSAppleEventDescriptor*)appleEventWithEventClass:(AEEventClass)eventClass
                                             eventID:(AEEventID)eventID
                                    targetDescriptor:(NSAppleEventDescriptor*)targetDescriptor
                                            returnID:(AEReturnID)returnID
                                       transactionID:(AETransactionID)transactionID;
-// The event's own codes; 0 when this is no event.
+// The event's codes; 0 if this is not an event.
 - (AEEventClass)eventClass;
 - (AEEventID)eventID;
-// The event's parameter for `keyword`; nil when it has none or this is no event.
+// The event's parameter for `keyword`; nil if it has none or this is not an event.
 - (NSAppleEventDescriptor*)paramDescriptorForKeyword:(AEKeyword)keyword;
 - (void)setParamDescriptor:(NSAppleEventDescriptor*)descriptor forKeyword:(AEKeyword)keyword;
-// The text that this descriptor holds, or nil.
+// The text that this descriptor contains, or nil.
 - (NSString*)stringValue;
 @end
 

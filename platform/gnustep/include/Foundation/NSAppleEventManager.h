@@ -10,8 +10,9 @@
 @interface NSAppleEventManager (QuorvaneEvents)
 // The process's manager.
 + (NSAppleEventManager*)sharedAppleEventManager;
-// Has `selector` of `handler` called, with the event and a reply event, for every event of this
-// class and id. A later call for the same two replaces the handler. The handler is not retained.
+// Registers `selector` of `handler` to be called, with the event and a reply event, for every event
+// of this class and id. A later call for the same two replaces the handler. The handler is not
+// retained.
 - (void)setEventHandler:(id)handler
             andSelector:(SEL)selector
           forEventClass:(AEEventClass)eventClass
