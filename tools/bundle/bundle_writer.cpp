@@ -60,7 +60,7 @@ static std::string infoPlist(const Bundle& bundle) {
   return text + "</dict>\n</plist>\n";
 }
 
-// The modes are the same whatever the umask is.
+// The modes do not depend on the umask.
 static const fs::perms kFileMode{0644};
 static const fs::perms kExecutableMode{0755};
 
@@ -88,7 +88,7 @@ static void copyInto(const std::string& from, const std::string& to, fs::perms m
 
 void writeBundle(const Bundle& bundle) {
   if (fs::exists(fs::symlink_status(bundle.path))) {
-    throw InputError(bundle.path + " exists already; remove it or choose another output folder");
+    throw InputError(bundle.path + " already exists; remove it or choose another output folder");
   }
   for (const char* folder : {"", "/Contents", "/Contents/MacOS", "/Contents/Resources"}) {
     makeFolder(bundle.path + folder);

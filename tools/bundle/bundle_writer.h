@@ -21,9 +21,9 @@ struct Bundle {
 // Returns the path of the bundle's executable.
 std::string executableIn(const Bundle& bundle);
 
-// Writes the bundle's folders, its Info.plist, its executable and its icon. Nothing of the machine
-// and no time goes into it. Throws InputError when something cannot be read or written, or when
-// something stands at the path already.
+// Writes the bundle's folders, its Info.plist, its executable and its icon. The result does not
+// depend on machine or time. Throws InputError if something cannot be read or written, or if the
+// path already exists.
 void writeBundle(const Bundle& bundle);
 
 }  // namespace tools

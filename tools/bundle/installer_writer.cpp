@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-// The records of a component beside its archive.
+// A component's records besides its archive.
 static const char kLzmaTool[] = "lzma64";
 static const char kSplash[] = "nativesplash.png";
 static const char kVersionFile[] = "version.txt";
@@ -32,7 +32,7 @@ static std::string component(const std::string& name, const ArchiveContent& cont
   return record(file, readWhole(work / file));
 }
 
-// A folder in which the Java home stands where a runtime bundle has it.
+// A folder with the Java home at its place in a runtime bundle.
 class RuntimeBundle {
  public:
   explicit RuntimeBundle(const std::string& home) {
@@ -46,7 +46,7 @@ class RuntimeBundle {
 };
 
 static std::string updaterRecords(const Installer& installer, const SigningKey* key) {
-  // An empty record keeps the place of a splash that is not there.
+  // An empty record takes the place of a missing splash.
   const std::string splash = installer.splash.empty()
                                  ? std::string(1, '\0')
                                  : record(kSplash, readWhole(installer.splash));
@@ -72,7 +72,7 @@ static std::string archivesOf(const Installer& installer, const SigningKey* key)
 }
 
 void writeInstaller(const Installer& installer, const SigningKey* key) {
-  // Everything is read before anything is written: a wrong input leaves no half bundle.
+  // Everything is read before anything is written: wrong input leaves no partial bundle.
   const std::string tail = encodeTail(installer.tail) + archivesOf(installer, key);
   const std::string params = encodeParams(installer.properties);
   requireRoomForProperties(installer.properties, installer.tail);

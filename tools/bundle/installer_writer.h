@@ -9,7 +9,7 @@
 #include "tools/formats/tail_writer.h"
 #include "tools/keys/signing.h"
 
-// Self-contained installers, and what they carry as files of an update site.
+// Self-contained installers, and their components as files of an update site.
 
 namespace tools {
 
@@ -24,20 +24,20 @@ struct Installer {
   std::string splash;          // a PNG file; empty for none
 };
 
-// Writes an installer bundle: the Tail record and the archives behind it as
-// Contents/Resources/Tail, the params file beside it. Components are signed when there is a key,
-// whose public half then has to be the Tail's. Throws InputError.
+// Writes an installer bundle: the Tail record followed by the archives as Contents/Resources/Tail,
+// and the params file beside it. Components are signed if there is a key, whose public half must
+// then be the Tail's. Throws InputError.
 void writeInstaller(const Installer& installer, const SigningKey* key);
 
-// Writes the files of the runtime `name` in `version`, made of the Java home `runtimeHome`, into
+// Writes the files of the runtime `name` in `version`, made from the Java home `runtimeHome`, into
 // the update site `site` (tools/formats/update_site.h). Returns the archive's path; an offline
-// installer carries the same one. Throws InputError.
+// installer carries the same archive. Throws InputError.
 std::string writeSiteRuntime(const std::string& site, const std::string& name,
                              const std::string& version, const std::string& runtimeHome,
                              const SigningKey* key);
 
 // Writes the files of the installer's application, in `version`, and of its updater into the update
-// site `site`: what an installer would put into the version folders. Throws InputError.
+// site `site`, as an installer would put them into the version folders. Throws InputError.
 void writeSiteApplication(const std::string& site, const Installer& installer,
                           const std::string& version, const SigningKey* key);
 void writeSiteUpdater(const std::string& site, const Installer& installer, const SigningKey* key);

@@ -18,7 +18,7 @@ namespace tools {
 
 static const char kHead[] = "Made by quorvane-pack build, which replaces what is listed here:";
 static const char kUnfinished[] = ".quorvane-unfinished";
-// Where earlier results stand while new ones take their place.
+// The folder of earlier results while new ones replace them.
 static const char kReplaced[] = ".quorvane-replaced";
 
 std::vector<std::string> madeIn(const std::string& path) {
@@ -29,7 +29,7 @@ std::vector<std::string> madeIn(const std::string& path) {
     return names;
   }
   while (std::getline(in, line)) {
-    // Nothing outside of the folder, whoever wrote the list.
+    // Nothing outside the folder, whatever the list says.
     if (!line.empty() && line != "." && line != ".." && line.find('/') == std::string::npos) {
       names.push_back(line);
     }
@@ -45,7 +45,7 @@ static void refuseForeignContent(const std::string& path) {
                                            : name == kUnfinished || name == kReplaced ||
                                                  std::count(made.begin(), made.end(), name) > 0;
     if (!isOwn) {
-      throw InputError("the output folder " + path + " holds " + name +
+      throw InputError("the output folder " + path + " contains " + name +
                        ", which this command did not make; choose a new or empty folder with "
                        "--output, or move that away");
     }
@@ -55,7 +55,7 @@ static void refuseForeignContent(const std::string& path) {
 OutputFolder::OutputFolder(const std::string& path) : path_(path) {
   try {
     if (fs::exists(path) && !fs::is_directory(path)) {
-      throw InputError(path + " is no folder; choose another one with --output");
+      throw InputError(path + " is not a folder; choose another one with --output");
     }
     fs::create_directories(path);
     refuseForeignContent(path);
@@ -76,7 +76,7 @@ std::string OutputFolder::operator/(const std::string& name) const {
   return path_ + "/" + kUnfinished + "/" + name;
 }
 
-// Returns the time in SOURCE_DATE_EPOCH, or -1 when it is not set.
+// Returns the time in SOURCE_DATE_EPOCH, or -1 if it is not set.
 static long fixedTime() {
   const char* text = getenv("SOURCE_DATE_EPOCH");
   if (text == nullptr || *text == '\0') {
@@ -96,7 +96,7 @@ static void setTime(const std::string& path, long seconds) {
   utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW);
 }
 
-// Sets the time of all in the folder and of itself.
+// Sets the time of the folder and of everything in it.
 static void setTimes(const std::string& folder, long seconds) {
   for (const auto& [path, item] : listFolder(folder)) {
     setTime(item.source, seconds);
@@ -121,7 +121,7 @@ static void writeList(const std::string& folder, const std::vector<std::string>&
   writeWhole(folder + "/" + OUTPUT_LIST, list);
 }
 
-// Puts earlier results back that new ones were about to replace.
+// Restores earlier results that new ones were about to replace.
 void OutputFolder::restoreReplaced() const {
   const std::string replaced = path_ + "/" + kReplaced;
   if (!fs::exists(replaced)) {
@@ -134,8 +134,8 @@ void OutputFolder::restoreReplaced() const {
   fs::remove(replaced);
 }
 
-// Exchanges the earlier results for the new ones. Both are listed meanwhile: should this end in
-// between, the next build still knows what is its own, and puts the earlier ones back.
+// Replaces the earlier results by the new ones. Both are listed meanwhile: if this is interrupted,
+// the next build still knows what it owns, and restores the earlier ones.
 void OutputFolder::exchange(const std::vector<std::string>& earlier,
                             const std::vector<std::string>& made) const {
   std::vector<std::string> all = earlier;
@@ -152,7 +152,7 @@ void OutputFolder::exchange(const std::vector<std::string>& earlier,
     fs::rename(*this / name, finalPath(name));
   }
   writeList(path_, made);
-  // From here on the new ones stand; the destructor removes the earlier ones.
+  // From here on the new ones are in place; the destructor removes the earlier ones.
   fs::rename(replaced, *this / kReplaced);
 }
 

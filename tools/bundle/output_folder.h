@@ -6,14 +6,14 @@
 
 namespace tools {
 
-// Stands in an output folder and lists what the packager made there.
+// A file in an output folder that lists what the packager made there.
 constexpr char OUTPUT_LIST[] = ".quorvane-output";
 
-// A folder that the packager writes its results to, all of them or none.
+// A folder that the packager writes its results to, all or none.
 class OutputFolder {
  public:
-  // Takes the folder `path`, which is made when it is missing. Throws InputError when it holds
-  // something that an earlier build did not make, or cannot be written to.
+  // Uses the folder `path`, created if missing. Throws InputError if it contains something that an
+  // earlier build did not make, or cannot be written to.
   explicit OutputFolder(const std::string& path);
   // Removes what was not finished.
   ~OutputFolder();
@@ -26,8 +26,8 @@ class OutputFolder {
   // The path of `name` once it is finished.
   std::string finalPath(const std::string& name) const { return path_ + "/" + name; }
 
-  // Puts what was made in place of what an earlier build made, which stays when that fails. With
-  // SOURCE_DATE_EPOCH in the environment every file and folder gets that time. Throws InputError.
+  // Replaces the results of an earlier build, which are kept on failure. With SOURCE_DATE_EPOCH in
+  // the environment every file and folder gets that time. Throws InputError.
   void finish();
 
  private:
@@ -40,7 +40,7 @@ class OutputFolder {
   std::string path_;
 };
 
-// Returns the names of what the packager made in the folder `path`; none when it made nothing.
+// Returns the names of what the packager made in the folder `path`; none if it made nothing.
 std::vector<std::string> madeIn(const std::string& path);
 
 }  // namespace tools

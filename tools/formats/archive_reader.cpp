@@ -20,7 +20,7 @@ namespace tools {
 static const size_t kRecordChunk = 50000;
 static const size_t kLongestField = 4094;
 
-// Reads records; what is wrong is said with the archive's path and the offset.
+// Reads records; errors give the archive's path and the offset.
 class RecordReader {
  public:
   RecordReader(const std::string& path, const std::string& name)
@@ -64,7 +64,7 @@ class RecordReader {
     for (; byte > 0; byte = getc(stream_.get())) {
       text.push_back(static_cast<char>(byte));
       if (text.size() > kLongestField) {
-        fail(offset, std::string(name) + " is longer than any field");
+        fail(offset, std::string(name) + " is too long for a field");
       }
     }
     if (byte == EOF) {
@@ -138,7 +138,7 @@ ArchiveListing readArchive(const std::string& path, const std::string& name) {
   return RecordReader(path, name).read();
 }
 
-// Returns the digest of the first `length` bytes, or null when it cannot be made.
+// Returns the digest of the first `length` bytes, or null on failure.
 static Block<unsigned char> hashStart(const std::string& path, long length) {
   const Stream stream = openInput(path);
   const Block<Hash_state> state(allocHashState());
@@ -157,13 +157,13 @@ static void checkRecord(const std::string& name, const ArchiveListing& listing) 
     throw InputError(name + " is not signed; make it with --key");
   }
   if (listing.signedLength != listing.recordOffset) {
-    throw InputError(name + " is damaged: its signature record stands at byte " +
-                     std::to_string(listing.recordOffset) + " and says it covers " +
+    throw InputError(name + " is damaged: its signature record is at byte " +
+                     std::to_string(listing.recordOffset) + " but claims to cover " +
                      std::to_string(listing.signedLength) + " bytes; make it again");
   }
   if (!listing.isWrittenForm) {
     throw InputError(name +
-                     " has a signature record in another form than the writer's; make it "
+                     " has a signature record that is not in canonical form; make it "
                      "again");
   }
 }

@@ -7,7 +7,7 @@
 #include "crypto/signature.h"
 #include "tools/formats/archive_records.h"
 
-// A look into archives that writes nothing, and the strict check of their signature.
+// Reads archives without writing anything, and checks their signature strictly.
 
 namespace tools {
 
@@ -27,14 +27,14 @@ struct ArchiveListing {
   std::string signatureHex;
 };
 
-// Reads the archive `path`, not compressed, to its signature record or end. Throws InputError, with
+// Reads the uncompressed archive `path` up to its signature record or end. Throws InputError, with
 // the offset, at the first thing that the product would not extract or that the writer never
-// writes, bytes behind the signature included. `name` is what messages call the archive.
+// writes, including bytes after the signature. `name` is the archive's name in messages.
 ArchiveListing readArchive(const std::string& path, const std::string& name);
 
-// Checks the signature of the archive `path` as the product does when it requires one, and that the
-// record has the form that the writer gives it, which the product does not ask for. Throws
-// InputError, saying why, when it is not right.
+// Checks the signature of the archive `path` as the product does when it requires one, and also
+// that the record is in the writer's form, which the product does not require. Throws InputError
+// with the reason if it is not valid.
 void checkSignature(const std::string& path, const std::string& name, const ArchiveListing& listing,
                     Rsa_key* key);
 

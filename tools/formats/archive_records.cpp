@@ -38,7 +38,7 @@ std::string folderRecord(const std::string& path) {
 
 std::string fileRecordHead(const std::string& path, long length, EntryKind kind) {
   if (path == SIGNATURE_RECORD_PATH) {
-    throw InputError("the name " + path + " is the signature's own; rename the file");
+    throw InputError("the name " + path + " is reserved for the signature; rename the file");
   }
   std::string record = typeAndPath(kind, path);
   appendNumber(&record, length);

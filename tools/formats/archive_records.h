@@ -3,22 +3,22 @@
 
 #include <string>
 
-// The bytes of an archive's records, as archive/archive.h reads them and docs/formats.md shows
-// them. A stream that installers read record by record is made of the same.
+// The bytes of an archive's records, as read by archive/archive.h and shown in docs/formats.md. The
+// stream that installers read record by record consists of the same records.
 
 namespace tools {
 
 enum class EntryKind { folder, pack200, file };
 
-// What the path of a special block begins with.
+// The prefix of a special block's path.
 constexpr char SPECIAL_BLOCK_PREFIX[] = "qvArcSpBlock_";
 
-// Returns the whole record of a folder. Throws InputError when the path is not one that the product
-// extracts.
+// Returns the complete record of a folder. Throws InputError if the product would not extract the
+// path.
 std::string folderRecord(const std::string& path);
 
-// Returns what stands before the `length` data bytes of an entry that is no folder. Throws
-// InputError as folderRecord() does, and when the path is the signature record's.
+// Returns the fields before the `length` data bytes of an entry that is not a folder. Throws
+// InputError as folderRecord() does, and if the path is the signature record's.
 std::string fileRecordHead(const std::string& path, long length, EntryKind kind);
 
 // Returns the record that signs the `signedLength` bytes before it.

@@ -11,7 +11,7 @@
 
 namespace tools {
 
-// An archive that is being written, record by record; what has been written is hashed on the way.
+// Writes an archive record by record, and hashes it on the way.
 class ArchiveStream {
  public:
   explicit ArchiveStream(const std::string& path);

@@ -20,7 +20,7 @@ namespace tools {
 
 static const char kCompressedSuffix[] = ".l2";
 
-// Where a volume disregards case one of two such entries would replace the other.
+// On a volume that ignores case one of two such entries would replace the other.
 static void requireDistinctPaths(const FolderTree& tree) {
   std::map<std::string, std::string> paths;
   for (const auto& entry : tree) {
@@ -28,7 +28,7 @@ static void requireDistinctPaths(const FolderTree& tree) {
     const auto [other, isNew] = paths.emplace(lowerCase(path), path);
     if (!isNew) {
       throw InputError("the paths " + other->second + " and " + path +
-                       " differ by nothing but case, which most macOS volumes disregard; rename "
+                       " differ only in case, which most macOS volumes ignore; rename "
                        "one");
     }
   }
@@ -54,7 +54,7 @@ static bool matches(const std::string& pattern, const std::string& path) {
   return fnmatch(pattern.c_str(), text.c_str(), FNM_PATHNAME) == 0;
 }
 
-// Returns the paths that are to be packed.
+// Returns the paths to pack.
 static std::set<std::string> choosePacked(const ArchiveContent& content, const FolderTree& tree) {
   std::set<std::string> packed;
   for (const std::string& pattern : content.pack200) {
@@ -100,7 +100,7 @@ static void writePlain(const ArchiveContent& content, const std::string& path,
 
 void writeArchive(const ArchiveContent& content, const std::string& path, const SigningKey* key) {
   if (!content.folder.empty() && isInside(path, content.folder)) {
-    throw InputError(path + " lies in the folder that it is made of; choose a place outside of " +
+    throw InputError(path + " is inside the folder that it is made from; choose a place outside " +
                      content.folder);
   }
   if (fs::path(path).extension() != kCompressedSuffix) {

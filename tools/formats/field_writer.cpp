@@ -6,7 +6,7 @@ namespace tools {
 
 void appendField(std::string* out, const std::string& name, const std::string& text, int limit) {
   if (text.find('\0') != std::string::npos) {
-    throw InputError(name + " holds a zero byte, which ends a field; remove it");
+    throw InputError(name + " contains a zero byte, which ends a field; remove it");
   }
   const size_t longest = static_cast<size_t>(limit) - 2;
   if (text.size() > longest) {

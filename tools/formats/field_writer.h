@@ -8,8 +8,8 @@
 
 namespace tools {
 
-// Appends `text` as one field to `out`. Throws InputError, naming the field, when the text holds a
-// zero byte or is longer than `limit` - 2 bytes, the most that its reader takes whole.
+// Appends `text` as one field to `out`. Throws InputError, naming the field, if the text contains a
+// zero byte or is longer than `limit` - 2 bytes, the most that its reader accepts completely.
 void appendField(std::string* out, const std::string& name, const std::string& text, int limit);
 
 // Appends a decimal number as one field.

@@ -30,8 +30,8 @@ std::string InstallerStream::readField(const char* what) {
     text.push_back(static_cast<char>(byte));
   }
   if (byte != 0) {
-    throw InputError(path_ + (byte == EOF ? " ends inside " : " holds too long a text for ") +
-                     what + ", before byte " + std::to_string(ftello(stream_.get())));
+    throw InputError(path_ + (byte == EOF ? " ends inside " : " has too long a text for ") + what +
+                     ", before byte " + std::to_string(ftello(stream_.get())));
   }
   return text;
 }
@@ -46,8 +46,8 @@ long long InstallerStream::readLength(const std::string& name) {
   }
   const long long length = std::stoll(text);
   if (length > bytesLeft()) {
-    throw InputError(path_ + " ends inside " + name + ": " + text + " bytes are announced, " +
-                     std::to_string(bytesLeft()) + " are there");
+    throw InputError(path_ + " ends inside " + name + ": it should have " + text +
+                     " bytes, but only " + std::to_string(bytesLeft()) + " are left");
   }
   return length;
 }
@@ -58,7 +58,7 @@ std::string InstallerStream::next(const std::string& out) {
     return "";
   }
   if (type != "0") {
-    throw InputError(path_ + ": a record's type is '" + type + "'; expected 0, a plain file");
+    throw InputError(path_ + ": a record's type is '" + type + "'; expected 0, a regular file");
   }
   const std::string name = readField("a record's name");
   if (const char* fault = entryPathError(name.c_str())) {

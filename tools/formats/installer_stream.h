@@ -7,18 +7,18 @@
 
 namespace tools {
 
-// The records that follow the Tail's fields in an installer, read one by one.
+// Reads the records that follow the Tail's fields in an installer, one by one.
 class InstallerStream {
  public:
   // Starts at the byte `offset` of the file `path`. Throws InputError.
   InstallerStream(const std::string& path, long long offset);
 
-  // Reads the next record, writes its data to the new file `out` and returns its name; an empty
-  // name and no file for the empty record, which keeps the place of one that is not there. Throws
-  // InputError when the stream is cut short or holds something else.
+  // Reads the next record, writes its data to the new file `out` and returns its name; for the
+  // empty record, which stands for a missing one, returns an empty name and writes no file. Throws
+  // InputError if the stream is truncated or contains something else.
   std::string next(const std::string& out);
 
-  // Bytes that have not been read.
+  // Number of bytes not yet read.
   long long bytesLeft();
 
  private:

@@ -4,8 +4,8 @@
 #include "tools/formats/launch_file_writer.h"
 #include "tools/system/input_error.h"
 
-// A packager wants to hear about a broken launch file, so this reader is strict where the product's
-// own takes what it gets.
+// A packager must report a broken launch file, so this reader is strict where the product's own is
+// lenient.
 
 namespace tools {
 
@@ -18,7 +18,7 @@ static std::string nextText(Fields* fields, const char* name) {
   const size_t end = fields->bytes.find('\0', fields->position);
   if (end == std::string::npos) {
     throw InputError("the launch file ends at byte " + std::to_string(fields->bytes.size()) +
-                     " where " + name + " should stand; it is cut short or no launch file");
+                     " where " + name + " should be; it is truncated or not a launch file");
   }
   std::string text = fields->bytes.substr(fields->position, end - fields->position);
   fields->position = end + 1;
@@ -32,8 +32,8 @@ static long nextNumber(Fields* fields, const char* name) {
   errno = 0;
   const long number = strtol(text.c_str(), &end, 10);
   if (text.empty() || *end != '\0' || errno != 0) {
-    throw InputError("the launch file holds \"" + text + "\" at byte " + std::to_string(start) +
-                     " where the number " + name + " should stand");
+    throw InputError("the launch file has \"" + text + "\" at byte " + std::to_string(start) +
+                     " where the number " + name + " should be");
   }
   return number;
 }

@@ -12,10 +12,10 @@ namespace tools {
 
 namespace {
 
-// One key of the text and the field it stands for; exactly one of the four is set.
+// One key of the text and its field; exactly one of the four is set.
 struct Key {
   const char* name;
-  long since;  // the version that the field came with
+  long since;  // the version that added the field
   std::string LaunchFile::*text = nullptr;
   long LaunchFile::*number = nullptr;
   bool LaunchFile::*flag = nullptr;
@@ -69,7 +69,7 @@ static Value valueIn(const toml::node& node, const Key& key, const char* wanted)
 }
 
 static std::vector<std::string> textsIn(const toml::node& node, const Key& key) {
-  const char* const wanted = "a list of texts";
+  const char* const wanted = "a list of strings";
   if (!node.is_array()) {
     throw InputError(std::string("\"") + key.name + "\" must be " + wanted);
   }
@@ -84,7 +84,7 @@ static void setField(const Key& key, const toml::node& node, LaunchFile* file) {
   if (key.texts != nullptr) {
     file->*key.texts = textsIn(node, key);
   } else if (key.text != nullptr) {
-    file->*key.text = valueIn<std::string>(node, key, "a text");
+    file->*key.text = valueIn<std::string>(node, key, "a string");
   } else if (key.number != nullptr) {
     file->*key.number = valueIn<int64_t>(node, key, "a whole number");
   } else {
@@ -171,7 +171,7 @@ std::string textOfLaunchFile(const LaunchFile& file) {
     }
   }
   if (!holdsSameFields(text, file)) {
-    throw InputError("the launch file holds text that is no UTF-8, which cannot be shown");
+    throw InputError("the launch file contains text that is not UTF-8, which cannot be shown");
   }
   return text;
 }

@@ -5,17 +5,17 @@
 
 #include "tools/formats/launch_file_writer.h"
 
-// The launch file as TOML text, with a key for each field; a key that is left out has the field's
-// default, and the version's is the newest.
+// The launch file as TOML text, with a key for each field. An omitted key has the field's default;
+// the default version is the newest.
 
 namespace tools {
 
-// Returns what the text says. Throws InputError, naming the key, when the text is no TOML, a key is
-// unknown or a value has the wrong type.
+// Parses the text. Throws InputError, naming the key, if the text is not TOML, a key is unknown or
+// a value has the wrong type.
 LaunchFile launchFileFromText(const std::string& text);
 
-// Returns the text for a launch file, with every key of its version. Throws InputError when a field
-// is no UTF-8, which TOML cannot hold.
+// Returns the text for a launch file, with every key of its version. Throws InputError if a field
+// is not UTF-8, which TOML cannot represent.
 std::string textOfLaunchFile(const LaunchFile& file);
 
 }  // namespace tools

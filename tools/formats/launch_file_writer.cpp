@@ -29,7 +29,7 @@ static void check(const LaunchFile& file) {
   }
   if (file.appName.empty() || file.appName.find('/') != std::string::npos) {
     throw InputError("the application's name \"" + file.appName +
-                     "\" cannot name an executable; it must not be empty or hold a '/'");
+                     "\" cannot name an executable; it must not be empty or contain a '/'");
   }
   requireNotNegative(file.maximumHeapMegabytes, "the maximum heap size");
   requireNotNegative(file.initialHeapMegabytes, "the initial heap size");

@@ -14,7 +14,7 @@ namespace tools {
 constexpr long OLDEST_LAUNCH_FILE_VERSION = 1;
 constexpr long NEWEST_LAUNCH_FILE_VERSION = 6;
 
-// The fields in the order of the file; the comment names the version that a field came with.
+// The fields in file order; the comment gives the version that added a field.
 struct LaunchFile {
   long version = NEWEST_LAUNCH_FILE_VERSION;
   std::string mainClass;
@@ -33,16 +33,16 @@ struct LaunchFile {
   bool mustFork = false;                // 6
 };
 
-// Returns the launch file's bytes. Throws InputError when the version is unknown, a value is set
-// that the version has no field for, a text does not fit its field, a number is negative, or the
-// application's name is empty or holds a '/'.
+// Returns the launch file's bytes. Throws InputError if the version is unknown, a value is set that
+// the version has no field for, a text does not fit its field, a number is negative, or the
+// application's name is empty or contains a '/'.
 std::string encodeLaunchFile(const LaunchFile& file);
 
-// Returns what `bytes` say. Throws InputError, naming the field, where they are cut short or a
-// number is none, and when bytes follow the last field.
+// Decodes `bytes`. Throws InputError, naming the field, if they are truncated or a number is
+// invalid, and if bytes follow the last field.
 LaunchFile decodeLaunchFile(const std::string& bytes);
 
-// Returns the bytes of an options file. Throws InputError when an option does not fit its field.
+// Returns the bytes of an options file. Throws InputError if an option does not fit its field.
 std::string encodeOptionsFile(const std::vector<std::string>& options);
 
 }  // namespace tools

@@ -14,7 +14,7 @@ static const uint32_t kPreset = 6;
 static const uint64_t kMemoryLimit = 512ull << 20;
 static const size_t kLzmaChunk = 256 * 1024;
 
-// A coder with its buffers; what goes wrong is said of the file `in`.
+// A coder with its buffers; errors name the file `in`.
 class LzmaCoder {
  public:
   explicit LzmaCoder(const std::string& in) : in_(in) {}
@@ -29,7 +29,7 @@ class LzmaCoder {
   }
   void startDecoder() { check(lzma_alone_decoder(&stream_, kMemoryLimit)); }
 
-  // Takes all of `input` through the coder.
+  // Passes all of `input` through the coder.
   void run(FILE* input, WholeFile* output) {
     lzma_ret result = LZMA_OK;
     while (result == LZMA_OK) {
@@ -40,7 +40,7 @@ class LzmaCoder {
       check(result);
     }
     if (stream_.avail_in > 0 || fgetc(input) != EOF) {
-      throw InputError(in_ + " goes on behind the end of its LZMA data; make it again");
+      throw InputError(in_ + " continues after the end of its LZMA data; make it again");
     }
   }
 
@@ -62,13 +62,13 @@ class LzmaCoder {
 
   void check(lzma_ret result) const {
     if (result == LZMA_BUF_ERROR) {
-      throw InputError(in_ + " ends before its LZMA data do; fetch or make it again");
+      throw InputError(in_ + " ends before its LZMA data; fetch or make it again");
     }
     if (result == LZMA_MEM_ERROR || result == LZMA_MEMLIMIT_ERROR) {
-      throw InputError(in_ + " needs more memory than is allowed or there is");
+      throw InputError(in_ + " needs more memory than is allowed or available");
     }
     if (result != LZMA_OK) {
-      throw InputError(in_ + " is no LZMA data, or damaged; fetch or make it again");
+      throw InputError(in_ + " is not LZMA data, or is damaged; fetch or make it again");
     }
   }
 

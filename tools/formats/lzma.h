@@ -3,19 +3,19 @@
 
 #include <string>
 
-// Files in the LZMA-alone format, the one that entries and archives with the suffix ".l2" have.
-// Both functions write a new file beside `out` and give it the name `out` once it is whole, with
-// the permissions of `in`: at no time does `out` name a part of the result, and after a failure it
-// names what it named before. They throw InputError when a file cannot be read or written.
+// Files in the LZMA-alone format, which entries and archives with the suffix ".l2" have. Both
+// functions write a new file beside `out` and rename it to `out` when complete, with the
+// permissions of `in`: `out` is never a partial result, and after a failure it is unchanged. They
+// throw InputError if a file cannot be read or written.
 
 namespace tools {
 
 // Compresses `in` to `out`. The same input gives the same bytes.
 void lzmaCompress(const std::string& in, const std::string& out);
 
-// Decompresses `in` to `out`. Throws InputError when `in` is damaged, cut short, goes on behind its
-// end, or asks for more than 512 MiB of memory. The format has no checksum; a change that it cannot
-// notice by itself is the signature's to find.
+// Decompresses `in` to `out`. Throws InputError if `in` is damaged, truncated, continues after its
+// end, or needs more than 512 MiB of memory. The format has no checksum; finding a change that it
+// cannot detect is left to the signature.
 void lzmaDecompress(const std::string& in, const std::string& out);
 
 }  // namespace tools

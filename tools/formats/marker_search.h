@@ -6,20 +6,20 @@
 
 namespace tools {
 
-// Meets a marker in bytes that are taken one by one, as the product does: a byte that breaks a
-// beginning is not looked at again. The marker's bytes have to outlive it.
+// Matches a marker byte by byte, as the product does: a byte that ends a partial match is not
+// considered again. The marker's bytes must outlive it.
 class MarkerMatcher {
  public:
   MarkerMatcher(const void* marker, size_t size)
       : marker_(static_cast<const unsigned char*>(marker)), size_(size) {}
 
-  // Returns whether the marker is whole with this byte.
+  // Returns whether this byte completes the marker.
   [[nodiscard]] bool take(unsigned char byte) {
     begun_ = byte == marker_[begun_] ? begun_ + 1 : 0;
     return begun_ == size_;
   }
 
-  // How many bytes of the marker the last ones were.
+  // The number of marker bytes matched so far.
   size_t begun() const { return begun_; }
 
  private:
@@ -28,14 +28,14 @@ class MarkerMatcher {
   size_t begun_ = 0;
 };
 
-// How the search for the Tail marker went over a stream.
+// The result of searching a stream for the Tail marker.
 struct MarkerSearch {
-  bool found = false;    // the stream then stands at the first byte behind the marker
+  bool found = false;    // the stream is then at the first byte after the marker
   long long offset = 0;  // of that byte
-  size_t begun = 0;      // bytes of the marker that the end of the stream has cut off
+  size_t begun = 0;      // marker bytes matched at the end of the stream
 };
 
-// Searches the Tail marker from where the stream stands.
+// Searches for the Tail marker from the stream's position.
 MarkerSearch searchMarker(FILE* stream);
 
 }  // namespace tools

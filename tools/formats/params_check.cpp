@@ -57,7 +57,7 @@ void requireRoomForProperties(const Properties& properties, const Tail& tail) {
 }
 
 bool asksForSignatures(const Properties& properties) {
-  // One that asks is not taken back by another.
+  // A later "false" does not revoke an earlier "true".
   return std::any_of(properties.begin(), properties.end(), [](const auto& property) {
     return property.first == "require_signature" && property.second == "true";
   });
@@ -65,7 +65,7 @@ bool asksForSignatures(const Properties& properties) {
 
 static std::string faultOfJreName(const std::string& name, const std::string& appName) {
   if (name.find_first_of("/-") != std::string::npos) {
-    return "which holds a '/' or a '-' and cannot name the runtime's folders";
+    return "which contains a '/' or a '-' and cannot name the runtime's folders";
   }
   if (isSameButForCase(name, UPDATER_NAME)) {
     return "which is the name of the updater's folders";
@@ -86,7 +86,7 @@ std::vector<std::string> faultsOfParams(const Properties& properties, const Tail
   }
   std::string jreName = DEFAULT_JRE_NAME;
   for (const auto& [name, value] : properties) {
-    // The last one counts, but a '/' is refused in any.
+    // The last one counts, but a '/' is refused in any of them.
     if (name == "jre_name") {
       jreName = value;
       if (value.find('/') != std::string::npos) {

@@ -7,15 +7,15 @@
 #include "tools/formats/params_writer.h"
 #include "tools/formats/tail_writer.h"
 
-// What the product makes of an installer's properties.
+// How the product treats an installer's properties.
 
 namespace tools {
 
-// Throws InputError when the properties, and those that installers add from the Tail record, do not
-// fit what an installer hands on to the application.
+// Throws InputError if the properties, and those that installers add from the Tail record, do not
+// fit what an installer passes to the application.
 void requireRoomForProperties(const Properties& properties, const Tail& tail);
 
-// Whether an installer with these properties refuses what is not signed.
+// Whether an installer with these properties refuses unsigned archives.
 bool asksForSignatures(const Properties& properties);
 
 // Returns what is wrong with the properties of an installer with this Tail record, a line each.

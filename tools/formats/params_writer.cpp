@@ -28,7 +28,7 @@ std::string encodeParams(const Properties& properties) {
   return bytes;
 }
 
-// Takes the field at `*at` and moves on behind it.
+// Returns the field at `*at` and advances past it.
 static std::string takeField(const std::string& bytes, size_t* at, const char* what) {
   const size_t end = bytes.find('\0', *at);
   if (end == std::string::npos) {
@@ -39,7 +39,7 @@ static std::string takeField(const std::string& bytes, size_t* at, const char* w
   return text;
 }
 
-// Returns where the bytes behind the marker begin.
+// Returns the position after the marker.
 static size_t endOfMarker(const std::string& bytes) {
   MarkerMatcher matcher(paramsMarker, sizeof paramsMarker);
   for (size_t i = 0; i < bytes.size(); ++i) {
@@ -47,7 +47,7 @@ static size_t endOfMarker(const std::string& bytes) {
       return i + 1;
     }
   }
-  throw InputError("this is no params file: its marker is missing");
+  throw InputError("this is not a params file: its marker is missing");
 }
 
 Properties decodeParams(const std::string& bytes) {
@@ -66,7 +66,7 @@ Properties decodeParams(const std::string& bytes) {
   return properties;
 }
 
-// Removes all properties called `name` from `begin` on and returns whether there were some.
+// Removes all properties called `name` from `begin` on and returns whether there were any.
 static bool removeFrom(Properties* properties, Properties::iterator begin,
                        const std::string& name) {
   const auto end = std::remove_if(begin, properties->end(),
@@ -89,7 +89,7 @@ void setProperty(Properties* properties, const std::string& name, const std::str
 
 void unsetProperty(Properties* properties, const std::string& name) {
   if (!removeFrom(properties, properties->begin(), name)) {
-    throw InputError("there is no property " + name + " to take away");
+    throw InputError("there is no property " + name + " to remove");
   }
 }
 

@@ -12,18 +12,18 @@ namespace tools {
 
 using Properties = std::vector<std::pair<std::string, std::string>>;
 
-// Returns the params file's bytes. Throws InputError, naming the property, when a name is empty or
-// a text does not fit its field.
+// Returns the params file's bytes. Throws InputError, naming the property, if a name is empty or a
+// text does not fit its field.
 std::string encodeParams(const Properties& properties);
 
-// Returns what the bytes of a params file say. Throws InputError when there is no marker, the count
-// is no number of pairs, or the pairs are cut short.
+// Decodes the bytes of a params file. Throws InputError if there is no marker, the count is not a
+// number of pairs, or the pairs are truncated.
 Properties decodeParams(const std::string& bytes);
 
-// Gives the property its value where it stands, once, or else at the end.
+// Sets the property's value where it already is, once, or else at the end.
 void setProperty(Properties* properties, const std::string& name, const std::string& value);
 
-// Takes the property away. Throws InputError when there is none of the name.
+// Removes the property. Throws InputError if there is none of that name.
 void unsetProperty(Properties* properties, const std::string& name);
 
 }  // namespace tools

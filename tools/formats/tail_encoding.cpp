@@ -13,13 +13,13 @@
 
 namespace tools {
 
-// The components beside the application that have version folders in its master folder.
+// The components besides the application that have version folders in its master folder.
 static const char* const kOtherComponents[] = {UPDATER_NAME, DEFAULT_JRE_NAME};
 
 static void requireAppName(const std::string& name) {
   if (name.empty() || name.find_first_of("/-") != std::string::npos) {
     throw InputError("the application's name \"" + name +
-                     "\" cannot name its folders; it must not be empty or hold a '/' or a '-'");
+                     "\" cannot name its folders; it must not be empty or contain a '/' or a '-'");
   }
   for (const char* other : kOtherComponents) {
     if (isSameButForCase(name, other)) {
@@ -38,14 +38,14 @@ static void requireVersion(const std::string& version, const char* what) {
   if (version.size() > kMostDigits || !consistsOf(version, isdigit)) {
     throw InputError(std::string(what) + " is \"" + version +
                      "\"; versions are compared as whole numbers, so use up to 18 digits, or "
-                     "nothing when it is not carried");
+                     "leave it empty if it is not carried");
   }
 }
 
 static void requireKey(const std::string& hex) {
   if (hex.size() % 2 != 0 || !consistsOf(hex, isxdigit)) {
     throw InputError(
-        "the public key is no hexadecimal text; give what 'quorvane-pack key show' prints");
+        "the public key is not hexadecimal text; give what 'quorvane-pack key show' prints");
   }
 }
 

@@ -4,8 +4,8 @@
 #include "tools/system/input_error.h"
 #include "tools/system/whole_file.h"
 
-// A packager wants to hear about a broken record, so this reader is strict where the product's own
-// takes what it gets.
+// A packager must report a broken record, so this reader is strict where the product's own is
+// lenient.
 
 namespace tools {
 
@@ -33,11 +33,12 @@ static std::string readValue(FILE* stream, int value, const std::string& path) {
   }
   if (text.size() > longest) {
     throw InputError(path + ": " + TAIL_VALUE_NAMES[value] + " is longer than the " +
-                     std::to_string(longest) + " bytes that are read; the file is no Tail record");
+                     std::to_string(longest) +
+                     " bytes that are read; the file is not a Tail record");
   }
   if (byte == EOF) {
     throw InputError(path + ": the record ends inside " + TAIL_VALUE_NAMES[value] +
-                     "; it is cut short or no Tail record");
+                     "; it is truncated or not a Tail record");
   }
   return text;
 }

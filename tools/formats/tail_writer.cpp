@@ -19,7 +19,7 @@ std::string tailPathInBundle(const std::string& bundle) {
   std::error_code ignored;
   if (!fs::is_directory(contents, ignored)) {
     throw InputError(bundle +
-                     " is no bundle, it holds no folder Contents; name a bundle or a file");
+                     " is not an app bundle: it has no folder Contents; name a bundle or a file");
   }
   const std::string resources = contents + "/Resources";
   mkdir(resources.c_str(), 0755);
@@ -48,14 +48,15 @@ void appendTail(const std::string& path, const Tail& tail) {
   const Stream executable = openInput(path);
   const MarkerSearch search = searchMarker(executable.get());
   if (search.found) {
-    throw InputError(path + " carries a record already, at byte " + std::to_string(search.offset) +
-                     "; use a copy of the executable that carries none");
+    throw InputError(path + " already has a record, at byte " + std::to_string(search.offset) +
+                     "; use a copy of the executable without one");
   }
   rewind(executable.get());
   WholeFile file(path, permissionsOf(executable.get()));
   copy(path, executable.get(), &file);
   if (search.begun > 0) {
-    // The executable ends like the marker begins; a byte between them keeps the marker in sight.
+    // The executable ends with the marker's first bytes; a byte in between keeps the marker
+    // findable.
     file.write("", 1);
   }
   const Block<char> bytes(allocAndInitMarker());

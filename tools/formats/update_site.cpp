@@ -30,7 +30,7 @@ std::string readSiteVersion(const std::string& site, const std::string& name) {
                         version.find_first_not_of("0123456789") == std::string::npos &&
                         (version[0] != '0' || version.size() == 1);
   if (!isNumber || text.size() > version.size() + 1) {
-    throw InputError(path + " does not hold one whole number of up to 18 digits");
+    throw InputError(path + " does not contain a whole number of up to 18 digits");
   }
   return version;
 }

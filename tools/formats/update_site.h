@@ -14,18 +14,17 @@ namespace tools {
 std::string siteVersionName(const std::string& name);
 std::string siteArchiveName(const std::string& name, const std::string& version);
 
-// Returns the version that the site `site` has of the component `name`. Throws InputError when it
-// has none, or its text is not a whole number, alone or before a line's end.
+// Returns the version of the component `name` on the site `site`. Throws InputError if there is
+// none, or its text is not a whole number, optionally followed by a line end.
 std::string readSiteVersion(const std::string& site, const std::string& name);
 
-// What an archive of a site holds beside its content: which component and version it is.
-// An updater belongs to one application.
+// A site archive's record of its component and version. An updater belongs to one application.
 std::string componentRecord(const std::string& name, const std::string& version);
 std::string updaterRecord(const std::string& version, const std::string& application);
 
 // Writes the archive of the component `name` in `version`, and then its version text, into the
-// folder `site`, which is created; `record` says what it is. What is downloaded replaces what an
-// installer would have put in place, so the archive holds all of it. Returns the archive's path.
+// folder `site`, which is created; `record` identifies the archive. A download replaces what an
+// installer would have installed, so the archive contains all of it. Returns the archive's path.
 // Throws InputError.
 std::string writeSiteComponent(const std::string& site, const std::string& name,
                                const std::string& version, const std::string& record,

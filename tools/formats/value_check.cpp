@@ -13,7 +13,7 @@ std::string faultOfRequiredJava(const std::string& version) {
   return isNumber ? "" : "Java versions are compared as whole numbers; write 8 for Java 1.8";
 }
 
-// The host of an http or https URL, and what stands before and behind it up to the path.
+// The host of an http or https URL, with everything before and after it up to the path.
 static std::string authorityOf(const std::string& url) {
   const size_t start = url.find("//") + 2;
   return url.substr(start, url.find_first_of("/?#", start) - start);
@@ -24,7 +24,7 @@ std::string faultOfUpdateUrl(const std::string& url) {
     return "";
   }
   if (!startsWith(url, "http://") && !startsWith(url, "https://")) {
-    return "it begins with http:// or https://, or is D for one that the property update_url gives";
+    return "it must begin with http:// or https://, or be D if the property update_url gives it";
   }
   const std::string authority = authorityOf(url);
   if (authority.empty() || authority[0] == ':' || authority.back() == '@') {
@@ -32,8 +32,7 @@ std::string faultOfUpdateUrl(const std::string& url) {
   }
   const bool isPlain =
       std::all_of(url.begin(), url.end(), [](char c) { return c > ' ' && c < '\x7F'; });
-  return isPlain ? ""
-                 : "a URL holds no blanks and nothing but ASCII; write others as %20 and so on";
+  return isPlain ? "" : "a URL contains only ASCII and no blanks; write others as %20 and so on";
 }
 
 }  // namespace tools

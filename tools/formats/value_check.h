@@ -3,15 +3,15 @@
 
 #include <string>
 
-// What texts must look like to be read as they are meant. Each function returns what is wrong and
-// right, for a message behind the text, or an empty text.
+// The required form of texts. Each function returns, for appending to a message, what is wrong and
+// what would be right, or an empty text.
 
 namespace tools {
 
-// The oldest Java that will do, or nothing.
+// The oldest accepted Java version, or nothing.
 [[nodiscard]] std::string faultOfRequiredJava(const std::string& version);
 
-// Where updates are.
+// The update URL.
 [[nodiscard]] std::string faultOfUpdateUrl(const std::string& url);
 
 }  // namespace tools

@@ -14,7 +14,8 @@ namespace tools {
 
 static const char kManifest[] = "META-INF/MANIFEST.MF";
 
-// The lines of the main section, those that go on with a blank joined to the one before.
+// The lines of the main section; continuation lines, which begin with a blank, are joined to the
+// previous one.
 static std::vector<std::string> mainSection(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream in(text);
@@ -62,12 +63,12 @@ JarManifest parseManifest(const std::string& text) {
 }
 
 void requireJar(const std::string& jar) {
-  // The end record of a jar's directory stands in front of a comment of at most 65535 bytes.
+  // The end record of a jar's directory precedes a comment of at most 65535 bytes.
   constexpr size_t kFarthestEnd = 22 + 65535;
   const std::string bytes = readWhole(jar);
   const size_t from = bytes.size() < kFarthestEnd ? 0 : bytes.size() - kFarthestEnd;
   if (bytes.compare(0, 2, "PK") != 0 || bytes.find("PK\x05\x06", from) == std::string::npos) {
-    throw InputError(jar + " is no jar, or a damaged one; build it or copy it again");
+    throw InputError(jar + " is not a jar, or is damaged; build it or copy it again");
   }
 }
 

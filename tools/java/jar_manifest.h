@@ -8,20 +8,20 @@
 
 namespace tools {
 
-// What the main section of a jar's manifest says; a text is empty where it says nothing.
+// The main section of a jar's manifest; missing texts are empty.
 struct JarManifest {
   std::string mainClass;
   std::vector<std::string> classPath;
 };
 
 // Reads the manifest of the file `jar` with the JDK's own jar program; a jar without one has an
-// empty one. Throws InputError when the file is no jar.
+// empty one. Throws InputError if the file is not a jar.
 JarManifest readJarManifest(const Jdk& jdk, const std::string& jar);
 
-// Throws InputError when the file `jar` has not the beginning and the end of a jar.
+// Throws InputError if the file `jar` does not begin and end like a jar.
 void requireJar(const std::string& jar);
 
-// Returns what the text of a manifest says.
+// Parses the text of a manifest.
 JarManifest parseManifest(const std::string& text);
 
 }  // namespace tools

@@ -22,7 +22,7 @@ std::string javaHomeIn(const std::string& folder) {
     }
   }
   throw InputError("the runtime " + folder +
-                   " holds no bin/java; name a folder that jlink made, or a JDK's");
+                   " has no bin/java; name a folder made by jlink, or a JDK");
 }
 
 std::string runtimeNumber(const std::string& home) {
@@ -47,7 +47,7 @@ static std::vector<std::string> absolute(const std::vector<std::string>& paths) 
   return all;
 }
 
-// The names in what jdeps prints: in its last line, since warnings may stand in front.
+// The names in jdeps's output: on its last line, because warnings may precede it.
 static std::vector<std::string> namesIn(const std::string& output) {
   std::string last;
   std::istringstream lines(output);

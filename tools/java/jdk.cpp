@@ -20,7 +20,7 @@ static bool isFile(const fs::path& path) {
   return fs::is_regular_file(path, ignored);
 }
 
-// Returns the JDK whose jlink PATH finds, or an empty text.
+// Returns the JDK whose jlink is on the PATH, or an empty text.
 static std::string homeFromPath() {
   const std::string program = findInPath("jlink", false);
   return program.empty() ? "" : fs::canonical(program).parent_path().parent_path().string();
@@ -35,13 +35,13 @@ Jdk Jdk::find(const std::string& home) {
     origin = "JAVA_HOME, which is " + found + ",";
   }
   if (!found.empty() && !isFile(fs::path(found) / "bin/jlink")) {
-    throw InputError(origin + " is no JDK: it holds no bin/jlink" + kHint);
+    throw InputError(origin + " is not a JDK: it has no bin/jlink" + kHint);
   }
   if (found.empty()) {
     found = homeFromPath();
   }
   if (found.empty()) {
-    throw InputError(std::string("no JDK is found: JAVA_HOME is not set and PATH has no jlink") +
+    throw InputError(std::string("no JDK found: JAVA_HOME is not set and PATH has no jlink") +
                      kHint);
   }
   return Jdk(fs::absolute(found));

@@ -4,22 +4,22 @@
 #include <string>
 #include <vector>
 
-// The JDK of the machine that packages: its jar, jdeps and jlink.
+// The JDK of the packaging machine: its jar, jdeps and jlink.
 
 namespace tools {
 
 class Jdk {
  public:
-  // Takes the JDK in the folder `home`; when that is empty the one that JAVA_HOME names, else the
-  // one whose jlink PATH finds. Throws InputError when there is none.
+  // Uses the JDK in the folder `home`; if empty the one that JAVA_HOME names, else the one whose
+  // jlink is on the PATH. Throws InputError if there is none.
   static Jdk find(const std::string& home);
 
   const std::string& home() const { return home_; }
 
-  // The first number of the JDK's version, or an empty text when its file "release" does not say.
+  // The first number of the JDK's version, or an empty text if its file "release" has none.
   std::string featureVersion() const;
 
-  // Whether the JDK holds the module `name`.
+  // Whether the JDK has the module `name`.
   bool hasModule(const std::string& name) const;
 
   // Runs one of its programs in the folder `folder` and returns its standard output. Throws

@@ -14,7 +14,7 @@
 
 namespace tools {
 
-// Far more than any key takes; a wrong file is refused before it is read into memory.
+// Far more than any key needs; a wrong file is refused before it is read into memory.
 static const size_t kLongestKey = 64 * 1024;
 
 static std::string readAll(FILE* stream, const std::string& source) {
@@ -24,7 +24,7 @@ static std::string readAll(FILE* stream, const std::string& source) {
     throw InputError(source + " cannot be read: " + strerror(errno));
   }
   if (content.size() > kLongestKey) {
-    throw InputError(source + " is longer than any key; expected a private key file");
+    throw InputError(source + " is too long for a key; expected a private key file");
   }
   return content;
 }
@@ -57,8 +57,8 @@ static void writeNewFile(const std::string& path, const std::string& text, mode_
   const int handle = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
   if (handle < 0) {
     const std::string hint =
-        errno == EEXIST ? "; choose another name, a key is never replaced" : "";
-    throw InputError("the key file " + path + " cannot be made: " + strerror(errno) + hint);
+        errno == EEXIST ? "; choose another name, an existing key is never replaced" : "";
+    throw InputError("the key file " + path + " cannot be created: " + strerror(errno) + hint);
   }
   const bool written = fchmod(handle, mode) == 0 && writeAll(handle, text) && fsync(handle) == 0;
   const int error = errno;
@@ -79,13 +79,15 @@ void writePublicKey(const std::string& path, const std::string& hex) {
 
 std::string faultOfKeyPlace(const std::string& path, const std::string& folder) {
   const bool isPacked = path != "-" && !folder.empty() && isInside(path, folder);
-  return isPacked ? "which lies in " + folder + " and would be published with it; move it elsewhere"
-                  : "";
+  return isPacked
+             ? "which is inside " + folder + " and would be published with it; move it elsewhere"
+             : "";
 }
 
 void warnOfOpenKey(const std::string& path) {
   if (path != "-" && isOpenToOthers(path)) {
-    fprintf(stderr, "quorvane-pack: others may read %s; run 'chmod 600' on it\n", path.c_str());
+    fprintf(stderr, "quorvane-pack: other users can read %s; run 'chmod 600' on it\n",
+            path.c_str());
   }
 }
 

@@ -11,7 +11,7 @@ namespace tools {
 bool isPem(const std::string& content);
 
 // Returns the DER form of the private key in the PEM text `content`. Throws InputError, naming
-// `source`, when it holds none, or one that is locked by a passphrase.
+// `source`, if it has none, or one protected by a passphrase.
 std::string privateKeyFromPem(const std::string& content, const std::string& source);
 
 // Returns `der` as PEM text of the kind `label`, in lines of 64 characters.

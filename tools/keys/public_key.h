@@ -13,8 +13,8 @@ struct FreePublicKey {
 };
 using PublicKey = std::unique_ptr<Rsa_key, FreePublicKey>;
 
-// Reads a public key from the text that a Tail record holds and 'key show' prints, with the
-// product's own reader, whose log it hides. Returns none when that reader refuses it.
+// Reads a public key from the text in a Tail record or printed by 'key show', with the product's
+// own reader, whose log it hides. Returns none if that reader refuses it.
 PublicKey publicKeyFromHex(const std::string& hex);
 
 }  // namespace tools

@@ -17,7 +17,7 @@ static const long kPublicExponent = 65537;
 static const unsigned long kSaltSize = 64;
 static const unsigned long kSha256Size = 32;
 
-// LibTomCrypt's failures here are the library's or the machine's, not the input's.
+// LibTomCrypt failures here are caused by the library or the machine, not by the input.
 static void check(int error, const char* what) {
   if (error != CRYPT_OK) {
     throw std::runtime_error(std::string(what) + ": " + error_to_string(error));
@@ -77,16 +77,16 @@ SigningKey SigningKey::parse(const std::string& content, const std::string& sour
   auto record = std::make_unique<Rsa_key>();
   if (!import(der, record.get())) {
     throw InputError(source +
-                     " holds no RSA key that can be read; expected a private key in PEM "
+                     " contains no readable RSA key; expected a private key in PEM "
                      "or DER form, as 'quorvane-pack key new' writes it");
   }
   SigningKey key(Key(record.release()));
   if (key.key_->type != PK_PRIVATE) {
-    throw InputError(source + " holds a public key; signing takes the private one");
+    throw InputError(source + " contains a public key; signing needs the private one");
   }
   if (key.bits() < LEAST_KEY_BITS) {
-    throw InputError(source + " holds a key of " + std::to_string(key.bits()) + " bits; at least " +
-                     std::to_string(LEAST_KEY_BITS) + " are needed");
+    throw InputError(source + " contains a key of " + std::to_string(key.bits()) +
+                     " bits; at least " + std::to_string(LEAST_KEY_BITS) + " are needed");
   }
   return key;
 }
@@ -128,8 +128,8 @@ std::string SigningKey::privateKeyPem() const {
   return pemOf("RSA PRIVATE KEY", exported(key_.get(), PK_PRIVATE));
 }
 
-// Starts a generator whose output depends on nothing but the private key and the digest, and cannot
-// be told without the private key.
+// Starts a generator whose output depends only on the private key and the digest, and cannot be
+// predicted without the private key.
 static void startSaltGenerator(Rsa_key* key, const unsigned char* digest, prng_state* generator) {
   std::string secret = exported(key, PK_PRIVATE);
   unsigned char seed[kSha256Size];

@@ -14,26 +14,26 @@ constexpr int LEAST_KEY_BITS = 2048;
 constexpr int MOST_KEY_BITS = 4096;
 constexpr int DEFAULT_KEY_BITS = 3072;
 
-// Returns why no key of that size is made, or an empty text.
+// Returns why a key of that size cannot be made, or an empty text.
 [[nodiscard]] std::string faultOfKeySize(int bits);
 
 // A private RSA key with a modulus of LEAST_KEY_BITS or more.
 class SigningKey {
  public:
-  // Makes a new key from the system's random source. Throws InputError when `bits` is outside of
-  // the limits above or not a multiple of 16.
+  // Makes a new key from the system's random source. Throws InputError if `bits` is outside the
+  // limits above or not a multiple of 16.
   static SigningKey generate(int bits);
 
   // Reads a key from a file's content, PEM or DER, PKCS #1 or PKCS #8, without a passphrase. Throws
-  // InputError, naming `source`, when there is no such key in it.
+  // InputError, naming `source`, if it contains no such key.
   static SigningKey parse(const std::string& content, const std::string& source);
 
-  // Reads a key from the file `path`, or from standard input when `path` is "-". Throws InputError.
+  // Reads a key from the file `path`, or from standard input if `path` is "-". Throws InputError.
   static SigningKey read(const std::string& path);
 
   int bits() const;
 
-  // The public key as an installer's "Signature Public Key" field carries it: the hexadecimal text
+  // The public key in the form of an installer's "Signature Public Key" field: the hexadecimal text
   // of its DER form, a SubjectPublicKeyInfo.
   std::string publicKeyHex() const;
   std::string publicKeyDer() const;

@@ -6,8 +6,8 @@
 #include "tools/formats/lzma.h"
 #include "tools/system/input_error.h"
 
-// The LZMA tool that an installer carries under the name "lzma64" and runs on the entries and
-// archives that it has to decompress.
+// The LZMA tool that an installer carries as "lzma64" and runs on the entries and archives that it
+// must decompress.
 
 static const int kInputError = 1;
 static const int kUsageError = 2;

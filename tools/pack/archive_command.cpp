@@ -35,7 +35,7 @@ struct ReadOptions {
   Extraction extraction;
 };
 
-// An archive as a plain file: itself, or its decompressed content in a temporary folder.
+// An archive as an uncompressed file: itself, or its decompressed content in a temporary folder.
 class PlainArchive {
  public:
   explicit PlainArchive(const std::string& path) : path_(path) {
@@ -53,7 +53,7 @@ class PlainArchive {
 
 }  // namespace
 
-// Reads a public key in the form that 'key show' prints; none when there is no path.
+// Reads a public key in the form that 'key show' prints; none if there is no path.
 static PublicKey readPublicKey(const std::string& path) {
   if (path.empty()) {
     return nullptr;
@@ -61,7 +61,7 @@ static PublicKey readPublicKey(const std::string& path) {
   PublicKey key = publicKeyFromHex(readKeyText(path));
   if (key == nullptr) {
     throw InputError(path +
-                     " holds no public key; expected the text that 'quorvane-pack key show' "
+                     " contains no public key; expected the text that 'quorvane-pack key show' "
                      "prints");
   }
   return key;
@@ -76,15 +76,15 @@ static void addFile(const std::string& option, const std::string& prefix, const 
   content->files.emplace_back(prefix + text.substr(0, split), text.substr(split + 1));
 }
 
-// Whether the path has something in front of the ending.
+// Whether the path has anything before the ending.
 static bool isNamed(const std::string& path, const std::string& ending) {
   return endsWith(path, ending) && path != ending;
 }
 
-// Archives are known by their names, and no other file is for replacing.
+// Archives are recognised by their names, and no other file may be replaced.
 static void requireArchiveName(const std::string& path) {
   if (!isNamed(path, ".p2") && !isNamed(path, ".p2.l2")) {
-    failUsage(path + " names no archive; expected NAME.p2 or NAME.p2.l2");
+    failUsage(path + " is not an archive name; expected NAME.p2 or NAME.p2.l2");
   }
 }
 
@@ -131,7 +131,7 @@ static const char* nameOf(const ArchiveEntry& entry) {
   return entry.kind == EntryKind::pack200 ? "pack200" : "file";
 }
 
-// The path with what is no printable character written as \xNN, so that it shows as one line.
+// The path with unprintable characters written as \xNN, so that it is shown on one line.
 static std::string printable(const std::string& path) {
   std::string text;
   for (const char c : path) {
@@ -166,7 +166,7 @@ static void verify(const ReadOptions& options) {
   const PlainArchive archive(options.path);
   const ArchiveListing listing = readArchive(archive.path(), options.path);
   checkSignature(archive.path(), options.path, listing, key.get());
-  printf("%s: %zu entries, the signature is right\n", options.path.c_str(), listing.entries.size());
+  printf("%s: %zu entries, the signature is valid\n", options.path.c_str(), listing.entries.size());
 }
 
 static void extract(ReadOptions options) {
@@ -184,14 +184,14 @@ static void extract(ReadOptions options) {
 
 static void addCreate(const Command& archive) {
   const Command command = archive.add(
-      "create", "Makes an archive of a folder's content.",
+      "create", "Makes an archive from a folder's content.",
       "Symbolic links are stored as copies of what they point to.\n"
       "Example:\n  quorvane-pack archive create --key release.key runtime JREArchive.p2.l2");
   auto options = std::make_shared<CreateOptions>();
   command.text("FOLDER", &options->content.folder, "The folder").required();
   command
       .text("ARCHIVE", &options->path,
-            "The archive, NAME.p2, or NAME.p2.l2 for one compressed with LZMA")
+            "The archive, NAME.p2, or NAME.p2.l2 if compressed with LZMA")
       .required();
   command.text("--key", &options->keyPath, "Sign with this private key; - is standard input");
   command.texts("--add", &options->added, "Add FILE under PATH, for instance another archive")
@@ -202,7 +202,7 @@ static void addCreate(const Command& archive) {
       .oneByOne();
   command
       .texts("--pack200", &options->content.pack200,
-             "Pack the jars that PATTERN matches with pack200")
+             "Pack the jars that match PATTERN with pack200")
       .typeName("PATTERN")
       .oneByOne();
   command.text("--pack200-tool", &options->content.pack200Tool,
@@ -220,7 +220,7 @@ static Option addPublicKey(const Command& command, ReadOptions* options) {
 }
 
 static void addList(const Command& archive) {
-  const Command command = archive.add("list", "Shows what is in an archive.",
+  const Command command = archive.add("list", "Lists the contents of an archive.",
                                       "Example:\n  quorvane-pack archive list JREArchive.p2.l2");
   auto options = std::make_shared<ReadOptions>();
   addArchive(command, options.get());
@@ -241,7 +241,7 @@ static void addVerify(const Command& archive) {
 static void addExtract(const Command& archive) {
   const Command command =
       archive.add("extract", "Extracts an archive as an installer does, into a new folder.",
-                  "With --public-key an archive that is not signed with it is refused.\n"
+                  "With --public-key, an archive not signed with that key is refused.\n"
                   "Example:\n  quorvane-pack archive extract --public-key release.pub app.p2 app");
   auto options = std::make_shared<ReadOptions>();
   addArchive(command, options.get());

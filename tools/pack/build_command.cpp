@@ -26,7 +26,7 @@ struct BuildOptions {
   std::string project = "quorvane.toml";
   std::string output = "dist";
   ProgramFiles files;
-  // Instead of the project's values, unless empty.
+  // These override the project's values, unless empty.
   std::string appVersion;
   std::string updateUrl;
   std::string key;
@@ -73,14 +73,14 @@ static Project projectOf(const BuildOptions& options) {
   take("runtime.jdk", &project.jdk, "--jdk", options.jdk);
   take("runtime.folder", &project.runtimeHome, "--runtime", options.runtime);
   if (!options.runtime.empty()) {
-    // The project's own keys are about the runtime that it makes or takes.
+    // The project's own keys describe the runtime that it makes or uses.
     project.runtimeModules.clear();
     project.jmods.clear();
     project.jdk.clear();
   }
   checkProject(project);
   if (!options.runtime.empty()) {
-    // The project's version is that of its own runtime, unless this one states none.
+    // The project's version applies to its own runtime, or if this one has none.
     const std::string number = runtimeNumber(javaHomeIn(options.runtime));
     project.runtimeVersion = number.empty() ? project.runtimeVersion : number;
   }
@@ -95,12 +95,12 @@ static std::optional<SigningKey> keyOf(const Project& project) {
   return SigningKey::read(project.key);
 }
 
-// What is packed must not hold what is made of it.
+// The packed folders must not contain the output.
 static void requireApart(const BuildOptions& options, const Project& project) {
   for (const std::string& folder :
        {project.appFolder, project.updaterFolder, project.runtimeHome, project.jmods}) {
     if (!folder.empty() && isInside(options.output, folder)) {
-      throw InputError("the output folder " + options.output + " lies in " + folder +
+      throw InputError("the output folder " + options.output + " is inside " + folder +
                        ", which is packed; choose another one with --output");
     }
   }
@@ -116,7 +116,7 @@ static void requireExecutables(const std::string& folder) {
   }
 }
 
-// Makes the runtime in the folder `work`, or takes the one that stands.
+// Makes the runtime in the folder `work`, or uses the existing one.
 static Runtime runtimeOf(const Project& project, const std::string& work, Progress& progress) {
   Runtime runtime;
   if (project.runtimeHome.empty()) {
@@ -129,15 +129,15 @@ static Runtime runtimeOf(const Project& project, const std::string& work, Progre
     linkRuntime(jdk, modules, project.jmods, work);
     runtime.home = work;
   } else {
-    progress.step("looking at the runtime");
-    progress.step("taking the runtime " + project.runtimeHome);
+    progress.step("checking the runtime");
+    progress.step("using the runtime " + project.runtimeHome);
     runtime.home = javaHomeIn(project.runtimeHome);
   }
   runtime.version =
       project.runtimeVersion.empty() ? runtimeNumber(runtime.home) : project.runtimeVersion;
   if (runtime.version.empty()) {
-    throw InputError(project.file + ": [runtime] needs the key 'version', since " + runtime.home +
-                     "/release states none");
+    throw InputError(project.file + ": [runtime] needs the key 'version', because " + runtime.home +
+                     "/release has none");
   }
   return runtime;
 }
@@ -166,7 +166,7 @@ static Properties propertiesOf(const Project& project) {
 
 namespace {
 
-// What tells the bundles of one project apart: the system takes bundles of one identifier for
+// Distinguishes the bundles of one project: the system takes bundles with the same identifier for
 // copies of one application.
 struct BundleKind {
   const char* nameSuffix;
@@ -186,7 +186,7 @@ static std::string fileName(const Build& build, const BundleKind& kind) {
 static Bundle bundleOf(const Build& build, const BundleKind& kind) {
   Bundle bundle;
   bundle.path = build.output / fileName(build, kind);
-  // The application runs in its installer's process, under a menu with its own name.
+  // The application runs in its installer's process, with its own name in the menu.
   bundle.name = build.project.name;
   bundle.shownName = build.project.name + kind.nameSuffix;
   bundle.identifier = build.project.identifier + kind.identifierSuffix;
@@ -258,13 +258,13 @@ static void sayResults(const Build& build) {
                          !build.project.updates.url.empty() ||
                          build.project.updates.check == "never";
     build.progress.result(
-        std::string("note: [installer] has no update_url, so the online installer can fetch no "
-                    "runtime") +
-        (isAsked ? "" : ", and installed applications look for no updates"));
+        std::string("note: [installer] has no update_url, so the online installer cannot download "
+                    "a runtime") +
+        (isAsked ? "" : ", and installed applications do not look for updates"));
   }
   if (build.key == nullptr) {
     build.progress.result(
-        "note: [signing] has no key, and installed applications take no update that is not signed");
+        "note: [signing] has no key, and installed applications refuse unsigned updates");
   }
 }
 
@@ -277,7 +277,7 @@ static void runBuild(const BuildOptions& options) {
   requireApart(options, project);
   const std::optional<SigningKey> key = keyOf(project);
   const Components components(project, options.files.updaterJar);
-  // What can be wrong is found before the runtime is made, which takes its time.
+  // Errors are found before the runtime is made, which takes time.
   requireExecutables(options.files.executables);
   encodeTail(tailOf(project, key ? &*key : nullptr));
   encodeParams(propertiesOf(project));
@@ -295,19 +295,19 @@ static void runBuild(const BuildOptions& options) {
 
 static void addOverrides(const Command& command, BuildOptions* options) {
   command.text("--app-version", &options->appVersion,
-               "Instead of the project's [application] version");
+               "Overrides the project's [application] version");
   command.text("--update-url", &options->updateUrl,
-               "Instead of the project's [installer] update_url");
+               "Overrides the project's [installer] update_url");
   command.text("--key", &options->key,
-               "Instead of the project's [signing] key; - is standard input");
-  command.text("--runtime", &options->runtime, "Carry the runtime in this folder instead");
+               "Overrides the project's [signing] key; - is standard input");
+  command.text("--runtime", &options->runtime, "Pack the runtime in this folder instead");
   command.text("--jdk", &options->jdk, "The JDK that makes the runtime");
 }
 
 void addBuildCommand(const Command& app, const ProgramFiles& files) {
   const Command command = app.add(
       "build", "Makes a launcher bundle, an offline and an online installer and an update site.",
-      "Options override the project file. Results are put in place when all are made.\n"
+      "Options override the project file. Results appear only when all are complete.\n"
       "Example:\n  quorvane-pack build quorvane.toml --output dist --app-version 2");
   auto options = std::make_shared<BuildOptions>();
   options->files = files;
@@ -321,9 +321,8 @@ void addBuildCommand(const Command& app, const ProgramFiles& files) {
             "The folder of launcher, extractor and lzma64 for the target system")
       .withDefault();
   addOverrides(command, options.get());
-  const Option quiet =
-      command.flag("-q,--quiet", &options->isQuiet, "Say nothing when all is well");
-  command.flag("-v,--verbose", &options->isVerbose, "Say what is done on the way").excludes(quiet);
+  const Option quiet = command.flag("-q,--quiet", &options->isQuiet, "Print nothing on success");
+  command.flag("-v,--verbose", &options->isVerbose, "Print every step").excludes(quiet);
   command.runs([options] { runBuild(*options); });
 }
 

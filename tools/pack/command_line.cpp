@@ -13,7 +13,7 @@ namespace tools {
 
 static const int kInputError = 1;
 static const int kUsageError = 2;
-static const int kInterrupted = 128;  // and the signal's number
+static const int kInterrupted = 128;  // plus the signal's number
 
 Option Option::required() const {
   option_->required();
@@ -91,7 +91,7 @@ void Command::runs(std::function<void()> action) const {
   app_->final_callback(std::move(action));
 }
 
-// What was printed must have got where it was to go.
+// The output must have been written completely.
 static int outputStatus() {
   if (fflush(stdout) == 0 && ferror(stdout) == 0) {
     return 0;

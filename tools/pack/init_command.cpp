@@ -35,7 +35,7 @@ static fs::path folderOf(const std::string& file) {
   return fs::absolute(file).lexically_normal().parent_path();
 }
 
-// The path as the project file says it: relative to its folder where it lies below that.
+// The path for the project file: relative to its folder if it is below that.
 static std::string pathFor(const InitOptions& options, const std::string& path) {
   const fs::path absolute = fs::absolute(path).lexically_normal();
   const fs::path relative = absolute.lexically_relative(folderOf(options.project));
@@ -50,8 +50,8 @@ static std::string pathFor(const InitOptions& options, const std::string& path) 
 static void describeJar(const InitOptions& options, const Jdk& jdk, NewProject* project) {
   const JarManifest manifest = readJarManifest(jdk, options.input);
   if (!manifest.classPath.empty()) {
-    throw InputError("the manifest of " + options.input + " asks for " + manifest.classPath[0] +
-                     " beside it; name the folder that holds the jar and what it asks for");
+    throw InputError("the manifest of " + options.input + " refers to " + manifest.classPath[0] +
+                     "; name the folder that contains both");
   }
   project->jar = pathFor(options, options.input);
   project->mainClass = manifest.mainClass;
@@ -59,9 +59,9 @@ static void describeJar(const InitOptions& options, const Jdk& jdk, NewProject* 
 
 static void describeFolder(const InitOptions& options, const Jdk& jdk, NewProject* project) {
   if (isInside(options.project, options.input)) {
-    throw InputError("the project file " + options.project + " and its key would lie in " +
+    throw InputError("the project file " + options.project + " and its key would be inside " +
                      options.input +
-                     ", which is packed; work in the folder above, or name another place with "
+                     ", which is packed; work in the parent folder, or choose another place with "
                      "--project");
   }
   Project found;
@@ -75,7 +75,7 @@ static void describeFolder(const InitOptions& options, const Jdk& jdk, NewProjec
     }
     if (!mainJar.empty()) {
       throw InputError(mainJar + " and " + jar +
-                       " both name a main class; say which one starts with --main-class");
+                       " both name a main class; choose one with --main-class");
     }
     mainJar = jar;
     project->mainClass = mainClass;
@@ -96,13 +96,12 @@ static NewProject describe(const InitOptions& options) {
   }
   if (project.mainClass.empty()) {
     throw InputError(options.input +
-                     " names no main class: no manifest has a Main-Class; say it with "
+                     " has no main class: no manifest has a Main-Class; pass "
                      "--main-class org.example.Main");
   }
   project.name = options.name.empty() ? suggestedName(fs::absolute(options.input)) : options.name;
   if (project.name.empty()) {
-    throw InputError("the name of " + options.input +
-                     " gives no name for the application; say one with --name");
+    throw InputError("cannot derive an application name from " + options.input + "; pass --name");
   }
   project.identifier = suggestedIdentifier(project.mainClass, project.name);
   project.key = pathFor(options, options.key);
@@ -111,37 +110,37 @@ static NewProject describe(const InitOptions& options) {
 
 static void requireKeyName(const std::string& path) {
   if (path == "-" || fs::path(path).extension() == kPublicExtension) {
-    failUsage("--key " + path + " names no file for a private key; name one like release.key");
+    failUsage("--key " + path + " is not a name for a private key file; use one like release.key");
   }
 }
 
-// The project must be one that is built.
+// `build` must accept the project.
 static void requireNames(const InitOptions& options, const NewProject& begun) {
   Project project;
   project.file = options.project;
   project.name = begun.name;
   project.identifier = begun.identifier;
   project.givenBy["application.name"] =
-      options.name.empty() ? "the name made of " + options.input + ", unless --name gives another,"
+      options.name.empty() ? "the name derived from " + options.input + " (pass --name for another)"
                            : "--name";
   checkNames(project);
 }
 
-// Makes the key pair unless the key stands already: a key is never replaced.
+// Makes the key pair unless the key exists: a key is never replaced.
 static void makeKey(const std::string& path) {
   if (fs::exists(fs::symlink_status(path))) {
-    printf("%s: your signing key, as it stood\n", path.c_str());
+    printf("%s: existing signing key kept\n", path.c_str());
     return;
   }
   const std::string publicPath = fs::path(path).replace_extension(kPublicExtension);
   if (fs::exists(fs::symlink_status(publicPath))) {
-    throw InputError(publicPath + " stands, where the public half of " + path +
-                     " would go; move it away, or name another key with --key");
+    throw InputError(publicPath + " already exists, but the public half of " + path +
+                     " belongs there; move it away, or name another key with --key");
   }
   const SigningKey key = SigningKey::generate(DEFAULT_KEY_BITS);
   writePrivateKey(path, key.privateKeyPem());
   writePublicKey(publicPath, key.publicKeyHex());
-  printf("%s: your new signing key; keep it safe, and out of what you publish\n", path.c_str());
+  printf("%s: your new signing key; keep it safe and do not publish it\n", path.c_str());
   printf("%s: its public half\n", publicPath.c_str());
 }
 
@@ -173,11 +172,11 @@ void addInitCommand(const Command& app) {
   auto options = std::make_shared<InitOptions>();
   command.text("APPLICATION", &options->input, "The jar, or the folder with the jars").required();
   command.text("--project", &options->project, "The project file to write").withDefault();
-  command.text("--name", &options->name, "The application's name, else made of the jar's");
+  command.text("--name", &options->name, "The application's name, by default that of the jar");
   command.text("--main-class", &options->mainClass,
-               "The class that starts, else the one that the jar's manifest names");
+               "The main class, by default the one in the jar's manifest");
   command.text("--key", &options->key,
-               "The private key, made when it does not exist, else release.key beside the "
+               "The private key, created if missing; by default release.key beside the "
                "project file");
   command.text("--jdk", &options->jdk, "The JDK to use");
   command.flag("--force", &options->mayReplace, "Replace the project file; never the key");

@@ -22,8 +22,7 @@ static void makeKey(const KeyOptions& options) {
   }
   const SigningKey key = SigningKey::generate(options.bits);
   writePrivateKey(options.path, key.privateKeyPem());
-  fprintf(stderr,
-          "Wrote a private key of %d bits to %s. Keep it safe, and out of what you publish.\n",
+  fprintf(stderr, "Wrote a private key of %d bits to %s. Keep it safe and do not publish it.\n",
           key.bits(), options.path.c_str());
   printf("%s\n", key.publicKeyHex().c_str());
 }

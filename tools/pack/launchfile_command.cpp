@@ -40,12 +40,12 @@ static void readLaunchFile(const LaunchFileOptions& options) {
 static void addLaunchFileWrite(const Command& launchFile) {
   const Command command = launchFile.add(
       "write", "Writes a launch file from TOML text.",
-      "The launch file belongs into the application's folder under the name QuorvaneLaunch.\n"
+      "The launch file belongs in the application's folder under the name QuorvaneLaunch.\n"
       "Example:\n  quorvane-pack launchfile write launch.toml app/QuorvaneLaunch");
   auto options = std::make_shared<LaunchFileOptions>();
   command.text("TEXT", &options->input, "The TOML text; \"read\" shows its keys").required();
   command.text("FILE", &options->output, "Where the launch file goes").required();
-  command.flag("--force", &options->mayReplace, "Replace the file whatever it is");
+  command.flag("--force", &options->mayReplace, "Replace any existing file");
   command.runs([options] { writeLaunchFile(*options); });
 }
 

@@ -38,11 +38,11 @@ static Properties readProperties(const std::string& path) {
   return aboutFile(path, [&] { return decodeParams(bytes); });
 }
 
-// The properties that stand in the file. One that is no params file is not for replacing.
+// The properties in the file. A file that is not a params file must not be replaced.
 static Properties standingProperties(const ParamsOptions& options, const std::string& path) {
   Properties properties;
   if (!options.mayReplace) {
-    requireReplaceable(path, "whole params file",
+    requireReplaceable(path, "valid params file",
                        [&] { properties = decodeParams(readWhole(path)); });
   }
   return options.isNew ? Properties{} : properties;
@@ -53,7 +53,7 @@ static Properties propertiesOf(const std::vector<std::string>& pairs) {
   for (const std::string& pair : pairs) {
     const size_t split = pair.find('=');
     if (split == std::string::npos || split == 0) {
-      failUsage(pair + " is no property; expected NAME=VALUE");
+      failUsage(pair + " is not a property; expected NAME=VALUE");
     }
     setProperty(&properties, pair.substr(0, split), pair.substr(split + 1));
   }
@@ -93,17 +93,16 @@ static void readParams(const ParamsOptions& options) {
 static void addParamsWrite(const Command& params) {
   const Command command = params.add(
       "write", "Writes a params file, or changes one.",
-      "Properties that stand in the file stay unless they are given or unset.\n"
+      "Existing properties are kept unless given or unset.\n"
       "No archive's signature covers the file. codesign seals it like any resource: write\n"
       "it before the bundle is signed, or sign the bundle again.\n"
       "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
   auto options = std::make_shared<ParamsOptions>();
-  command.text("PATH", &options->path, "An installer bundle, whose params file is meant, or a file")
-      .required();
+  command.text("PATH", &options->path, "An installer bundle or a params file").required();
   command.texts("NAME=VALUE", &options->pairs, "The properties to set");
-  command.texts("--unset", &options->unset, "Take this property away").typeName("NAME").oneByOne();
-  command.flag("--replace", &options->isNew, "Start with no property instead of those that stand");
-  command.flag("--force", &options->mayReplace, "Replace the file even if it is no params file");
+  command.texts("--unset", &options->unset, "Remove this property").typeName("NAME").oneByOne();
+  command.flag("--replace", &options->isNew, "Drop the existing properties");
+  command.flag("--force", &options->mayReplace, "Replace the file even if it is not a params file");
   command.runs([options] { writeParams(*options); });
 }
 
@@ -112,14 +111,14 @@ static void addParamsRead(const Command& params) {
                                      "Example:\n  quorvane-pack params read Setup.app");
   auto options = std::make_shared<ParamsOptions>();
   command.text("PATH", &options->path, "An installer bundle or a file").required();
-  command.text("--value", &options->name, "Print nothing but this property's value");
+  command.text("--value", &options->name, "Print only this property's value");
   command.runs([options] { readParams(*options); });
 }
 
 void addParamsCommand(const Command& app) {
-  const Command params = app.addGroup(
-      "params", "Writes and shows the properties that an installer is given at run time.",
-      "Example:\n  quorvane-pack params read AppParams.excludefromsigning");
+  const Command params =
+      app.addGroup("params", "Writes and shows the properties that an installer reads at run time.",
+                   "Example:\n  quorvane-pack params read AppParams.excludefromsigning");
   addParamsWrite(params);
   addParamsRead(params);
 }

@@ -7,23 +7,23 @@ namespace tools {
 
 enum class Verbosity { quiet, normal, verbose };
 
-// What a command says while it works: one line on standard error that is written over and over when
-// that is a terminal, a line for each step when more was asked for, else nothing.
+// A command's progress output: on a terminal one line on standard error that is overwritten; a line
+// for each step if verbose; else nothing.
 class Progress {
  public:
   Progress(Verbosity verbosity, int steps);
-  // Takes the line away.
+  // Clears the line.
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // Begins the next step. Throws InputError when the command was interrupted.
+  // Begins the next step. Throws InputError if the command was interrupted.
   void step(const std::string& what);
 
-  // Says more about the step, when that was asked for.
+  // Prints a detail of the step if verbose.
   void detail(const std::string& what) const;
 
-  // Prints a line of the result on standard output, unless silence was asked for.
+  // Prints a result line on standard output unless quiet.
   void result(const std::string& line);
 
  private:

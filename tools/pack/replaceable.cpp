@@ -14,7 +14,7 @@ void requireReplaceable(const std::string& path, const char* kind,
   try {
     read();
   } catch (const InputError& error) {
-    throw InputError(path + " stands and is no " + kind + " (" + error.what() +
+    throw InputError(path + " already exists and is not a " + kind + " (" + error.what() +
                      "); name another file, or replace it with --force");
   }
 }

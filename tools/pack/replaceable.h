@@ -6,8 +6,8 @@
 
 namespace tools {
 
-// Throws InputError when something stands at `path` that is not of the kind that a command writes
-// there: `read`, which looks at it, then throws InputError. `kind` is what messages call the kind.
+// Throws InputError if `path` exists and is not of the kind that a command writes there: `read`,
+// which examines it, then throws InputError. `kind` names the kind in messages.
 void requireReplaceable(const std::string& path, const char* kind,
                         const std::function<void()>& read);
 

@@ -38,7 +38,7 @@ struct RunOptions {
   bool isVerbose = false;
 };
 
-// The files that hold what a program printed.
+// The files with a program's output.
 struct Logs {
   std::string out;
   std::string err;
@@ -47,8 +47,8 @@ struct Logs {
 
 static const size_t kShownLines = 12;
 
-// The offline installer among the names in an output folder, known by the two bundles beside it: an
-// application's own name may end like an installer's. Empty when there is none.
+// The offline installer among the names in an output folder, recognised by the two bundles beside
+// it, because an application's own name may end like an installer's. Empty if there is none.
 static std::string offlineInstallerAmong(const std::vector<std::string>& names) {
   const std::string onlineEnd = " Online Installer.app";
   const auto exists = [&](const std::string& name) {
@@ -65,7 +65,7 @@ static std::string offlineInstallerAmong(const std::vector<std::string>& names) 
   return "";
 }
 
-// The bundle that is meant: `path` itself, or the offline installer in an output folder.
+// The bundle to run: `path` itself, or the offline installer in an output folder.
 static std::string bundleAt(const std::string& path) {
   if (fs::exists(path + "/Contents")) {
     return path;
@@ -89,8 +89,8 @@ static int waitFor(pid_t child) {
   return status;
 }
 
-// Runs the program with its output in the files of `logs`, or on this process's streams when there
-// are none. Returns how it ended, as waitpid() says it.
+// Runs the program with its output in the files of `logs`, or on this process's streams if there
+// are none. Returns its status as from waitpid().
 static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>& words,
                  const std::optional<Logs>& logs) {
   posix_spawn_file_actions_t actions;
@@ -112,8 +112,8 @@ static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>
   return waitFor(child);
 }
 
-// What Java printed to the file about the first uncaught exception of a thread whose quoted name
-// begins with `thread`: message and causes, without the lines of its stack. Empty for none.
+// Java's output in the file about the first uncaught exception of a thread whose quoted name begins
+// with `thread`: message and causes, without stack traces. Empty for none.
 static std::string javaExceptionIn(const std::string& path, const std::string& thread) {
   const std::string first = "Exception in thread " + thread;
   std::ifstream in(path);
@@ -135,25 +135,25 @@ static std::string javaExceptionIn(const std::string& path, const std::string& t
   return text;
 }
 
-// The end of what the program printed. Its log is on standard output; what could not start at all
-// has words on standard error alone.
+// The end of the program's output. Its log is on standard output; a program that could not start
+// has written only to standard error.
 static std::string endOf(const std::optional<Logs>& logs) {
   if (!logs) {
     return "";
   }
   const std::string out = lastLines(logs->out, kShownLines);
   const std::string end = out.empty() ? lastLines(logs->err, kShownLines) : out;
-  return end.empty() ? "; it printed nothing" : "; the end of what it printed:" + end;
+  return end.empty() ? "; it printed nothing" : "; the end of its output:" + end;
 }
 
 static void requireGoodEnd(const std::string& executable, int status,
                            const std::optional<Logs>& logs) {
   const std::string exception = logs ? javaExceptionIn(logs->err, "\"main\"") : "";
   if (!WIFEXITED(status)) {
-    throw InputError(executable + " was ended by signal " + std::to_string(WTERMSIG(status)) +
+    throw InputError(executable + " was killed by signal " + std::to_string(WTERMSIG(status)) +
                      endOf(logs));
   }
-  // An exception that ends the application is not in the installer's status.
+  // The installer's status does not show an exception that ends the application.
   if (!exception.empty()) {
     throw InputError(executable + " ended with status " + std::to_string(WEXITSTATUS(status)) +
                      " and its application with an exception:" + exception);
@@ -164,7 +164,7 @@ static void requireGoodEnd(const std::string& executable, int status,
   }
 }
 
-// Says which version folders there are in the account's home now.
+// Prints the version folders that are now in the account's home.
 static void sayInstalled(const std::string& home) {
   std::error_code ignored;
   for (const auto& entry : fs::recursive_directory_iterator(home, ignored)) {
@@ -175,15 +175,15 @@ static void sayInstalled(const std::string& home) {
   }
 }
 
-// Makes the folder that the home is kept in before the run, which would be lost if it cannot be
-// made.
+// Creates the folder for the kept home before the run, which would be lost if the folder cannot be
+// created.
 static void makeKeptFolder(const std::string& folder) {
   if (fs::exists(fs::symlink_status(folder))) {
     throw InputError(folder + " exists; name a new folder with --keep");
   }
   std::error_code error;
   if (!fs::create_directory(folder, error)) {
-    throw InputError("the folder " + folder + " cannot be made: " + error.message());
+    throw InputError("cannot create the folder " + folder + ": " + error.message());
   }
 }
 
@@ -196,12 +196,12 @@ static void keepHome(const std::string& home, const std::string& folder) {
   printf("kept: %s\n", folder.c_str());
 }
 
-// An exception in another thread than the main one ends no application, and may still be why it did
-// not work.
+// An exception in a thread other than the main one does not end the application, but may still be
+// why it failed.
 static void tellOfExceptions(const std::optional<Logs>& logs) {
   const std::string exception = logs ? javaExceptionIn(logs->err, "\"") : "";
   if (!exception.empty()) {
-    fprintf(stderr, "quorvane-pack: the application had an exception:%s\n", exception.c_str());
+    fprintf(stderr, "quorvane-pack: the application threw an exception:%s\n", exception.c_str());
   }
 }
 
@@ -214,7 +214,7 @@ static void runBundle(const RunOptions& options) {
   }
   if (!isDisplayAvailable()) {
     fprintf(stderr,
-            "quorvane-pack: no display can be reached: the installer shows no window, and an "
+            "quorvane-pack: no display available: the installer shows no windows, and an "
             "application that needs one fails\n");
   }
   const std::optional<Logs> logs =
@@ -228,22 +228,21 @@ static void runBundle(const RunOptions& options) {
   requireGoodEnd(executable, status, logs);
   tellOfExceptions(logs);
   sayInstalled(account.home());
-  printf("the installer ended with status 0; its throw-away home is gone\n");
+  printf("the installer ended with status 0; its temporary home was removed\n");
 }
 
 void addRunCommand(const Command& app) {
   const Command command = app.add(
-      "run", "Runs an installer in a throw-away home, to try it.",
-      "Works on Linux only, where nss_wrapper gives it the home. The command ends when the\n"
+      "run", "Runs an installer in a temporary home, to try it.",
+      "Works on Linux only, where nss_wrapper provides the home. The command ends when the\n"
       "application does. It needs a display, as the application does.\n"
       "Example:\n  quorvane-pack run dist --verbose");
   auto options = std::make_shared<RunOptions>();
   command.text("PATH", &options->path, "A folder that 'build' made, or a bundle").withDefault();
-  command.texts("ARGUMENTS", &options->arguments,
-                "Words for the installer's command line, behind --");
+  command.texts("ARGUMENTS", &options->arguments, "Arguments for the installer, after --");
   command.text("--keep", &options->keep, "Copy the home into this new folder at the end");
   command.flag("-v,--verbose", &options->isVerbose,
-               "Show what the installer and the application print");
+               "Show the output of the installer and the application");
   command.runs([options] { runBundle(*options); });
 }
 

@@ -27,11 +27,11 @@ static std::string tailPath(const std::string& path) {
   return fs::is_directory(path, ignored) ? tailPathInBundle(path) : path;
 }
 
-// A record may be replaced, but nothing that stands in front of it or behind it.
+// A record may be replaced, but nothing before or after it.
 static void requireRecordAlone(const std::string& path) {
   const FoundTail found = findTail(path);
   if (found.isAppended) {
-    throw InputError("it stands behind an executable");
+    throw InputError("it is appended to an executable");
   }
   if (found.bytesBehind > 0) {
     throw InputError(std::to_string(found.bytesBehind) + " bytes of archives follow the record");
@@ -45,7 +45,7 @@ static void writeTail(const TailOptions& options) {
   }
   const std::string path = tailPath(options.path);
   if (!options.mayReplace) {
-    requireReplaceable(path, "Tail record alone", [&] { requireRecordAlone(path); });
+    requireReplaceable(path, "bare Tail record", [&] { requireRecordAlone(path); });
   }
   writeTailFile(path, options.tail);
 }
@@ -76,12 +76,12 @@ static void readTail(const TailOptions& options) {
 static void addValues(const Command& command, Tail* tail) {
   command.text("--app-name", &tail->appName, "Name of the application, without '-' or '/'")
       .required();
-  command.text("--app-version", &tail->appVersion, "Number of the application carried");
-  command.text("--jre-version", &tail->jreVersion, "Number of the runtime carried");
-  command.text("--gu-version", &tail->guVersion, "Number of the GenericUpdater carried");
+  command.text("--app-version", &tail->appVersion, "Version of the carried application");
+  command.text("--jre-version", &tail->jreVersion, "Version of the carried runtime");
+  command.text("--gu-version", &tail->guVersion, "Version of the carried GenericUpdater");
   command
       .number("--min-splash-ms", &tail->minSplashMs,
-              "Shortest splash time in milliseconds, for the updater")
+              "Minimum splash time in milliseconds, for the updater")
       .withDefault();
   command.text("--public-key", &tail->publicKeyHex,
                "Public key that verifies archives, as 'key show' prints it");
@@ -89,26 +89,25 @@ static void addValues(const Command& command, Tail* tail) {
                "Let the property splash_image replace the splash image");
   command.text("--install-type", &tail->installType, "perm_all, perm_user or temporary")
       .withDefault();
-  command.text("--silent-parameter", &tail->silentParameter,
-               "Command-line word that asks for a silent run");
+  command.text("--silent-parameter", &tail->silentParameter, "Argument that requests a silent run");
   command.text("--required-java-version", &tail->requiredJavaVersion,
-               "Oldest Java of the machine that an online installer adopts, a whole number");
+               "Oldest system Java that an online installer adopts, a whole number");
   command.text("--update-url", &tail->updateUrl,
-               "Where updates are, or D when that is given from outside");
+               "The update site, or D if the property update_url gives it");
 }
 
 static void addTailWrite(const Command& tail) {
   const Command command =
       tail.add("write", "Writes a Tail record.",
-               "An executable with a record behind it cannot be code-signed; a bundle's Tail can.\n"
+               "An executable with an appended record cannot be code-signed; a bundle's Tail can.\n"
                "Example:\n  quorvane-pack tail write Demo.app --app-name Demo --app-version 12");
   auto options = std::make_shared<TailOptions>();
   const Option path = command.text("PATH", &options->path,
-                                   "A bundle, whose Contents/Resources/Tail is written, or a file");
+                                   "A bundle, to write its Contents/Resources/Tail, or a file");
   const Option append = command.text("--append", &options->executable,
-                                     "Put the record behind this executable instead");
+                                     "Append the record to this executable instead");
   append.excludes(path);
-  command.flag("--force", &options->mayReplace, "Replace the file whatever it is");
+  command.flag("--force", &options->mayReplace, "Replace any existing file");
   addValues(command, &options->tail);
   command.runs([=] {
     requireOneOf(path, append, "PATH or --append");
@@ -121,7 +120,7 @@ static void addTailRead(const Command& tail) {
       tail.add("read", "Prints a Tail record.", "Example:\n  quorvane-pack tail read Demo.app");
   auto options = std::make_shared<TailOptions>();
   command.text("PATH", &options->path, "A bundle, a Tail file, or an executable").required();
-  command.text("--value", &options->name, "Print nothing but this value, say app-name")
+  command.text("--value", &options->name, "Print only this value, such as app-name")
       .memberOf({std::begin(TAIL_VALUE_NAMES), std::end(TAIL_VALUE_NAMES)});
   command.runs([options] { readTail(*options); });
 }

@@ -45,8 +45,8 @@ void addVerifyCommand(const Command& app) {
   auto options = std::make_shared<VerifyOptions>();
   command.text("BUNDLE", &options->bundle, "The bundle, NAME.app").required();
   command.text("--site", &options->site,
-               "The update site, whose files the installed application has to take");
-  command.flag("-q,--quiet", &options->isQuiet, "Say nothing when all is well");
+               "The update site, whose files the installed application must accept");
+  command.flag("-q,--quiet", &options->isQuiet, "Print nothing on success");
   command.runs([options] { verify(*options); });
 }
 

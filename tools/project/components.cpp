@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-// The updater of projects that name none.
+// The default updater.
 static const char kOwnUpdaterJar[] = "updater.jar";
 static const char kOwnUpdaterClass[] = "org.example.updater.GenericUpdater";
 static const char kOwnUpdaterProbe[] = "org.example.updater.CompatibilityProbe";
@@ -27,7 +27,7 @@ static std::vector<std::string> jarPathsIn(const std::string& folder) {
     }
   }
   if (paths.empty()) {
-    throw InputError(folder + " holds no jar; put the application's jars into it");
+    throw InputError(folder + " contains no jars; put the application's jars into it");
   }
   return paths;
 }
@@ -54,18 +54,18 @@ Components::Components(const Project& project, const std::string& updaterJar) {
 static void requireNoColon(const Project& project, const std::string& entry) {
   if (entry.find(':') != std::string::npos) {
     throw InputError(project.file + ": [application] cannot have " + entry +
-                     " in the class path, where ':' stands between entries; rename it");
+                     " in the class path, where ':' separates entries; rename it");
   }
 }
 
-// Every entry must be a file or folder that is packed, under its path in the folder.
+// Every entry must be a packed file or folder, by its path in the folder.
 static void requirePacked(const Project& project, const std::vector<std::string>& classPath) {
   const FolderTree tree = listFolder(project.appFolder);
   for (const std::string& entry : classPath) {
     if (tree.count(entry) == 0) {
       throw InputError(project.file + ": [application] class_path has \"" + entry + "\", which " +
                        project.appFolder +
-                       " does not hold; write entries as paths of what is in it, for example "
+                       " does not contain; write entries as paths relative to it, for example "
                        "lib/tool.jar");
     }
   }
@@ -92,7 +92,7 @@ void Components::describeApplication(const Project& project) {
     application_.files.emplace_back(fs::path(project.jar).filename(), project.jar);
   }
   if (project.mainClass.empty()) {
-    return;  // the folder holds its launch file
+    return;  // the folder has its launch file
   }
   LaunchFile launch;
   launch.mainClass = project.mainClass;

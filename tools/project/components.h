@@ -10,18 +10,18 @@
 
 namespace tools {
 
-// The number of the updater that projects get which name none. It grows with what that updater
-// does, so that an installer, or an update site, replaces an older one.
+// The version of the default updater. It is raised with each change of that updater, so that an
+// installer, or an update site, replaces an older one.
 constexpr long OWN_UPDATER_VERSION = 2;
 
 // The jars of the project's application: the one jar, or all in its folder, sorted.
 std::vector<std::string> jarsOf(const Project& project);
 
-// What a project's application and updater are made of. The launch files that the project leaves to
-// the packager lie in a temporary folder as long as the object lives.
+// The content of a project's application and updater. Launch files that the packager writes for the
+// project are in a temporary folder as long as the object lives.
 class Components {
  public:
-  // `updaterJar` is the updater of a project that names none. Throws InputError.
+  // `updaterJar` is the default updater. Throws InputError.
   Components(const Project& project, const std::string& updaterJar);
 
   const ArchiveContent& application() const { return application_; }

@@ -55,13 +55,13 @@ class ProjectCheck {
     });
     if (!isIdentifier) {
       fail("application", "identifier is \"" + id +
-                              "\"; it may hold letters, digits, '.' and '-', for example "
+                              "\"; it may contain letters, digits, '.' and '-', for example "
                               "org.example.hello");
     }
   }
 
  private:
-  // `what` begins with the key, where it is about one; for that an option may stand.
+  // `what` begins with the key if it is about one; the name of an option may replace that.
   [[noreturn]] void fail(const char* section, const std::string& what) const {
     const size_t keyLength = what.find(' ');
     const auto option =
@@ -79,17 +79,18 @@ class ProjectCheck {
     }
   }
 
-  // A name becomes a file's name, part of a folder's name and a text of Info.plist.
+  // A name is used as a file name, as part of a folder name and as a text of Info.plist.
   void requireName(const char* section, const std::string& name) const {
     const bool isPlain = std::none_of(name.begin(), name.end(), [](unsigned char c) {
       return c == '/' || c == '-' || c == ':' || c == '\\' || iscntrl(c) != 0;
     });
     if (!isPlain || name[0] == '.' || name[0] == ' ' || name.back() == ' ' ||
         name.size() > kLongestName) {
-      fail(section, "name is \"" + name +
-                        "\"; folders are named after it, so it has at most 60 bytes, no '/', '-', "
-                        "':', '\\' or control character, and no '.' or blank at its start or blank "
-                        "at its end");
+      fail(section,
+           "name is \"" + name +
+               "\"; folders are named after it, so it must have at most 60 bytes, no '/', '-', "
+               "':', '\\' or control character, no '.' or blank at its start and no blank "
+               "at its end");
     }
   }
 
@@ -100,9 +101,8 @@ class ProjectCheck {
                         "\"; versions are compared as whole numbers, so use up to 18 digits");
     }
     if (value.size() > 1 && value[0] == '0') {
-      fail(section,
-           "version is \"" + value +
-               "\"; a whole number has no zero in front, and updates are refused with one");
+      fail(section, "version is \"" + value +
+                        "\"; a whole number has no leading zero, and updates with one are refused");
     }
   }
 
@@ -115,29 +115,29 @@ class ProjectCheck {
 
   void requireFile(const char* section, const char* key, const std::string& path) const {
     if (!path.empty() && !fs::is_regular_file(path)) {
-      fail(section, std::string(key) + " names " + path + ", which is no file there");
+      fail(section, std::string(key) + " names " + path + ", which is not an existing file");
     }
   }
 
   void requireFolder(const char* section, const char* key, const std::string& path) const {
     if (!path.empty() && !fs::is_directory(path)) {
-      fail(section, std::string(key) + " names " + path + ", which is no folder there");
+      fail(section, std::string(key) + " names " + path + ", which is not an existing folder");
     }
   }
 
-  // A file of the kind that begins with `start`.
+  // A file whose kind is recognised by its first bytes, `start`.
   void requireKind(const char* section, const char* key, const std::string& path,
                    const std::string& start, const char* kind) const {
     requireFile(section, key, path);
     if (!path.empty() && readWhole(path).compare(0, start.size(), start) != 0) {
-      fail(section, std::string(key) + " names " + path + ", which is no " + kind);
+      fail(section, std::string(key) + " names " + path + ", which is not a valid " + kind);
     }
   }
 
   void checkContent() const {
     if (project_.jar.empty() == project_.appFolder.empty()) {
       fail("application", project_.jar.empty()
-                              ? "needs 'jar', the application's one jar, or 'folder', its files"
+                              ? "needs 'jar', the application's only jar, or 'folder', its files"
                               : "has both 'jar' and 'folder'; remove one of them");
     }
     requireFile("application", "jar", project_.jar);
@@ -183,7 +183,7 @@ class ProjectCheck {
     requireFile("updater", "folder", project_.updaterFolder + "/QuorvaneLaunch");
   }
 
-  // A change of [updates] reaches the users in an updater with a larger number.
+  // A change to [updates] reaches users only with an updater of a larger version.
   void checkOwnUpdater() const {
     const std::string& version = project_.updaterVersion;
     if (!version.empty() && std::stoll(version) <= OWN_UPDATER_VERSION) {
@@ -213,8 +213,8 @@ class ProjectCheck {
         !project_.runtimeModules.empty() || !project_.jdk.empty() || !project_.jmods.empty();
     if (!project_.runtimeHome.empty() && isLinked) {
       fail("runtime",
-           "has 'folder', a runtime that stands, beside 'modules', 'jdk' or 'jmods', "
-           "which make one; remove either");
+           "has both 'folder', an existing runtime, and 'modules', 'jdk' or 'jmods', "
+           "which make a new one; remove one of them");
     }
   }
 
@@ -229,8 +229,9 @@ class ProjectCheck {
     requireSound("update_url", project_.updateUrl, faultOfUpdateUrl(project_.updateUrl));
     for (const char* word : {"--install", "--elevated"}) {
       if (project_.silentParameter == word) {
-        fail("installer", "silent_parameter is \"" + project_.silentParameter +
-                              "\", a word that installers take for something else; choose another");
+        fail("installer",
+             "silent_parameter is \"" + project_.silentParameter +
+                 "\", an argument that installers use for something else; choose another");
       }
     }
     requireSound("required_java", project_.requiredJava,
@@ -249,7 +250,7 @@ class ProjectCheck {
   void checkSigning() const {
     if (project_.requireSignature && project_.key.empty()) {
       fail("signing",
-           "needs the key 'key', since installers accept only what is signed; make one with "
+           "needs the key 'key', because installers accept only signed archives; make one with "
            "'quorvane-pack key new release.key', or set require_signature = false in [installer]");
     }
     if (project_.key.empty() || project_.key == "-") {

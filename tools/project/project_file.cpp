@@ -17,7 +17,7 @@ namespace tools {
 
 namespace {
 
-// What a key takes, and how its value gets into the project: false when it has another type.
+// The type a key expects, and how to store its value in the project: false if it has another type.
 struct Key {
   const char* expected;
   std::function<bool(const toml::node&)> set;
@@ -25,14 +25,14 @@ struct Key {
 using Keys = std::map<std::string, Key>;
 
 Key text(std::string* field) {
-  return {"a text", [field](const toml::node& value) {
+  return {"a string", [field](const toml::node& value) {
             const auto found = value.value_exact<std::string>();
             *field = found.value_or(*field);
             return found.has_value();
           }};
 }
 
-// A version, which may stand without quotes.
+// A version, which may be written without quotes.
 Key version(std::string* field) {
   return {"a whole number", [field](const toml::node& value) {
             const auto digits = value.value_exact<int64_t>();
@@ -44,7 +44,7 @@ Key version(std::string* field) {
 
 // A path in the file, relative to the folder `base`.
 Key path(std::string* field, const fs::path& base) {
-  return {"a path as text", [field, base](const toml::node& value) {
+  return {"a path as a string", [field, base](const toml::node& value) {
             const auto found = value.value_exact<std::string>();
             if (found && !found->empty()) {
               *field = (base / *found).lexically_normal();
@@ -80,7 +80,7 @@ Key number(std::optional<long>* field) {
 }
 
 Key texts(std::vector<std::string>* field) {
-  return {"a list of texts", [field](const toml::node& value) {
+  return {"a list of strings", [field](const toml::node& value) {
             if (!value.is_array()) {
               return false;
             }
@@ -96,7 +96,7 @@ Key texts(std::vector<std::string>* field) {
 }
 
 Key pairs(Properties* field) {
-  return {"a table of texts", [field](const toml::node& value) {
+  return {"a table of strings", [field](const toml::node& value) {
             if (!value.is_table()) {
               return false;
             }
@@ -199,7 +199,7 @@ void applySection(const std::string& file, const std::string& section, const tom
                   const Keys& keys) {
   const toml::table* table = node.as_table();
   if (table == nullptr) {
-    throw InputError(placeOf(file, node) + section + " is no section; write it as [" + section +
+    throw InputError(placeOf(file, node) + section + " is not a section; write it as [" + section +
                      "] with its keys below");
   }
   for (const auto& [name, value] : *table) {

@@ -21,7 +21,8 @@ static bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// Splits at what separates words in a file's name. Bytes of other alphabets belong to a word.
+// Splits at the characters that separate words in a file name. Bytes of other alphabets belong to a
+// word.
 static std::vector<std::string> wordsOf(const std::string& text) {
   std::vector<std::string> words(1);
   for (const char c : text) {
@@ -78,7 +79,7 @@ static std::string quoted(const std::string& text) {
   } catch (const toml::parse_error&) {
     // said below
   }
-  throw InputError("the text " + text + " is no UTF-8, which a project file must be; rename it");
+  throw InputError("the text " + text + " is not UTF-8, which a project file requires; rename it");
 }
 
 static std::string quotedList(const std::vector<std::string>& texts) {
@@ -98,7 +99,7 @@ static std::string contentText(const NewProject& project) {
 }
 
 static std::string applicationText(const NewProject& project) {
-  return "# What 'quorvane-pack build' makes installers of. Paths are relative to this file.\n"
+  return "# What 'quorvane-pack build' makes installers from. Paths are relative to this file.\n"
          "\n"
          "[application]\n"
          "name = " +
@@ -106,7 +107,7 @@ static std::string applicationText(const NewProject& project) {
          "  # folders are named after it: no '/' and no '-'\n"
          "version = \"1\"  # a whole number; an installer with a larger one updates\n"
          "identifier = " +
-         quoted(project.identifier) + "  # a name below an Internet domain of yours, in reverse\n" +
+         quoted(project.identifier) + "  # a reversed Internet domain name of yours\n" +
          contentText(project) + "main_class = " + quoted(project.mainClass) + "\n" +
          "# arguments = [\"--first\", \"second\"]\n"
          "# jvm_options = [\"-Dkey=value\"]\n"
@@ -119,26 +120,26 @@ static const char kOtherSections[] = R"(
 # check = "background"  # or "before_start", or "never"
 # interval = 86400  # seconds between two checks
 # url = "https://updates.example.org/hello/beta/"  # instead of update_url below
-# keep = 2  # how many versions stay installed
+# keep = 2  # how many versions to keep installed
 
-# [updater]  # an updater of your own, which then does all that
+# [updater]  # your own updater, which then does all that
 # folder = "updater"
 # version = "1"
 
-[runtime]  # made with jlink of the modules that jdeps finds, unless you say otherwise
+[runtime]  # by default made with jlink from the modules that jdeps finds
 # modules = ["java.base", "java.desktop"]
 # jdk = "/usr/lib/jvm/java-17-openjdk-amd64"
 # jmods = "macos-jdk/Contents/Home/jmods"  # for another system; the same Java version as the JDK
-# folder = "runtime"  # a runtime that stands, instead of all these
+# folder = "runtime"  # an existing runtime, instead of all these
 # version = "170015"  # a whole number, by default from the runtime's own version
 
 [installer]
 # install_type = "perm_user"  # "perm_all" installs for all users
 # update_url = "https://updates.example.org/hello/"  # where you put the folder "site"
-# silent_parameter = "-silent"  # the word that installs without a window
+# silent_parameter = "-silent"  # the argument that installs without a window
 # splash = "splash.png"
 # minimum_splash_ms = 1500
-# required_java = "8"  # oldest Java of the machine that an online installer takes
+# required_java = "8"  # oldest system Java that an online installer adopts
 # require_signature = true
 
 [signing]
@@ -146,7 +147,7 @@ static const char kOtherSections[] = R"(
 
 std::string projectText(const NewProject& project) {
   return applicationText(project) + kOtherSections + "key = " + quoted(project.key) +
-         "  # keep it safe, and out of what you publish\n";
+         "  # keep it safe and do not publish it\n";
 }
 
 }  // namespace tools

@@ -8,7 +8,7 @@
 
 namespace tools {
 
-// What a new project file says; the rest has defaults, which it shows as comments.
+// The values in a new project file; the rest has defaults, which it shows as comments.
 struct NewProject {
   std::string name;
   std::string identifier;
@@ -19,14 +19,15 @@ struct NewProject {
   std::string key;
 };
 
-// Returns the commented text. Throws InputError when a value is no UTF-8, which TOML cannot hold.
+// Returns the commented text. Throws InputError if a value is not UTF-8, which TOML cannot
+// represent.
 std::string projectText(const NewProject& project);
 
-// Returns a name for the application in the file or folder `path`, which projects accept:
-// "my-app-1.2.jar" gives "My App". Empty when nothing is left of it.
+// Returns a valid application name for the file or folder `path`: "my-app-1.2.jar" gives "My App".
+// Empty if nothing is left of it.
 std::string suggestedName(const std::string& path);
 
-// Returns an identifier: the main class's package, or one below org.example made of the name.
+// Returns an identifier: the main class's package, or org.example followed by the name.
 std::string suggestedIdentifier(const std::string& mainClass, const std::string& name);
 
 }  // namespace tools

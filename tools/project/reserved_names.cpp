@@ -17,7 +17,7 @@ struct Reserved {
 }  // namespace
 
 static const char kVersionUse[] = "the version is written there";
-static const char kArchiveUse[] = "the archive of the component passes through there";
+static const char kArchiveUse[] = "the component's archive is stored there temporarily";
 
 static std::vector<std::string> topNames(const ArchiveContent& content) {
   std::vector<std::string> names;

@@ -3,13 +3,13 @@
 
 #include "tools/formats/archive_writer.h"
 
-// An installer extracts records of its own into the version folders beside what it carries, and
-// what comes later replaces what came before.
+// An installer extracts its own records into the version folders beside what it carries, and later
+// records replace earlier ones.
 
 namespace tools {
 
-// Throw InputError, naming the file and what to do, when the content has a file at its top that a
-// record of the installer would replace or be replaced by.
+// Throw InputError, naming the file and what to do, if the content has a top-level file that one of
+// the installer's records would replace or be replaced by.
 void requireNoReservedNamesInUpdater(const ArchiveContent& content);
 void requireNoReservedNamesInApplication(const ArchiveContent& content);
 

@@ -1,3 +1,3 @@
-// Holds the code of the TOML library, which the other files see the declarations of.
+// Contains the code of the TOML library; the other files see only its declarations.
 #define TOML_IMPLEMENTATION
 #include <toml++/toml.h>

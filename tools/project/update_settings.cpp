@@ -7,7 +7,7 @@ namespace tools {
 static const char kBackground[] = "background";
 static constexpr long kDay = 86400;
 static constexpr long kLongestInterval = 366 * kDay;
-// The one before the newest is what a version that does not start falls back to.
+// A version that does not start falls back to the one before.
 static constexpr long kFewestKept = 2;
 static constexpr long kMostKept = 100;
 
@@ -20,7 +20,7 @@ static std::string faultOfUrl(const std::string& url) {
     return "";
   }
   const std::string fault =
-      url == "D" ? "leave it out for the property update_url to count" : faultOfUpdateUrl(url);
+      url == "D" ? "leave it out to use the property update_url" : faultOfUpdateUrl(url);
   return fault.empty() ? "" : "url is \"" + url + "\"; " + fault;
 }
 
@@ -32,13 +32,13 @@ std::string faultOf(const UpdateSettings& settings) {
   const long interval = settings.interval.value_or(kDay);
   if (interval < 0 || interval > kLongestInterval) {
     return "interval is " + std::to_string(interval) +
-           "; it counts seconds, 86400 for a day, up to a year";
+           "; it is in seconds, 86400 for a day, at most a year";
   }
   const long keep = settings.keep.value_or(kFewestKept);
   if (keep < kFewestKept || keep > kMostKept) {
     return "keep is " + std::to_string(keep) +
-           "; from 2 to 100 versions stay, since the one before is what a version that does not "
-           "start falls back to";
+           "; keep 2 to 100 versions, because a version that does not start falls back to "
+           "the previous one";
   }
   return faultOfUrl(settings.url);
 }

@@ -5,11 +5,11 @@
 
 namespace tools {
 
-// Returns the text with A to Z as small letters. Names that are equal then are one name on a usual
-// macOS volume.
+// Returns the text with A to Z in lower case. Names that are then equal are the same name on a
+// usual macOS volume.
 std::string lowerCase(std::string text);
 
-// Returns whether the texts are equal but for the case of A to Z.
+// Returns whether the texts are equal, ignoring the case of A to Z.
 bool isSameButForCase(const std::string& first, const std::string& second);
 
 }  // namespace tools

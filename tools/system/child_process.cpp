@@ -69,7 +69,7 @@ static void becomeProgram [[noreturn]] (const std::vector<char*>& vector, const 
   _exit(kNotStarted);
 }
 
-// Of a Java program's failure the first line tells, and the places in its code do not.
+// The first line of a Java program's failure is informative; the stack trace is not.
 static std::string withoutStackTraces(const std::string& text) {
   std::istringstream lines(text);
   std::string rest;

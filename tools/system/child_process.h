@@ -6,17 +6,17 @@
 
 namespace tools {
 
-// Returns the texts as a program's arguments or environment are handed over: closed by a null
-// pointer. They point into `texts`.
+// Returns the texts in the form of a program's arguments or environment: ended by a null pointer.
+// They point into `texts`.
 std::vector<char*> vectorOf(const std::vector<std::string>& texts);
 
 // Runs the program arguments[0], a path, with this process's streams and waits for its end. Throws
-// InputError when it cannot be started or ends with anything but status 0.
+// InputError if it cannot be started or ends with a status other than 0.
 void runProgram(const std::vector<std::string>& arguments);
 
 // Runs the program arguments[0], a path, in the folder `folder` with empty standard input and
-// returns what it printed on standard output. Throws InputError, with what it printed otherwise but
-// for stack traces, when it cannot be started or ends with anything but status 0.
+// returns its standard output. Throws InputError, with its other output except stack traces, if it
+// cannot be started or ends with a status other than 0.
 std::string runForOutput(const std::vector<std::string>& arguments, const std::string& folder);
 
 }  // namespace tools

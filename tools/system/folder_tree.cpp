@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-// Walks a tree; `ancestors_` are the real folders that it is in.
+// Walks a tree; `ancestors_` are the real paths of the folders that it is in.
 class Walk {
  public:
   explicit Walk(FolderTree* tree) : tree_(tree) {}
@@ -18,7 +18,7 @@ class Walk {
   void enter(const fs::path& folder, const std::string& prefix) {
     const fs::path real = fs::canonical(folder);
     if (std::find(ancestors_.begin(), ancestors_.end(), real) != ancestors_.end()) {
-      throw InputError(folder.string() + " is a link to a folder that holds it; remove it");
+      throw InputError(folder.string() + " is a link to a folder that contains it; remove it");
     }
     ancestors_.push_back(real);
     for (const auto& entry : fs::directory_iterator(folder)) {
@@ -38,7 +38,7 @@ class Walk {
         (*tree_)[path] = {false, source.string()};
         return;
       case fs::file_type::not_found:
-        throw InputError(source.string() + " is a link to nothing; remove it");
+        throw InputError(source.string() + " is a broken link; remove it");
       default:
         throw InputError(source.string() + " is neither a file nor a folder; remove it");
     }
@@ -59,7 +59,7 @@ FolderTree listFolder(const std::string& folder) {
   FolderTree tree;
   try {
     if (!fs::is_directory(folder)) {
-      throw InputError(folder + " is no folder; name one");
+      throw InputError(folder + " is not a folder");
     }
     Walk(&tree).enter(folder, "");
   } catch (const fs::filesystem_error& error) {

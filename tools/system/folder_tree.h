@@ -12,16 +12,16 @@ struct TreeItem {
   std::string source;  // the file or folder on disk
 };
 
-// The items of a tree by their paths in it, '/' between names. The order is that of the bytes, in
-// which a folder comes before what it holds.
+// The items of a tree by their paths in it, '/' between names. They are in byte order, in which a
+// folder comes before its contents.
 using FolderTree = std::map<std::string, TreeItem>;
 
-// Returns what is in `folder`. A symbolic link counts as what it points to. Throws InputError when
-// something cannot be read, is neither a file nor a folder, or a link points to nothing or to a
-// folder that holds it.
+// Returns the contents of `folder`. A symbolic link counts as its target. Throws InputError if
+// something cannot be read, is neither a file nor a folder, or if a link is broken or points to a
+// folder that contains it.
 FolderTree listFolder(const std::string& folder);
 
-// Returns whether `path` is the folder `folder` or lies in it, through links or not.
+// Returns whether `path` is the folder `folder` or inside it, through links or not.
 bool isInside(const std::filesystem::path& path, const std::string& folder);
 
 }  // namespace tools

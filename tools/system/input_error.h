@@ -6,14 +6,14 @@
 
 namespace tools {
 
-// The input is wrong. The text says what and where, what was expected and found, and what to do; it
-// is printed as it is and the command ends with status 1.
+// The input is wrong. The text says what is wrong and where, what was expected and found, and what
+// to do; it is printed as it is and the command ends with status 1.
 class InputError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// Returns what the function returns; in front of what it finds wrong it puts the file's name.
+// Calls the function and returns its result; prefixes an InputError with the file's name.
 template <typename Function>
 auto aboutFile(const std::string& path, Function function) {
   try {
@@ -23,7 +23,7 @@ auto aboutFile(const std::string& path, Function function) {
   }
 }
 
-// What could not be written for want of space.
+// A write failed because the disk is full.
 class DiskFullError : public InputError {
  public:
   using InputError::InputError;

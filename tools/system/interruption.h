@@ -3,22 +3,21 @@
 
 #include <sys/types.h>
 
-// A command that makes temporary folders notes that it is to end and looks at that from time to
-// time, so that it ends like one that fails: with nothing left behind. Main thread.
+// A command that makes temporary folders records the request to end and checks it from time to
+// time, so that it ends like a failed one: with nothing left behind. Main thread.
 
 namespace tools {
 
-// From now on SIGINT, SIGTERM and SIGHUP are noted and do nothing else; those that are ignored stay
-// so.
+// From now on SIGINT, SIGTERM and SIGHUP are only recorded; ignored ones stay ignored.
 void noteInterruptions();
 
-// A noted signal also ends the child process `child`, as SIGTERM does; 0 for none.
+// A recorded signal also ends the child process `child`, with SIGTERM; 0 for none.
 void endWhenInterrupted(pid_t child);
 
-// Returns the signal that was noted last, or 0.
+// Returns the last recorded signal, or 0.
 int notedInterruption();
 
-// Throws InputError when a signal was noted.
+// Throws InputError if a signal was recorded.
 void stopWhenInterrupted();
 
 }  // namespace tools

@@ -6,8 +6,8 @@
 
 namespace tools {
 
-// Returns the last `count` lines of the text file `path` for the end of a message: each behind a
-// line end and indented. Nothing for a file that cannot be read.
+// Returns the last `count` lines of the text file `path` for appending to a message: each after a
+// line break and indented. Empty for an unreadable file.
 std::string lastLines(const std::string& path, size_t count);
 
 }  // namespace tools

@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-// The path of the running program: as it was called, or where PATH finds it.
+// The path of the running program: as called, or as found on the PATH.
 static fs::path pathOf(const std::string& program) {
   if (program.find('/') != std::string::npos) {
     return program;

@@ -5,14 +5,14 @@
 
 namespace tools {
 
-// Where the packager's companions lie: in the build folder or where they were installed.
+// The location of the packager's companion files: in the build folder or the installation.
 struct ProgramFiles {
   std::string executables;  // the folder of launcher, extractor and lzma64
-  std::string updaterJar;   // the updater of projects that name none
+  std::string updaterJar;   // the default updater
 };
 
-// Finds them beside the running packager, whose argv[0] is `program`. A path is returned even when
-// nothing stands there; using it then says so.
+// Finds them relative to the running packager, whose argv[0] is `program`. A path is returned even
+// if nothing exists there; using it reports that.
 ProgramFiles findProgramFiles(const std::string& program);
 
 }  // namespace tools

@@ -7,7 +7,7 @@
 
 namespace tools {
 
-// Points `descriptor` at the file `path` and returns what it was.
+// Redirects `descriptor` to the file `path` and returns its previous target.
 static Descriptor redirect(int descriptor, const char* path) {
   Descriptor saved(fcntl(descriptor, F_DUPFD_CLOEXEC, 3));
   const Descriptor file(open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));

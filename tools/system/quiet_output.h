@@ -5,8 +5,8 @@
 
 namespace tools {
 
-// As long as it lives, what the product's functions print on standard output goes to the file
-// `out`, by default nowhere, and what they print on standard error is dropped. Objects do not nest.
+// As long as it lives, standard output of the product's functions goes to the file `out`, by
+// default nowhere, and their standard error is dropped. Objects do not nest.
 class QuietOutput {
  public:
   explicit QuietOutput(const char* out = "/dev/null");

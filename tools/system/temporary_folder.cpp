@@ -17,11 +17,11 @@ TemporaryFolder::TemporaryFolder(const std::string& parent) {
   std::error_code ignored;
   fs::path folder = parent.empty() ? fs::temp_directory_path(ignored) : fs::path(parent);
   if (folder.empty()) {
-    folder = "/tmp";  // TMPDIR names no folder
+    folder = "/tmp";  // TMPDIR is not a folder
   }
   path_ = (folder / "quorvane-XXXXXX").string();
   if (mkdtemp(path_.data()) == nullptr) {
-    throw InputError("no temporary folder can be made as " + path_ + ": " + strerror(errno));
+    throw InputError("cannot create the temporary folder " + path_ + ": " + strerror(errno));
   }
 }
 

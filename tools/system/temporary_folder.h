@@ -5,8 +5,8 @@
 
 namespace tools {
 
-// A new empty folder in the system's temporary folder or another one, removed with all it holds at
-// the end. Throws InputError when it cannot be made.
+// A new empty folder in the system's temporary folder or another one, removed with all its contents
+// at the end. Throws InputError if it cannot be created.
 class TemporaryFolder {
  public:
   explicit TemporaryFolder(const std::string& parent = "");

@@ -6,13 +6,13 @@
 
 namespace tools {
 
-// Returns whether the text begins with `start`; it may be nothing more.
+// Returns whether the text begins with `start`, or equals it.
 bool startsWith(const std::string& text, const std::string& start);
 
-// Returns whether the text ends with `end`; it may be nothing more.
+// Returns whether the text ends with `end`, or equals it.
 bool endsWith(const std::string& text, const std::string& end);
 
-// Returns the texts in one, with `separator` between them.
+// Returns the texts joined with `separator` between them.
 std::string joined(const std::vector<std::string>& texts, const std::string& separator);
 
 }  // namespace tools

@@ -25,7 +25,7 @@ static void requireWrapper() {
   void* wrapper = dlopen(kWrapper, RTLD_LAZY | RTLD_LOCAL);
   if (wrapper == nullptr) {
     throw InputError(
-        "a throw-away home needs nss_wrapper, which this system lacks; install it (on Debian the "
+        "a temporary home needs nss_wrapper, which is not installed; install it (on Debian the "
         "package libnss-wrapper), or start the installer itself, which installs for real");
   }
   dlclose(wrapper);
@@ -48,7 +48,7 @@ static bool hasVariable(const fs::path& process, const std::string& variable) {
   return ('\0' + all).find('\0' + variable + '\0') != std::string::npos;
 }
 
-// The toolkit starts a server in the background. It is known by its temporary folder, which no
+// The toolkit starts a server in the background. It is recognised by its temporary folder, which no
 // other process has.
 ThrowAwayAccount::~ThrowAwayAccount() {
   std::error_code ignored;

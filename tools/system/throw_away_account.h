@@ -6,22 +6,22 @@
 
 namespace tools {
 
-// A home folder to try an installer in, and the environment in which a program takes it for its
-// user's own. The product asks the password database for the home folder, so nss_wrapper answers in
-// its place.
+// A temporary home folder to try an installer in, and the environment that makes a program use it.
+// The product gets the home folder from the password database, which nss_wrapper replaces.
 class ThrowAwayAccount {
  public:
-  // Makes the account's files in the folder `folder`, which must have a short path: the window
-  // toolkit keeps sockets there. Throws InputError when there is no nss_wrapper on this system.
+  // Creates the account's files in the folder `folder`, which must have a short path: the window
+  // toolkit keeps sockets there. Throws InputError if nss_wrapper is not installed.
   explicit ThrowAwayAccount(const std::string& folder);
-  // Ends what the account's programs left running in the background.
+  // Ends processes that the account's programs left in the background.
   ~ThrowAwayAccount();
   ThrowAwayAccount(const ThrowAwayAccount&) = delete;
   ThrowAwayAccount& operator=(const ThrowAwayAccount&) = delete;
 
   const std::string& home() const { return home_; }
 
-  // This process's environment with what makes a program use the account, as NAME=value texts.
+  // This process's environment with the variables that make a program use the account, as
+  // NAME=value texts.
   std::vector<std::string> environment() const;
 
  private:

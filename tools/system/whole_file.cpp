@@ -21,7 +21,7 @@ Stream openInput(const std::string& path) {
   }
   struct stat status {};
   if (fstat(fileno(stream.get()), &status) != 0 || !S_ISREG(status.st_mode)) {
-    throw InputError(path + " is no plain file; name one");
+    throw InputError(path + " is not a regular file");
   }
   return stream;
 }
@@ -91,7 +91,7 @@ void WholeFile::finish() {
     fail("cannot be written");
   }
   if (rename(temporary_.c_str(), path_.c_str()) != 0) {
-    fail("cannot be put in place");
+    fail("cannot be moved into place");
   }
   temporary_.clear();
 }

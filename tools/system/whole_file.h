@@ -5,21 +5,21 @@
 
 #include "support/owned.h"
 
-// Files that are there whole or not at all.
+// Files that appear complete or not at all.
 
 namespace tools {
 
-// Opens `path` for reading. Throws InputError when it is no readable plain file.
+// Opens `path` for reading. Throws InputError if it is not a readable regular file.
 Stream openInput(const std::string& path);
 
-// Returns the bytes of the plain file `path`. Throws InputError when it cannot be read.
+// Returns the bytes of the regular file `path`. Throws InputError if it cannot be read.
 std::string readWhole(const std::string& path);
 
-// Writes a file whole, with the permission bits `mode`. Throws InputError.
+// Writes a complete file with the permission bits `mode`. Throws InputError.
 void writeWhole(const std::string& path, const std::string& bytes, unsigned mode = 0644);
 
 // A new file that gets its name when it is finished. Throws InputError, with the system's reason,
-// when it cannot be made, written or named; what was written goes away with an unfinished object.
+// if it cannot be created, written or named; an unfinished object removes what it wrote.
 class WholeFile {
  public:
   // Starts the file beside `path`, with the permission bits `mode`.
@@ -31,7 +31,7 @@ class WholeFile {
   void write(const void* data, size_t size);
   FILE* stream() { return stream_.get(); }
 
-  // Gives the file its name, replacing what has it.
+  // Gives the file its name, replacing an existing file.
   void finish();
 
  private:

@@ -36,7 +36,7 @@ std::string executableOfBundle(const std::string& bundle) {
   const std::string plist = bundle + "/Contents/Info.plist";
   std::error_code ignored;
   if (!fs::is_regular_file(plist, ignored)) {
-    throw InputError(bundle + " is no bundle: it holds no Contents/Info.plist");
+    throw InputError(bundle + " is not an app bundle: Contents/Info.plist is missing");
   }
   const std::string name = plistText(readWhole(plist), "CFBundleExecutable");
   if (name.empty() || name.find('/') != std::string::npos) {
@@ -47,7 +47,7 @@ std::string executableOfBundle(const std::string& bundle) {
     throw InputError(plist + " names the executable " + name + ", which is not at " + path);
   }
   if (access(path.c_str(), X_OK) != 0) {
-    throw InputError(path + " may not be executed; run 'chmod 755' on it");
+    throw InputError(path + " is not executable; run 'chmod 755' on it");
   }
   return path;
 }

@@ -5,12 +5,12 @@
 
 namespace tools {
 
-// Returns the path of the executable of the bundle folder `bundle`, the one that its Info.plist
-// names. Throws InputError when the folder is no bundle, or the executable is missing or may not be
-// executed.
+// Returns the path of the executable that the Info.plist of the bundle folder `bundle` names.
+// Throws InputError if the folder is not a bundle, or if the executable is missing or not
+// executable.
 std::string executableOfBundle(const std::string& bundle);
 
-// Returns the text behind `key` in the text of an Info.plist, or an empty text.
+// Returns the text for `key` in the text of an Info.plist, or an empty text.
 std::string plistText(const std::string& plist, const std::string& key);
 
 }  // namespace tools

@@ -25,9 +25,9 @@ void ComponentCheck::addName(const std::string& path, bool isFolder) {
     return;
   }
   problem(path == other.path
-              ? "two of its entries are named " + path + ", of which one replaces the other"
+              ? "two of its entries are named " + path + "; one would replace the other"
               : other.path + " and " + path +
-                    " differ by nothing but case, which most macOS volumes disregard");
+                    " differ only in case, which most macOS volumes ignore");
 }
 
 void ComponentCheck::addFile(const std::string& path, const Place& place) {
@@ -91,7 +91,7 @@ void ComponentCheck::checkTrust(const std::string& record, const std::string& pa
     return;
   }
   if (trust_.key == nullptr) {
-    problem(record + " is signed, and the Tail record has no key to check that with");
+    problem(record + " is signed, and the Tail record has no key to verify it with");
     return;
   }
   checkSignature(path, record, listing, trust_.key);
@@ -126,7 +126,7 @@ void ComponentCheck::checkLaunchFile() {
     const LaunchFile launch = decodeLaunchFile(bytes);
     if (encodeLaunchFile(launch) != bytes) {
       problem(
-          "its launch file has a value in another form than it is read; write it again with "
+          "its launch file has a value in non-canonical form; write it again with "
           "'quorvane-pack launchfile'");
     }
     if (launch.mainClass.empty()) {
@@ -139,7 +139,7 @@ void ComponentCheck::checkLaunchFile() {
             return f.first.compare(0, inside.size(), inside) == 0;
           });
       if (!isPresent) {
-        problem("its launch file has " + entry + " in the class path, which it does not hold");
+        problem("its launch file has " + entry + " in the class path, which it does not contain");
       }
     }
   } catch (const InputError& error) {
@@ -181,7 +181,7 @@ void ComponentCheck::checkSplash() {
   const std::string start(kPngStart);
   if (holds("nativesplash.png") &&
       bytesOf("nativesplash.png").compare(0, start.size(), start) != 0) {
-    problem("nativesplash.png is no PNG image");
+    problem("nativesplash.png is not a PNG image");
   }
 }
 
@@ -190,7 +190,7 @@ void ComponentCheck::describe(const std::string& version) {
   if (archives_ > 0 && unsignedArchives_ == archives_) {
     fact += ", not signed";
   } else if (archives_ > 0) {
-    fact += verifiedArchives_ == archives_ ? ", the signature is right" : ", not verified";
+    fact += verifiedArchives_ == archives_ ? ", the signature is valid" : ", not verified";
   }
   report_->facts.push_back(fact);
 }

@@ -18,35 +18,35 @@ struct ReasonedTrust : Trust {
   const char* demand = "the params file asks for signatures";
 };
 
-// One component of an installer: what its records hold together.
+// One component of an installer: the joint contents of its records.
 class ComponentCheck {
  public:
   ComponentCheck(std::string name, const ReasonedTrust& trust, BundleReport* report)
       : name_(std::move(name)), trust_(trust), report_(report) {}
 
-  // Reads `count` records. Throws InputError when the stream cannot be read on.
+  // Reads `count` records. Throws InputError if the stream cannot be read further.
   void read(InstallerStream* stream, int count);
 
   // Reads the file `path` of an update site, one archive, as a record of that name.
   void readArchiveFile(const std::string& path);
 
   bool holds(const std::string& path) const { return files_.count(path) > 0; }
-  // Reports a problem when a file is missing or empty.
+  // Reports a problem if a file is missing or empty.
   void requireFile(const std::string& path);
-  // Checks the launch file and that what it names is there.
+  // Checks the launch file and that what it names exists.
   void checkLaunchFile();
-  // Checks that the product itself can start what the launch file says.
+  // Checks that the product itself can start what the launch file describes.
   void checkLaunch();
-  // Checks the record version.txt, which says once more the version that `source` says.
+  // Checks the record version.txt, which repeats the version from `source`.
   void checkVersion(const std::string& version, const char* source = "the Tail record");
   void checkSplash();
-  // Checks that the record which says what an archive of an update site is says `wanted`.
+  // Checks that the record that identifies an update site's archive says `wanted`.
   void checkIdentity(const std::string& wanted);
-  // Adds what the component is to the facts.
+  // Adds a description of the component to the facts.
   void describe(const std::string& version);
 
  private:
-  // Where the bytes of a file lie.
+  // The location of a file's bytes.
   struct Place {
     std::string file;
     long offset = 0;
@@ -59,7 +59,7 @@ class ComponentCheck {
   };
 
   void problem(const std::string& what) { report_->problems.push_back(name_ + ": " + what); }
-  // Notes a path that the component extracts, and reports one that is taken.
+  // Records a path that the component extracts, and reports one that is already taken.
   void addName(const std::string& path, bool isFolder);
   void addFile(const std::string& path, const Place& place);
   void addArchive(const std::string& record, const std::string& path);
@@ -72,7 +72,7 @@ class ComponentCheck {
   BundleReport* report_;
   TemporaryFolder work_;
   std::map<std::string, Place> files_;
-  std::map<std::string, Name> names_;  // by their form in small letters
+  std::map<std::string, Name> names_;  // by their lower-case form
   int unsignedArchives_ = 0;
   int verifiedArchives_ = 0;
   int archives_ = 0;

@@ -46,7 +46,7 @@ class BundleCheck {
       report_.facts.push_back("a launcher bundle: it carries no updater, so it installs nothing");
       requireNothingBehind();
       if (!site_.empty()) {
-        problem("it takes no updates, so there is nothing that the site has to fit");
+        problem("it takes no updates, so there is nothing to check the site against");
       }
       return report_;
     }
@@ -75,7 +75,7 @@ class BundleCheck {
     }
   }
 
-  // The record behind the executable, or else the one among the resources.
+  // The record appended to the executable, or else the one in the resources.
   bool readTail(const std::string& executable) {
     const auto carriesOne = [](const std::string& path) {
       return searchMarker(openInput(path).get()).found;
@@ -83,7 +83,7 @@ class BundleCheck {
     const bool isBehind = !executable.empty() && carriesOne(executable);
     tailPath_ = isBehind ? executable : resources_ + "/Tail";
     if (isBehind) {
-      report_.facts.push_back("the Tail record stands behind the executable, outside of a seal");
+      report_.facts.push_back("the Tail record is appended to the executable, outside the seal");
     }
     const size_t before = report_.problems.size();
     attempt([&] {
@@ -113,7 +113,7 @@ class BundleCheck {
     return tail;
   }
 
-  // A value in another form than the writer's is read as something that it does not say.
+  // A value not in the writer's form is read as something else.
   std::string compareTail() {
     const std::string record = encodeTail(tail());
     size_t at = 0;
@@ -168,7 +168,7 @@ class BundleCheck {
       problem("the params file asks for signatures, and the Tail record has no key");
     }
     if (!trust_.isRequired) {
-      report_.facts.push_back("signatures are not asked for: what is not signed is accepted");
+      report_.facts.push_back("signatures are not required: unsigned archives are accepted");
     }
   }
 
@@ -216,11 +216,11 @@ class BundleCheck {
 
   void checkSite() {
     if (key_ == nullptr) {
-      problem("without a key in the Tail record installed applications take no updates");
+      problem("without a key in the Tail record installed applications accept no updates");
       return;
     }
     trust_.isRequired = true;
-    trust_.demand = "updates have to be";
+    trust_.demand = "updates must be";
     checkSiteComponent("site, updater", UPDATER_NAME, [](ComponentCheck* updater) {
       updater->requireFile("lzma64");
       updater->checkLaunchFile();
@@ -251,8 +251,8 @@ class BundleCheck {
 
   void requireNothingBehind() {
     if (found_.bytesBehind != 0) {
-      problem(tailPath_ + " goes on for " + std::to_string(found_.bytesBehind) +
-              " bytes behind what is read");
+      problem(tailPath_ + " continues for " + std::to_string(found_.bytesBehind) +
+              " bytes after what is read");
     }
   }
 

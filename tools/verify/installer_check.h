@@ -6,16 +6,16 @@
 
 namespace tools {
 
-// What a look at a bundle brought.
+// The result of checking a bundle.
 struct BundleReport {
   std::vector<std::string> facts;     // what is there, a line each
   std::vector<std::string> problems;  // what is wrong with it, a line each
 };
 
-// Looks at the launcher bundle or installer `bundle` as the product does when it runs: its
+// Checks the launcher bundle or installer `bundle` as the product does when it runs: its
 // executable, Tail record, params file, every archive with its signature, the launch files, and the
-// names that become folders. With an update site, the folder `site`, unless that is empty, at its
-// files for the installer's application, updater and runtime too, as --install does. Nothing is
+// names that become folders. With an update site (the folder `site`, unless empty) also checks its
+// files for the installer's application, updater and runtime, as --install does. Nothing is
 // executed or installed.
 BundleReport checkBundle(const std::string& bundle, const std::string& site = "");
 

@@ -18,18 +18,18 @@ std::vector<std::string> faultsOfLaunch(const LaunchFile& file) {
   if (wordsOf(file) > COMMAND_LINE_ROOM) {
     faults.push_back("its launch file has " + std::to_string(file.arguments.size()) +
                      " arguments, which makes a command line of " + std::to_string(wordsOf(file)) +
-                     " words; it has room for " + std::to_string(COMMAND_LINE_ROOM));
+                     " arguments; it has room for " + std::to_string(COMMAND_LINE_ROOM));
   }
   size_t length = 0;
   for (const std::string& entry : file.classPath) {
-    length += entry.size() + 2;  // behind the folder's '/', and in front of a ':' or the end
+    length += entry.size() + 2;  // after the folder's '/', and before a ':' or the end
     if (entry.size() + 1 >= CLASS_PATH_ENTRY_SIZE) {
       faults.push_back("its launch file has a class path entry of " + std::to_string(entry.size()) +
                        " bytes, which does not fit " + std::to_string(CLASS_PATH_ENTRY_SIZE));
     }
     if (entry.find(':') != std::string::npos) {
       faults.push_back("its launch file has " + entry +
-                       " in the class path, where ':' stands between entries");
+                       " in the class path, where ':' separates entries");
     }
   }
   if (length > CLASS_PATH_SIZE) {

@@ -8,9 +8,9 @@
 
 namespace tools {
 
-// Returns why the product could not start what the launch file says, a line each: what does not fit
-// the lists that a launch fills, and class path entries that do not stay one entry. Options that an
-// installation remembers and words of its command line take room besides.
+// Returns why the product could not start what the launch file describes, a line each: what does
+// not fit the lists that a launch fills, and class path entries that would be split. Options that
+// an installation remembers and command-line arguments take additional room.
 [[nodiscard]] std::vector<std::string> faultsOfLaunch(const LaunchFile& file);
 
 }  // namespace tools

@@ -22,7 +22,7 @@ static void prepareFolder(const std::string& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
   if (!fs::is_directory(folder)) {
-    throw InputError(folder + " cannot be made a folder: " + error.message());
+    throw InputError("cannot create the folder " + folder + ": " + error.message());
   }
   if (!fs::is_empty(folder, error)) {
     throw InputError(folder + " is not empty; name a new folder");
@@ -49,7 +49,7 @@ static int extractInChild(const Extraction& extraction, const std::string& archi
 void extractAsProduct(const Extraction& extraction) {
   prepareFolder(extraction.folder);
   const TemporaryFolder work;
-  // The extraction deletes what it was given: the link, not the archive.
+  // The extraction deletes its input: the link, not the archive.
   const std::string link = work / "archive.p2";
   fs::create_symlink(fs::absolute(extraction.archive), link);
   const std::string log = work / "log";
@@ -62,7 +62,7 @@ void extractAsProduct(const Extraction& extraction) {
   }
   if (!fs::exists(extraction.folder)) {
     throw InputError(extraction.name +
-                     " has no signature that is right under this key; nothing "
+                     " has no signature that is valid under this key; nothing "
                      "was kept");
   }
 }

@@ -15,9 +15,9 @@ struct Extraction {
   Trust trust;
 };
 
-// Extracts an archive with the very function that an installer uses, in a process of its own, and
-// hides that function's log. Throws InputError when it ends the process, with the log's last lines,
-// or finds the signature wrong; the folder is then gone.
+// Extracts an archive with the function that installers use, in a separate process, and hides that
+// function's log. Throws InputError if it ends the process, with the log's last lines, or finds the
+// signature wrong; the folder is then removed.
 void extractAsProduct(const Extraction& extraction);
 
 }  // namespace tools

@@ -88,7 +88,7 @@ TEST_F(PackArchive, MakesListsVerifiesAndExtracts) {
       "file               7  lib/f\n"
       "signed with 2048 bits over 23 bytes\n",
       list.out);
-  EXPECT_EQ(archive + ": 2 entries, the signature is right\n",
+  EXPECT_EQ(archive + ": 2 entries, the signature is valid\n",
             pack({"archive", "verify", "--public-key", publicKey_, archive}).out);
   expectDone(pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}));
   expectSameContent(source(), folder_ / "out");
@@ -116,7 +116,7 @@ TEST_F(PackArchive, ExtractsAnUnsignedArchiveOnlyWithoutAKey) {
   expectDone(pack({"archive", "extract", archive, folder_ / "out"}));
   expectSameContent(source(), folder_ / "out");
   expectError(pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "no"}),
-              archive + " has no signature that is right under this key; nothing was kept");
+              archive + " has no signature that is valid under this key; nothing was kept");
   EXPECT_FALSE(test::exists(folder_ / "no"));
   expectError(pack({"archive", "verify", "--public-key", publicKey_, archive}),
               archive + " is not signed; make it with --key");
@@ -129,7 +129,7 @@ TEST_F(PackArchive, RefusesASignatureOfAnotherKey) {
   expectError(pack({"archive", "verify", "--public-key", other, archive}),
               archive + " was changed after it was signed, or signed with another key");
   expectError(pack({"archive", "extract", "--public-key", other, archive, folder_ / "out"}),
-              archive + " has no signature that is right under this key; nothing was kept");
+              archive + " has no signature that is valid under this key; nothing was kept");
 }
 
 TEST_F(PackArchive, AsksForTheKeyOfASignedArchive) {
@@ -162,15 +162,16 @@ TEST_F(PackArchive, NamesWhatIsWrongWithItsInput) {
   test::writeFile(folder_ / "junk.p2", "junk");
   const std::string out = folder_ / "out.p2";
   expectError(pack({"archive", "create", folder_ / "missing", out}),
-              folder_ / "missing" + " is no folder; name one");
+              folder_ / "missing" + " is not a folder");
   expectError(
       pack({"archive", "list", folder_ / "junk.p2"}),
       folder_ / "junk.p2" + " is damaged at byte 0: it ends inside an entry's type; make it again");
   expectError(pack({"archive", "list", folder_ / "missing.p2"}),
               folder_ / "missing.p2" + " cannot be read: No such file or directory");
-  expectError(pack({"archive", "verify", "--public-key", folder_ / "junk.p2", out}),
-              folder_ / "junk.p2" +
-                  " holds no public key; expected the text that 'quorvane-pack key show' prints");
+  expectError(
+      pack({"archive", "verify", "--public-key", folder_ / "junk.p2", out}),
+      folder_ / "junk.p2" +
+          " contains no public key; expected the text that 'quorvane-pack key show' prints");
   EXPECT_FALSE(test::exists(out));
 }
 
@@ -199,7 +200,7 @@ TEST_F(PackArchive, CreatedWithWordsThatCannotBeMeantEndsWith2) {
   const std::string key = folder_ / "my.key";
   test::writeFile(key, "mine");
   for (const std::string& name : {key, folder_ / "out.l2", folder_ / "q2.toml"}) {
-    expectUsage({source(), name}, name + " names no archive; expected NAME.p2 or NAME.p2.l2");
+    expectUsage({source(), name}, name + " is not an archive name; expected NAME.p2 or NAME.p2.l2");
   }
   EXPECT_EQ("mine", test::readFile(key));
 }
@@ -209,7 +210,7 @@ TEST_F(PackArchive, DoesNotPackThePrivateKey) {
   test::writeFile(key, test::readFile(test::keyFile("first")), 0600);
   const std::string out = folder_ / "out.p2";
   expectError(pack({"archive", "create", "--key", key, source(), out}),
-              "--key names " + key + ", which lies in " + source() +
+              "--key names " + key + ", which is inside " + source() +
                   " and would be published with it; move it elsewhere");
   fs::rename(key, folder_ / "k.key");
   expectError(pack({"archive", "create", "--key", folder_ / "k.key", "--add",
@@ -225,7 +226,7 @@ TEST_F(PackArchive, SignedWithAKeyThatOthersMayReadSaysSo) {
   const test::Result result =
       pack({"archive", "create", "--key", key, source(), folder_ / "out.p2"});
   EXPECT_EQ(0, result.status);
-  EXPECT_EQ("quorvane-pack: others may read " + key + "; run 'chmod 600' on it\n", result.err);
+  EXPECT_EQ("quorvane-pack: other users can read " + key + "; run 'chmod 600' on it\n", result.err);
 }
 
 TEST_F(PackArchive, HelpGivesAnExample) {

@@ -20,7 +20,7 @@ const char kResults[] =
     "offline installer  dist/Small App Installer.app\n"
     "online installer   dist/Small App Online Installer.app\n"
     "update site        dist/site\n"
-    "note: [installer] has no update_url, so the online installer can fetch no runtime\n";
+    "note: [installer] has no update_url, so the online installer cannot download a runtime\n";
 
 std::string tailValue(const test::SmallProject& project, const std::string& bundle,
                       const std::string& name) {
@@ -69,8 +69,8 @@ TEST(PackBuild, NamesItsStepsWhenAskedTo) {
   EXPECT_EQ(0, result.status);
   EXPECT_EQ(kResults, result.out);
   EXPECT_EQ((std::vector<std::string>{
-                "[1/8] reading quorvane.toml", "[2/8] looking at the runtime",
-                "[3/8] taking the runtime runtime", "[4/8] packing the runtime",
+                "[1/8] reading quorvane.toml", "[2/8] checking the runtime",
+                "[3/8] using the runtime runtime", "[4/8] packing the runtime",
                 "[5/8] packing application and updater for the update site",
                 "[6/8] writing the launcher bundle", "[7/8] writing the offline installer",
                 "[8/8] writing the online installer"}),
@@ -107,7 +107,7 @@ TEST(PackBuild, ReplacesWhatItMadeAndNothingElse) {
   const test::Result result = project.build();
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: the output folder dist holds mine.txt, which this command did not make; "
+      "quorvane-pack: the output folder dist contains mine.txt, which this command did not make; "
       "choose a new or empty folder with --output, or move that away\n",
       result.err);
   EXPECT_EQ("mine", test::readFile(project / "dist/mine.txt"));
@@ -122,7 +122,7 @@ TEST(PackBuild, LeavesAFolderAloneThatItDidNotMake) {
        {std::pair{"mine", "mine.txt"}, {"listed", ".quorvane-output"}}) {
     const test::Result result = project.build({"--output", folder});
     EXPECT_EQ(1, result.status);
-    EXPECT_EQ(std::string("quorvane-pack: the output folder ") + folder + " holds " + name +
+    EXPECT_EQ(std::string("quorvane-pack: the output folder ") + folder + " contains " + name +
                   ", which this command did not make; choose a new or empty folder with --output, "
                   "or move that away\n",
               result.err);
@@ -134,7 +134,7 @@ TEST(PackBuild, IntoWhatIsNoFolderIsRefused) {
   const test::SmallProject project;
   const test::Result file = project.build({"--output", "release.key"});
   EXPECT_EQ(1, file.status);
-  EXPECT_EQ("quorvane-pack: release.key is no folder; choose another one with --output\n",
+  EXPECT_EQ("quorvane-pack: release.key is not a folder; choose another one with --output\n",
             file.err);
   const test::Result below = project.build({"--output", "release.key/dist"});
   EXPECT_EQ(1, below.status);
@@ -202,12 +202,12 @@ TEST(PackBuild, NamesTheOptionThatGaveAWrongValue) {
   const char* const wrong[][3] = {
       {"--app-version", "1.2",
        "is \"1.2\"; versions are compared as whole numbers, so use up to 18 digits"},
-      {"--key", "nope", "names nope, which is no file there"},
-      {"--runtime", "nope", "names nope, which is no folder there"},
-      {"--jdk", "nope", "names nope, which is no folder there"},
+      {"--key", "nope", "names nope, which is not an existing file"},
+      {"--runtime", "nope", "names nope, which is not an existing folder"},
+      {"--jdk", "nope", "names nope, which is not an existing folder"},
       {"--update-url", "ftp://x",
-       "is \"ftp://x\"; it begins with http:// or https://, or is D for one that the property "
-       "update_url gives"}};
+       "is \"ftp://x\"; it must begin with http:// or https://, or be D if the property update_url "
+       "gives it"}};
   for (const auto& [option, value, message] : wrong) {
     const test::Result result = project.build({option, value});
     EXPECT_EQ(1, result.status);
@@ -244,7 +244,7 @@ TEST(PackBuild, WarnsOfAKeyThatOthersMayRead) {
   fs::permissions(project / "release.key", fs::perms{0644});
   const test::Result result = project.build({"--quiet"});
   EXPECT_EQ(0, result.status);
-  EXPECT_EQ("quorvane-pack: others may read release.key; run 'chmod 600' on it\n", result.err);
+  EXPECT_EQ("quorvane-pack: other users can read release.key; run 'chmod 600' on it\n", result.err);
 }
 
 TEST(PackBuild, WithoutSignaturesWritesNoKeyAndAsksForNone) {
@@ -325,9 +325,9 @@ TEST(PackBuild, OfOneJarCarriesThePackagersOwnUpdater) {
   EXPECT_EQ(0, verified.status) << verified.err;
   EXPECT_EQ("2\n", tailValue(project, kOffline, "gu-version"));
   const std::string results = kResults;
-  EXPECT_EQ(
-      results.substr(0, results.size() - 1) + ", and installed applications look for no updates\n",
-      result.out);
+  EXPECT_EQ(results.substr(0, results.size() - 1) +
+                ", and installed applications do not look for updates\n",
+            result.out);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ using test::makeJar;
 
 namespace {
 
-// A key that stands, which costs less than making one.
+// An existing key, which is cheaper than making one.
 void writeKey(const test::TempFolder& folder) {
   test::writeFile(folder / "release.key", test::readFile(test::keyFile("first")), 0600);
 }
@@ -37,7 +37,7 @@ TEST(PackInit, OfAJarTakesNameClassAndIdentifierFromIt) {
   const test::Result result = init(folder, {"my-app-1.2.jar"});
   ASSERT_EQ(0, result.status) << result.err;
   EXPECT_EQ(
-      "release.key: your new signing key; keep it safe, and out of what you publish\n"
+      "release.key: your new signing key; keep it safe and do not publish it\n"
       "release.pub: its public half\n"
       "quorvane.toml: the project file of \"My App\"; next: quorvane-pack build\n",
       result.out);
@@ -114,18 +114,16 @@ class PackInitOf : public testing::TestWithParam<WrongInit> {};
 const WrongInit kWrongInits[] = {
     {"NothingThere", "none.jar", "none.jar cannot be read: No such file or directory"},
     {"NoMainClass", "plain.jar",
-     "plain.jar names no main class: no manifest has a Main-Class; say it with --main-class "
+     "plain.jar has no main class: no manifest has a Main-Class; pass --main-class "
      "org.example.Main"},
     {"AJarThatAsksForOthers", "asking.jar",
-     "the manifest of asking.jar asks for lib/b.jar beside it; name the folder that holds the jar "
-     "and what it asks for"},
+     "the manifest of asking.jar refers to lib/b.jar; name the folder that contains both"},
     {"TwoMainClasses", "two",
-     "two/a.jar and two/b.jar both name a main class; say which one starts with --main-class"},
-    {"AFolderWithoutJars", "empty", "empty holds no jar; put the application's jars into it"},
+     "two/a.jar and two/b.jar both name a main class; choose one with --main-class"},
+    {"AFolderWithoutJars", "empty", "empty contains no jars; put the application's jars into it"},
     {"ItsOwnFolder", ".",
-     "the project file quorvane.toml and its key would lie in ., which is packed; work in the "
-     "folder "
-     "above, or name another place with --project"},
+     "the project file quorvane.toml and its key would be inside ., which is packed; work in the "
+     "parent folder, or choose another place with --project"},
 };
 
 TEST_P(PackInitOf, IsRefusedWithWhatToDo) {
@@ -151,9 +149,8 @@ TEST(PackInit, OfAJarWhoseNameHasNoWordAsksForAName) {
   makeJar(folder.path(), "_.jar", "Main-Class: Main\n");
   const test::Result result = init(folder, {"_.jar"});
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: the name of _.jar gives no name for the application; say one with --name\n",
-      result.err);
+  EXPECT_EQ("quorvane-pack: cannot derive an application name from _.jar; pass --name\n",
+            result.err);
   EXPECT_EQ(0, init(folder, {"_.jar", "--name", "One"}).status);
 }
 
@@ -163,7 +160,7 @@ TEST(PackInit, OfATextInAnotherEncodingSaysSo) {
   const test::Result result = init(folder, {"a.jar", "--name", "Gr\xfc\xdf"});
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: the text Gr\xfc\xdf is no UTF-8, which a project file must be; rename it\n",
+      "quorvane-pack: the text Gr\xfc\xdf is not UTF-8, which a project file requires; rename it\n",
       result.err);
   EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
   EXPECT_FALSE(test::exists(folder / "release.key"));
@@ -176,8 +173,9 @@ TEST(PackInit, WithoutANameForThePrivateKeyEndsWith2AndMakesNothing) {
     const std::vector<std::string> before = test::namesIn(folder.path());
     const test::Result result = init(folder, {"a.jar", "--key", key});
     EXPECT_EQ(2, result.status);
-    EXPECT_EQ(0u, result.err.find("--key " + std::string(key) +
-                                  " names no file for a private key; name one like release.key\n"))
+    EXPECT_EQ(0u,
+              result.err.find("--key " + std::string(key) +
+                              " is not a name for a private key file; use one like release.key\n"))
         << result.err;
     EXPECT_EQ(before, test::namesIn(folder.path()));
   }
@@ -190,7 +188,8 @@ TEST(PackInit, DoesNotReplaceAPublicKeyThatStands) {
   const test::Result result = init(folder, {"a.jar"});
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: release.pub stands, where the public half of release.key would go; move it "
+      "quorvane-pack: release.pub already exists, but the public half of release.key belongs "
+      "there; move it "
       "away, or name another key with --key\n",
       result.err);
   EXPECT_EQ("another's", test::readFile(folder / "release.pub"));
@@ -201,8 +200,8 @@ TEST(PackInit, DoesNotReplaceAPublicKeyThatStands) {
 TEST(PackInit, OfANameThatBuildRefusesSaysWhy) {
   const std::string long70(70, 'A');
   const std::string why =
-      "\"; folders are named after it, so it has at most 60 bytes, no '/', '-', ':', '\\' or "
-      "control character, and no '.' or blank at its start or blank at its end\n";
+      "\"; folders are named after it, so it must have at most 60 bytes, no '/', '-', ':', '\\' or "
+      "control character, no '.' or blank at its start and no blank at its end\n";
   const test::TempFolder folder;
   writeKey(folder);
   makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
@@ -219,8 +218,8 @@ TEST(PackInit, OfANameThatBuildRefusesSaysWhy) {
       "another one\n",
       errorOf({"a.jar", "--name", "Quorvane"}));
   fs::rename(folder / "a.jar", folder / (long70 + ".jar"));
-  EXPECT_EQ("quorvane-pack: the name made of " + long70 +
-                ".jar, unless --name gives another, is \"" + long70 + why,
+  EXPECT_EQ("quorvane-pack: the name derived from " + long70 +
+                ".jar (pass --name for another) is \"" + long70 + why,
             errorOf({long70 + ".jar"}));
 }
 
@@ -229,7 +228,7 @@ TEST(PackInit, OfADamagedJarNamesIt) {
   test::writeFile(folder / "a.jar", "no jar");
   const test::Result result = init(folder, {"a.jar"});
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: a.jar is no jar, or a damaged one; build it or copy it again\n",
+  EXPECT_EQ("quorvane-pack: a.jar is not a jar, or is damaged; build it or copy it again\n",
             result.err);
 }
 
@@ -244,7 +243,7 @@ TEST(PackInit, WithoutAJdkSaysHowToGetOne) {
   const test::Result result = test::run(command);
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: no JDK is found: JAVA_HOME is not set and PATH has no jlink; install a JDK "
+      "quorvane-pack: no JDK found: JAVA_HOME is not set and PATH has no jlink; install a JDK "
       "(on "
       "Debian the package openjdk-17-jdk), or name its folder with --jdk\n",
       result.err);

@@ -54,7 +54,7 @@ TEST_F(PackLaunchfile, NamesTheFileAndTheKeyThatIsWrong) {
   test::writeFile(text(), "class = 5\n");
   const test::Result result = pack({"write", text(), file()});
   EXPECT_EQ(kInputError, result.status);
-  EXPECT_EQ("quorvane-pack: " + text() + ": \"class\" must be a text\n", result.err);
+  EXPECT_EQ("quorvane-pack: " + text() + ": \"class\" must be a string\n", result.err);
   EXPECT_FALSE(test::exists(file()));
 }
 
@@ -70,8 +70,8 @@ TEST_F(PackLaunchfile, SaysWhatALaunchFileLacks) {
   const test::Result result = pack({"read", file()});
   EXPECT_EQ(kInputError, result.status);
   EXPECT_EQ("quorvane-pack: " + file() +
-                ": the launch file ends at byte 7 where Class OnUpdate should stand; it is cut "
-                "short or no launch file\n",
+                ": the launch file ends at byte 7 where Class OnUpdate should be; it is truncated "
+                "or not a launch file\n",
             result.err);
 }
 

@@ -63,8 +63,8 @@ TEST(PackNames, ThatDifferByCaseAloneAreRefusedForFiles) {
   test::writeFile(project / "app/lib/README", "one");
   test::writeFile(project / "app/lib/readme", "another");
   expectRefused(project,
-                "the paths lib/README and lib/readme differ by nothing but case, which most macOS "
-                "volumes disregard; rename one");
+                "the paths lib/README and lib/readme differ only in case, which most macOS volumes "
+                "ignore; rename one");
 }
 
 TEST(PackNames, ThatDifferByCaseAloneAreRefusedForComponents) {
@@ -93,7 +93,7 @@ TEST(PackNames, InTheClassPathMustBePacked) {
     project.replace("folder = \"app\"",
                     "folder = \"app\"\nclass_path = [\"" + std::string(entry) + "\"]");
     expectRefused(project, "quorvane.toml: [application] class_path has \"" + std::string(entry) +
-                               "\", which app does not hold; write entries as paths of what is in "
+                               "\", which app does not contain; write entries as paths relative to "
                                "it, for example lib/tool.jar");
   }
 }
@@ -107,8 +107,8 @@ TEST(PackNames, InTheClassPathMayBeFilesAndFolders) {
 
 TEST(PackNames, InTheClassPathMayHoldNoColon) {
   const char kMessage[] =
-      "quorvane.toml: [application] cannot have a:b.jar in the class path, where ':' stands "
-      "between entries; rename it";
+      "quorvane.toml: [application] cannot have a:b.jar in the class path, where ':' separates "
+      "entries; rename it";
   test::SmallProject project;
   test::writeFile(project / "app/a:b.jar", "a jar");
   expectRefused(project, kMessage);

@@ -49,8 +49,8 @@ TEST(PackParams, ReplacesAFileOfAnotherKindOnlyByForce) {
     const test::Result result = params({"write", path, option});
     EXPECT_EQ(1, result.status);
     EXPECT_EQ("quorvane-pack: " + path +
-                  " stands and is no whole params file (this is no params file: its marker is "
-                  "missing); name another file, or replace it with --force\n",
+                  " already exists and is not a valid params file (this is not a params file: its "
+                  "marker is missing); name another file, or replace it with --force\n",
               result.err);
     EXPECT_EQ("[application]", test::readFile(path));
   }
@@ -104,10 +104,10 @@ TEST(PackParams, NamesWhatIsWrong) {
   EXPECT_EQ("quorvane-pack: " + path + " cannot be read: No such file or directory\n",
             errorOf({"read", path}));
   test::writeFile(path, "junk");
-  EXPECT_EQ("quorvane-pack: " + path + ": this is no params file: its marker is missing\n",
+  EXPECT_EQ("quorvane-pack: " + path + ": this is not a params file: its marker is missing\n",
             errorOf({"read", path}));
   ASSERT_EQ(0, params({"write", "--force", path, "a=b"}).status);
-  EXPECT_EQ("quorvane-pack: there is no property c to take away\n",
+  EXPECT_EQ("quorvane-pack: there is no property c to remove\n",
             errorOf({"write", path, "--unset", "c"}));
   EXPECT_EQ("quorvane-pack: " + path + " has no property c\n",
             errorOf({"read", "--value", "c", path}));
@@ -157,7 +157,7 @@ TEST(PackParams, UsedWronglyEndsWith2) {
   for (const char* word : {"word", "=value"}) {
     const test::Result result = params({"write", path, word});
     EXPECT_EQ(2, result.status);
-    EXPECT_EQ(0u, result.err.find(std::string(word) + " is no property; expected NAME=VALUE\n"))
+    EXPECT_EQ(0u, result.err.find(std::string(word) + " is not a property; expected NAME=VALUE\n"))
         << result.err;
     EXPECT_FALSE(test::exists(path));
   }

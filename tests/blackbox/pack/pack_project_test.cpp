@@ -33,13 +33,13 @@ const WrongProject kWrongProjects[] = {
      "quorvane.toml:9: there is no section [upgrades]; known are application, installer, runtime, "
      "signing, updater, updates"},
     {"NoSection", "[runtime]", "[[runtime]]",
-     "quorvane.toml:13: runtime is no section; write it as [runtime] with its keys below"},
+     "quorvane.toml:13: runtime is not a section; write it as [runtime] with its keys below"},
     {"UnknownKey", "version = \"5\"", "verson = \"5\"",
      "quorvane.toml:11: [updater] has no key 'verson'; known are folder, version"},
     {"OtherType", "name = \"Small App\"", "name = 7",
-     "quorvane.toml:2: 'name' in [application] must be a text; this is integer"},
+     "quorvane.toml:2: 'name' in [application] must be a string; this is integer"},
     {"OtherTypeThanAPath", "folder = \"app\"", "folder = 7",
-     "quorvane.toml:5: 'folder' in [application] must be a path as text; this is integer"},
+     "quorvane.toml:5: 'folder' in [application] must be a path as a string; this is integer"},
     {"OtherTypeThanAVersion", "version = \"3\"", "version = 1.5",
      "quorvane.toml:3: 'version' in [application] must be a whole number; this is floating-point"},
     {"OtherTypeThanANumber", "[installer]", "[installer]\nminimum_splash_ms = \"long\"",
@@ -47,12 +47,12 @@ const WrongProject kWrongProjects[] = {
     {"OtherTypeThanAFlag", "[installer]", "[installer]\nrequire_signature = 1",
      "quorvane.toml:17: 'require_signature' in [installer] must be true or false; this is integer"},
     {"OtherTypeThanAList", "folder = \"app\"", "folder = \"app\"\narguments = \"-x\"",
-     "quorvane.toml:6: 'arguments' in [application] must be a list of texts; this is string"},
+     "quorvane.toml:6: 'arguments' in [application] must be a list of strings; this is string"},
     {"ListOfNumbers", "folder = \"app\"", "folder = \"app\"\narguments = [1]",
-     "quorvane.toml:6: 'arguments' in [application] must be a list of texts; this is something "
+     "quorvane.toml:6: 'arguments' in [application] must be a list of strings; this is something "
      "else"},
     {"TableOfNumbers", "[installer]", "[installer]\nproperties = {a = 1}",
-     "quorvane.toml:17: 'properties' in [installer] must be a table of texts; this is something "
+     "quorvane.toml:17: 'properties' in [installer] must be a table of strings; this is something "
      "else"},
     {"NoVersion", "version = \"3\"\n", "",
      "quorvane.toml: [application] needs the key 'version', for example version = \"1\""},
@@ -62,13 +62,13 @@ const WrongProject kWrongProjects[] = {
      "quorvane.toml: [application] needs the key 'identifier', for example identifier = "
      "\"org.example.hello\""},
     {"NameWithDash", "Small App", "Small-App",
-     "quorvane.toml: [application] name is \"Small-App\"; folders are named after it, so it has at "
-     "most 60 bytes, no '/', '-', ':', '\\' or control character, and no '.' or blank at its start "
-     "or blank at its end"},
+     "quorvane.toml: [application] name is \"Small-App\"; folders are named after it, so it must "
+     "have at most 60 bytes, no '/', '-', ':', '\\' or control character, no '.' or blank at its "
+     "start and no blank at its end"},
     {"NameOutside", "Small App", "../Small",
-     "quorvane.toml: [application] name is \"../Small\"; folders are named after it, so it has at "
-     "most 60 bytes, no '/', '-', ':', '\\' or control character, and no '.' or blank at its start "
-     "or blank at its end"},
+     "quorvane.toml: [application] name is \"../Small\"; folders are named after it, so it must "
+     "have at most 60 bytes, no '/', '-', ':', '\\' or control character, no '.' or blank at its "
+     "start and no blank at its end"},
     {"NameTaken", "Small App", "Mac64JRE",
      "quorvane.toml: [application] name is \"Mac64JRE\", which names another component's folders; "
      "choose another one"},
@@ -76,19 +76,20 @@ const WrongProject kWrongProjects[] = {
      "quorvane.toml: [runtime] name is \"Quorvane\", which names the updater's folders; choose "
      "another one"},
     {"OddIdentifier", "org.example.small", "org.example.<small>",
-     "quorvane.toml: [application] identifier is \"org.example.<small>\"; it may hold letters, "
+     "quorvane.toml: [application] identifier is \"org.example.<small>\"; it may contain letters, "
      "digits, '.' and '-', for example org.example.hello"},
     {"VersionWithDots", "version = \"3\"", "version = \"1.3\"",
      "quorvane.toml: [application] version is \"1.3\"; versions are compared as whole numbers, so "
      "use up to 18 digits"},
     {"NoContent", "folder = \"app\"\n", "",
-     "quorvane.toml: [application] needs 'jar', the application's one jar, or 'folder', its files"},
+     "quorvane.toml: [application] needs 'jar', the application's only jar, or 'folder', its "
+     "files"},
     {"TwoContents", "folder = \"app\"", "folder = \"app\"\njar = \"app/main.jar\"",
      "quorvane.toml: [application] has both 'jar' and 'folder'; remove one of them"},
     {"NoSuchFolder", "folder = \"app\"", "folder = \"application\"",
-     "quorvane.toml: [application] folder names application, which is no folder there"},
+     "quorvane.toml: [application] folder names application, which is not an existing folder"},
     {"NoSuchJar", "folder = \"app\"", "jar = \"none.jar\"",
-     "quorvane.toml: [application] jar names none.jar, which is no file there"},
+     "quorvane.toml: [application] jar names none.jar, which is not an existing file"},
     {"NoMainClass", "main_class = \"org.example.Main\"\n", "",
      "quorvane.toml: [application] needs the key 'main_class', for example main_class = "
      "\"org.example.Main\""},
@@ -102,9 +103,9 @@ const WrongProject kWrongProjects[] = {
     {"NegativeHeap", "folder = \"app\"", "folder = \"app\"\nmaximum_heap_mb = -1",
      "quorvane.toml: [application] maximum_heap_mb is -1; it must not be negative"},
     {"IconOfAnotherKind", "icon = \"small.icns\"", "icon = \"splash.png\"",
-     "quorvane.toml: [application] icon names splash.png, which is no .icns image"},
+     "quorvane.toml: [application] icon names splash.png, which is not a valid .icns image"},
     {"FolderWithoutJars", "folder = \"app\"", "folder = \"runtime\"",
-     "runtime holds no jar; put the application's jars into it"},
+     "runtime contains no jars; put the application's jars into it"},
     {"UpdaterVersionAloneThatIsNotLarger", "folder = \"updater\"\nversion = \"5\"",
      "version = \"2\"",
      "quorvane.toml: [updater] version is \"2\"; the packager's own updater is 2, so use a larger "
@@ -115,60 +116,60 @@ const WrongProject kWrongProjects[] = {
     {"UnknownCheck", kOwnUpdater, "[updates]\ncheck = \"daily\"\n",
      "quorvane.toml: [updates] check is \"daily\"; it is background, before_start or never"},
     {"NegativeInterval", kOwnUpdater, "[updates]\ninterval = -1\n",
-     "quorvane.toml: [updates] interval is -1; it counts seconds, 86400 for a day, up to a year"},
+     "quorvane.toml: [updates] interval is -1; it is in seconds, 86400 for a day, at most a year"},
     {"IntervalOfYears", kOwnUpdater, "[updates]\ninterval = 31622401\n",
-     "quorvane.toml: [updates] interval is 31622401; it counts seconds, 86400 for a day, up to a "
+     "quorvane.toml: [updates] interval is 31622401; it is in seconds, 86400 for a day, at most a "
      "year"},
     {"IntervalInWords", kOwnUpdater, "[updates]\ninterval = \"a day\"\n",
      "quorvane.toml:10: 'interval' in [updates] must be a whole number; this is string"},
     {"OneVersionKept", kOwnUpdater, "[updates]\nkeep = 1\n",
-     "quorvane.toml: [updates] keep is 1; from 2 to 100 versions stay, since the one before is "
-     "what a version that does not start falls back to"},
+     "quorvane.toml: [updates] keep is 1; keep 2 to 100 versions, because a version that does not "
+     "start falls back to the previous one"},
     {"ChannelThatIsNoUrl", kOwnUpdater, "[updates]\nurl = \"beta\"\n",
-     "quorvane.toml: [updates] url is \"beta\"; it begins with http:// or https://, or is D for "
-     "one that the property update_url gives"},
+     "quorvane.toml: [updates] url is \"beta\"; it must begin with http:// or https://, or be D if "
+     "the property update_url gives it"},
     {"ChannelThatIsDynamic", kOwnUpdater, "[updates]\nurl = \"D\"\n",
-     "quorvane.toml: [updates] url is \"D\"; leave it out for the property update_url to count"},
+     "quorvane.toml: [updates] url is \"D\"; leave it out to use the property update_url"},
     {"VersionWithAZeroInFront", "version = \"3\"", "version = \"03\"",
-     "quorvane.toml: [application] version is \"03\"; a whole number has no zero in front, and "
-     "updates are refused with one"},
+     "quorvane.toml: [application] version is \"03\"; a whole number has no leading zero, and "
+     "updates with one are refused"},
     {"SilentWordThatIsTaken", "[installer]", "[installer]\nsilent_parameter = \"--install\"",
-     "quorvane.toml: [installer] silent_parameter is \"--install\", a word that installers take "
-     "for something else; choose another"},
+     "quorvane.toml: [installer] silent_parameter is \"--install\", an argument that installers "
+     "use for something else; choose another"},
     {"UpdaterWithoutVersion", "version = \"5\"\n", "",
      "quorvane.toml: [updater] needs the key 'version', for example version = \"1\""},
     {"UpdaterWithoutLaunchFile", "folder = \"updater\"", "folder = \"app\"",
-     "quorvane.toml: [updater] folder names app/QuorvaneLaunch, which is no file there"},
+     "quorvane.toml: [updater] folder names app/QuorvaneLaunch, which is not an existing file"},
     {"TwoRuntimes", "folder = \"runtime\"", "folder = \"runtime\"\nmodules = [\"java.base\"]",
-     "quorvane.toml: [runtime] has 'folder', a runtime that stands, beside 'modules', 'jdk' or "
-     "'jmods', which make one; remove either"},
+     "quorvane.toml: [runtime] has both 'folder', an existing runtime, and 'modules', 'jdk' or "
+     "'jmods', which make a new one; remove one of them"},
     {"RuntimeWithoutJava", "folder = \"runtime\"", "folder = \"app\"",
-     "the runtime app holds no bin/java; name a folder that jlink made, or a JDK's"},
+     "the runtime app has no bin/java; name a folder made by jlink, or a JDK"},
     {"NoJdk", "folder = \"runtime\"", "jdk = \"app\"",
-     "the folder app is no JDK: it holds no bin/jlink; install a JDK (on Debian the package "
+     "the folder app is not a JDK: it has no bin/jlink; install a JDK (on Debian the package "
      "openjdk-17-jdk), or name its folder with --jdk"},
     {"SplashOfAnotherKind", "splash = \"splash.png\"", "splash = \"small.icns\"",
-     "quorvane.toml: [installer] splash names small.icns, which is no PNG image"},
+     "quorvane.toml: [installer] splash names small.icns, which is not a valid PNG image"},
     {"NoJmods", "folder = \"runtime\"", "jmods = \"none\"",
-     "quorvane.toml: [runtime] jmods names none, which is no folder there"},
+     "quorvane.toml: [runtime] jmods names none, which is not an existing folder"},
     {"NoSplash", "splash.png", "none.png",
-     "quorvane.toml: [installer] splash names none.png, which is no file there"},
+     "quorvane.toml: [installer] splash names none.png, which is not an existing file"},
     {"SignatureAsProperty", "[installer]",
      "[installer]\nproperties = {require_signature = \"true\"}",
      "quorvane.toml: [installer.properties] has require_signature; set it with "
      "'require_signature' in [installer]"},
     {"NoUrl", "[installer]", "[installer]\nupdate_url = \"updates.example.org\"",
-     "quorvane.toml: [installer] update_url is \"updates.example.org\"; it begins with http:// or "
-     "https://, or is D for one that the property update_url gives"},
+     "quorvane.toml: [installer] update_url is \"updates.example.org\"; it must begin with http:// "
+     "or https://, or be D if the property update_url gives it"},
     {"EmptyUrl", "[installer]", "[installer]\nupdate_url = \"\"",
-     "quorvane.toml: [installer] update_url is \"\"; it begins with http:// or https://, or is D "
-     "for one that the property update_url gives"},
+     "quorvane.toml: [installer] update_url is \"\"; it must begin with http:// or https://, or be "
+     "D if the property update_url gives it"},
     {"UrlWithoutServer", "[installer]", "[installer]\nupdate_url = \"http://\"",
      "quorvane.toml: [installer] update_url is \"http://\"; it names no server; write it like "
      "https://updates.example.org/hello"},
     {"UrlWithBlank", "[installer]", "[installer]\nupdate_url = \"http://example.org/a b\"",
-     "quorvane.toml: [installer] update_url is \"http://example.org/a b\"; a URL holds no blanks "
-     "and nothing but ASCII; write others as %20 and so on"},
+     "quorvane.toml: [installer] update_url is \"http://example.org/a b\"; a URL contains only "
+     "ASCII and no blanks; write others as %20 and so on"},
     {"RequiredJavaInWords", "[installer]", "[installer]\nrequired_java = \"seventeen\"",
      "quorvane.toml: [installer] required_java is \"seventeen\"; Java versions are compared as "
      "whole numbers; write 8 for Java 1.8"},
@@ -182,11 +183,12 @@ const WrongProject kWrongProjects[] = {
     {"NegativeSplashTime", "[installer]", "[installer]\nminimum_splash_ms = -5",
      "the splash time is -5 ms, which must not be negative"},
     {"NoKey", "key = \"release.key\"\n", "",
-     "quorvane.toml: [signing] needs the key 'key', since installers accept only what is signed; "
+     "quorvane.toml: [signing] needs the key 'key', because installers accept only signed "
+     "archives; "
      "make one with 'quorvane-pack key new release.key', or set require_signature = false in "
      "[installer]"},
     {"NoSuchKey", "release.key", "none.key",
-     "quorvane.toml: [signing] key names none.key, which is no file there"},
+     "quorvane.toml: [signing] key names none.key, which is not an existing file"},
 };
 
 class PackProject : public testing::TestWithParam<WrongProject> {};
@@ -221,7 +223,7 @@ TEST(PackProjectFile, WithItsKeyInWhatIsPackedIsRefused) {
   const test::Result result = project.build();
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: quorvane.toml: [signing] key names app/my.key, which lies in app and would "
+      "quorvane-pack: quorvane.toml: [signing] key names app/my.key, which is inside app and would "
       "be "
       "published with it; move it elsewhere\n",
       result.err);
@@ -232,7 +234,8 @@ TEST(PackProjectFile, WithAnOutputFolderInWhatIsPackedIsRefused) {
   const test::Result result = project.build({"--output", "app/dist"});
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: the output folder app/dist lies in app, which is packed; choose another one "
+      "quorvane-pack: the output folder app/dist is inside app, which is packed; choose another "
+      "one "
       "with --output\n",
       result.err);
 }
@@ -255,9 +258,8 @@ TEST(PackProjectFile, WithARuntimeOfUnknownVersionIsRefused) {
   const test::Result result = project.build();
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: quorvane.toml: [runtime] needs the key 'version', since runtime/release "
-      "states "
-      "none\n",
+      "quorvane-pack: quorvane.toml: [runtime] needs the key 'version', because runtime/release "
+      "has none\n",
       result.err);
 }
 

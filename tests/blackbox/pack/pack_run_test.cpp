@@ -18,14 +18,14 @@ namespace {
 const char kInstaller[] = "dist/Small App Installer.app";
 const char kExecutable[] = "dist/Small App Installer.app/Contents/MacOS/Small App";
 const char kNoDisplay[] =
-    "quorvane-pack: no display can be reached: the installer shows no window, and an application "
+    "quorvane-pack: no display available: the installer shows no windows, and an application "
     "that needs one fails\n";
 const char kInstall[] =
     "mkdir -p \"$HOME/Library/Application Support/Quorvane-Small App/Quorvane-Small "
     "App-3-complete\"\n";
 const char kInstalled[] =
     "installed: ~/Library/Application Support/Quorvane-Small App/Quorvane-Small App-3-complete\n"
-    "the installer ended with status 0; its throw-away home is gone\n";
+    "the installer ended with status 0; its temporary home was removed\n";
 
 class PackRun : public testing::Test {
  protected:
@@ -124,7 +124,8 @@ TEST_F(PackRun, OfWhatIsNothingToRunSaysSo) {
 TEST_F(PackRun, OfAnOutputFolderWhoseInstallerWasTakenAwaySaysSo) {
   build(kInstall);
   fs::remove_all(project_ / kInstaller);
-  expectError(run({}), std::string(kInstaller) + " is no bundle: it holds no Contents/Info.plist");
+  expectError(run({}),
+              std::string(kInstaller) + " is not an app bundle: Contents/Info.plist is missing");
 }
 
 TEST_F(PackRun, OfAnInstallerForAnotherSystemSaysSo) {
@@ -143,15 +144,15 @@ TEST_F(PackRun, OfAnInstallerThatFailsNamesItsStatusAndTheEndOfItsLog) {
   for (int i = 2; i <= 13; ++i) {
     lines += "\n  line " + std::to_string(i);
   }
-  expectErrorOfRun(result, std::string(kExecutable) +
-                               " ended with status 7; the end of what it printed:" + lines);
+  expectErrorOfRun(
+      result, std::string(kExecutable) + " ended with status 7; the end of its output:" + lines);
   EXPECT_EQ("", result.out);
 }
 
 TEST_F(PackRun, OfAnInstallerThatOnlyComplainsShowsTheComplaint) {
   build("echo 'a library is missing' >&2\nexit 127\n");
   expectErrorOfRun(run({}), std::string(kExecutable) +
-                                " ended with status 127; the end of what it printed:\n"
+                                " ended with status 127; the end of its output:\n"
                                 "  a library is missing");
 }
 
@@ -163,7 +164,7 @@ TEST_F(PackRun, OfAnInstallerThatFailsInSilenceSaysSo) {
 TEST_F(PackRun, OfAnInstallerThatASignalEndsNamesTheSignal) {
   build("echo started\nkill -9 $$\n");
   expectErrorOfRun(run({}), std::string(kExecutable) +
-                                " was ended by signal 9; the end of what it printed:\n  started");
+                                " was killed by signal 9; the end of its output:\n  started");
 }
 
 TEST_F(PackRun, OfAFailingInstallerWhoseOutputWasShownDoesNotRepeatIt) {
@@ -206,7 +207,7 @@ TEST_F(PackRun, OfAnApplicationWithAnExceptionInAnotherThreadTellsOfIt) {
   EXPECT_EQ(0, result.status);
   EXPECT_EQ(kInstalled, result.out);
   EXPECT_EQ(std::string(kNoDisplay) +
-                "quorvane-pack: the application had an exception:\n"
+                "quorvane-pack: the application threw an exception:\n"
                 "  Exception in thread \"AWT-EventQueue-0\" java.lang.IllegalStateException: no "
                 "window\n",
             result.err);
@@ -246,7 +247,7 @@ TEST_F(PackRun, KeepsNothingWhereSomethingStandsAndDoesNotRun) {
                 std::string(name) + " exists; name a new folder with --keep");
   }
   expectError(run({"--keep", "no/folder"}),
-              "the folder no/folder cannot be made: No such file or directory");
+              "cannot create the folder no/folder: No such file or directory");
   EXPECT_EQ(Texts{"mine"}, test::namesIn(project_ / "folder"));
   EXPECT_FALSE(test::exists(project_ / "ran"));
 }

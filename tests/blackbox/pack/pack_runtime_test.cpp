@@ -70,7 +70,7 @@ TEST(PackRuntime, NamesADamagedJarAndAsksForModulesWhenNoneAreFound) {
   const test::Result damaged = project.build();
   EXPECT_EQ(1, damaged.status);
   EXPECT_EQ(
-      "quorvane-pack: app/lib/other.jar is no jar, or a damaged one; build it or copy it again\n",
+      "quorvane-pack: app/lib/other.jar is not a jar, or is damaged; build it or copy it again\n",
       damaged.err);
   makeJars(project);
   const test::Result result = project.build();

@@ -120,8 +120,8 @@ TEST_F(PackSite, WithoutAKeyIsMadeAndSaysThatNobodyTakesIt) {
   const test::Result result = project_.build();
   EXPECT_EQ(0, result.status) << result.err;
   EXPECT_NE(std::string::npos,
-            result.out.find("note: [signing] has no key, and installed applications take no "
-                            "update that is not signed\n"))
+            result.out.find(
+                "note: [signing] has no key, and installed applications refuse unsigned updates\n"))
       << result.out;
   EXPECT_TRUE(test::exists(project_ / kAppArchive));
 }
@@ -196,9 +196,9 @@ TEST_F(PackSite, ThatFitsTheInstallerIsSaidToBeWell) {
   const test::Result result = verify();
   EXPECT_EQ(0, result.status) << result.err;
   const std::string end =
-      "site, updater 5: 6 files, the signature is right\n"
-      "site, runtime 170015: 3 files, the signature is right\n"
-      "site, application 3: 5 files, the signature is right\n"
+      "site, updater 5: 6 files, the signature is valid\n"
+      "site, runtime 170015: 3 files, the signature is valid\n"
+      "site, application 3: 5 files, the signature is valid\n"
       "dist/Small App Installer.app: all is well\n";
   ASSERT_GT(result.out.size(), end.size());
   EXPECT_EQ(end, result.out.substr(result.out.size() - end.size()));
@@ -216,7 +216,7 @@ TEST_F(PackSite, WithAVersionTextThatIsNoNumberIsFound) {
        {"", "\n", "3.1\n", "03\n", "3\n4\n", "<html>", "3 \n", "-3\n", "1000000000000000000\n"}) {
     SCOPED_TRACE(text);
     test::writeFile(project_ / kAppVersion, text);
-    expectProblem(std::string(kAppVersion) + " does not hold one whole number of up to 18 digits");
+    expectProblem(std::string(kAppVersion) + " does not contain a whole number of up to 18 digits");
   }
 }
 
@@ -256,8 +256,7 @@ TEST_F(PackSite, WithAnUnsignedArchiveIsFoundWhateverTheInstallerAsksFor) {
   test::writeFile(project_ / "component", "Small App 3");
   replaceApplication({"--special", "Component=component"});
   expectProblem(
-      "site, application: Quorvane-Small App-3-archive.p2.l2 is not signed, and updates have to "
-      "be");
+      "site, application: Quorvane-Small App-3-archive.p2.l2 is not signed, and updates must be");
 }
 
 TEST_F(PackSite, SignedWithAnotherKeyIsFound) {

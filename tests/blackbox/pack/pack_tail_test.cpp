@@ -142,8 +142,8 @@ TEST(PackTail, OfWrongInputSaysWhatAndEndsWithStatusOne) {
   const test::Result result = pack({"write", folder / "Tail", "--app-name", "a-b"});
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(
-      "quorvane-pack: the application's name \"a-b\" cannot name its folders; it must not be "
-      "empty or hold a '/' or a '-'\n",
+      "quorvane-pack: the application's name \"a-b\" cannot name its folders; it must not be empty "
+      "or contain a '/' or a '-'\n",
       result.err);
   EXPECT_EQ(Texts{}, test::namesIn(folder.path()));
 }

@@ -113,11 +113,11 @@ TEST_F(PackVerifyLimits, FindsRuntimeNamesThatCannotNameFolders) {
   for (const char* name : {"a/b", "a-b"}) {
     writeParams({{"jre_name", name}, {"require_signature", "true"}});
     expectProblems(
-        {start + name + "\", which holds a '/' or a '-' and cannot name the runtime's folders"});
+        {start + name + "\", which contains a '/' or a '-' and cannot name the runtime's folders"});
   }
   writeParams({{"jre_name", "a/b"}, {"jre_name", "fine"}, {"require_signature", "true"}});
   expectProblems(
-      {start + "a/b\", which holds a '/' or a '-' and cannot name the runtime's folders"});
+      {start + "a/b\", which contains a '/' or a '-' and cannot name the runtime's folders"});
   writeParams({{"jre_name", "quorvane"}, {"require_signature", "true"}});
   expectProblems({start + "quorvane\", which is the name of the updater's folders"});
   writeParams({{"jre_name", "small app"}, {"require_signature", "true"}});
@@ -134,8 +134,8 @@ TEST_F(PackVerifyLimits, FindsAnUpdaterWithMoreArgumentsThanTheCommandLineHolds)
   writeUpdater(launch);
   build();
   expectProblems(
-      {"updater: its launch file has 495 arguments, which makes a command line of 500 words; it "
-       "has room for 499"});
+      {"updater: its launch file has 495 arguments, which makes a command line of 500 arguments; "
+       "it has room for 499"});
 }
 
 TEST_F(PackVerifyLimits, FindsAnUpdaterWithAClassPathThatDoesNotFit) {
@@ -144,7 +144,7 @@ TEST_F(PackVerifyLimits, FindsAnUpdaterWithAClassPathThatDoesNotFit) {
   writeUpdater(launch);
   build();
   expectProblems({"updater: its launch file has " + launch.classPath[0] +
-                      " in the class path, which it does not hold",
+                      " in the class path, which it does not contain",
                   "updater: its launch file has a class path entry of 999 bytes, which does not "
                   "fit 1000"});
 }
@@ -164,7 +164,7 @@ TEST_F(PackVerifyLimits, FindsALaunchFileWithANumberInAnotherForm) {
   test::writeFile(project_ / "updater/QuorvaneLaunch", "0" + tools::encodeLaunchFile(launchFile()));
   build();
   expectProblems(
-      {"updater: its launch file has a value in another form than it is read; write it again with "
+      {"updater: its launch file has a value in non-canonical form; write it again with "
        "'quorvane-pack launchfile'"});
 }
 
@@ -189,14 +189,14 @@ TEST_F(PackVerifyLimits, FindsAnApplicationWithoutALaunchFile) {
 TEST_F(PackVerifyLimits, FindsASplashImageThatIsNoPng) {
   build();
   replaceInTail("\x89PNG\r\n", "\x88PNG\r\n");
-  expectProblems({"updater: nativesplash.png is no PNG image"});
+  expectProblems({"updater: nativesplash.png is not a PNG image"});
 }
 
 TEST_F(PackVerifyLimits, FindsSignedArchivesWithoutAKeyToCheckThemWith) {
   buildWithoutAskingForSignatures(true);
   const std::string bytes = test::readFile(tailPath());
   replaceInTail(test::field(bytes.c_str() + bytes.find("3082")), test::field(""));
-  const std::string what = ".p2.l2 is signed, and the Tail record has no key to check that with";
+  const std::string what = ".p2.l2 is signed, and the Tail record has no key to verify it with";
   expectProblems(
       {"updater: updater" + what, "runtime: runtime" + what, "application: application" + what});
 }
@@ -220,8 +220,8 @@ TEST_F(PackVerifyLimits, FindsAnUpdateUrlThatIsNone) {
   ASSERT_NE(std::string::npos, at);
   test::writeFile(tailPath(), bytes.replace(at, 4, "hypp"));
   expectProblems(
-      {"update-url in the Tail record is \"hypp://192.0.2.10/\"; it begins with http:// or "
-       "https://, or is D for one that the property update_url gives"});
+      {"update-url in the Tail record is \"hypp://192.0.2.10/\"; it must begin with http:// or "
+       "https://, or be D if the property update_url gives it"});
 }
 
 TEST_F(PackVerifyLimits, FindsAnEmptyDecompressionTool) {
@@ -233,11 +233,11 @@ TEST_F(PackVerifyLimits, FindsAnEmptyDecompressionTool) {
 TEST_F(PackVerifyLimits, TakesSignaturesForAskedForOnceAPropertySaysSo) {
   buildWithoutAskingForSignatures(false);
   writeParams({{"require_signature", "true"}, {"require_signature", "false"}});
-  expectProblems({"the params file asks for signatures, and the Tail record has no key",
-                  "updater: updater.p2.l2 is not signed, and the params file asks for signatures",
-                  "runtime: runtime.p2.l2 is not signed, and the params file asks for signatures",
-                  "application: application.p2.l2 is not signed, and the params file asks for "
-                  "signatures"});
+  expectProblems(
+      {"the params file requires signatures, and the Tail record has no key",
+       "updater: updater.p2.l2 is not signed, and the params file requires signatures",
+       "runtime: runtime.p2.l2 is not signed, and the params file requires signatures",
+       "application: application.p2.l2 is not signed, and the params file requires signatures"});
 }
 
 TEST_F(PackVerifyLimits, FindsFilesThatReplaceEachOther) {
@@ -245,17 +245,16 @@ TEST_F(PackVerifyLimits, FindsFilesThatReplaceEachOther) {
   const std::string sound = test::readFile(tailPath());
   replaceInTail("version.txt", "main.jar");
   expectProblems(
-      {"application: two of its entries are named main.jar, of which one replaces the other"});
+      {"application: two of its entries are named main.jar; one would replace the other"});
   test::writeFile(tailPath(), sound);
   replaceInTail("version.txt", "LIB/other.jar");
   expectProblems(
-      {"application: lib/other.jar and LIB/other.jar differ by nothing but case, which most macOS "
-       "volumes disregard"});
+      {"application: lib/other.jar and LIB/other.jar differ only in case, which most macOS volumes "
+       "ignore"});
   test::writeFile(tailPath(), sound);
   replaceInTail("version.txt", "application.p2");
   expectProblems(
-      {"application: two of its entries are named application.p2, of which one replaces the "
-       "other",
+      {"application: two of its entries are named application.p2; one would replace the other",
        "application: application.p2 is damaged at byte 0: it ends inside an entry's type; make it "
        "again"});
 }

@@ -46,9 +46,9 @@ TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
   EXPECT_EQ(
       "application name: Small App\n"
       "params file: 2 properties\n"
-      "updater 5: 5 files, the signature is right\n"
-      "runtime 170015: 3 files, the signature is right\n"
-      "application 3: 4 files, the signature is right\n"
+      "updater 5: 5 files, the signature is valid\n"
+      "runtime 170015: 3 files, the signature is valid\n"
+      "application 3: 4 files, the signature is valid\n"
       "dist/Small App Installer.app: all is well\n",
       result.out);
 }
@@ -75,7 +75,7 @@ TEST_F(PackVerify, NamesAFolderThatIsNoBundle) {
   const test::Result result = verify("app");
   EXPECT_EQ(1, result.status);
   EXPECT_NE(std::string::npos,
-            result.err.find("app is no bundle: it holds no Contents/Info.plist"));
+            result.err.find("app is not an app bundle: Contents/Info.plist is missing"));
 }
 
 TEST_F(PackVerify, FindsAMissingExecutable) {
@@ -88,7 +88,7 @@ TEST_F(PackVerify, FindsAMissingExecutable) {
 TEST_F(PackVerify, FindsAnExecutableThatMayNotBeExecuted) {
   fs::permissions(inBundle("MacOS/Small App"), fs::perms{0644});
   expectProblem(std::string(kVerifiedBundle) +
-                "/Contents/MacOS/Small App may not be executed; run 'chmod 755' on it");
+                "/Contents/MacOS/Small App is not executable; run 'chmod 755' on it");
 }
 
 TEST_F(PackVerify, FindsAnInfoPlistThatNamesNoExecutable) {
@@ -146,7 +146,7 @@ TEST_F(PackVerify, FindsATailRecordThatIsCutShort) {
 TEST_F(PackVerify, FindsBytesBehindTheLastArchive) {
   writeTail(tail() + "more");
   expectProblem(std::string(kVerifiedBundle) +
-                "/Contents/Resources/Tail goes on for 4 bytes behind what is read");
+                "/Contents/Resources/Tail continues for 4 bytes after what is read");
 }
 
 TEST_F(PackVerify, FindsArchivesOfAnotherKey) {
@@ -175,11 +175,11 @@ TEST_F(PackVerify, FindsUnsignedArchivesWhereSignaturesAreAskedFor) {
   test::writeFile(inBundle("Resources/AppParams.excludefromsigning"), params);
   const test::Result result = verify();
   EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("the params file asks for signatures, and the Tail "
+  EXPECT_NE(std::string::npos, result.err.find("the params file requires signatures, and the Tail "
                                                "record has no key"));
   EXPECT_NE(std::string::npos,
-            result.err.find("runtime: runtime.p2.l2 is not signed, and the params file asks for "
-                            "signatures"));
+            result.err.find(
+                "runtime: runtime.p2.l2 is not signed, and the params file requires signatures"));
 }
 
 TEST_F(PackVerify, FindsANameThatCannotNameFolders) {
@@ -187,9 +187,8 @@ TEST_F(PackVerify, FindsANameThatCannotNameFolders) {
   bytes[5] = '-';
   writeTail(bytes);
   expectProblem(
-      "the application's name \"Small-App\" cannot name its folders; it must not be empty or hold "
-      "a "
-      "'/' or a '-'");
+      "the application's name \"Small-App\" cannot name its folders; it must not be empty or "
+      "contain a '/' or a '-'");
 }
 
 // Replaces the field `from` of the record, the first one of that text, and looks at the complaint.
@@ -200,15 +199,16 @@ TEST_F(PackVerify, FindsValuesThatAHandMadeWrong) {
     std::string problem;
   };
   const std::string versions =
-      "\"; versions are compared as whole numbers, so use up to 18 digits, or nothing when it is "
-      "not carried";
+      "\"; versions are compared as whole numbers, so use up to 18 digits, or leave it empty if it "
+      "is not carried";
   const std::string key = tail().substr(tail().find("3082"), 64);
   const Edit edits[] = {
       {test::field("Small App"), test::field("Small-App"),
-       "the application's name \"Small-App\" cannot name its folders; it must not be empty or hold "
-       "a '/' or a '-'"},
+       "the application's name \"Small-App\" cannot name its folders; it must not be empty or "
+       "contain a '/' or a '-'"},
       {test::field("Small App"), test::field(""),
-       "the application's name \"\" cannot name its folders; it must not be empty or hold a '/' or "
+       "the application's name \"\" cannot name its folders; it must not be empty or contain a '/' "
+       "or "
        "a '-'"},
       {test::field("3"), test::field("3a"), "the application's version is \"3a" + versions},
       {test::field("170015"), test::field("17.0.15"),
@@ -216,7 +216,7 @@ TEST_F(PackVerify, FindsValuesThatAHandMadeWrong) {
       {test::field("perm_user"), test::field("everyone"),
        "the install type is \"everyone\"; known are perm_all, perm_user and temporary"},
       {key, "zz" + key.substr(2),
-       "the public key is no hexadecimal text; give what 'quorvane-pack key show' prints"},
+       "the public key is not hexadecimal text; give what 'quorvane-pack key show' prints"},
       {key, "0000" + key.substr(4),
        "the public key in the Tail record cannot be used; make the installer again"},
   };
@@ -236,7 +236,7 @@ TEST_F(PackVerify, FindsAClassPathEntryThatIsMissing) {
   fs::remove(project_ / "updater/updater.jar");
   ASSERT_EQ(0, project_.build().status);
   expectProblem(
-      "updater: its launch file has updater.jar in the class path, which it does not hold");
+      "updater: its launch file has updater.jar in the class path, which it does not contain");
 }
 
 TEST_F(PackVerify, FindsAVersionThatTheRecordsDisagreeAbout) {

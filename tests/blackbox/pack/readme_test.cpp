@@ -9,7 +9,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_home.h"
 
-// What the README promises, run word for word as it stands there.
+// Runs the README's commands exactly as they are written there.
 
 namespace {
 

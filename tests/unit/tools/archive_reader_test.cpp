@@ -86,7 +86,7 @@ TEST_F(ArchiveReader, SaysWhereAnArchiveIsDamaged) {
       errorOf(good + field("0") + field("f") + field("-1")));
   EXPECT_EQ("the.p2 is damaged at byte 11: it ends inside the data of 'f'; make it again",
             errorOf(good + field("0") + field("f") + field("10") + "123456789"));
-  EXPECT_EQ("the.p2 is damaged at byte 6: an entry's path is longer than any field; make it again",
+  EXPECT_EQ("the.p2 is damaged at byte 6: an entry's path is too long for a field; make it again",
             errorOf(good + field("0") + std::string(100000, 'p')));
 }
 
@@ -109,7 +109,7 @@ TEST_F(ArchiveReader, SaysWhyASignatureIsNotRight) {
   const size_t record = field("0").size() + field("f").size() + field("7").size() + 7;
   EXPECT_EQ("the.p2 is not signed; make it with --key", signatureError(bytes.substr(0, record)));
   EXPECT_EQ(
-      "the.p2 is damaged: its signature record stands at byte 17 and says it covers 13 bytes; "
+      "the.p2 is damaged: its signature record is at byte 17 but claims to cover 13 bytes; "
       "make it again",
       signatureError(field("1") + field("e") + bytes));
   std::string changed = bytes;
@@ -118,7 +118,7 @@ TEST_F(ArchiveReader, SaysWhyASignatureIsNotRight) {
             signatureError(changed));
   changed = bytes;
   changed.at(bytes.find("516")) = '6';
-  EXPECT_EQ("the.p2 has a signature record in another form than the writer's; make it again",
+  EXPECT_EQ("the.p2 has a signature record that is not in canonical form; make it again",
             signatureError(changed));
 }
 

@@ -95,13 +95,13 @@ TEST_F(ArchiveWriter, StoresALinkAsACopyOfWhatItPointsTo) {
 
 TEST_F(ArchiveWriter, RefusesALinkToNothing) {
   fs::create_symlink("missing", inSource("link"));
-  expectError(inSource("link") + " is a link to nothing; remove it");
+  expectError(inSource("link") + " is a broken link; remove it");
 }
 
 TEST_F(ArchiveWriter, RefusesALinkToAFolderThatHoldsIt) {
   fs::create_directory(inSource("a"));
   fs::create_symlink("..", inSource("a/up"));
-  expectError(inSource("a/up") + " is a link to a folder that holds it; remove it");
+  expectError(inSource("a/up") + " is a link to a folder that contains it; remove it");
 }
 
 TEST_F(ArchiveWriter, RefusesWhatIsNeitherFileNorFolder) {
@@ -111,7 +111,7 @@ TEST_F(ArchiveWriter, RefusesWhatIsNeitherFileNorFolder) {
 
 TEST_F(ArchiveWriter, RefusesAFolderThatIsNone) {
   content_.folder = folder_ / "missing";
-  expectError(folder_ / "missing is no folder; name one");
+  expectError(folder_ / "missing is not a folder");
 }
 
 TEST_F(ArchiveWriter, WhoseHashCannotBeSetUpSaysSo) {
@@ -162,7 +162,8 @@ TEST_F(ArchiveWriter, RefusesAPathThatIsTooLongToBeExtracted) {
 
 TEST_F(ArchiveWriter, RefusesAFileNamedLikeTheSignature) {
   test::writeFile(inSource("qvArcSpBlock_DigitalSignature1"), "");
-  expectError("the name qvArcSpBlock_DigitalSignature1 is the signature's own; rename the file");
+  expectError(
+      "the name qvArcSpBlock_DigitalSignature1 is reserved for the signature; rename the file");
 }
 
 TEST_F(ArchiveWriter, RefusesTwoEntriesOfOnePath) {
@@ -175,7 +176,7 @@ TEST_F(ArchiveWriter, RefusesPathsThatDifferByNothingButCase) {
   test::writeFile(inSource("lib/x"), "");
   content_.files = {{"Lib", inSource("lib/x")}};
   expectError(
-      "the paths Lib and lib differ by nothing but case, which most macOS volumes disregard; "
+      "the paths Lib and lib differ only in case, which most macOS volumes ignore; "
       "rename one");
 }
 
@@ -196,7 +197,7 @@ TEST_F(ArchiveWriter, RefusesToWriteIntoTheFolderItArchives) {
     FAIL();
   } catch (const tools::InputError& error) {
     EXPECT_EQ(inSource("out.p2") +
-                  " lies in the folder that it is made of; choose a place outside of " + source(),
+                  " is inside the folder that it is made from; choose a place outside " + source(),
               std::string(error.what()));
   }
   tools::writeArchive(content_, source() + ".p2", nullptr);

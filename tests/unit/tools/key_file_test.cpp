@@ -40,9 +40,10 @@ TEST(WritePrivateKey, MakesAFileThatItsOwnerAloneMayReadAndWriteWhateverTheUmask
 TEST(WritePrivateKey, DoesNotReplaceAFile) {
   const test::TempFolder folder;
   test::writeFile(folder / "a.key", "older");
-  EXPECT_EQ("the key file " + folder / "a.key" +
-                " cannot be made: File exists; choose another name, a key is never replaced",
-            keyFileError(folder / "a.key"));
+  EXPECT_EQ(
+      "the key file " + folder / "a.key" +
+          " cannot be created: File exists; choose another name, an existing key is never replaced",
+      keyFileError(folder / "a.key"));
   EXPECT_EQ("older", test::readFile(folder / "a.key"));
 }
 
@@ -55,8 +56,9 @@ TEST(WritePrivateKey, DoesNotFollowADanglingLink) {
 
 TEST(WritePrivateKey, IntoAFolderThatIsNotThereIsAnInputError) {
   const test::TempFolder folder;
-  EXPECT_EQ("the key file " + folder / "none/a.key" + " cannot be made: No such file or directory",
-            keyFileError(folder / "none/a.key"));
+  EXPECT_EQ(
+      "the key file " + folder / "none/a.key" + " cannot be created: No such file or directory",
+      keyFileError(folder / "none/a.key"));
 }
 
 TEST(WritePrivateKey, ThatCannotBeWrittenWholeLeavesNothingBehind) {

@@ -133,10 +133,10 @@ TEST(DecodeLaunchFile, RefusesEveryPrefixOfALaunchFile) {
 }
 
 TEST(DecodeLaunchFile, SaysWhatIsWrong) {
-  EXPECT_EQ("the launch file holds \"PK\" at byte 0 where the number LaunchFile VER should stand",
+  EXPECT_EQ("the launch file has \"PK\" at byte 0 where the number LaunchFile VER should be",
             refusalOf([] { tools::decodeLaunchFile("PK\0"s); }));
   EXPECT_EQ(
-      "the launch file ends at byte 4 where Class should stand; it is cut short or no launch file",
+      "the launch file ends at byte 4 where Class should be; it is truncated or not a launch file",
       refusalOf([] { tools::decodeLaunchFile("1\0Ma"s); }));
   EXPECT_EQ("2 bytes follow the last field of version 1; the version or a count is wrong",
             refusalOf([] { tools::decodeLaunchFile(commonBytes("1") + "x\0"s); }));
@@ -149,14 +149,15 @@ TEST(LaunchFileText, RefusesWhatIsNoLaunchFile) {
   EXPECT_EQ(0u, refusalOf([] {
                   tools::launchFileFromText("class = 'a'\nname = 'b'\n");
                 }).find("unknown key \"name\"; known are version, class, update_class, "));
-  EXPECT_EQ("\"class\" must be a text", refusalOf([] { tools::launchFileFromText("class = 1"); }));
+  EXPECT_EQ("\"class\" must be a string",
+            refusalOf([] { tools::launchFileFromText("class = 1"); }));
   EXPECT_EQ("\"version\" must be a whole number",
             refusalOf([] { tools::launchFileFromText("version = 1.5"); }));
   EXPECT_EQ("\"must_fork\" must be true or false",
             refusalOf([] { tools::launchFileFromText("must_fork = 1"); }));
-  EXPECT_EQ("\"arguments\" must be a list of texts",
+  EXPECT_EQ("\"arguments\" must be a list of strings",
             refusalOf([] { tools::launchFileFromText("arguments = ['a', 1]"); }));
-  EXPECT_EQ("\"class_path\" must be a list of texts",
+  EXPECT_EQ("\"class_path\" must be a list of strings",
             refusalOf([] { tools::launchFileFromText("class_path = 'a.jar'"); }));
   EXPECT_EQ(0u,
             refusalOf([] { tools::launchFileFromText("class = 'a'\nclass"); }).find("line 2: "));
@@ -165,7 +166,7 @@ TEST(LaunchFileText, RefusesWhatIsNoLaunchFile) {
 TEST(LaunchFileText, RefusesTextThatIsNoUtf8) {
   tools::LaunchFile file = fullFile(6);
   file.icon = "\xff";
-  EXPECT_EQ("the launch file holds text that is no UTF-8, which cannot be shown",
+  EXPECT_EQ("the launch file contains text that is not UTF-8, which cannot be shown",
             refusalOf([&] { tools::textOfLaunchFile(file); }));
 }
 

@@ -106,7 +106,8 @@ TEST(EncodeTail, LeavesOutWhatIsNotGiven) {
 }
 
 TEST(EncodeTail, RefusesANameThatCannotNameFolders) {
-  const std::string why = "\" cannot name its folders; it must not be empty or hold a '/' or a '-'";
+  const std::string why =
+      "\" cannot name its folders; it must not be empty or contain a '/' or a '-'";
   for (const char* name : {"", "a/b", "a-b", "../x"}) {
     EXPECT_EQ("the application's name \"" + std::string(name) + why,
               refusal([&](tools::Tail* tail) { tail->appName = name; }));
@@ -130,8 +131,8 @@ TEST(EncodeTail, RefusesTheNameOfAnotherComponent) {
 
 TEST(EncodeTail, RefusesAVersionThatIsNoWholeNumber) {
   const std::string why =
-      "\"; versions are compared as whole numbers, so use up to 18 digits, or nothing when it is "
-      "not carried";
+      "\"; versions are compared as whole numbers, so use up to 18 digits, or leave it empty if it "
+      "is not carried";
   EXPECT_EQ("the application's version is \"1.2" + why,
             refusal([](tools::Tail* tail) { tail->appVersion = "1.2"; }));
   EXPECT_EQ("the runtime's version is \"-1" + why,
@@ -142,7 +143,7 @@ TEST(EncodeTail, RefusesAVersionThatIsNoWholeNumber) {
 
 TEST(EncodeTail, RefusesAKeyThatIsNoHexadecimalText) {
   const std::string why =
-      "the public key is no hexadecimal text; give what 'quorvane-pack key show' prints";
+      "the public key is not hexadecimal text; give what 'quorvane-pack key show' prints";
   EXPECT_EQ(why, refusal([](tools::Tail* tail) { tail->publicKeyHex = "308"; }));
   EXPECT_EQ(why, refusal([](tools::Tail* tail) { tail->publicKeyHex = "30 8"; }));
 }
@@ -172,7 +173,7 @@ TEST(EncodeTail, RefusesFieldsThatWouldBeReadOutOfStep) {
             refusal([](tools::Tail* tail) { tail->publicKeyHex = std::string(8192, 'a'); }));
   EXPECT_EQ("Update URL is 4999 bytes long, at most 4998 are read; shorten it",
             refusal([](tools::Tail* tail) { tail->updateUrl = std::string(4999, 'u'); }));
-  EXPECT_EQ("Silent Parameter holds a zero byte, which ends a field; remove it",
+  EXPECT_EQ("Silent Parameter contains a zero byte, which ends a field; remove it",
             refusal([](tools::Tail* tail) { tail->silentParameter = std::string("a\0b", 3); }));
 }
 
@@ -229,10 +230,9 @@ TEST_F(TailInFile, IsNotPutBehindAnExecutableThatCarriesOne) {
   test::writeFile(executable(), "machine code");
   tools::appendTail(executable(), fullTail());
   const std::string before = test::readFile(executable());
-  EXPECT_EQ(executable() +
-                " carries a record already, at byte 140; use a copy of the executable "
-                "that carries none",
-            messageOf([this] { tools::appendTail(executable(), fullTail()); }));
+  EXPECT_EQ(
+      executable() + " already has a record, at byte 140; use a copy of the executable without one",
+      messageOf([this] { tools::appendTail(executable(), fullTail()); }));
   EXPECT_EQ(before, test::readFile(executable()));
 }
 
@@ -252,8 +252,9 @@ TEST_F(TailInFile, ThatIsRefusedLeavesTheFileAsItWas) {
 }
 
 TEST_F(TailInFile, GoesIntoAFolderOnlyWhenThatIsABundle) {
-  EXPECT_EQ(folder_.path() + " is no bundle, it holds no folder Contents; name a bundle or a file",
-            messageOf([this] { tools::tailPathInBundle(folder_.path()); }));
+  EXPECT_EQ(
+      folder_.path() + " is not an app bundle: it has no folder Contents; name a bundle or a file",
+      messageOf([this] { tools::tailPathInBundle(folder_.path()); }));
 }
 
 TEST_F(TailInFile, IsFoundWithEveryValueInAFileOfItsOwn) {
@@ -290,7 +291,7 @@ TEST_F(TailInFile, OfTenFieldsIsFoundWithoutTheEleventh) {
 TEST_F(TailInFile, ThatIsCutShortIsReportedWithTheValue) {
   const std::string path = folder_ / "Tail";
   test::writeFile(path, test::field("Demo") + "12");
-  EXPECT_EQ(path + ": the record ends inside app-version; it is cut short or no Tail record",
+  EXPECT_EQ(path + ": the record ends inside app-version; it is truncated or not a Tail record",
             messageOf([&] { tools::findTail(path); }));
 }
 
@@ -298,7 +299,7 @@ TEST_F(TailInFile, WithAValueThatIsReadOutOfStepIsReported) {
   const std::string path = folder_ / "Tail";
   test::writeFile(path, test::field("Demo") + test::field(std::string(1023, '1')));
   EXPECT_EQ(path +
-                ": app-version is longer than the 1022 bytes that are read; the file is no Tail "
+                ": app-version is longer than the 1022 bytes that are read; the file is not a Tail "
                 "record",
             messageOf([&] { tools::findTail(path); }));
 }

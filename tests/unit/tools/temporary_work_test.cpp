@@ -30,7 +30,7 @@ TEST(TemporaryFolder, ThatCannotBeMadeIsNamedWithTheReason) {
   } catch (const tools::InputError& error) {
     const std::string what = error.what();
     const std::string reason = ": No such file or directory";
-    EXPECT_EQ(0u, what.find("no temporary folder can be made as /nowhere/quorvane-")) << what;
+    EXPECT_EQ(0u, what.find("cannot create the temporary folder /nowhere/quorvane-")) << what;
     EXPECT_EQ(what.size() - reason.size(), what.rfind(reason)) << what;
   }
 }
