@@ -9,7 +9,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 find_program(QUORVANE_CCACHE ccache)
 if(QUORVANE_CCACHE)
-  # What one checkout compiled serves another, wherever it lies; and precompiled headers are kept too.
+  # Cached results are shared between checkouts, wherever they are; precompiled headers are cached too.
   set(launcher ${CMAKE_COMMAND} -E env
     CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
     CCACHE_SLOPPINESS=pch_defines,time_macros ${QUORVANE_CCACHE})

@@ -6,16 +6,16 @@ enable_language(OBJCXX)
 set(QUORVANE_PLATFORM_FOLDERS macos)
 set(QUORVANE_MACOS_SDK "${CMAKE_SOURCE_DIR}/platform/macos-sdk")
 
-# Interfaces that are used although newer systems call them deprecated, because each stands on
+# Interfaces that are used although newer systems call them deprecated, because each exists on
 # every system since 10.13 and is the required behaviour: NSURLDownload and its delegate messages,
 # NSBundle's loadNibFile:externalNameTable:withZone:, activateIgnoringOtherApps:, and the short
 # names of the borderless window mask, the source-over operation and the application-defined event.
 target_compile_options(quorvane_objcxx INTERFACE -Wno-deprecated-declarations)
 
-# The paths of the object files stay out of what is shipped.
+# Keeps the paths of the object files out of the result.
 target_link_options(quorvane_compiler INTERFACE $<$<CONFIG:Release>:-Wl,-S>)
 
-# What the plain C++ core takes from a framework; the rest is for the Cocoa part.
+# Frameworks for the plain C++ core; the rest is for the Cocoa part.
 target_link_libraries(quorvane_dependencies INTERFACE "-framework Security")
 
 set(QUORVANE_FRAMEWORKS AppKit Foundation CoreFoundation CoreGraphics)

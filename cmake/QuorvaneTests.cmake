@@ -1,5 +1,5 @@
-# How tests are declared. Every test case is a CTest test of its own and runs in a process of its
-# own, so that process-wide state never leaks from one into another.
+# How tests are declared. Every test case is a separate CTest test and runs in its own
+# process, so that process-wide state never leaks from one into another.
 
 if(NOT TARGET GTest::gtest)
   find_package(GTest REQUIRED)
@@ -57,7 +57,7 @@ function(quorvane_use_test_headers name)
 endfunction()
 
 # QUORVANE_NOT_SANITIZED, set before a test is declared, is a GoogleTest filter of the cases that a
-# sanitizer build leaves out; the reason stands where it is set.
+# sanitizer build leaves out; the reason is given where it is set.
 function(quorvane_discover name seconds)
   set(filter "*")
   if(QUORVANE_SANITIZE AND QUORVANE_NOT_SANITIZED)

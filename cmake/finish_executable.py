@@ -2,7 +2,7 @@
 """Makes two things of a Mach-O executable what Apple's linker makes them, where the linker of the cross build
 leaves them otherwise: segments are whole pages, for which the padding is in the file already, and of the
 objects' records about their Objective-C, which are all the same, one is left. Where there is an ad-hoc
-signature, the hashes of the pages are written anew.
+signature, the hashes of the pages are rewritten.
 
 Usage: finish_executable.py EXECUTABLE
 """

@@ -1,4 +1,4 @@
-# What every piece of the demo uses. Sourced by scripts/demo.
+# Shared by all parts of the demo. Sourced by scripts/demo.
 
 demo=$PWD/build/demo
 executables=$PWD/build/bin
@@ -41,7 +41,7 @@ build_the_tools() {
   quietly cmake --build --preset dev --target packager
   if [ -n "${QUORVANE_DEMO_MACOS:-}" ]; then
     quietly cmake --build --preset dev --target macrun
-    # Every process that is started from here on starts them through the runner.
+    # From here on every process starts them through the runner.
     export LD_PRELOAD=$PWD/build/bin/libmacexec.so${LD_PRELOAD:+:$LD_PRELOAD}
   fi
 }

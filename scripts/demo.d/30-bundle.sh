@@ -1,4 +1,4 @@
-# The first project: a bundle of the Launcher, and an installer that brings its runtime. Sourced by
+# The first project: a bundle of the Launcher, and an installer that carries its runtime. Sourced by
 # scripts/demo.
 
 make_hello() {

@@ -1,12 +1,12 @@
-# A throw-away account with a home of its own: the product asks the password database for the home
-# folder, so the demo answers with one of its own. Sourced by scripts/demo.
+# A temporary account with its own home: the product gets the home folder from the password
+# database, so the demo replaces that database. Sourced by scripts/demo.
 
 make_account() {
-  say "making a throw-away account with the home $demo/home"
+  say "making a temporary account with the home $demo/home"
   mkdir -p "$demo/home"
   printf 'demo:x:%s:%s:Demo:%s:/bin/sh\n' "$(id -u)" "$(id -g)" "$demo/home" > "$demo/passwd"
   printf 'demo:x:%s:\n' "$(id -g)" > "$demo/group"
-  # The toolkit keeps sockets there, whose paths have to be short.
+  # The toolkit keeps sockets there, whose paths must be short.
   account_tmp=$(mktemp -d /tmp/demo-XXXXXX)
   trap end_account EXIT
 }
@@ -19,7 +19,7 @@ as_account() {
 }
 
 # Ends the toolkit's notification server that applications of the account have left behind; it is
-# known by its temporary folder.
+# recognised by its temporary folder.
 end_account() {
   local file
   for file in $(grep -slz "^TMPDIR=$account_tmp\$" /proc/[0-9]*/environ); do

@@ -1,6 +1,6 @@
 # Starting the application. Sourced by scripts/demo.
 
-# The words with which the bundle is started: JVM options, class path, main class, arguments.
+# The arguments of the bundle: JVM options, class path, main class, arguments.
 console_words=(-Xmx64m "-Dhello.greeting=Good morning" -cp "$demo/hello.jar"
   org.example.hello.Hello first "second argument" -third)
 window_words=(-Xmx64m "-Dhello.greeting=Good morning" -Dawt.useSystemAAFontSettings=on
@@ -25,7 +25,7 @@ run_with_window() {
   say "the picture of window and menu is $demo/window.png"
 }
 
-# Starts the window variant on the display that stands, opens the application's menu, takes a
+# Starts the window variant on the current display, opens the application's menu, takes a
 # picture and quits through the menu.
 take_picture() {
   display -window root xc:'#9fb3c8'

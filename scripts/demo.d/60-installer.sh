@@ -15,13 +15,13 @@ make_project() {
   cp examples/app/quorvane.toml "$project/"
 }
 
-# Packs the project; more words go to the packager.
+# Packs the project; further arguments go to the packager.
 pack_project() {
   pack build "$project/quorvane.toml" --output "$dist" --executables "$executables" "$@"
 }
 
-# Runs the bundle $1 in the account, on a display of its own, with its log in $2 and pictures of its
-# windows beside it. More words go to the application.
+# Runs the bundle $1 in the account, on its own display, with its log in $2 and pictures of its
+# windows beside it. Further arguments go to the application.
 run_bundle() {
   QUORVANE_OWN_DISPLAY=1 QUORVANE_SCREEN=900x480x24 scripts/with-display \
     bash -c 'for piece in scripts/demo.d/*.sh; do source "$piece"; done
@@ -36,7 +36,7 @@ application_is_shown() {
 }
 
 # Starts the executable of the bundle $1 and keeps the latest picture of the splash, and of the
-# application's window and menu once they are up. More words go to the application.
+# application's window and menu once they are up. Further arguments go to the application.
 photograph() {
   local status=0 words=("${@:3}")
   display -window root xc:'#9fb3c8'
@@ -113,7 +113,7 @@ publish() {
   cp "$dist"/site/*-version.txt "$demo/web/"
 }
 
-# The online installer carries the updater alone: runtime and application come from the update site.
+# The online installer carries only the updater: runtime and application come from the update site.
 install_online() {
   say "running an online installer on an account without the application: all comes from the update site"
   mkdir -p "$demo/web"
