@@ -159,7 +159,7 @@ def floor(factor):
 
 
 def quick_launch(factor, variables):
-    """Milliseconds from exec to the first line of Java's main of what is installed already."""
+    """Milliseconds from exec to the first line of the installed application's main."""
     _, _, output = measure([f"{BIN}/exec_stamp", installer(factor), "-silent"], variables)
     if b"Running without extraction now" not in output:
         sys.exit("the second run installed again")

@@ -76,7 +76,7 @@ class Output:
         return next(time for length, time in self.pieces if length >= end)
 
     def clock_after(self, word):
-        """The clock that was printed behind a word at the beginning of a line."""
+        """The clock printed after `word` at the start of a line."""
         found = re.search(rf"(?:^|\n|\.){word} (\d+)\n", self.text)
         return found and int(found.group(1))
 

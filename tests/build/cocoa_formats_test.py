@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Refuses %s in the formats of Cocoa strings: Cocoa reads the C text behind it in the system's
-encoding, which on a Mac is not UTF-8. support/text/cocoa_text.h has the way that is right.
+"""Refuses %s in the formats of Cocoa strings: Cocoa reads its C text in the system's
+encoding, which on a Mac is not UTF-8. support/text/cocoa_text.h has the right way.
 
 Usage: cocoa_formats_test.py SOURCE_FOLDER CASE
 """

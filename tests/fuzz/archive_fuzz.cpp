@@ -1,5 +1,5 @@
 // Archives: whatever they hold, their extraction ends, writes nothing outside of its destination,
-// neither by name nor through a link that stands there, and none is accepted when a signature is
+// neither by name nor through an existing link, and none is accepted when a signature is
 // asked for, since the key's private half has signed nothing.
 
 #include <filesystem>

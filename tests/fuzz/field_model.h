@@ -12,14 +12,14 @@ class FieldModel {
  public:
   explicit FieldModel(std::string bytes) : bytes_(std::move(bytes)) {}
 
-  // Moves behind the place where the search finds `marker`, or to the end when it finds none.
+  // Moves past the place where the search finds `marker`, or to the end if it finds none.
   // Returns the number of bytes passed, or -1.
   int skipTo(const std::string& marker);
 
-  // Returns what a reader with `limit` gives for the next field, and moves behind what it reads.
+  // Returns what a reader with `limit` gives for the next field, and moves past what it reads.
   std::string takeField(size_t limit);
 
-  // Returns the next number, and moves behind what is read of it.
+  // Returns the next number, and moves past what is read of it.
   long takeNumber();
 
   size_t position() const { return position_; }

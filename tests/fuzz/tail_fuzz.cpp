@@ -155,7 +155,7 @@ static void readAsExtractor(const Scene& scene, const Values* wanted) {
   release(run);
 }
 
-// The second byte of the input is the length of what stands before the marker; that follows, then
+// The second byte of the input is the length of the bytes before the marker; that follows, then
 // the record.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 2 || size - 2 < data[1] || size > kLongest) {

@@ -1,4 +1,4 @@
-// The version file of an update site: its text is what stands before the first blank or line end,
+// The version file of an update site: its text ends before the first blank or line end,
 // it fits its buffer, and no text that may name a folder or a file of the site leads elsewhere.
 
 #include <cstdio>

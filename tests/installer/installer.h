@@ -29,7 +29,7 @@ class Installer {
   Tail tail;
   std::vector<std::pair<std::string, std::string>> properties;
   std::string paramsCount;  // instead of the number of properties, unless it is empty
-  // The archives behind the Tail's fields: the updater's four, the runtime's, the application's
+  // The archives after the Tail's fields: the updater's four, the runtime's, the application's
   // two.
   std::vector<std::string> updater;
   std::string runtime;
@@ -57,7 +57,7 @@ class Installer {
   // Writes the bundle, over an earlier one.
   void write() const;
 
-  // The Tail record with the archives behind it.
+  // The Tail record followed by the archives.
   std::string tailRecord() const;
 
   std::string executable() const { return folder_ / "Setup.app/Contents/MacOS/Setup"; }

@@ -73,13 +73,13 @@ def is_shipped(path):
 
 
 def compile_commands(build, language):
-    """The same for what is shipped, but for its second compilation as a part of a test."""
+    """The same for the shipped files, except when compiled again as part of a test."""
     return (entry for entry in all_compile_commands(build, language)
             if is_shipped(entry[0]) and not is_for_test(entry[2]))
 
 
 def compile_with(directory, arguments, *more):
-    """Compiles into a file that is thrown away; returns the status and the messages."""
+    """Compiles into a discarded file; returns the status and the messages."""
     with tempfile.TemporaryDirectory() as folder:
         arguments = list(arguments)
         arguments[arguments.index("-o") + 1] = f"{folder}/object.o"

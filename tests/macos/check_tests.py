@@ -25,7 +25,7 @@ def compiled(build):
 
 
 def in_folders(names, listed):
-    """The names, but for each listed folder, with its slash, in the place of what is in it."""
+    """The names, with each listed folder and its slash in place of its contents."""
     folders = tuple(line for line in listed if line.endswith("/"))
     return {next((folder for folder in folders if name.startswith(folder)), name) for name in names}
 

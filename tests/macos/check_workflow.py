@@ -22,7 +22,7 @@ FAULTS = {
 
 
 def build_tool():
-    """Why there is no actionlint, or None. Go compares what it fetches with its database of hashes."""
+    """Why actionlint is unavailable, or None. Go checks downloads against its database of hashes."""
     if (FOLDER / "actionlint").is_file():
         return None
     if not shutil.which("go"):

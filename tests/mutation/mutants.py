@@ -114,7 +114,7 @@ def constants(code, text):
 
 
 def statements(code):
-    """(start, end) of the statements that are a call, and the name of what is called."""
+    """(start, end) of the statements that are calls, and the name of the called function."""
     for match in re.finditer(r"(?<=[;{}])\s*((?:\w+(?:\.|->|::))*(\w+))\(", code):
         end = closing(code, match.end() - 1)
         if end > 0 and code[end + 1 : end + 2] == ";":

@@ -45,7 +45,8 @@ std::vector<std::string> linesOf(const std::string& text);
 // Standard output's lines without the elapsed-time prefix ("+123      ") that log lines carry.
 std::vector<std::string> logLinesOf(const std::string& standardOutput);
 
-// Returns whether all `wanted` lines stand in `lines` in this order, others between them allowed.
+// Returns whether `lines` contains all `wanted` lines in this order, with others in between
+// allowed.
 bool containsInOrder(const std::vector<std::string>& lines, const std::vector<std::string>& wanted);
 
 }  // namespace test

@@ -39,7 +39,7 @@ class LaunchScene {
   TempFolder folder_;
 };
 
-// The program that stands in for a runtime's Java.
+// The fake program for a runtime's Java.
 std::string fakeJava();
 
 // Splits bytes at zero bytes; each text must be ended by one.

@@ -23,7 +23,7 @@ class LauncherBundle {
   std::string executable() const { return folder_ / "Demo.app/Contents/MacOS/Demo"; }
   std::string resources() const { return folder_ / "Demo.app/Contents/Resources"; }
 
-  // Puts a record behind the executable, or into the Resources folder.
+  // Appends a record to the executable, or puts it into the Resources folder.
   void appendTail(const Tail& tail) const;
   void writeTailFile(const Tail& tail) const;
 

@@ -32,7 +32,7 @@ class Disturbed : public testing::TestWithParam<Fault> {
     std::string oldUpdater;  // empty for a first installation
     std::string newUpdater;
     std::string newRuntime;
-    std::string oldRuntime;  // where it may still be used once the new updater stands
+    std::string oldRuntime;  // may still be used once the new updater is installed
     std::vector<std::string> kept;
     std::vector<std::string> made;
     std::vector<std::string> words = {};

@@ -158,7 +158,7 @@ const Plant kPlants[] = {
      "Contents"},
     {"WholeBundle", "Quorvane-Other-1-complete.plugin", ""},
     {"OldTemporaryFolder", "QuorvaneTemp-1-1-app", ""},
-    // Files inside a version folder that is installed anew.
+    // Files inside a version folder that is reinstalled.
     {"FileOfTheUpdater", "Quorvane-Quorvane-5-complete/lzma64", "file"},
     {"SplashOfTheUpdater", "Quorvane-Quorvane-5-complete/nativesplash.png", "file"},
     {"VersionFileOfTheUpdater", "Quorvane-Quorvane-5-complete/Quorvane-Mac64JRE-version.txt",

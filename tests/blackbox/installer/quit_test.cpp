@@ -1,4 +1,4 @@
-// Quitting while a Java program runs in the process: its shutdown hooks run, whoever asks. Without
+// Quitting while a Java program runs in the process: its shutdown hooks run, whatever asks. Without
 // one, during an installation, the process ends at once.
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Damaged installations: an installer brings anew what surely cannot start, and one that carries
+// Damaged installations: an installer reinstalls what definitely cannot start, and one that carries
 // nothing starts the next lower version. What only the damaged folder held is kept.
 
 #include <gtest/gtest.h>

@@ -6,7 +6,7 @@ from clang.cindex import CursorKind as K
 from compare_declarations import Comparison
 from declarations import METHODS
 
-# Whoever receives a selector that is only named, and whether that is a class: the application, an object of
+# The receivers of selectors that are only named, and whether each is a class: the application, an object of
 # this project, any object, a window, or a class that is newer than the oldest system.
 RECEIVERS = (("NSApplication", False), ("NSResponder", False), ("NSObject", False), ("NSWindow", False),
              ("NSAppearance", True))

@@ -4,7 +4,7 @@ import re
 
 
 def end_of(text, at):
-    """The place behind the bracket that closes the one at `at`."""
+    """The position after the bracket that closes the one at `at`."""
     close = {"(": ")", "{": "}", "[": "]"}[text[at]]
     open_, depth = text[at], 0
     for m in re.compile("[" + re.escape(open_ + close) + "]").finditer(text, at):

@@ -57,7 +57,7 @@ def _is_variadic(cursor):
 
 class SourceReader:
     def __init__(self, root, tools, arch, changed=None):
-        """`changed` are texts that stand in for the contents of files."""
+        """`changed` maps files to texts that replace their contents."""
         self.root, self.arch = Path(root).resolve(), arch
         self.sdk = self.root / "platform/macos-sdk"
         self.more = self.root / "tests/macos/declarations"

@@ -125,7 +125,7 @@ def records(folder):
 
 
 def compare(folder, explained, show):
-    """Prints what nothing explains; returns how many files and lines were compared and what is wrong."""
+    """Prints unexplained differences; returns the counts of files and lines compared, and the errors."""
     linux, macos = records(folder / "linux"), records(folder / "macos")
     tests = {name.parent for name in macos}
     files = lines = wrong = 0

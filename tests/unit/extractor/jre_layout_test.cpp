@@ -260,7 +260,7 @@ TEST(InitOSXJRE, ChangesNothingMateriallyOnASecondRun) {
   auto first = treeOf(folder.path());
   runDirectly(bundle);
   auto second = treeOf(folder.path());
-  // ln -s makes its link inside a folder that stands at the link's place already.
+  // ln -s makes its link inside an existing folder at the link's place.
   EXPECT_EQ(1u, second.erase(std::string("/") + kName + "/" + kName));
   EXPECT_EQ(first, second);
 }

@@ -40,7 +40,7 @@ class Launching : public testing::Test {
 
   // Writes the scene's launch file, then launches.
   Launched launch();
-  // Launches with whatever stands in the application folder.
+  // Launches with whatever is in the application folder.
   Launched launchAsItIs();
 
   // Starts with a compatibility class on the fake Java.
@@ -59,7 +59,7 @@ class Launching : public testing::Test {
   std::string record() const { return scene / "record"; }
 };
 
-// Whether the lines of one logged error stand in `lines`: a rule, `text`, a rule.
+// Whether `lines` contains the lines of one logged error: a rule, `text`, a rule.
 bool hasError(const std::vector<std::string>& lines, const std::string& text);
 
 // The texts of all logged errors.

@@ -64,7 +64,7 @@ struct CategoryRecord {
   const ListHeader *instanceMethods, *classMethods;
 };
 
-// The runtime's classes behind the image's records, of classes and of metaclasses.
+// The runtime's classes for the image's records, of classes and of metaclasses.
 typedef std::map<const void*, Class> KnownClasses;
 
 // Refuses an image whose Objective-C records lead out of it. Returns `record`.
@@ -76,7 +76,7 @@ Record* inImage(const Image& image, Record* record, uint64_t count = 1) {
   return record;
 }
 
-// The entries behind a list's header, which is not null.
+// The entries after a list's header, which is not null.
 template <class Record>
 const Record* entriesOf(const Image& image, const ListHeader* list) {
   if (inImage(image, list)->entrySize != sizeof(Record)) {

@@ -13,7 +13,7 @@ struct DarwinStream {
   int leftToRead, leftToWrite;
   short flags, handle;
   char rest[128];
-  FILE* file;  // Linux's, behind Darwin's record
+  FILE* file;  // Linux's, after Darwin's record
 };
 static_assert(offsetof(DarwinStream, leftToRead) == 8 && offsetof(DarwinStream, flags) == 16 &&
               offsetof(DarwinStream, file) == 152);
@@ -22,7 +22,7 @@ static_assert(offsetof(DarwinStream, leftToRead) == 8 && offsetof(DarwinStream, 
 DarwinStream* wrapStream(FILE* file);
 void dropStream(DarwinStream* stream);
 
-// Linux's stream behind the record.
+// Linux's stream after the record.
 FILE* fileOf(DarwinStream* stream);
 
 }  // namespace macrun

@@ -27,7 +27,7 @@ const uint8_t* takeBytes(Bytes& bytes, uint64_t size);
 uint64_t takeUleb(Bytes& bytes);
 int64_t takeSleb(Bytes& bytes);
 
-// A text and the zero byte behind it.
+// A text and its terminating zero byte.
 const char* takeText(Bytes& bytes);
 
 // A record or number as it lies there, in this processor's byte order.

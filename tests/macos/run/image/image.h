@@ -55,7 +55,7 @@ int runMain(const Image& image, int argc, char** argv, char** environment, const
 // Returns the section, or nullptr where there is none of that name.
 const Section* findSection(const Image& image, const char* name);
 
-// The section's content as it is in memory now; empty where there is no such section.
+// The section's content as it is in memory now; empty if there is no such section.
 Bytes sectionBytes(const Image& image, const char* name);
 
 // Whether `size` bytes from `address` on lie in one segment of the mapped image.
