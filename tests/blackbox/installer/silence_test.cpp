@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -20,10 +20,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A display that nobody serves: it only notices who connects.
+// A display that nobody serves: it only notices who connects. Its socket is where the window system
+// has them, as long as this object lives.
 class DeadDisplay {
  public:
   DeadDisplay() : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    mkdir("/tmp/.X11-unix", 01777);
     const int first = 20000 + getpid() % 20000;
     for (int number = first; number < first + 100; ++number) {
       if (listensAt(number)) {
@@ -33,7 +35,12 @@ class DeadDisplay {
     }
     ADD_FAILURE() << "no free display number";
   }
-  ~DeadDisplay() { close(socket_); }
+  ~DeadDisplay() {
+    close(socket_);
+    if (!name_.empty()) {
+      unlink(address_.sun_path);
+    }
+  }
   DeadDisplay(const DeadDisplay&) = delete;
   DeadDisplay& operator=(const DeadDisplay&) = delete;
 
@@ -46,18 +53,15 @@ class DeadDisplay {
   }
 
  private:
-  bool listensAt(int number) const {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const int length =
-        snprintf(address.sun_path + 1, sizeof address.sun_path - 1, "/tmp/.X11-unix/X%d", number);
-    const auto size =
-        static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + static_cast<size_t>(length));
-    return bind(socket_, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+  bool listensAt(int number) {
+    address_.sun_family = AF_UNIX;
+    snprintf(address_.sun_path, sizeof address_.sun_path, "/tmp/.X11-unix/X%d", number);
+    return bind(socket_, reinterpret_cast<sockaddr*>(&address_), sizeof address_) == 0 &&
            listen(socket_, 10) == 0;
   }
 
   int socket_;
+  sockaddr_un address_{};
   std::string name_;
 };
 
