@@ -19,8 +19,6 @@
 #include "support/failure/failure.h"
 #include "support/log/logging.h"
 
-static ExtractorRun extractorRun;
-
 // A parent that ignores the end of its children hands that on, and the system would then throw away
 // how the tools ended that an installation runs.
 static void noticeEndOfChildren() {
@@ -62,7 +60,8 @@ static void install(ExtractorRun& run) {
 }
 
 void extractWrapperTail(char* executablePath, int argc, char** argv, int, char**, bool elevated) {
-  ExtractorRun& run = extractorRun;
+  // Never destroyed: other threads, Java's among them, still use it while the process exits.
+  static ExtractorRun& run = *new ExtractorRun();
   run.executablePath = executablePath;
   run.argumentCount = argc;
   run.arguments = argv;

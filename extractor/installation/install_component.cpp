@@ -320,7 +320,7 @@ static void publishUnderLock(ExtractorRun& run) {
 }
 
 void installComponent(int argc, char** argv) {
-  static ExtractorRun run;
+  static ExtractorRun& run = *new ExtractorRun();  // used until the process has ended
   allowAlert(false);
   signal(SIGCHLD, SIG_DFL);  // as in a run that installs: how the tools end has to be seen
   readRequest(argc, argv);

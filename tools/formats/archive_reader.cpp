@@ -17,7 +17,6 @@
 
 namespace tools {
 
-static const size_t kRecordChunk = 50000;
 static const size_t kLongestField = 4094;
 
 // Reads records; errors give the archive's path and the offset.

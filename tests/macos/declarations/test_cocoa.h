@@ -28,6 +28,11 @@ extern "C" NSString* const NSThreadWillExitNotification;
 - (BOOL)isFinished;
 @end
 
+@interface NSDate (Distance)
++ (id)date;
+- (NSTimeInterval)timeIntervalSinceNow;
+@end
+
 @interface NSTimer (Contents)
 - (id)userInfo;
 @end
