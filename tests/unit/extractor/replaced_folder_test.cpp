@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -23,10 +22,12 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/unavailable.h"
 #include "tests/unit/extractor/disturbed_renames.h"
+#include "tests/unit/extractor/full_disk.h"
 
 namespace fs = std::filesystem;
 using FolderNames = std::vector<std::string>;
 using test::beforeExchange;
+using test::diskIsFullWhile;
 using test::exchangesFail;
 using test::unmovable;
 using test::writeFile;
@@ -34,7 +35,6 @@ using test::writeFile;
 // What fails, and what happens just before a further name of a file.
 static bool removalsFail = false;
 static bool linksFail = false;
-static std::string filling;  // the disk is full while this path exists
 static std::function<void()> beforeLink;
 
 static int fail(int error) {
@@ -60,15 +60,6 @@ extern "C" int unlinkat(int folder, const char* path, int flags) {
   return test::realUnlinkat(folder, path, flags);
 }
 
-extern "C" int statvfs(const char*, struct statvfs* space) {
-  const bool isFull = !filling.empty() && fs::exists(filling);
-  puts(isFull ? "The disk is full" : "The disk has room");
-  *space = {};
-  space->f_frsize = 4096;
-  space->f_bavail = isFull ? 0 : 1000;
-  return 0;
-}
-
 namespace {
 
 class ReplacedFolder : public testing::Test {
@@ -85,7 +76,7 @@ class ReplacedFolder : public testing::Test {
     beforeExchange = nullptr;
     beforeLink = nullptr;
     unmovable.clear();
-    filling.clear();
+    diskIsFullWhile.clear();
   }
 
   std::string temp() const { return folder_ / "temp"; }
@@ -306,7 +297,7 @@ TEST_F(ReplacedFolder, ComesBackWholeByACopyWhereItCannotBeMovedBack) {
 
 TEST_F(ReplacedFolder, StaysForTheReasonThatHoldsBeforeTheNewOneIsRemoved) {
   getInTheWay();
-  filling = temp();
+  diskIsFullWhile = temp();
   const test::Result result = test::runInChild([this] {
     moveIntoPlace(run_.masterFolder, "application", temp().c_str(), target().c_str());
   });

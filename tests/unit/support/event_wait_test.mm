@@ -12,6 +12,7 @@
 
 #include "platform/window_system.h"
 #include "support/events/keep_alive.h"
+#include "support/events/window_events.h"
 #include "support/network/downloader.h"
 #include "support/process/spawner.h"
 #include "support/process/start_program.h"
@@ -133,6 +134,44 @@ TEST_F(EventWaitTest, EventsAreAnsweredWhileAChildMayFail) {
   EXPECT_TRUE(childFailsWithin(child, 20));
   EXPECT_EQ(window_->events, 1);
   test::writeFile(release_, "at last");
+}
+
+TEST_F(EventWaitTest, EventsAreAnsweredDuringLongStepsButNotMoreThanAboutThirtyTimesASecond) {
+  const useconds_t kLonger = 40000;
+  bool isSeen = false;
+  // A busy machine may take longer than the interval for the two calls.
+  for (int i = 0; i < 100 && !isSeen; ++i) {
+    usleep(kLonger);
+    window_->events = 0;
+    postEvent();
+    answerEvents();
+    const auto begin = std::chrono::steady_clock::now();
+    ASSERT_EQ(window_->events, 1);
+    postEvent();
+    answerEvents();
+    isSeen = std::chrono::steady_clock::now() - begin < std::chrono::milliseconds(20);
+    if (isSeen) {
+      EXPECT_EQ(window_->events, 1);
+    }
+  }
+  EXPECT_TRUE(isSeen);
+}
+
+TEST_F(EventWaitTest, EventsAreNotAnsweredOnAnotherThread) {
+  usleep(40000);
+  postEvent();
+  std::thread([] { answerEvents(); }).join();
+  EXPECT_EQ(window_->events, 0);
+  answerEvents();
+  EXPECT_EQ(window_->events, 1);
+}
+
+TEST_F(EventWaitTest, AllWaitingEventsAreHandledWithoutWaitingForMore) {
+  postEvent();
+  postEvent();
+  postEvent();
+  handleEvents(0);
+  EXPECT_EQ(window_->events, 3);
 }
 
 static std::string releasedByKeepAlive;
