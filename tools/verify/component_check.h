@@ -15,7 +15,7 @@ namespace tools {
 
 // How archives are judged, and why a signature is required, for a message.
 struct ReasonedTrust : Trust {
-  const char* demand = "the params file asks for signatures";
+  const char* demand = "the params file requires signatures";
 };
 
 // One component of an installer: the joint contents of its records.

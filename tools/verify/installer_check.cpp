@@ -165,7 +165,7 @@ class BundleCheck {
     trust_.key = key_.get();
     report_.facts.push_back("params file: " + std::to_string(properties.size()) + " properties");
     if (trust_.isRequired && value(TAIL_PUBLIC_KEY).empty()) {
-      problem("the params file asks for signatures, and the Tail record has no key");
+      problem("the params file requires signatures, and the Tail record has no key");
     }
     if (!trust_.isRequired) {
       report_.facts.push_back("signatures are not required: unsigned archives are accepted");

@@ -137,9 +137,9 @@ TEST_P(EveryTruncation, IsCountedInTheDocumentsTogetherWithEveryChange) {
   const std::string accepted = std::to_string(kTruncationsAccepted);
   for (const std::string& row :
        {"| | of " + truncations + " truncations | of " + flips + " changed bits |",
-        "| without: accepted as not signed, no signature record being met any more | " + accepted +
+        "| without: accepted as unsigned, because no signature record was found | " + accepted +
             " | " + sum(kFlipsAccepted) + " |",
-        "| with or without: verified, the changed record saying the same | 0 | " +
+        "| with or without: verified, because the changed record has the same meaning | 0 | " +
             sum(kFlipsVerified) + " |"}) {
     EXPECT_TRUE(contains(QUORVANE_SOURCE "/docs/formats.md", row)) << row;
   }

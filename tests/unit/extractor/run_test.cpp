@@ -2,15 +2,18 @@
 
 #include "extractor/run/run.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <string>
 
 #include "extractor/archives/component_archive.h"
 #include "extractor/installation/install_updater.h"
+#include "extractor/run/params_file.h"
 #include "extractor/runtime/provision_jre.h"
 #include "extractor/versions/hand_over.h"
 #include "extractor/versions/temp_marks.h"
@@ -23,6 +26,14 @@
 #include "tests/unit/extractor/full_disk.h"
 
 extern int progressPercent;  // of the splash
+
+static bool areReadsFailing = false;
+
+// Takes the place of the C library's function in this executable.
+extern "C" int ferror(FILE* stream) {
+  static const auto next = reinterpret_cast<int (*)(FILE*)>(dlsym(RTLD_NEXT, "ferror"));
+  return areReadsFailing ? 1 : next(stream);
+}
 
 static int endOf(int, Failure failure) {
   return 100 + static_cast<int>(failure);
@@ -93,6 +104,20 @@ TEST_F(RunTest, EndsWhereAComponentsArchiveCannotBeCopied) {
               extractComponent(run_, archive, missing.c_str(), nullptr, missing.c_str(), "App",
                                "1");
             }));
+}
+
+// The part that cannot be read may be the property that requires signatures.
+TEST_F(RunTest, EndsWhereItsParamsFileCannotBeReadToItsEnd) {
+  const std::string marker(reinterpret_cast<const char*>(paramsMarker), PARAMS_MARKER_SIZE);
+  test::writeFile(folder_ / "MacOS/Setup", "");
+  test::writeFile(folder_ / "Resources/AppParams.excludefromsigning", marker + test::field("0"));
+  std::string executables = folder_ / "MacOS";
+  run_.executableDir = executables.data();
+  const auto read = [this] { readDynamicProperties(run_); };
+  EXPECT_EQ(test::CODE_RETURNED, failureOf(read));
+  areReadsFailing = true;
+  EXPECT_EQ(endOf(0, Failure::BundleIncomplete), failureOf(read));
+  areReadsFailing = false;
 }
 
 TEST_F(RunTest, ReleasesTheMarksOfAllItsFolders) {

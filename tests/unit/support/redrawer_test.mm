@@ -150,3 +150,24 @@ TEST(RedrawThreadTest, TheViewDoesNotEndOnTheRedrawThread) {
   [listener release];
   EXPECT_FALSE(hasEndedElsewhere);
 }
+
+// Minus a hundred is no progress at all; what is below is none yet.
+TEST(SplashProgress, OfMinusAHundredHidesTheBarAndLessShowsAnEmptyOne) {
+  const test::OwnDisplay display;
+  setenv("DISPLAY", display.name().c_str(), 1);
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  double heights[4] = {};
+  test::capture([&heights] {
+    init();
+    const int values[] = {-100, 50, -100, -101};
+    for (int i = 0; i < 4; ++i) {
+      setProgress(values[i]);
+      heights[i] = [win frame].size.height;
+    }
+    cleanup();
+  });
+  EXPECT_GT(heights[1], heights[0]);
+  EXPECT_EQ(heights[2], heights[0]);
+  EXPECT_EQ(heights[3], heights[1]);
+  [pool release];
+}
