@@ -28,7 +28,7 @@ NORMALISED = [
     (re.compile(re.escape(f"{SOURCE}/build/test-files/") + r"[A-Za-z0-9]{6}"), "FOLDER"),
     (re.compile(r"/tmp/quorvane-[A-Za-z0-9]{6}"), "TMP"),
     (re.compile(r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} "), "TIME "),
-    (re.compile(r"(Wrapper|Launcher)-[\d-]+\.log"), r"\1-TIME.log"),
+    (re.compile(r"(Wrapper|Launcher|Install)-[\d-]+\.log"), r"\1-TIME.log"),
     (re.compile(r"after \d+ ms: "), "after TIME ms: "),
     (re.compile(r"QuorvaneTemp-\d+-"), "QuorvaneTemp-TIME-"),
     (re.compile(r"QVLaunchProperties-\d+"), "QVLaunchProperties-TIME"),
