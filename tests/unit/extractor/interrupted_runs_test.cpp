@@ -9,7 +9,7 @@
 #include "tests/unit/extractor/runtime_folders.h"
 
 namespace fs = std::filesystem;
-using Names = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 using test::writeFile;
 
 namespace {
@@ -30,7 +30,7 @@ class InterruptedRuns : public RuntimeFolders {
     fs::rename(plain(), temp());
   }
 
-  Names finish() {
+  Lines finish() {
     return test::logLinesOf([this] { finishInterruptedRuntimes(run_.masterFolder); });
   }
 };
@@ -39,17 +39,17 @@ class InterruptedRuns : public RuntimeFolders {
 
 TEST_F(InterruptedRuns, BundleThatWaitsInItsHomeGetsItsPlace) {
   installWithWaitingBundle();
-  EXPECT_EQ(Names{"[Extractor] Finishing the interrupted setup of " + bundle()}, finish());
+  EXPECT_EQ(Lines{"[Extractor] Finishing the interrupted setup of " + bundle()}, finish());
   expectRuntime("old");
   expectFilesOfTheUser();
   EXPECT_FALSE(test::exists(waiting()));
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
 }
 
 TEST_F(InterruptedRuns, BundleThatWaitsWhereOneIsInItsPlaceIsLeftAloneSilently) {
   installWithWaitingBundle();
   writeFile(bundle() + "/settings.ini", "of the one in its place");
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
   EXPECT_EQ("of the one in its place", test::readFile(bundle() + "/settings.ini"));
 }
 
@@ -57,14 +57,14 @@ TEST_F(InterruptedRuns, LinkInPlaceOfAWaitingBundleIsLeftAloneSilently) {
   installEarlier();
   fs::rename(bundle(), folder_ / "elsewhere");
   fs::create_directory_symlink(folder_ / "elsewhere", waiting());
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
   EXPECT_FALSE(test::exists(bundle()));
 }
 
 TEST_F(InterruptedRuns, BundleThatCannotBeMovedIsLeftToALaterRun) {
   installWithWaitingBundle();
   test::unmovable = "/.plugin";
-  EXPECT_EQ((Names{"[Extractor] Finishing the interrupted setup of " + bundle(),
+  EXPECT_EQ((Lines{"[Extractor] Finishing the interrupted setup of " + bundle(),
                    "[Extractor] Unable to move " + waiting() + " there"}),
             finish());
   test::unmovable.clear();
@@ -74,39 +74,39 @@ TEST_F(InterruptedRuns, BundleThatCannotBeMovedIsLeftToALaterRun) {
 
 TEST_F(InterruptedRuns, HomeThatIsMissingBesideItsBundleComesFromItsTemporaryFolder) {
   installWithoutHome();
-  EXPECT_EQ(Names{"[Extractor] Finishing the interrupted setup of " + plain()}, finish());
+  EXPECT_EQ(Lines{"[Extractor] Finishing the interrupted setup of " + plain()}, finish());
   expectRuntime("old");
   expectFilesOfTheUser();
   EXPECT_FALSE(test::exists(temp()));
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
 }
 
 TEST_F(InterruptedRuns, TemporaryFolderOfALivingRunIsNoMissingHome) {
   installWithoutHome();
   const Descriptor mark = markFolder(temp().c_str());
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
   EXPECT_FALSE(test::exists(plain()));
 }
 
 TEST_F(InterruptedRuns, TemporaryFolderWithoutAWaitingBundleOfThatHomeIsNoMissingHome) {
   installWithoutHome();
   fs::remove(temp() + "/.plugin/Contents/Home");
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
   fs::create_symlink(folder_ / "Quorvane-Other-1-complete", temp() + "/.plugin/Contents/Home");
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
   EXPECT_TRUE(test::exists(temp()));
 }
 
 TEST_F(InterruptedRuns, HomeThatIsWholeUnderATemporaryNameWithoutABundleIsNotInstalled) {
   installWithoutHome();
   fs::remove_all(bundle());
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
   EXPECT_FALSE(test::exists(plain()));
 }
 
 TEST_F(InterruptedRuns, FinishedRuntimeIsLeftAloneSilently) {
   installEarlier();
-  EXPECT_EQ(Names{}, finish());
+  EXPECT_EQ(Lines{}, finish());
   expectRuntime("old");
 }
 
@@ -115,7 +115,7 @@ TEST_F(InterruptedRuns, AreLeftToAnotherInstallerThatIsAtWork) {
   fs::create_directories(folder_ / "QVAppsSharedConfig");
   {
     const InstallLock lock(run_.masterFolder);
-    EXPECT_EQ(Names{"[Extractor] Another installer is at work, unfinished runtimes are left to it"},
+    EXPECT_EQ(Lines{"[Extractor] Another installer is at work, unfinished runtimes are left to it"},
               finish());
     EXPECT_FALSE(test::exists(bundle()));
   }

@@ -13,7 +13,7 @@
 #include "tests/unit/extractor/runtime_folders.h"
 
 namespace fs = std::filesystem;
-using Names = std::vector<std::string>;
+using FolderNames = std::vector<std::string>;
 using test::exchangesFail;
 using test::unmovable;
 using test::writeFile;
@@ -25,7 +25,7 @@ class PublishedRuntime : public RuntimeFolders {
   void expectNothingInstalledChanged() const {
     expectRuntime("old");
     expectFilesOfTheUser();
-    EXPECT_EQ((Names{"Quorvane-Mac64JRE-1-complete", "Quorvane-Mac64JRE-1-complete.plugin"}),
+    EXPECT_EQ((FolderNames{"Quorvane-Mac64JRE-1-complete", "Quorvane-Mac64JRE-1-complete.plugin"}),
               namesOfMaster());
   }
 };
@@ -97,9 +97,9 @@ TEST_F(PublishedRuntime, IsInItsPlainFolderAndLinkedIntoItsBundle) {
   unpack();
   publish();
   expectRuntime("new");
-  EXPECT_EQ((Names{"bin", "lib"}), test::namesIn(plain()));
+  EXPECT_EQ((FolderNames{"bin", "lib"}), test::namesIn(plain()));
   EXPECT_EQ(0777u, test::modeOf(plain()));
-  EXPECT_EQ((Names{"Contents"}), test::namesIn(bundle()));
+  EXPECT_EQ((FolderNames{"Contents"}), test::namesIn(bundle()));
   EXPECT_EQ(plain() + "/lib/libnpjp2.dylib",
             fs::read_symlink(bundle() + "/Contents/MacOS/JavaAppletPlugin").string());
   EXPECT_EQ(2u, namesOfMaster().size());
@@ -107,28 +107,30 @@ TEST_F(PublishedRuntime, IsInItsPlainFolderAndLinkedIntoItsBundle) {
 
 TEST_F(PublishedRuntime, IsLoggedAsTheRenameAndTheStepsThatMakeItsFolders) {
   unpack();
-  const Names lines = test::logLinesOf([this] { publishHere(); });
+  const std::vector<std::string> lines = test::logLinesOf([this] { publishHere(); });
   const std::string home = "\"" + bundle() + "/Contents/Home\"";
   const std::string executable = "\"" + bundle() + "/Contents/MacOS/JavaAppletPlugin\"";
-  const Names wanted{"[Rename] File '" + temp() + "' renamed to '" + bundle() + "'",
-                     "[Extractor] Renamed JRE folder to " + bundle(),
-                     std::string(48, '+'),
-                     "+++ Start: OSX JRE initialisation",
-                     std::string(48, '+'),
-                     "[OSX JRE] Alias JRE path is " + plain(),
-                     "[ChMod] Executing chmod 777 \"" + plain() + "\"",
-                     "[LNS] Running mv " + home + "/* \"" + plain() + "\"",
-                     "[LNS] Running rm " + home + "/.* ",
-                     "[LNS] Running rmdir " + home,
-                     "[LNS] Running ln -s \"" + plain() + "\" " + home,
-                     "[LNS] Running rm " + executable,
-                     "[LNS] Running ln -s \"" + plain() + "/lib/libnpjp2.dylib\" " + executable,
-                     "[LNS] Running chmod a+x \"\"" + plain() + "/lib/jspawnhelper\"",
-                     std::string(48, '-'),
-                     "--- End: OSX JRE initialisation",
-                     std::string(48, '-')};
+  const std::vector<std::string> wanted{
+      "[Rename] File '" + temp() + "' renamed to '" + bundle() + "'",
+      "[Extractor] Renamed JRE folder to " + bundle(),
+      std::string(48, '+'),
+      "+++ Start: OSX JRE initialisation",
+      std::string(48, '+'),
+      "[OSX JRE] Alias JRE path is " + plain(),
+      "[ChMod] Executing chmod 777 \"" + plain() + "\"",
+      "[LNS] Running mv " + home + "/* \"" + plain() + "\"",
+      "[LNS] Running rm " + home + "/.* ",
+      "[LNS] Running rmdir " + home,
+      "[LNS] Running ln -s \"" + plain() + "\" " + home,
+      "[LNS] Running rm " + executable,
+      "[LNS] Running ln -s \"" + plain() + "/lib/libnpjp2.dylib\" " + executable,
+      "[LNS] Running chmod a+x \"\"" + plain() + "/lib/jspawnhelper\"",
+      std::string(48, '-'),
+      "--- End: OSX JRE initialisation",
+      std::string(48, '-')};
   ASSERT_GE(lines.size(), wanted.size());
-  EXPECT_EQ(wanted, Names(lines.end() - static_cast<long>(wanted.size()), lines.end()));
+  EXPECT_EQ(wanted,
+            std::vector<std::string>(lines.end() - static_cast<long>(wanted.size()), lines.end()));
 }
 
 TEST_F(PublishedRuntime, TakesTheEarlierOnesPlaceAndKeepsWhatOnlyThatHolds) {
@@ -158,7 +160,8 @@ TEST_F(PublishedRuntime, GetsTheHiddenFoldersOfItsHomeAndLosesTheHiddenFiles) {
   writeFile(temp() + "/Contents/Home/.file", "x");
   publish();
   expectRuntime("new");
-  EXPECT_EQ((Names{".folder", ".user", "bin", "lib", "settings.ini"}), test::namesIn(plain()));
+  EXPECT_EQ((FolderNames{".folder", ".user", "bin", "lib", "settings.ini"}),
+            test::namesIn(plain()));
   EXPECT_EQ("x", test::readFile(plain() + "/.folder/file"));
 }
 
@@ -199,7 +202,7 @@ TEST_F(PublishedRuntime, TakesNothingThroughALinkInTheEarlierBundle) {
   publish();
   expectRuntime("new");
   EXPECT_FALSE(test::exists(plain() + "/secret"));
-  EXPECT_EQ(Names{"secret"}, test::namesIn(outside / "Home"));
+  EXPECT_EQ(FolderNames{"secret"}, test::namesIn(outside / "Home"));
 }
 
 TEST_F(PublishedRuntime, TakesThePlaceOfAFileAndOfALink) {
@@ -282,9 +285,9 @@ TEST_F(PublishedRuntime, ThatIsAPlainHomeIsLinkedIntoABundleThatHoldsNothingElse
   copyPlainHome();
   publish();
   expectRuntime("new");
-  EXPECT_EQ((Names{".hidden", "bin"}), test::namesIn(plain()));
-  EXPECT_EQ((Names{"Contents"}), test::namesIn(bundle()));
-  EXPECT_EQ((Names{"Home"}), test::namesIn(bundle() + "/Contents"));
+  EXPECT_EQ((FolderNames{".hidden", "bin"}), test::namesIn(plain()));
+  EXPECT_EQ((FolderNames{"Contents"}), test::namesIn(bundle()));
+  EXPECT_EQ((FolderNames{"Home"}), test::namesIn(bundle() + "/Contents"));
   EXPECT_EQ(2u, namesOfMaster().size());
 }
 
