@@ -166,6 +166,13 @@ TEST_F(EventWaitTest, EventsAreNotAnsweredOnAnotherThread) {
   EXPECT_EQ(window_->events, 1);
 }
 
+TEST_F(EventWaitTest, EventsAreAwaitedAsLongAsAsked) {
+  handleEvents(0);
+  const auto begin = std::chrono::steady_clock::now();
+  handleEvents(0.3);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(250));
+}
+
 TEST_F(EventWaitTest, AllWaitingEventsAreHandledWithoutWaitingForMore) {
   postEvent();
   postEvent();
