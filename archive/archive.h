@@ -9,20 +9,19 @@
 // signature record where the archive is signed. Where a signature is required it is verified before
 // anything is written; elsewhere files are written before the signature is known. An archive whose
 // signature is wrong costs the whole destination folder, so a destination is trusted only after the
-// call and only while it is still there. An archive that cannot be read, an
-// entry that cannot be written, or one whose path leads out of the destination ends the process
-// with status 1, after a logged line; so does one whose destination is a symbolic link, and one
-// that was not decompressed; a pack200 entry that was not unpacked ends it with status 101. The
-// installing thread only.
+// call and only while it is still there. An archive that cannot be read, an entry that cannot be
+// written, or one whose path leads out of the destination ends the process with status 1, after a
+// logged line; so does one whose destination is a symbolic link, and one that was not decompressed;
+// a pack200 entry that was not unpacked ends it with status 101. The installing thread only.
 
 // Set once a pack200 entry has been met.
 extern bool pack200EntryMet;
 
 // Extracts the archive `archivePath` into the existing folder `destDir`, verifies its signature
-// as `trust` says, and deletes the archive. Nested archives and LZMA entries inside stay
-// as they are. `unpack200Exe` is the tool for pack200 entries, null when there is none. Without a
-// key a signed archive aborts the process. Always returns 0: after a wrong signature `destDir` is
-// gone, which the caller must look for.
+// as `trust` says, and deletes the archive. Nested archives and LZMA entries inside stay as they
+// are. `unpack200Exe` is the tool for pack200 entries, null when there is none. Without a key a
+// signed archive aborts the process. Always returns 0: after a wrong signature `destDir` is gone,
+// which the caller must look for.
 int extractArchive(const char* unpack200Exe, const char* archivePath, const char* destDir,
                    Trust trust);
 

@@ -39,9 +39,9 @@ int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* de
     return kEndOfArchive;
   }
   Entry entry;
-  const bool exists = readEntryHead(stream, destination->path, &entry);
+  const bool isRecord = readEntryHead(stream, destination->path, &entry);
   requireReadable(stream);
-  if (!exists) {
+  if (!isRecord) {
     return kEndOfArchive;
   }
   requireWhole(stream);
