@@ -20,6 +20,9 @@ constexpr long PACK200_ENTRY = 2;
 // The path of the signature record of an archive.
 constexpr char SIGNATURE_RECORD_PATH[] = "qvArcSpBlock_DigitalSignature1";
 
+// The read limit of its hexadecimal digits, in bytes, where they are verified.
+constexpr int SIGNATURE_HEX_LIMIT = 4096;
+
 // An entry and its destination. Both paths are below the destination folder; the data are written
 // to `target`, which ends in ".p2" for a pack200 entry; `plain` never has that suffix.
 struct Entry {

@@ -13,7 +13,6 @@
 #include "support/text/strings.h"
 
 static const int kLoggedDigestBytes = 32;
-static const int kSignatureHexLimit = 4096;
 
 static void logMismatch(const char* what) {
   logMessage(
@@ -34,7 +33,7 @@ static void compareRecord(FILE* archive, const SignatureRecord& record) {
   if (readInt(archive, "Signature Length") != record.signedLength) {
     logMismatch("len");
   }
-  const Block<char> hex(readString(archive, "Signature Hex", kSignatureHexLimit));
+  const Block<char> hex(readString(archive, "Signature Hex", SIGNATURE_HEX_LIMIT));
   if (strcmp(hex.get(), record.hex.get()) != 0) {
     logMismatch("sig");
   }

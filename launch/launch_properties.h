@@ -15,6 +15,9 @@
 // The buffer belongs to its allocator and never grows: callers that add to it check the room with
 // propertyFits() first. One thread per buffer. Nothing here is logged.
 
+// Size in bytes of the buffer that an installer fills.
+constexpr int LAUNCH_PROPERTIES_SIZE = 200000;
+
 // Returns the number of content bytes: the offset of the first of the two closing zero bytes; 0 for
 // an empty buffer. A copy of the buffer needs that many bytes plus 2.
 int propsLen(const char* buffer);

@@ -84,14 +84,3 @@ char** split(char* text, char separator, int* count) {
   *count = separators;
   return parts;
 }
-
-void printTruncated(const char* label, const char* value) {
-  constexpr size_t kLongest = 99;
-  if (value == nullptr) {
-    logMessage("[Launcher] %s = NULL", label);
-  } else if (strlen(value) > kLongest) {
-    logMessage("[Launcher] %s = %.99s...\n", label, value);
-  } else {
-    logMessage("[Launcher] %s = %s\n", label, value);
-  }
-}

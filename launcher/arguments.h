@@ -43,8 +43,4 @@ void parseArguments(int argc, char** argv);
 // array and the copy. Logs nothing.
 char** split(char* text, char separator, int* count);
 
-// Logs the Tail value `value`, which may be null, as `label`; only the first 99 characters of a
-// longer one. Any thread.
-void printTruncated(const char* label, const char* value);
-
 #endif

@@ -16,10 +16,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "formats/tail_marker.h"
 #include "launcher/arguments.h"
 #include "launcher/installation/install_locations.h"
 #include "launcher/installation/silent_word.h"
-#include "launcher/installation/tail_marker.h"
 #include "launcher/installation/tail_reader.h"
 #include "launcher/installation/version_folders.h"
 #include "launcher/jvm/bundle_loader.h"

@@ -12,6 +12,7 @@
 #include "archive/archive.h"
 #include "extractor/archives/decompress_file.h"
 #include "extractor/run/run.h"
+#include "formats/names.h"
 #include "support/files/file_kind.h"
 #include "support/files/file_operations.h"
 #include "support/files/folder_walk.h"

@@ -10,14 +10,8 @@ struct ExtractorRun;
 // between site and user could offer an old version, or another program of the same maker, under a
 // new number. Main thread.
 
-// The name of that record, which contains the component's name, a blank and the version. For an
-// updater UPDATER_RECORD_LINK and the application's name follow, because the updater's settings are
-// made for that application: another's would lead to another site.
-constexpr char COMPONENT_RECORD_PATH[] = "qvArcSpBlock_Component";
-constexpr char UPDATER_RECORD_LINK[] = " for ";
-
-// Removes that record from the folder `folder`, into which such an archive was extracted: it is not
-// part of the component. Logs nothing.
+// Removes that record (COMPONENT_RECORD_PATH) from the folder `folder`, into which such an archive
+// was extracted: it is not part of the component. Logs nothing.
 void removeComponentRecord(const char* folder);
 
 // Opens the regular file `path` without following a link and without waiting for a pipe's other

@@ -23,6 +23,7 @@
 #include "extractor/versions/folders.h"
 #include "extractor/versions/install_lock.h"
 #include "extractor/versions/temp_marks.h"
+#include "formats/names.h"
 #include "launcher/installation/version_folders.h"
 #include "platform/process_end.h"
 #include "support/failure/failure.h"

@@ -7,6 +7,7 @@
 #include "extractor/run/run.h"
 #include "extractor/versions/folders.h"
 #include "extractor/versions/hand_over.h"
+#include "formats/names.h"
 #include "support/files/file_operations.h"
 #include "support/files/paths.h"
 #include "support/log/logging.h"

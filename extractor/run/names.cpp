@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "extractor/run/run.h"
+#include "formats/names.h"
 
 void requireFolderNamePart(const char* what, const char* text) {
   if (strchr(text, '/') != nullptr) {

@@ -5,20 +5,7 @@
 
 struct ExtractorRun;
 
-// The params file beside the executable: properties that may be changed without signing the
-// installer again.
-//
-//   file  = *byte marker count *( name value )
-//   count = field of decimal text      (number of pairs)
-//   name  = field                      (limit 1024)
-//   value = field                      (limit 200000)
-
-// The read limit of a value in bytes.
-constexpr int PARAM_VALUE_LIMIT = 200000;
-
-// Length of the marker in bytes, and the marker.
-constexpr int PARAMS_MARKER_SIZE = 64;
-extern const unsigned char paramsMarker[PARAMS_MARKER_SIZE];
+// Reading the params file (formats/params_format.h) into the run.
 
 // Write the two possible paths of the params file of an executable in the folder `executableDir`
 // into the path buffer `path`, and return it. The second one is used if the first does not exist.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "archive/trust.h"
+#include "launch/launch_properties.h"
 #include "support/failure/failure.h"
 #include "support/files/paths.h"
 
@@ -36,11 +37,6 @@ struct TailFields {
   char* requiredJavaVersion;
   char* updateUrl;
 };
-
-// The updater's name in the names of its version folders.
-constexpr char UPDATER_NAME[] = "Quorvane";
-
-constexpr int LAUNCH_PROPERTIES_SIZE = 200000;
 
 struct ExtractorRun {
   // As invoked.

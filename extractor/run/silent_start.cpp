@@ -4,9 +4,10 @@
 #include <cstring>
 
 #include "extractor/run/params_file.h"
+#include "formats/params_format.h"
+#include "formats/tail_fields.h"
+#include "formats/tail_marker.h"
 #include "launcher/installation/silent_word.h"
-#include "launcher/installation/tail_fields.h"
-#include "launcher/installation/tail_marker.h"
 #include "support/encoding/field_reader.h"
 #include "support/files/paths.h"
 #include "support/owned.h"

@@ -11,6 +11,7 @@
 #include "extractor/runtime/provision_jre.h"
 #include "extractor/runtime/version_file.h"
 #include "extractor/versions/folders.h"
+#include "formats/site_names.h"
 #include "support/failure/failure.h"
 #include "support/files/file_kind.h"
 #include "support/files/file_operations.h"
@@ -84,8 +85,7 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
   }
   logMessage("[JREDownload] Downloading JRE\n");
   setPath(compressed, run.jreTemp, "JREArchive.p2.l2");
-  const std::string url =
-      run.updateURL + "Quorvane-" + run.jreName + "-" + run.jreVersion + "-archive.p2.l2";
+  const std::string url = run.updateURL + siteArchiveName(run.jreName, run.jreVersion);
   downloadFile(url.c_str(), compressed);
   if (!isPlainFile(compressed)) {
     const bool isFull = failureOfWriting(0, run.jreTemp) == Failure::DiskFull;

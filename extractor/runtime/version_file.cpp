@@ -3,16 +3,14 @@
 #include <cstring>
 #include <string>
 
+#include "formats/names.h"
+#include "formats/site_names.h"
 #include "support/files/paths.h"
 #include "support/log/logging.h"
 #include "support/network/downloader.h"
 
 bool isInvalidUpdateURL(const char* url) {
   return url != nullptr && strncmp(url, INVALID_UPDATE_URL, strlen(INVALID_UPDATE_URL)) == 0;
-}
-
-std::string versionFileName(const char* jreName) {
-  return "Quorvane-" + std::string(jreName) + "-version.txt";
 }
 
 void downloadVersionFile(const char* folder, const char* url, const char* name) {

@@ -2,14 +2,9 @@
 #define QUORVANE_EXTRACTOR_RUNTIME_VERSION_FILE_H
 
 #include <cstdio>
-#include <string>
 
 // The version file of an update site: one line of text that names the version of the site's runtime
 // archive. Main thread.
-
-// The update URL that a packager writes if there is no update site: an address reserved for
-// documentation.
-constexpr char INVALID_UPDATE_URL[] = "http://192.0.2.10/";
 
 // Size of a version text's buffer; a version has at most 50 characters.
 constexpr int VERSION_TEXT_SIZE = 51;
@@ -20,9 +15,6 @@ constexpr int MOST_VERSION_FILE_BYTES = 64 * 1024;
 
 // Returns whether `url` is present and begins with INVALID_UPDATE_URL.
 [[nodiscard]] bool isInvalidUpdateURL(const char* url);
-
-// Returns the name of the version file of the runtime `jreName`.
-std::string versionFileName(const char* jreName);
 
 // Downloads the version file of the runtime `name` from the update site `url`, which ends in '/',
 // into the folder `folder`, unless the URL is the placeholder. Logs only that it is skipped; the

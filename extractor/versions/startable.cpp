@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "extractor/run/run.h"
+#include "formats/names.h"
 #include "launch/launch_file.h"
 #include "launcher/installation/version_folders.h"
 #include "launcher/jvm/startable_runtime.h"

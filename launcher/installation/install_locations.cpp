@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "formats/names.h"
 #include "support/encoding/field_reader.h"
 #include "support/failure/failure.h"
 #include "support/files/file_operations.h"

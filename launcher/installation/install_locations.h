@@ -10,9 +10,6 @@
 // that and ends the process with EXIT_STATUS_FAILURE. Main thread.
 char* locateSharedDirectory(const char* installType);
 
-// The runtime's default component name.
-constexpr char DEFAULT_JRE_NAME[] = "Mac64JRE";
-
 // Returns a new text, owned by the caller, with the JRE's component name: DEFAULT_JRE_NAME, or the
 // content of the file QVApps/JreNameOverride in `masterFolder`, unless that is "-". Logs which.
 // Main thread.

@@ -1,8 +1,9 @@
 #include "launcher/installation/tail_reader.h"
 
-#include "launcher/arguments.h"
-#include "launcher/installation/tail_fields.h"
-#include "launcher/installation/tail_marker.h"
+#include <cstring>
+
+#include "formats/tail_fields.h"
+#include "formats/tail_marker.h"
 #include "support/encoding/field_reader.h"
 #include "support/failure/failure.h"
 #include "support/files/paths.h"
@@ -61,10 +62,6 @@ static FILE* openTail(const char* executablePath) {
   return openTailFile(executablePath);
 }
 
-char* readTailField(FILE* stream, TailFieldNumber number) {
-  return readString(stream, TAIL_FIELDS[number].name, TAIL_FIELDS[number].limit);
-}
-
 void readCommonTailFields(FILE* stream) {
   app_name = readTailField(stream, TAIL_APP_NAME);
   app_version = readTailField(stream, TAIL_APP_VERSION);
@@ -75,6 +72,17 @@ void readCommonTailFields(FILE* stream) {
   can_override_splash = readTailField(stream, TAIL_CAN_OVERRIDE_SPLASH);
   install_type = readTailField(stream, TAIL_INSTALL_TYPE);
   silent_parameter = readTailField(stream, TAIL_SILENT_PARAMETER);
+}
+
+void printTruncated(const char* label, const char* value) {
+  constexpr size_t kLongest = 99;
+  if (value == nullptr) {
+    logMessage("[Launcher] %s = NULL", label);
+  } else if (strlen(value) > kLongest) {
+    logMessage("[Launcher] %s = %.99s...\n", label, value);
+  } else {
+    logMessage("[Launcher] %s = %s\n", label, value);
+  }
 }
 
 static void logFields() {

@@ -5,9 +5,8 @@
 
 // The Tail record: the application's packaging settings, which the packager puts behind the
 // executable or into the bundle's Resources folder. From the first byte after the marker (or from
-// the first byte of the file Resources/Tail) it is the fields of
-// launcher/installation/tail_fields.h, in the field encoding, and then, for the Extractor, the
-// archives that the record carries.
+// the first byte of the file Resources/Tail) it is the fields of formats/tail_fields.h, in the
+// field encoding, and then, for the Extractor, the archives that the record carries.
 
 // The field values. Null until a record was read; kept for the life of the process.
 extern char* app_name;
@@ -30,5 +29,9 @@ void readCommonTailFields(FILE* stream);
 // file ../Resources/Tail beside it. If neither can be opened the failure is logged and the process
 // ends with EXIT_STATUS_FAILURE. `marker` must be set. Main thread.
 void extractTail(const char* executablePath);
+
+// Logs the Tail value `value`, which may be null, as `label`; only the first 99 characters of a
+// longer one. Any thread.
+void printTruncated(const char* label, const char* value);
 
 #endif

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "launcher/arguments.h"
+#include "launcher/installation/tail_reader.h"
 #include "launcher/jvm/jvm_launch.h"
 #include "support/owned.h"
 #include "tests/fuzz/fuzz_target.h"

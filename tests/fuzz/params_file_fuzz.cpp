@@ -11,6 +11,7 @@
 
 #include "extractor/run/params_file.h"
 #include "extractor/run/run.h"
+#include "formats/params_format.h"
 #include "launch/launch_app.h"
 #include "support/files/paths.h"
 #include "tests/fuzz/field_model.h"

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "extractor/run/run.h"
+#include "formats/names.h"
 #include "tools/formats/archive_records.h"
 #include "tools/formats/params_check.h"
 #include "tools/formats/update_site.h"

@@ -11,23 +11,22 @@
 #include "support/encoding/field_reader.h"
 #include "support/encoding/hex.h"
 #include "support/owned.h"
+#include "tools/formats/strict_fields.h"
 #include "tools/system/input_error.h"
 #include "tools/system/quiet_output.h"
 #include "tools/system/whole_file.h"
 
 namespace tools {
 
-static const size_t kLongestField = 4094;
-
 // Reads records; errors give the archive's path and the offset.
 class RecordReader {
  public:
   RecordReader(const std::string& path, const std::string& name)
-      : name_(name), stream_(openInput(path)) {}
+      : stream_(openInput(path)), fields_(stream_.get(), name, "make it again") {}
 
   ArchiveListing read() {
     ArchiveListing listing;
-    while (!listing.isSigned && !isAtEnd()) {
+    while (!listing.isSigned && !fields_.isAtEnd()) {
       const long offset = position();
       ArchiveEntry entry = readHead();
       if (entry.kind != EntryKind::folder && entry.path == SIGNATURE_RECORD_PATH) {
@@ -37,54 +36,20 @@ class RecordReader {
         listing.entries.push_back(std::move(entry));
       }
     }
-    if (!isAtEnd()) {
+    if (!fields_.isAtEnd()) {
       fail(position(), "bytes follow the signature record");
     }
     return listing;
   }
 
  private:
-  [[noreturn]] void fail(long offset, const std::string& what) const {
-    throw InputError(name_ + " is damaged at byte " + std::to_string(offset) + ": " + what +
-                     "; make it again");
-  }
+  [[noreturn]] void fail(long offset, const std::string& what) const { fields_.fail(offset, what); }
 
-  long position() const { return static_cast<long>(ftello(stream_.get())); }
-
-  bool isAtEnd() {
-    const int next = getc(stream_.get());
-    return next == EOF || ungetc(next, stream_.get()) == EOF;
-  }
-
-  std::string readField(const char* name) {
-    const long offset = position();
-    std::string text;
-    int byte = getc(stream_.get());
-    for (; byte > 0; byte = getc(stream_.get())) {
-      text.push_back(static_cast<char>(byte));
-      if (text.size() > kLongestField) {
-        fail(offset, std::string(name) + " is too long for a field");
-      }
-    }
-    if (byte == EOF) {
-      fail(offset, std::string("it ends inside ") + name);
-    }
-    return text;
-  }
-
-  long readNumber(const char* name) {
-    const long offset = position();
-    const std::string text = readField(name);
-    if (text.empty() || text.size() > 18 ||
-        text.find_first_not_of("0123456789") != std::string::npos) {
-      fail(offset, std::string(name) + " is '" + text + "', expected a decimal number");
-    }
-    return std::stol(text);
-  }
+  long position() const { return static_cast<long>(fields_.position()); }
 
   ArchiveEntry readHead() {
     const long offset = position();
-    const std::string type = readField("an entry's type");
+    const std::string type = fields_.text("an entry's type", DEFAULT_FIELD_LIMIT);
     ArchiveEntry entry;
     if (type == "1") {
       entry.kind = EntryKind::folder;
@@ -93,12 +58,12 @@ class RecordReader {
     } else if (type != "0") {
       fail(offset, "an entry's type is '" + type + "', expected 0, 1 or 2");
     }
-    entry.path = readField("an entry's path");
+    entry.path = fields_.text("an entry's path", DEFAULT_FIELD_LIMIT);
     if (const char* fault = entryPathError(entry.path.c_str())) {
       fail(offset, "the entry '" + entry.path + "' is refused, " + fault);
     }
     if (entry.kind != EntryKind::folder) {
-      entry.length = readNumber("an entry's length");
+      entry.length = fields_.number("an entry's length");
     }
     entry.offset = position();
     return entry;
@@ -118,8 +83,8 @@ class RecordReader {
   void readSignature(long offset, ArchiveListing* listing) {
     listing->isSigned = true;
     listing->recordOffset = offset;
-    listing->signedLength = readNumber("the signed length");
-    listing->signatureHex = readField("the signature");
+    listing->signedLength = fields_.number("the signed length");
+    listing->signatureHex = fields_.text("the signature", SIGNATURE_HEX_LIMIT);
     const long end = position();
     const std::string wanted = signatureRecord(listing->signedLength, listing->signatureHex);
     std::string found(static_cast<size_t>(end - offset), '\0');
@@ -129,8 +94,8 @@ class RecordReader {
         listing->signatureHex.find_first_not_of("0123456789abcdef") == std::string::npos;
   }
 
-  std::string name_;
   Stream stream_;
+  StrictFields fields_;
 };
 
 ArchiveListing readArchive(const std::string& path, const std::string& name) {

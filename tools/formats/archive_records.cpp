@@ -8,8 +8,6 @@
 
 namespace tools {
 
-static const int kSignatureHexLimit = 4096;
-
 static const char* typeOf(EntryKind kind) {
   switch (kind) {
     case EntryKind::folder:
@@ -48,7 +46,7 @@ std::string fileRecordHead(const std::string& path, long length, EntryKind kind)
 std::string signatureRecord(long signedLength, const std::string& signatureHex) {
   std::string data;
   appendNumber(&data, signedLength);
-  appendField(&data, "the signature", signatureHex, kSignatureHexLimit);
+  appendField(&data, "the signature", signatureHex, SIGNATURE_HEX_LIMIT);
   std::string record = typeAndPath(EntryKind::file, SIGNATURE_RECORD_PATH);
   appendNumber(&record, static_cast<long>(data.size()));
   return record + data;

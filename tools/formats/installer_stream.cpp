@@ -13,7 +13,7 @@ namespace tools {
 static const size_t kStreamChunk = 65536;
 
 InstallerStream::InstallerStream(const std::string& path, long long offset)
-    : path_(path), stream_(openInput(path)) {
+    : path_(path), stream_(openInput(path)), fields_(stream_.get(), path, "") {
   fseeko(stream_.get(), 0, SEEK_END);
   size_ = ftello(stream_.get());
   fseeko(stream_.get(), offset, SEEK_SET);
@@ -23,44 +23,24 @@ long long InstallerStream::bytesLeft() {
   return size_ - ftello(stream_.get());
 }
 
-std::string InstallerStream::readField(const char* what) {
-  std::string text;
-  int byte = getc(stream_.get());
-  for (; byte > 0 && text.size() + 2 <= DEFAULT_FIELD_LIMIT; byte = getc(stream_.get())) {
-    text.push_back(static_cast<char>(byte));
-  }
-  if (byte != 0) {
-    throw InputError(path_ + (byte == EOF ? " ends inside " : " has too long a text for ") + what +
-                     ", before byte " + std::to_string(ftello(stream_.get())));
-  }
-  return text;
-}
-
 long long InstallerStream::readLength(const std::string& name) {
-  constexpr size_t kMostDigits = 18;
-  const std::string text = readField("a record's length");
-  if (text.empty() || text.size() > kMostDigits ||
-      text.find_first_not_of("0123456789") != std::string::npos) {
-    throw InputError(path_ + ": the length of " + name + " is '" + text +
-                     "'; expected a decimal number");
-  }
-  const long long length = std::stoll(text);
+  const long long length = fields_.number("the length of " + name);
   if (length > bytesLeft()) {
-    throw InputError(path_ + " ends inside " + name + ": it should have " + text +
+    throw InputError(path_ + " ends inside " + name + ": it should have " + std::to_string(length) +
                      " bytes, but only " + std::to_string(bytesLeft()) + " are left");
   }
   return length;
 }
 
 std::string InstallerStream::next(const std::string& out) {
-  const std::string type = readField("a record's type");
+  const std::string type = fields_.text("a record's type", DEFAULT_FIELD_LIMIT);
   if (type.empty()) {
     return "";
   }
   if (type != "0") {
     throw InputError(path_ + ": a record's type is '" + type + "'; expected 0, a regular file");
   }
-  const std::string name = readField("a record's name");
+  const std::string name = fields_.text("a record's name", DEFAULT_FIELD_LIMIT);
   if (const char* fault = entryPathError(name.c_str())) {
     throw InputError(path_ + ": the record '" + name + "' would not be extracted: " + fault);
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "support/owned.h"
+#include "tools/formats/strict_fields.h"
 
 namespace tools {
 
@@ -22,11 +23,11 @@ class InstallerStream {
   long long bytesLeft();
 
  private:
-  std::string readField(const char* what);
   long long readLength(const std::string& name);
 
   std::string path_;
   Stream stream_;
+  StrictFields fields_;
   long long size_;
 };
 

@@ -1,49 +1,19 @@
-#include <cerrno>
-#include <cstdlib>
+#include <climits>
 
 #include "tools/formats/launch_file_writer.h"
+#include "tools/formats/strict_fields.h"
 #include "tools/system/input_error.h"
-
-// A packager must report a broken launch file, so this reader is strict where the product's own is
-// lenient.
 
 namespace tools {
 
-struct Fields {
-  const std::string& bytes;
-  size_t position = 0;
-};
-
-static std::string nextText(Fields* fields, const char* name) {
-  const size_t end = fields->bytes.find('\0', fields->position);
-  if (end == std::string::npos) {
-    throw InputError("the launch file ends at byte " + std::to_string(fields->bytes.size()) +
-                     " where " + name + " should be; it is truncated or not a launch file");
-  }
-  std::string text = fields->bytes.substr(fields->position, end - fields->position);
-  fields->position = end + 1;
-  return text;
+// Fields that the product would not read completely are for the caller to report.
+static std::string nextText(StrictFields* fields, const char* name) {
+  return fields->text(name, INT_MAX);
 }
 
-static long nextNumber(Fields* fields, const char* name) {
-  const size_t start = fields->position;
-  const std::string text = nextText(fields, name);
-  char* end = nullptr;
-  errno = 0;
-  const long number = strtol(text.c_str(), &end, 10);
-  if (text.empty() || *end != '\0' || errno != 0) {
-    throw InputError("the launch file has \"" + text + "\" at byte " + std::to_string(start) +
-                     " where the number " + name + " should be");
-  }
-  return number;
-}
-
-static std::vector<std::string> nextTexts(Fields* fields, const char* countName, const char* name) {
-  const long count = nextNumber(fields, countName);
-  if (count < 0) {
-    throw InputError(std::string(countName) + " is " + std::to_string(count) +
-                     ", which must not be negative");
-  }
+static std::vector<std::string> nextTexts(StrictFields* fields, const char* countName,
+                                          const char* name) {
+  const long count = fields->number(countName);
   std::vector<std::string> texts;
   for (long i = 0; i < count; ++i) {
     texts.push_back(nextText(fields, name));
@@ -51,7 +21,7 @@ static std::vector<std::string> nextTexts(Fields* fields, const char* countName,
   return texts;
 }
 
-static void readNewerFields(Fields* fields, LaunchFile* file) {
+static void readNewerFields(StrictFields* fields, LaunchFile* file) {
   if (file->version >= 3) {
     file->compatibilityClass = nextText(fields, "Main Class JRECompatibility");
   }
@@ -63,26 +33,26 @@ static void readNewerFields(Fields* fields, LaunchFile* file) {
     file->jvmOptions = nextTexts(fields, "App JVM Option Count", "App JVM Option Entry");
   }
   if (file->version >= 6) {
-    file->mustFork = nextNumber(fields, "Must Fork") == 1;
+    file->mustFork = fields->signedNumber("Must Fork") == 1;
   }
 }
 
 LaunchFile decodeLaunchFile(const std::string& bytes) {
-  Fields fields{bytes};
+  StrictFields fields(bytes, "the launch file", "it is truncated or not a launch file");
   LaunchFile file;
-  file.version = nextNumber(&fields, "LaunchFile VER");
+  file.version = fields.signedNumber("LaunchFile VER");
   file.mainClass = nextText(&fields, "Class");
   file.updateClass = nextText(&fields, "Class OnUpdate");
   file.appName = nextText(&fields, "App Name");
   file.icon = nextText(&fields, "OS ICNS");
-  file.urlRequired = nextNumber(&fields, "URL Required") == 1;
-  file.maximumHeapMegabytes = nextNumber(&fields, "jvmMem (old)");
-  file.initialHeapMegabytes = nextNumber(&fields, "jvmStack (old)");
+  file.urlRequired = fields.signedNumber("URL Required") == 1;
+  file.maximumHeapMegabytes = fields.signedNumber("jvmMem (old)");
+  file.initialHeapMegabytes = fields.signedNumber("jvmStack (old)");
   file.classPath = nextTexts(&fields, "Classpath Count", "Classpath Entry");
   file.arguments = nextTexts(&fields, "Extra Args Count", "Extra Args Entry");
   readNewerFields(&fields, &file);
-  if (fields.position != bytes.size()) {
-    throw InputError(std::to_string(bytes.size() - fields.position) +
+  if (!fields.isAtEnd()) {
+    throw InputError(std::to_string(static_cast<long long>(bytes.size()) - fields.position()) +
                      " bytes follow the last field of version " + std::to_string(file.version) +
                      "; the version or a count is wrong");
   }

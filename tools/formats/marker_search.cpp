@@ -1,6 +1,6 @@
 #include "tools/formats/marker_search.h"
 
-#include "launcher/installation/tail_marker.h"
+#include "formats/tail_marker.h"
 #include "support/owned.h"
 
 namespace tools {

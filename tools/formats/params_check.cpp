@@ -2,10 +2,8 @@
 
 #include <algorithm>
 
-#include "extractor/run/params_file.h"
-#include "extractor/run/run.h"
+#include "formats/names.h"
 #include "launch/launch_properties.h"
-#include "launcher/installation/install_locations.h"
 #include "tools/system/ascii_case.h"
 #include "tools/system/input_error.h"
 

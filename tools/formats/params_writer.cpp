@@ -1,12 +1,13 @@
 #include "tools/formats/params_writer.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <climits>
 
-#include "extractor/run/params_file.h"
+#include "formats/params_format.h"
 #include "support/encoding/field_reader.h"
 #include "tools/formats/field_writer.h"
 #include "tools/formats/marker_search.h"
+#include "tools/formats/strict_fields.h"
 #include "tools/system/input_error.h"
 
 namespace tools {
@@ -28,17 +29,6 @@ std::string encodeParams(const Properties& properties) {
   return bytes;
 }
 
-// Returns the field at `*at` and advances past it.
-static std::string takeField(const std::string& bytes, size_t* at, const char* what) {
-  const size_t end = bytes.find('\0', *at);
-  if (end == std::string::npos) {
-    throw InputError(std::string("the params file ends inside ") + what);
-  }
-  const std::string text = bytes.substr(*at, end - *at);
-  *at = end + 1;
-  return text;
-}
-
 // Returns the position after the marker.
 static size_t endOfMarker(const std::string& bytes) {
   MarkerMatcher matcher(paramsMarker, sizeof paramsMarker);
@@ -51,16 +41,12 @@ static size_t endOfMarker(const std::string& bytes) {
 }
 
 Properties decodeParams(const std::string& bytes) {
-  size_t at = endOfMarker(bytes);
-  const std::string count = takeField(bytes, &at, "the number of properties");
-  if (count.empty() || count.find_first_not_of("0123456789") != std::string::npos) {
-    throw InputError("the number of properties is '" + count + "'; expected a decimal number");
-  }
+  StrictFields fields(bytes, "the params file", "", endOfMarker(bytes));
   Properties properties;
-  const long pairs = atol(count.c_str());
-  for (long i = 0; i < pairs; ++i) {
-    std::string name = takeField(bytes, &at, "a property's name");
-    std::string value = takeField(bytes, &at, "a property's value");
+  const long count = fields.number("the number of properties");
+  for (long i = 0; i < count; ++i) {
+    std::string name = fields.text("a property's name", INT_MAX);
+    std::string value = fields.text("a property's value", INT_MAX);
     properties.emplace_back(std::move(name), std::move(value));
   }
   return properties;

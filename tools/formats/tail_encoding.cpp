@@ -1,10 +1,8 @@
 #include <algorithm>
 #include <cctype>
 
-#include "extractor/run/params_file.h"
-#include "extractor/run/run.h"
-#include "launcher/installation/install_locations.h"
-#include "launcher/installation/tail_fields.h"
+#include "formats/names.h"
+#include "formats/tail_fields.h"
 #include "tools/formats/field_writer.h"
 #include "tools/formats/tail_writer.h"
 #include "tools/formats/value_check.h"

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "launcher/installation/tail_marker.h"
+#include "formats/tail_marker.h"
 #include "support/owned.h"
 #include "tools/formats/marker_search.h"
 #include "tools/system/input_error.h"

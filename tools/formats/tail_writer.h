@@ -3,11 +3,11 @@
 
 #include <string>
 
-#include "launcher/installation/tail_fields.h"
+#include "formats/tail_fields.h"
 
 // The Tail record, which tells the Launcher and the Extractor what they start. A bundle that is
 // signed carries it as the file Contents/Resources/Tail; it may also stand behind the executable,
-// with the marker in front of it. launcher/installation/tail_fields.h has the order of the fields.
+// with the marker in front of it. formats/tail_fields.h has the order of the fields.
 
 namespace tools {
 

@@ -2,9 +2,8 @@
 
 #include <filesystem>
 
-#include "extractor/archives/component_archive.h"
-#include "extractor/run/run.h"
-#include "extractor/runtime/version_file.h"
+#include "formats/names.h"
+#include "formats/site_names.h"
 #include "tools/system/input_error.h"
 #include "tools/system/temporary_folder.h"
 #include "tools/system/whole_file.h"
@@ -13,17 +12,9 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-std::string siteVersionName(const std::string& name) {
-  return versionFileName(name.c_str());
-}
-
-std::string siteArchiveName(const std::string& name, const std::string& version) {
-  return "Quorvane-" + name + "-" + version + "-archive.p2.l2";
-}
-
 std::string readSiteVersion(const std::string& site, const std::string& name) {
   constexpr size_t kMostDigits = 18;
-  const std::string path = site + "/" + siteVersionName(name);
+  const std::string path = site + "/" + versionFileName(name);
   const std::string text = readWhole(path);
   const std::string version = text.substr(0, text.find('\n'));
   const bool isNumber = !version.empty() && version.size() <= kMostDigits &&
@@ -61,7 +52,7 @@ std::string writeSiteComponent(const std::string& site, const std::string& name,
   content.files.emplace_back(COMPONENT_RECORD_PATH, work / "component");
   const std::string archive = site + "/" + siteArchiveName(name, version);
   writeArchive(content, archive, key);
-  writeWhole(site + "/" + siteVersionName(name), version + "\n");
+  writeWhole(site + "/" + versionFileName(name), version + "\n");
   return archive;
 }
 

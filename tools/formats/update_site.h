@@ -6,13 +6,10 @@
 #include "tools/formats/archive_writer.h"
 #include "tools/keys/signing.h"
 
-// The update site: a folder of static files, a version text and an archive for each component.
+// The update site: a folder of static files, a version text and an archive for each component,
+// called as formats/site_names.h says.
 
 namespace tools {
-
-// The files of the component `name`.
-std::string siteVersionName(const std::string& name);
-std::string siteArchiveName(const std::string& name, const std::string& version);
 
 // Returns the version of the component `name` on the site `site`. Throws InputError if there is
 // none, or its text is not a whole number, optionally followed by a line end.

@@ -2,7 +2,7 @@
 #include <cctype>
 #include <filesystem>
 
-#include "extractor/run/run.h"
+#include "formats/names.h"
 #include "tools/formats/value_check.h"
 #include "tools/keys/key_file.h"
 #include "tools/project/components.h"

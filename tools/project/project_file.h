@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "extractor/runtime/version_file.h"
-#include "launcher/installation/install_locations.h"
+#include "formats/names.h"
 #include "tools/formats/params_writer.h"
 #include "tools/project/update_settings.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "extractor/archives/component_archive.h"
+#include "formats/names.h"
 #include "tools/formats/archive_reader.h"
 #include "tools/formats/launch_file_writer.h"
 #include "tools/formats/lzma.h"

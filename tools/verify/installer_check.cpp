@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "extractor/run/run.h"
-#include "launcher/installation/install_locations.h"
+#include "formats/names.h"
+#include "formats/site_names.h"
 #include "tools/formats/marker_search.h"
 #include "tools/formats/params_check.h"
 #include "tools/formats/tail_writer.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/installation/tail_marker.h"
+#include "formats/tail_marker.h"
 #include "tests/support/files.h"
 #include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
@@ -74,7 +74,7 @@ TEST_P(MarkerObject, HoldsNoTwoNeighbouringWordsOfTheMarker) {
                        "-std=c++17",
                        "-I" QUORVANE_SOURCE,
                        "-c",
-                       QUORVANE_SOURCE "/launcher/installation/tail_marker.cpp",
+                       QUORVANE_SOURCE "/formats/tail_marker.cpp",
                        "-o",
                        object};
   command.arguments.insert(command.arguments.end(), GetParam().flags.begin(),

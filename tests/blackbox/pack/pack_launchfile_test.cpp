@@ -70,8 +70,8 @@ TEST_F(PackLaunchfile, SaysWhatALaunchFileLacks) {
   const test::Result result = pack({"read", file()});
   EXPECT_EQ(kInputError, result.status);
   EXPECT_EQ("quorvane-pack: " + file() +
-                ": the launch file ends at byte 7 where Class OnUpdate should be; it is truncated "
-                "or not a launch file\n",
+                ": the launch file is damaged at byte 7: it ends inside Class OnUpdate; it is "
+                "truncated or not a launch file\n",
             result.err);
 }
 

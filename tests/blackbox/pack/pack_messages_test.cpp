@@ -125,17 +125,21 @@ const WrongInput kWrongInputs[] = {
     {"ALaunchTextThatIsTooLong", "launchfile write long.toml out",
      "long.toml: Class is 2000 bytes long, at most 1022 are read; shorten it"},
     {"ALaunchFileInPlaceOfItsText", "launchfile write good.toml good.toml",
-     "good.toml already exists and is not a launch file (the launch file ends at byte 32 where "
-     "LaunchFile VER should be; it is truncated or not a launch file); name another file, or "
+     "good.toml already exists and is not a launch file (the launch file is damaged at byte 0: "
+     "it ends inside LaunchFile VER; it is truncated or not a launch file); name another file, or "
      "replace it with "
      "--force"},
     {"ALaunchFileInAMissingFolder", "launchfile write good.toml no/out",
      "no/out cannot be written: No such file or directory"},
     // launchfile read
     {"ALaunchFileWithoutAVersion", "launchfile read six.launch",
-     "six.launch: the launch file has \"six\" at byte 0 where the number LaunchFile VER should be"},
+     "six.launch: the launch file is damaged at byte 0: LaunchFile VER is 'six', expected a "
+     "decimal "
+     "number; it is truncated or not a launch file"},
     {"ALaunchFileOfANegativeCount", "launchfile read negative.launch",
-     "negative.launch: Classpath Count is -1, which must not be negative"},
+     "negative.launch: the launch file is damaged at byte 19: Classpath Count is '-1', expected a "
+     "decimal "
+     "number; it is truncated or not a launch file"},
     {"ALaunchFileThatGoesOn", "launchfile read more.launch",
      "more.launch: 4 bytes follow the last field of version 1; the version or a count is wrong"},
     {"ALaunchFileInAnotherEncoding", "launchfile read latin.launch",
@@ -170,8 +174,9 @@ const WrongInput kWrongInputs[] = {
     {"ATailOfAFolderThatIsNoBundle", "tail write folder --app-name A",
      "folder is not an app bundle: it has no folder Contents; name a bundle or a file"},
     {"ATailInPlaceOfAText", "tail write good.toml --app-name A",
-     "good.toml already exists and is not a bare Tail record (good.toml: the record ends inside "
-     "app-name; it is truncated or not a Tail record); name another file, or replace it with "
+     "good.toml already exists and is not a bare Tail record (good.toml is damaged at byte 0: it "
+     "ends inside app-name; it is truncated or not a Tail record); name another file, or replace "
+     "it with "
      "--force"},
     {"ATailInPlaceOfAnInstallers", "tail write installer.tail --app-name A",
      "installer.tail already exists and is not a bare Tail record (5 bytes of archives follow the "
@@ -188,10 +193,12 @@ const WrongInput kWrongInputs[] = {
     // tail read
     {"ATailThatIsMissing", "tail read no", "no cannot be read: No such file or directory"},
     {"ATailThatIsCutShort", "tail read short.tail",
-     "short.tail: the record ends inside jre-version; it is truncated or not a Tail record"},
-    {"ATailWithAValueThatIsTooLong", "tail read long.tail",
-     "long.tail: app-name is longer than the 1022 bytes that are read; the file is not a Tail "
+     "short.tail is damaged at byte 8: it ends inside jre-version; it is truncated or not a Tail "
      "record"},
+    {"ATailWithAValueThatIsTooLong", "tail read long.tail",
+     "long.tail is damaged at byte 0: app-name is longer than the 1022 bytes that are read of it; "
+     "it "
+     "is truncated or not a Tail record"},
 };
 
 class PackInput : public testing::TestWithParam<WrongInput> {

@@ -125,16 +125,18 @@ TEST(PackParams, SaysWhereAFileIsDamaged) {
     EXPECT_EQ(1, result.status);
     return result.err.substr(("quorvane-pack: " + path + ": ").size());
   };
-  EXPECT_EQ("the params file ends inside the number of properties\n", errorOf("1"));
-  EXPECT_EQ("the params file ends inside a property's name\n", errorOf(test::field("2")));
-  EXPECT_EQ("the params file ends inside a property's name\n",
+  EXPECT_EQ("the params file is damaged at byte 64: it ends inside the number of properties\n",
+            errorOf("1"));
+  EXPECT_EQ("the params file is damaged at byte 66: it ends inside a property's name\n",
+            errorOf(test::field("2")));
+  EXPECT_EQ("the params file is damaged at byte 70: it ends inside a property's name\n",
             errorOf(test::field("2") + test::field("a") + test::field("b") + "c"));
-  EXPECT_EQ("the params file ends inside a property's value\n",
+  EXPECT_EQ("the params file is damaged at byte 68: it ends inside a property's value\n",
             errorOf(test::field("1") + test::field("a") + "b"));
   for (const char* count : {"", "-1", "many", "1x"}) {
-    EXPECT_EQ(
-        std::string("the number of properties is '") + count + "'; expected a decimal number\n",
-        errorOf(test::field(count)));
+    EXPECT_EQ(std::string("the params file is damaged at byte 64: the number of properties is '") +
+                  count + "', expected a decimal number\n",
+              errorOf(test::field(count)));
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include "archive/archive.h"
 #include "extractor/run/params_file.h"
+#include "formats/params_format.h"
 #include "support/encoding/field_reader.h"
 #include "support/owned.h"
 #include "tests/support/capture.h"

@@ -17,6 +17,7 @@
 #include "extractor/runtime/provision_jre.h"
 #include "extractor/versions/hand_over.h"
 #include "extractor/versions/temp_marks.h"
+#include "formats/params_format.h"
 #include "support/failure/failure.h"
 #include "support/files/paths.h"
 #include "tests/support/background.h"

@@ -8,6 +8,7 @@
 #include "extractor/run/run.h"
 #include "extractor/runtime/provision_jre.h"
 #include "extractor/runtime/version_file.h"
+#include "formats/names.h"
 #include "support/process/exit_status.h"
 #include "tests/support/background.h"
 #include "tests/support/capture.h"

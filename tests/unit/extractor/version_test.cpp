@@ -10,6 +10,7 @@
 #include "extractor/runtime/java_version.h"
 #include "extractor/runtime/run_command.h"
 #include "extractor/runtime/version_file.h"
+#include "formats/names.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "launcher/installation/tail_reader.h"
 #include "tests/support/capture.h"
 
 using Texts = std::vector<std::string>;

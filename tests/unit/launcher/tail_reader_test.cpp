@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/installation/tail_marker.h"
+#include "formats/tail_marker.h"
 #include "support/files/paths.h"
 #include "support/process/exit_status.h"
 #include "tests/support/capture.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "launcher/installation/tail_marker.h"
+#include "formats/tail_marker.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
 #include "tests/support/owned_text.h"

@@ -133,16 +133,21 @@ TEST(DecodeLaunchFile, RefusesEveryPrefixOfALaunchFile) {
 }
 
 TEST(DecodeLaunchFile, SaysWhatIsWrong) {
-  EXPECT_EQ("the launch file has \"PK\" at byte 0 where the number LaunchFile VER should be",
-            refusalOf([] { tools::decodeLaunchFile("PK\0"s); }));
   EXPECT_EQ(
-      "the launch file ends at byte 4 where Class should be; it is truncated or not a launch file",
+      "the launch file is damaged at byte 0: LaunchFile VER is 'PK', expected a decimal number; it "
+      "is truncated or not a launch file",
+      refusalOf([] { tools::decodeLaunchFile("PK\0"s); }));
+  EXPECT_EQ(
+      "the launch file is damaged at byte 2: it ends inside Class; it is truncated or not a launch "
+      "file",
       refusalOf([] { tools::decodeLaunchFile("1\0Ma"s); }));
   EXPECT_EQ("2 bytes follow the last field of version 1; the version or a count is wrong",
             refusalOf([] { tools::decodeLaunchFile(commonBytes("1") + "x\0"s); }));
-  EXPECT_EQ("Classpath Count is -1, which must not be negative", refusalOf([] {
-              tools::decodeLaunchFile("1\0M\0\0A\0\0"s + "0\0"s + "0\0"s + "0\0"s + "-1\0"s);
-            }));
+  EXPECT_EQ(
+      "the launch file is damaged at byte 14: Classpath Count is '-1', expected a decimal number; "
+      "it is truncated or not a launch file",
+      refusalOf(
+          [] { tools::decodeLaunchFile("1\0M\0\0A\0\0"s + "0\0"s + "0\0"s + "0\0"s + "-1\0"s); }));
 }
 
 TEST(LaunchFileText, RefusesWhatIsNoLaunchFile) {

@@ -123,16 +123,20 @@ static std::string streamError(const std::string& bytes) {
 TEST(InstallerStream, RefusesRecordsThatAreCutShortOrOfAnotherKind) {
   using test::field;
   EXPECT_EQ("no error", streamError(field("0") + field("a") + field("1") + "x"));
-  EXPECT_EQ(" ends inside a record's type, before byte 0", streamError(""));
-  EXPECT_EQ(" ends inside a record's name, before byte 4", streamError(field("0") + "ab"));
+  EXPECT_EQ(" is damaged at byte 0: it ends inside a record's type", streamError(""));
+  EXPECT_EQ(" is damaged at byte 2: it ends inside a record's name",
+            streamError(field("0") + "ab"));
   EXPECT_EQ(": a record's type is '1'; expected 0, a regular file", streamError(field("1")));
-  EXPECT_EQ(": the length of a is '-1'; expected a decimal number",
+  EXPECT_EQ(" is damaged at byte 4: the length of a is '-1', expected a decimal number",
             streamError(field("0") + field("a") + field("-1")));
-  EXPECT_EQ(": the length of a is '9999999999999999999'; expected a decimal number",
-            streamError(field("0") + field("a") + field("9999999999999999999")));
+  EXPECT_EQ(
+      " is damaged at byte 4: the length of a is '9999999999999999999', expected a decimal number",
+      streamError(field("0") + field("a") + field("9999999999999999999")));
   EXPECT_EQ(" ends inside a: it should have 5 bytes, but only 1 are left",
             streamError(field("0") + field("a") + field("5") + "x"));
   EXPECT_EQ(0u, streamError(field("0") + field("../a") + field("0"))
                     .find(": the record '../a' would not be extracted: "));
-  EXPECT_EQ(0u, streamError(field("0") + std::string(5000, 'a')).find(" has too long a text for "));
+  EXPECT_EQ(
+      " is damaged at byte 2: a record's name is longer than the 1022 bytes that are read of it",
+      streamError(field("0") + std::string(5000, 'a')));
 }

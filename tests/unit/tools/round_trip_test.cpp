@@ -8,6 +8,8 @@
 #include "extractor/run/params_file.h"
 #include "extractor/run/run.h"
 #include "extractor/runtime/version_file.h"
+#include "formats/params_format.h"
+#include "formats/site_names.h"
 #include "launch/launch_properties.h"
 #include "support/encoding/field_reader.h"
 #include "support/owned.h"

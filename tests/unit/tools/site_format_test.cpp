@@ -3,6 +3,7 @@
 #include <string>
 
 #include "extractor/archives/component_archive.h"
+#include "formats/names.h"
 #include "tests/support/format_examples.h"
 #include "tools/formats/archive_records.h"
 #include "tools/formats/update_site.h"

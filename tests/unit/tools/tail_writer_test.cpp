@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "launcher/installation/tail_fields.h"
-#include "launcher/installation/tail_marker.h"
+#include "formats/tail_fields.h"
+#include "formats/tail_marker.h"
 #include "launcher/installation/tail_reader.h"
 #include "support/encoding/field_reader.h"
 #include "support/owned.h"
@@ -291,17 +291,20 @@ TEST_F(TailInFile, OfTenFieldsIsFoundWithoutTheEleventh) {
 TEST_F(TailInFile, ThatIsCutShortIsReportedWithTheValue) {
   const std::string path = folder_ / "Tail";
   test::writeFile(path, test::field("Demo") + "12");
-  EXPECT_EQ(path + ": the record ends inside app-version; it is truncated or not a Tail record",
-            messageOf([&] { tools::findTail(path); }));
+  EXPECT_EQ(
+      path +
+          " is damaged at byte 5: it ends inside app-version; it is truncated or not a Tail record",
+      messageOf([&] { tools::findTail(path); }));
 }
 
 TEST_F(TailInFile, WithAValueThatIsReadOutOfStepIsReported) {
   const std::string path = folder_ / "Tail";
   test::writeFile(path, test::field("Demo") + test::field(std::string(1023, '1')));
-  EXPECT_EQ(path +
-                ": app-version is longer than the 1022 bytes that are read; the file is not a Tail "
-                "record",
-            messageOf([&] { tools::findTail(path); }));
+  EXPECT_EQ(
+      path +
+          " is damaged at byte 5: app-version is longer than the 1022 bytes that are read of it; "
+          "it is truncated or not a Tail record",
+      messageOf([&] { tools::findTail(path); }));
 }
 
 TEST_F(TailInFile, ThatIsMissingIsReported) {

@@ -1,5 +1,5 @@
-#ifndef QUORVANE_LAUNCHER_INSTALLATION_TAIL_MARKER_H
-#define QUORVANE_LAUNCHER_INSTALLATION_TAIL_MARKER_H
+#ifndef QUORVANE_FORMATS_TAIL_MARKER_H
+#define QUORVANE_FORMATS_TAIL_MARKER_H
 
 // The delimiter before a Tail record appended to an executable. Its bytes never occur in sequence
 // in a file built from these sources, because the search for the record would stop there: they are

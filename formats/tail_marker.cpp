@@ -1,4 +1,4 @@
-#include "launcher/installation/tail_marker.h"
+#include "formats/tail_marker.h"
 
 #include <cstdint>
 #include <cstring>
