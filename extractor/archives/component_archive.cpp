@@ -62,12 +62,11 @@ static void copyArchive(const Descriptor& archive, const char* copy, const char*
 }
 
 void removeComponentRecord(const char* folder) {
-  char record[PATH_BUFFER_SIZE];
-  remove(setPath(record, folder, COMPONENT_RECORD_PATH));
+  remove(childPath(folder, COMPONENT_RECORD_PATH).c_str());
 }
 
 static std::string contentOfRecord(const char* path) {
-  const Stream file(isPlainFile(path) ? fopen(path, "rb") : nullptr);
+  const Stream file(isRegularFile(path) ? fopen(path, "rb") : nullptr);
   char bytes[1024];
   const size_t count = file == nullptr ? 0 : fread(bytes, 1, sizeof bytes, file.get());
   return std::string(bytes, count);
@@ -82,9 +81,8 @@ static std::string wantedRecord(const ExtractorRun& run, const char* component,
 
 // What it says has been verified with the rest of the archive.
 static void requireComponent(const char* destination, const std::string& wanted) {
-  char record[PATH_BUFFER_SIZE];
-  setPath(record, destination, COMPONENT_RECORD_PATH);
-  if (contentOfRecord(record) != wanted) {
+  const std::string record = childPath(destination, COMPONENT_RECORD_PATH);
+  if (contentOfRecord(record.c_str()) != wanted) {
     failRun(Failure::ArchiveDamaged, "[Install] The archive does not say that it is %s\n",
             wanted.c_str());
   }

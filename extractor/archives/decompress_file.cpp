@@ -12,7 +12,7 @@ bool decompressFile(const char* lzmaTool, const char* compressed, const char* ar
   addSpawnerArg(spawner.get(), compressed);
   addSpawnerArg(spawner.get(), archive);
   const SpawnEnd end = runSpawnerToItsEnd(spawner.get());
-  if (end.status == 0 && !end.isBySignal && isPlainFile(archive)) {
+  if (end.status == 0 && !end.isBySignal && isRegularFile(archive)) {
     return true;
   }
   *failure = end.status == EXIT_STATUS_LZMA_DISK_FULL ? Failure::DiskFull : Failure::NotUnpacked;

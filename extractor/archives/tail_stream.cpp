@@ -27,10 +27,9 @@ static FILE* openForTail(const char* path) {
 
 static FILE* openTailResource(const ExtractorRun& run) {
   logMessage("[Extractor] The executable dir is %s\n", run.executableDir);
-  char path[PATH_BUFFER_SIZE];
-  setPath(path, run.executableDir, "..", "Resources", "Tail");
-  logMessage("[Extractor] No tail found. Trying %s\n", path);
-  return openForTail(path);
+  const std::string path = childPath(run.executableDir, "../Resources/Tail");
+  logMessage("[Extractor] No tail found. Trying %s\n", path.c_str());
+  return openForTail(path.c_str());
 }
 
 void openTailStream(ExtractorRun& run) {

@@ -11,6 +11,7 @@
 #include "launcher/jvm/startable_runtime.h"
 #include "support/files/file_kind.h"
 #include "support/files/folder_walk.h"
+#include "support/files/paths.h"
 #include "support/log/logging.h"
 
 // A runtime's bundle has the Java home in it, its plain folder is one.

@@ -53,18 +53,17 @@ static void overrideSplash(const ExtractorRun& run) {
   if (run.dynamic.splashImageLength == 0) {
     return;
   }
-  char path[PATH_BUFFER_SIZE];
-  toNativePath(setPath(path, run.guTemp, kSplashName));
-  logMessage("[Extractor] Overwriting splash image at %s\n", path);
-  FILE* file = createWithoutLink(path);
+  const std::string path = childPath(run.guTemp, kSplashName);
+  logMessage("[Extractor] Overwriting splash image at %s\n", path.c_str());
+  FILE* file = createWithoutLink(path.c_str());
   if (file != nullptr) {
     const size_t length = run.dynamic.splashImageLength;
     const bool isWritten = fwrite(run.dynamic.splashImage, 1, length, file) == length;
     if (fclose(file) != 0 || !isWritten) {
-      remove(path);  // no image rather than a partial one
+      remove(path.c_str());  // no image rather than a partial one
     }
   }
-  chmod777(path);
+  chmod777(path.c_str());
 }
 
 void extractUpdater(ExtractorRun& run) {
@@ -90,11 +89,10 @@ void installUpdater(ExtractorRun& run) {
 }
 
 void openSplash(ExtractorRun& run) {
-  char path[PATH_BUFFER_SIZE];
-  setPath(path, run.guFolder, kSplashName);
-  logMessage("[Extractor] Native Splash PNG path is %s\n", path);
+  const std::string path = childPath(run.guFolder, kSplashName);
+  logMessage("[Extractor] Native Splash PNG path is %s\n", path.c_str());
   logMessage("[Extractor] Configuring splash\n");
-  configureSplash(path);
+  configureSplash(path.c_str());
   logMessage("[Extractor] Showing splash\n");
   if (!isQuiet(run)) {
     showSplash();

@@ -54,9 +54,8 @@ static bool isShared(const char* folder) {
 // The layout makes a bundle's Contents/Home, or the home itself without one, the folder in which a
 // launch looks.
 static bool willHoldJvmLibrary(const char* home) {
-  char inner[PATH_BUFFER_SIZE];
-  setPath(inner, home, "Contents", "Home");
-  return holdsJvmLibrary(exists(inner) ? inner : home);
+  const std::string inner = childPath(home, "Contents/Home");
+  return holdsJvmLibrary(exists(inner.c_str()) ? inner.c_str() : home);
 }
 
 bool isAdoptableHome(const char* home) {

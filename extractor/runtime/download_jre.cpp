@@ -30,26 +30,28 @@
   failRun(failure, "%s", message);
 }
 
-// Downloads the version file and writes its path into `path`.
-static void fetchVersionFile(const ExtractorRun& run, char* path) {
+// Downloads the version file and returns its path.
+static std::string fetchVersionFile(const ExtractorRun& run) {
   if (!isQuiet(run)) {
     showSplash();
   }
   const std::string name = versionFileName(run.jreName);
   logMessage("[JREDownload] Fetching JRE Version from %s%s\n", run.updateURL.c_str(), name.c_str());
-  remove(setPath(path, run.guFolder, name.c_str()));  // that of an earlier download
+  const std::string path = childPath(run.guFolder, name);
+  remove(path.c_str());  // that of an earlier download
   downloadVersionFile(run.guFolder, run.updateURL.c_str(), run.jreName);
-  if (!isPlainFile(path)) {
+  if (!isRegularFile(path.c_str())) {
     failDownload(run, "[JREDownload] Failed to download JRE version file\n");
   }
   setProgress(-1);
-  logMessage("[JREDownload] JRE version downloaded OK [%s]\n", path);
+  logMessage("[JREDownload] JRE version downloaded OK [%s]\n", path.c_str());
+  return path;
 }
 
 // Reads the version to download into run.jreVersion.
-static void readJreVersion(ExtractorRun& run, const char* path) {
+static void readJreVersion(ExtractorRun& run, const std::string& path) {
   static_assert(sizeof run.jreVersion == VERSION_TEXT_SIZE, "the version text fits its buffer");
-  const Stream file(fopen(path, "rb"));
+  const Stream file(fopen(path.c_str(), "rb"));
   if (file == nullptr) {
     logMessage("[JREDownload] ************************** Unable to open version file! [%d]", errno);
     return;
@@ -75,7 +77,8 @@ static void requireUsableVersion(const ExtractorRun& run) {
   }
 }
 
-static void fetchArchive(ExtractorRun& run, char* compressed) {
+// Downloads the archive into the new folder run.jreTemp and returns its path.
+static std::string fetchArchive(ExtractorRun& run) {
   nameTempFolder(run.masterFolder, run.jreTemp);
   if (createTempFolder(run.masterFolder, run.jreTemp) != 0) {
     failDownload(run, "Unable to create JRE Temp folder\n", failureOfWriting(0, run.masterFolder));
@@ -84,10 +87,10 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
     showSplash();
   }
   logMessage("[JREDownload] Downloading JRE\n");
-  setPath(compressed, run.jreTemp, "JREArchive.p2.l2");
+  const std::string compressed = childPath(run.jreTemp, "JREArchive.p2.l2");
   const std::string url = run.updateURL + siteArchiveName(run.jreName, run.jreVersion);
-  downloadFile(url.c_str(), compressed);
-  if (!isPlainFile(compressed)) {
+  downloadFile(url.c_str(), compressed.c_str());
+  if (!isRegularFile(compressed.c_str())) {
     const bool isFull = failureOfWriting(0, run.jreTemp) == Failure::DiskFull;
     removeTree(run.jreTemp);
     failDownload(run, "[JREDownload] Failed to download JRE\n",
@@ -95,6 +98,7 @@ static void fetchArchive(ExtractorRun& run, char* compressed) {
   }
   setProgress(-1);
   logMessage("[JREDownload] JRE Downloaded OK, will extract\n");
+  return compressed;
 }
 
 // An existing output file, which may have a second name elsewhere, would be written through. A link
@@ -108,22 +112,25 @@ static bool isPlaceFree(const char* archive) {
   return true;
 }
 
-static void decompressArchive(const ExtractorRun& run, char* compressed, char* archive) {
-  setPath(archive, run.jreTemp, "JREArchive.p2");
+// Returns the path of the decompressed archive.
+static std::string decompressArchive(const ExtractorRun& run, const std::string& compressed) {
+  const std::string archive = childPath(run.jreTemp, "JREArchive.p2");
   logMessage("[JREDownload] Decompressing JRE archive\n");
   Failure failure = Failure::NotUnpacked;
-  if (!isPlaceFree(archive) || !decompressFile(run.lzmaPath, compressed, archive, &failure)) {
+  if (!isPlaceFree(archive.c_str()) ||
+      !decompressFile(run.lzmaPath, compressed.c_str(), archive.c_str(), &failure)) {
     removeTree(run.jreTemp);
     failRun(failure, "[JREDownload] Failed to decompress JRE archive\n");
   }
+  return archive;
 }
 
-static void extractDownloadedArchive(ExtractorRun& run, const char* compressed,
-                                     const char* archive) {
+static void extractDownloadedArchive(ExtractorRun& run, const std::string& compressed,
+                                     const std::string& archive) {
   logMessage("[JREDownload] Extracting JRE archive to %s\n", run.jreTemp);
   const Block<char> unpack200(getUnpack200Executable(run.jreTemp));
-  extractArchive(unpack200.get(), archive, run.jreTemp, run.trust);
-  remove(compressed);
+  extractArchive(unpack200.get(), archive.c_str(), run.jreTemp, run.trust);
+  remove(compressed.c_str());
   logMessage("[JREDownload] Done extracting JRE archive\n");
   removeComponentRecord(run.jreTemp);
   requireJavaInTemp(run);
@@ -133,14 +140,11 @@ static void extractDownloadedArchive(ExtractorRun& run, const char* compressed,
 }
 
 void downloadJre(ExtractorRun& run) {
-  char versionFile[PATH_BUFFER_SIZE];
-  char compressed[PATH_BUFFER_SIZE];
-  char archive[PATH_BUFFER_SIZE];
   logMessage("[JREDownload] Failed to pick up any existing system JRE, will download\n");
-  fetchVersionFile(run, versionFile);
+  const std::string versionFile = fetchVersionFile(run);
   readJreVersion(run, versionFile);
   requireUsableVersion(run);
-  fetchArchive(run, compressed);
-  decompressArchive(run, compressed, archive);
+  const std::string compressed = fetchArchive(run);
+  const std::string archive = decompressArchive(run, compressed);
   extractDownloadedArchive(run, compressed, archive);
 }

@@ -17,8 +17,7 @@ void regenerateClassData(const ExtractorRun& run) {
 }
 
 void requireJavaInTemp(ExtractorRun& run) {
-  char home[PATH_BUFFER_SIZE];
-  if (holdsJava(setPath(home, run.jreTemp, "Contents", "Home"))) {
+  if (holdsJava(childPath(run.jreTemp, "Contents/Home").c_str())) {
     return;
   }
   // An archive that is rejected takes the folder with it.

@@ -8,8 +8,7 @@
 #include "support/text/strings.h"
 
 bool holdsJava(const char* home) {
-  char java[PATH_BUFFER_SIZE];
-  return isExecutable(setPath(java, home, "bin", "java"));
+  return isExecutable(childPath(home, "bin/java").c_str());
 }
 
 static char* allocToolFolder(const char* bundlePath) {

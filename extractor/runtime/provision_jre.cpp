@@ -27,8 +27,7 @@ void putJreIntoPlace(ExtractorRun& run) {
   publishRuntime(run);
   chmod777(run.jreFolder);
   logMessage("[Extractor] Ensuring JRE bin is writable.\n");
-  char bin[PATH_BUFFER_SIZE];
-  chmod777(setPath(bin, run.jreFolder, "bin"));
+  chmod777(childPath(run.jreFolder, "bin").c_str());
   run.unpack200Path = getUnpack200Executable(run.jreFolder);
   logMessage("[Extractor] UP200 path is %s\n", run.unpack200Path);
 }

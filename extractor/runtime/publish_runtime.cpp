@@ -60,7 +60,7 @@ static std::vector<std::string> copiesOfJavaIn(const std::string& home) {
   std::vector<std::string> copies;
   for (const std::string& name : allNames(openFolderWithoutLink(bin.c_str()))) {
     const std::string file = childPath(bin, name);
-    if (name != "java" && isPlainFile(file.c_str()) && haveSameBytes(file, java)) {
+    if (name != "java" && isRegularFile(file.c_str()) && haveSameBytes(file, java)) {
       copies.push_back("bin/" + name);
     }
   }

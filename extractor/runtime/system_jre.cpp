@@ -7,6 +7,7 @@
 #include "extractor/run/run.h"
 #include "extractor/runtime/adoptable_home.h"
 #include "extractor/runtime/java_version.h"
+#include "extractor/runtime/jre_layout.h"
 #include "extractor/runtime/provision_jre.h"
 #include "extractor/runtime/run_command.h"
 #include "extractor/versions/folders.h"
@@ -23,9 +24,9 @@
 
 // A system runtime that may be adopted.
 struct SystemJre {
-  char home[PATH_BUFFER_SIZE];
-  char java[PATH_BUFFER_SIZE];
-  char unpack200[PATH_BUFFER_SIZE];
+  std::string home;
+  std::string java;
+  std::string unpack200;
 };
 
 // Version of an adopted runtime: every carried or downloaded one counts as newer.
@@ -87,24 +88,16 @@ static void trimToHome(char* candidate) {
 }
 
 static bool isAcceptable(const ExtractorRun& run, const SystemJre& jre) {
-  logMessage("[JRESearch] Looking at JRE %s\n", jre.java);
-  return doesFileExist(jre.java) && doesFileExist(jre.unpack200) &&
-         jreMatchesVersionRequirement(jre.java, run.tail.requiredJavaVersion) &&
-         isAdoptableHome(jre.home);
+  logMessage("[JRESearch] Looking at JRE %s\n", jre.java.c_str());
+  return doesFileExist(jre.java.c_str()) && doesFileExist(jre.unpack200.c_str()) &&
+         jreMatchesVersionRequirement(jre.java.c_str(), run.tail.requiredJavaVersion) &&
+         isAdoptableHome(jre.home.c_str());
 }
 
-static bool isShellsJreAcceptable(const ExtractorRun& run, const char* home, SystemJre* jre) {
-  setPath(jre->home, home);
-  setPath(jre->java, home, "bin", "java");
-  setPath(jre->unpack200, home, "bin", "unpack200");
-  return isAcceptable(run, *jre);
-}
-
-static bool isPluginAcceptable(const ExtractorRun& run, SystemJre* jre) {
-  setPath(jre->home, kPluginHome);
-  setPath(jre->java, kPluginHome, "Contents", "Home", "bin", "java");
-  setPath(jre->unpack200, kPluginHome, "Contents", "Home", "bin", "unpack200");
-  return isAcceptable(run, *jre);
+// The runtime to copy from `home`, with its tools in the folder `bin` of it.
+static SystemJre systemJre(const std::string& home, const char* bin) {
+  const std::string tools = childPath(home, bin);
+  return {home, childPath(tools, "java"), childPath(tools, "unpack200")};
 }
 
 static bool findSystemJre(const ExtractorRun& run, SystemJre* jre) {
@@ -114,11 +107,13 @@ static bool findSystemJre(const ExtractorRun& run, SystemJre* jre) {
   }
   followLinks(candidate);
   trimToHome(candidate);
-  if (isShellsJreAcceptable(run, candidate, jre)) {
+  *jre = systemJre(candidate, "bin");
+  if (isAcceptable(run, *jre)) {
     return true;
   }
   logMessage("[JRESearch] A JRE does not seem to exist here.\n");
-  if (isPluginAcceptable(run, jre)) {
+  *jre = systemJre(kPluginHome, "Contents/Home/bin");
+  if (isAcceptable(run, *jre)) {
     return true;
   }
   logMessage("[JRESearch] JRE does not exist or does not have unpack200\n");
@@ -127,14 +122,14 @@ static bool findSystemJre(const ExtractorRun& run, SystemJre* jre) {
 
 // Has the installed updater's compatibility class judge the runtime.
 static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
-  logMessage("[JRESearch] JRE unpack200 exists %s\n", jre.java);
+  logMessage("[JRESearch] JRE unpack200 exists %s\n", jre.java.c_str());
   char* latestGU = allocUpdaterToLaunch(run.masterFolder);
   if (latestGU == nullptr) {
     logMessage(
         "[JRESearch] ****************************** No latest App version even after download!\n");
     failProcess(EXIT_STATUS_FAILURE, Failure::InstallationFailed);
   }
-  const int status = probeSystemJava(run, latestGU, jre.java);
+  const int status = probeSystemJava(run, latestGU, jre.java.c_str());
   free(latestGU);
   if (status != EXIT_STATUS_COMPATIBLE) {
     logMessage("[JRESearch] JRE failed compatibility test\n");
@@ -150,24 +145,21 @@ static void runTool(const std::string& text, const char* const* words) {
 }
 
 static void copyJre(const SystemJre& jre, const char* to) {
-  char bin[PATH_BUFFER_SIZE];
-  setPath(bin, to, "bin");
+  const std::string bin = childPath(to, "bin");
   // The folder already exists: it must become the home itself, not contain it.
-  const std::string contents = std::string(jre.home) + "/.";
+  const std::string contents = jre.home + "/.";
   const char* const copy[] = {"/bin/cp", "-LRf", "--", contents.c_str(), to, nullptr};
-  const char* const open[] = {"/bin/chmod", "-R", "755", bin, nullptr};
-  runTool("cp -LRf \"" + std::string(jre.home) + "\" \"" + to + "\"", copy);
-  runTool("chmod -R 755 \"" + std::string(bin) + "\"", open);
+  const char* const open[] = {"/bin/chmod", "-R", "755", bin.c_str(), nullptr};
+  runTool("cp -LRf \"" + jre.home + "\" \"" + to + "\"", copy);
+  runTool("chmod -R 755 \"" + bin + "\"", open);
 }
 
 // Returns whether the copy's Java executable, in a plain home or in a bundle, runs.
 static bool copyWorks(const char* copy) {
-  char java[PATH_BUFFER_SIZE];
-  if (!isExecutable(setPath(java, copy, "bin", "java"))) {
-    setPath(java, copy, "Contents", "Home", "bin", "java");
-  }
-  const char* const words[] = {java, "-version", nullptr};
-  return isExecutable(java) && runQuietly(words) == 0;
+  const bool isHome = holdsJava(copy);
+  const std::string java = childPath(copy, isHome ? "bin/java" : "Contents/Home/bin/java");
+  const char* const arguments[] = {java.c_str(), "-version", nullptr};
+  return isExecutable(java.c_str()) && runQuietly(arguments) == 0;
 }
 
 bool adoptSystemJre(ExtractorRun& run) {

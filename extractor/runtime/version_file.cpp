@@ -19,8 +19,7 @@ void downloadVersionFile(const char* folder, const char* url, const char* name) 
     return;
   }
   const std::string fileName = versionFileName(name);
-  char path[PATH_BUFFER_SIZE];
-  downloadFile((url + fileName).c_str(), setPath(path, folder, fileName.c_str()),
+  downloadFile((url + fileName).c_str(), childPath(folder, fileName).c_str(),
                MOST_VERSION_FILE_BYTES);
 }
 

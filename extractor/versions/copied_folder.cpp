@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/files/folder_walk.h"
+#include "support/files/paths.h"
 
 static bool completeEntry(const std::string& source, const std::string& target) {
   struct stat from {};

@@ -50,8 +50,7 @@ int createTempFolder(const char* masterFolder, char* path) {
 }
 
 void requireLaunchFile(const char* component, const char* temp) {
-  char path[PATH_BUFFER_SIZE];
-  if (!isPlainFile(setPath(path, temp, LAUNCH_FILE_NAME))) {
+  if (!isRegularFile(childPath(temp, LAUNCH_FILE_NAME).c_str())) {
     removeTree(temp);
     failRun(Failure::ArchiveDamaged,
             "[Extractor] The archives of the %s hold no launch file, nothing of it is installed\n",

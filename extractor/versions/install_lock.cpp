@@ -27,9 +27,8 @@ static void openToEveryone(int handle) {
 }
 
 static int openLockFile(const char* masterFolder) {
-  char path[PATH_BUFFER_SIZE];
-  setPath(path, masterFolder, "QVAppsSharedConfig");
-  const Descriptor folder(open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  const std::string path = childPath(masterFolder, "QVAppsSharedConfig");
+  const Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!folder.isOpen()) {
     return -1;
   }

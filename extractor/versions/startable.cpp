@@ -13,16 +13,15 @@
 #include "support/files/paths.h"
 
 static const char* flawOfUpdater(const char* folder) {
-  char path[PATH_BUFFER_SIZE];
-  const char* flaw = flawOfLaunchFile(setPath(path, folder, LAUNCH_FILE_NAME));
-  return flaw != nullptr && isPlainFile(folder) ? NO_FOLDER_FLAW : flaw;
+  const char* flaw = flawOfLaunchFile(childPath(folder, LAUNCH_FILE_NAME).c_str());
+  return flaw != nullptr && isRegularFile(folder) ? NO_FOLDER_FLAW : flaw;
 }
 
 // The updater starts the application, so nothing more is known about what it needs.
 static const char* flawOfApp(const char* folder) {
   std::vector<std::string> names;
   if (!listNames(openFolder(folder), &names)) {
-    return isPlainFile(folder) ? NO_FOLDER_FLAW : nullptr;
+    return isRegularFile(folder) ? NO_FOLDER_FLAW : nullptr;
   }
   return names.empty() ? "it is empty" : nullptr;
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/files/folder_walk.h"
+#include "support/files/paths.h"
 #include "support/log/logging.h"
 #include "support/text/strings.h"
 

@@ -57,7 +57,7 @@ static const char* damageInProcess(const char* jreFolder) {
     flaw = kNoModules;
   }
   if (flaw == nullptr) {
-    flaw = isPlainFile(jreFolder) ? NO_FOLDER_FLAW : kNoLibrary;
+    flaw = isRegularFile(jreFolder) ? NO_FOLDER_FLAW : kNoLibrary;
   }
   return flaw;
 }

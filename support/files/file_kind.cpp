@@ -52,7 +52,7 @@ bool leadsToFolder(const char* path) {
   return kindBehindLinks(path) == S_IFDIR;
 }
 
-bool isPlainFile(const char* path) {
+bool isRegularFile(const char* path) {
   return kindOf(path) == S_IFREG;
 }
 

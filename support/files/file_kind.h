@@ -24,7 +24,7 @@
 [[nodiscard]] bool leadsToFolder(const char* path);
 
 // Returns whether `path` is a regular file.
-[[nodiscard]] bool isPlainFile(const char* path);
+[[nodiscard]] bool isRegularFile(const char* path);
 
 // Returns whether `path` is definitely neither a non-empty regular file nor a link to one.
 [[nodiscard]] bool lacksContent(const char* path);

@@ -85,12 +85,6 @@ std::vector<std::string> namesToWalk(Folder folder) {
   return names;
 }
 
-std::string childPath(const std::string& folder, const std::string& name) {
-  // On the heap: walks call this at every level of a tree as deep as a path can be.
-  const std::unique_ptr<char[]> path(new char[PATH_BUFFER_SIZE]);
-  return setPath(path.get(), folder.c_str(), name.c_str());
-}
-
 long countEntries(const char* path) {
   const Folder folder = openFolder(path);
   long count = 0;

@@ -54,9 +54,6 @@ std::vector<std::string> namesToWalk(Folder folder);
 // Whether `name` begins with '.' and is shorter than 3 characters.
 [[nodiscard]] bool isShortDotName(const std::string& name);
 
-// Returns `folder` joined with `name`, or UNUSABLE_PATH if that does not fit a path buffer.
-std::string childPath(const std::string& folder, const std::string& name);
-
 // Returns the number of entries that readdir() lists, including "." and ".."; 0 if `path` cannot be
 // opened.
 long countEntries(const char* path);

@@ -218,7 +218,7 @@ static bool step(PairWalk* walk) {
 
 bool addMissingEntries(const char* from, const char* to, const std::vector<std::string>& leftOut) {
   Descriptor source = openFolderItself(from);
-  if (!source.isOpen() && (isDefinitelyMissing(from) || isLink(from) || isPlainFile(from))) {
+  if (!source.isOpen() && (isDefinitelyMissing(from) || isLink(from) || isRegularFile(from))) {
     return true;
   }
   PairWalk walk{leftOut, "", {}};

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <memory>
+
 #include <unistd.h>
 
 #include "support/log/logging.h"
@@ -59,6 +61,12 @@ char* setPath(char* dst, const char* a, const char* b, const char* c, const char
 char* setPath(char* dst, const char* a, const char* b, const char* c, const char* d,
               const char* e) {
   return pathcat(setPath(dst, a, b, c, d), e);
+}
+
+std::string childPath(const std::string& folder, const std::string& name) {
+  // On the heap: walks call this at every level of a tree as deep as a path can be.
+  const std::unique_ptr<char[]> path(new char[PATH_BUFFER_SIZE]);
+  return setPath(path.get(), folder.c_str(), name.c_str());
 }
 
 char* toNativePath(char* path) {

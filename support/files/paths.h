@@ -1,6 +1,8 @@
 #ifndef QUORVANE_SUPPORT_FILES_PATHS_H
 #define QUORVANE_SUPPORT_FILES_PATHS_H
 
+#include <string>
+
 // Building and splitting paths. The separator is '/'. Every buffer passed to pathcat() or setPath()
 // has PATH_BUFFER_SIZE bytes and is owned by the caller. A path that does not fit becomes
 // UNUSABLE_PATH, which is logged once where it happens: nothing can be created or opened at it or
@@ -22,6 +24,9 @@ char* setPath(char* dst, const char* a, const char* b);
 char* setPath(char* dst, const char* a, const char* b, const char* c);
 char* setPath(char* dst, const char* a, const char* b, const char* c, const char* d);
 char* setPath(char* dst, const char* a, const char* b, const char* c, const char* d, const char* e);
+
+// Returns `folder` joined with `name`, or UNUSABLE_PATH if that does not fit a path buffer.
+std::string childPath(const std::string& folder, const std::string& name);
 
 // Appends `text` to `dst` directly, without a separator, within the same limit. Returns `dst`.
 char* appendToPath(char* dst, const char* text);

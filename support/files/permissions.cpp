@@ -8,6 +8,7 @@
 #include "support/files/file_kind.h"
 #include "support/files/file_operations.h"
 #include "support/files/folder_walk.h"
+#include "support/files/paths.h"
 #include "support/log/logging.h"
 #include "support/owned.h"
 #include "support/text/strings.h"
