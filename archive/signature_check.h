@@ -6,7 +6,7 @@
 #include "archive/signature_record.h"
 #include "crypto/signature.h"
 
-// Logs every place in which the record that `archive` has behind its signed bytes differs from
+// Logs every place in which the record that follows the signed bytes of `archive` differs from
 // `record`, hashes the signed bytes and returns whether the signature is theirs. `archive` is the
 // stream that `record` was read from, since its name may be another file's by now; where it stands
 // afterwards is not said. A record that does not begin where its signed bytes end, and one that is

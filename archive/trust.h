@@ -10,7 +10,7 @@ struct Trust {
   Trust(Rsa_key* publicKey = nullptr, bool signatureIsRequired = false)
       : key(publicKey), isRequired(signatureIsRequired) {}
 
-  Rsa_key* key;     // null when there is none; the owner is whoever loaded it
+  Rsa_key* key;     // null if there is none; owned by the caller
   bool isRequired;  // whether an archive without a signature is one whose signature is wrong
 };
 

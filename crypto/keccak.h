@@ -4,7 +4,7 @@
 #include <cstdint>
 
 // Keccak with 256 bits of output, a rate of 1088 bits and the padding of the original submission: a
-// single 1 bit directly behind the message, without the domain bits that FIPS 202 adds. Every
+// single 1 bit directly after the message, without the domain bits that FIPS 202 adds. Every
 // archive signature depends on that padding. Nothing here logs. Any thread; one thread per state.
 
 constexpr int KECCAK_LANES = 25;

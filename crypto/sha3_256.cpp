@@ -7,7 +7,8 @@
 
 static const int kFailed = -1;
 
-// The mixed hash keeps LibTomCrypt's SHA-256 state at the record's start and this one behind it.
+// The mixed hash keeps LibTomCrypt's SHA-256 state at the start of the record, followed by this
+// one.
 static const size_t kKeccakOffset =
     (sizeof(sha256_state) + alignof(KeccakState) - 1) / alignof(KeccakState) * alignof(KeccakState);
 static_assert(kKeccakOffset + sizeof(KeccakState) <= sizeof(Hash_state),

@@ -5,7 +5,7 @@ union Hash_state;
 struct ltc_hash_descriptor;
 
 // Keccak-256 as a hash of LibTomCrypt, under the name "sha3_256". Despite the name it is not the
-// FIPS 202 function. The Keccak state lies in the record behind LibTomCrypt's SHA-256 state, so
+// FIPS 202 function. The Keccak state follows LibTomCrypt's SHA-256 state in the record, so
 // that the mixed hash keeps both in one record. Any thread; one thread per record.
 
 // The descriptor that initHash() registers.

@@ -13,8 +13,8 @@
 static const unsigned long kSaltSize = 64;
 static const size_t kSpareBytes = 16;
 
-// LibTomCrypt's DER decoder looks at the byte behind a sequence that ends too early, and aborts the
-// process over an empty input: it gets a copy with room behind it, and never an empty one.
+// LibTomCrypt's DER decoder looks at the byte after a sequence that ends too early, and aborts the
+// process over an empty input: it gets a copy with room after it, and never an empty one.
 static bool importKey(const unsigned char* der, int length, Rsa_key* key) {
   if (length <= 0) {
     return false;

@@ -16,7 +16,7 @@ struct TextList {
   const char* name;  // how the error line calls the list
   int room;          // number of entries that fit
   std::deque<std::string> texts;
-  std::vector<char*> entries{nullptr};  // null for an empty slot, and always one null behind all
+  std::vector<char*> entries{nullptr};  // null for an empty slot, and always a null at the end
 };
 
 // Returns the number of entries, empty slots included.

@@ -1,11 +1,9 @@
 #include "extractor/installation/complete_versions.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <vector>
 
-#include "extractor/run/run.h"
 #include "launch/launch_file.h"
 #include "launcher/installation/version_folders.h"
 #include "launcher/jvm/startable_runtime.h"
@@ -21,31 +19,31 @@ static const char* flawOfRuntimeFolder(const std::string& folder) {
   return hasNoJava ? "its java is missing" : damageOfRuntime(folder.c_str());
 }
 
-static const char* flawOf(const ExtractorRun& run, const char* name, const std::string& folder) {
+static const char* flawOf(bool isRuntime, const std::string& folder) {
   if (!isFolder(folder.c_str())) {
     return NO_FOLDER_FLAW;
   }
-  return strcmp(name, run.jreName) == 0
-             ? flawOfRuntimeFolder(folder)
-             : flawOfLaunchFile(childPath(folder, LAUNCH_FILE_NAME).c_str());
+  return isRuntime ? flawOfRuntimeFolder(folder)
+                   : flawOfLaunchFile(childPath(folder, LAUNCH_FILE_NAME).c_str());
 }
 
-static bool isComplete(const ExtractorRun& run, const char* name, const std::string& entry) {
-  const char* flaw = flawOf(run, name, childPath(run.masterFolder, entry));
+static bool isComplete(const char* masterFolder, bool isRuntime, const std::string& entry) {
+  const char* flaw = flawOf(isRuntime, childPath(masterFolder, entry));
   if (flaw != nullptr) {
     logMessage("[Install] %s does not count: %s\n", entry.c_str(), flaw);
   }
   return flaw == nullptr;
 }
 
-bool findNewestComplete(const ExtractorRun& run, const char* name, long* version) {
+bool findNewestComplete(const char* masterFolder, const char* name, bool isRuntime, long* version) {
   std::vector<std::string> entries;
-  if (!listNames(openFolder(run.masterFolder), &entries)) {
+  if (!listNames(openFolder(masterFolder), &entries)) {
     return false;
   }
   *version = -1;
   for (const std::string& entry : entries) {
-    if (checkAppFolderName(entry.c_str(), name) == 0 && isComplete(run, name, entry)) {
+    if (checkAppFolderName(entry.c_str(), name) == 0 &&
+        isComplete(masterFolder, isRuntime, entry)) {
       *version = std::max(*version, pickVersionFromAppFolderName(entry.c_str()));
     }
   }

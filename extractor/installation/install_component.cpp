@@ -105,7 +105,7 @@ static void removeTempFolder(TempFolder* temp) {
   }
 }
 
-// The one line for whoever started this process, and the last one of the log.
+// The only line on standard output, and the last one of the log.
 static void sayResult(const std::string& line) {
   logMessage("[Install] %s\n", line.c_str());
   puts(line.c_str());
@@ -195,7 +195,8 @@ static void demandSignatures(ExtractorRun& run) {
 
 static void requireNewer(const ExtractorRun& run) {
   long installed = -1;
-  if (!findNewestComplete(run, currentRequest.component, &installed)) {
+  if (!findNewestComplete(run.masterFolder, currentRequest.component,
+                          currentRequest.kind == Kind::Runtime, &installed)) {
     failRun(Failure::FolderNotWritable, "[Install] Unable to list %s\n", run.masterFolder);
   }
   logMessage("[Install] Newest complete version of %s is %ld\n", currentRequest.component,
@@ -277,7 +278,7 @@ static void requireJavaRuns() {
   }
 }
 
-// Leaves what was verified in currentRequest.content.
+// Leaves the verified files in currentRequest.content.
 static void extractAside(ExtractorRun& run, const Descriptor& archive) {
   findLzmaTool(run);
   const Block<char> unpack200(allocUnpack200(run));

@@ -3,10 +3,10 @@
 
 struct ExtractorRun;
 
-// The steps between the invocation and the first decision, in their order; between them stand
-// readDynamicProperties() (extractor/run/params_file.h) and the reading of the Tail record
-// (extractor/archives/tail_stream.h). A step that cannot go on logs why and ends the process with
-// status 1. Main thread.
+// The steps from the invocation to the first decision, in order. readDynamicProperties()
+// (extractor/run/params_file.h) and the reading of the Tail record
+// (extractor/archives/tail_stream.h) come between them. A step that fails logs why and ends the
+// process with status 1. Main thread.
 
 // Creates the splash window, without showing it.
 void prepareSplash();
@@ -17,29 +17,29 @@ void resolveWrapperPaths(ExtractorRun& run);
 // Closes the log section of the params file and opens that of the Tail record.
 void announceTail(const ExtractorRun& run);
 
-// Decides between the Tail's update URL and, where that is "D", the params file's.
+// Chooses the Tail's update URL, or the params file's if the Tail's is "D".
 void chooseUpdateUrl(ExtractorRun& run);
 
 // Decides whether the run is silent: by the params file, or by the Tail's word among the arguments.
 void decideSilence(ExtractorRun& run);
 
-// Adds what the Tail says to the launch properties.
+// Adds the Tail's values to the launch properties.
 void addStaticProperties(ExtractorRun& run);
 
-// Loads the public key that archives are verified with; none is no failure.
+// Loads the public key that archives are verified with; a missing key is not a failure.
 void loadPublicKey(ExtractorRun& run);
 
-// Switches on that unsigned archives are refused, when the params file asks for it. Ends the
-// process when there is no key to verify with.
+// Makes unsigned archives be refused if the params file asks for that. Ends the process if there is
+// no key to verify with.
 void enforceSignatures(ExtractorRun& run);
 
 // Finds the shared folder for the Tail's install type.
 void findSharedFolder(ExtractorRun& run);
 
-// Ends the update URL in a slash, for downloads and for the launch.
+// Appends a slash to the update URL unless it ends in one, for downloads and for the launch.
 void endUpdateUrlInSlash(ExtractorRun& run);
 
-// Finds the master folder. A log file that is opened in it creates it.
+// Finds the master folder. Opening a log file in it creates it.
 void nameMasterFolder(ExtractorRun& run);
 
 // Lets the override file of the master folder replace the runtime's name.

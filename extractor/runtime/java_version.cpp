@@ -20,7 +20,7 @@ static char* versionInCommand(const char* command) {
 }
 
 char* getJavaVersion(const char* java) {
-  // What is run quotes the path so that none of its characters reaches the shell as code; what is
+  // The command quotes the path so that none of its characters reaches the shell as code; what is
   // looked at is the plain command.
   char* output = runCommandGetOutput((shellQuoted(java) + " -version").c_str());
   if (output == nullptr) {

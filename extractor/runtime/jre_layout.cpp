@@ -44,8 +44,8 @@ static Layout layoutOf(const char* bundlePath) {
   return layoutOf(bundlePath, plainFolderOf(bundlePath));
 }
 
-// mv FROM/* TO. Hidden folders go along: rm leaves them, and a home that is not empty would stay in
-// the place of the link to the plain folder.
+// mv FROM/* TO, and hidden folders too: rm would leave them, and a home that is not empty cannot be
+// replaced by the link to the plain folder.
 static void moveEntries(const std::string& from, const std::string& to) {
   if (!isFolder(to.c_str())) {
     return;  // a link in its place may lead anywhere
@@ -75,11 +75,11 @@ static void removeHiddenFiles(const std::string& folder) {
   }
 }
 
-// ln -s TARGET PLACE: where a folder is at the place already, the link goes into it.
+// ln -s TARGET PLACE: if the place is a folder, the link goes into it.
 static void makeLink(const std::string& target, const std::string& place) {
   const std::string link =
       leadsToFolder(place.c_str()) ? childPath(place, pathToFile(target.c_str())) : place;
-  // A failure is silent, as that of every step; what calls looks at the result.
+  // Like every step it ignores failures; the caller checks the result.
   (void)!symlink(target.c_str(), link.c_str());
 }
 
@@ -93,8 +93,8 @@ static void makeSteps(const Layout& at, const Layout& named) {
   makeLink(named.library, at.executable);
 }
 
-// The commands of a shell for these steps. The last one's quoting is broken, so that a shell
-// refuses it: the helper keeps its mode.
+// The equivalent shell commands. The quoting of the last one is broken, so that a shell refuses it:
+// the helper keeps its mode.
 static void logSteps(const Layout& layout) {
   const std::string home = "\"" + layout.home + "\"";
   const std::string executable = "\"" + layout.executable + "\"";
@@ -121,7 +121,7 @@ void initOSXJRE(const char* bundlePath) {
   logEndSection(kLayoutSection);
 }
 
-// The home gives way to the link only where nothing is left in it.
+// The link replaces the home only if the home is empty.
 static bool isLaidOut(const std::string& bundle, const Layout& at) {
   return isLink(at.home.c_str()) &&
          (!isFolder(childPath(bundle, "Contents/MacOS").c_str()) || exists(at.executable.c_str()));

@@ -13,36 +13,35 @@ std::string plainFolderOf(const std::string& bundlePath);
 
 // Turns the unpacked bundle at `bundlePath`, which ends in ".plugin", into that pair. The visible
 // entries of its Java home and its hidden folders move into the plain folder; hidden files there
-// are removed. Every step is logged first, as the shell command that would do the same, and is
-// tried whatever the previous one gave; no failure is reported. Not atomic, so that an installation
-// uses the two functions below.
+// are removed. Every step is logged first, as the equivalent shell command, and runs even if the
+// previous one failed; no failure is reported. Not atomic: installations use layOutAside() and
+// logLayout().
 void initOSXJRE(const char* bundlePath);
 
-// The same steps on the temporary folders of a runtime that is going to be `bundlePath`: `bundle`,
-// and the folder `home`, which the entries move into. The links name their places beside
-// `bundlePath`. Logs nothing. Returns whether the steps worked: nothing visible is left of the
-// bundle's own Java home, and its links are there.
+// Does the same steps on temporary folders: `bundle`, which will become `bundlePath`, and `home`,
+// which receives the entries. The links name the final places. Logs nothing. Returns whether the
+// steps worked: nothing visible is left in the bundle's own Java home, and its links exist.
 [[nodiscard]] bool layOutAside(const char* bundle, const char* home, const char* bundlePath);
 
-// How a runtime came to be laid out, as its log lines say it.
+// What the log lines of a layout depend on.
 struct LayoutOrigin {
   bool isNew;        // no plain folder was there before
   bool isPlainHome;  // it came as a Java home without Contents/Home
 };
 
-// Logs the steps for the installed runtime `bundlePath` as initOSXJRE() does, and does none of them
-// again, but for the mode of a plain folder that is new.
+// Logs the steps for the installed runtime `bundlePath` as initOSXJRE() does, without repeating
+// them, except for setting the mode of a new plain folder.
 void logLayout(const char* bundlePath, const LayoutOrigin& origin);
 
-// Returns the places in a bundle that are the layout's own: the link to the plain folder and that
-// to its plug-in library.
+// Returns the paths in a bundle of the links that the layout makes: to the plain folder and to its
+// plug-in library.
 std::vector<std::string> placesOfLayout();
 
-// Returns whether the Java home `home` holds a Java executable. Any thread.
+// Returns whether the Java home `home` contains a Java executable. Any thread.
 [[nodiscard]] bool holdsJava(const char* home);
 
 // Returns a new path buffer, owned by the caller, with the path of the bundle's "java" tool, after
-// setting its mode to 0777. Where that fails an error is logged and the path returned all the same.
+// setting its mode to 0777. If that fails, logs an error and still returns the path.
 char* getJavaExecutable(const char* bundlePath);
 
 // The same for "unpack200"; the search is traced on standard output.

@@ -9,8 +9,8 @@ struct ExtractorRun;
 // Writes the class data archive of the runtime in run.jreTemp; its result is not looked at.
 void regenerateClassData(const ExtractorRun& run);
 
-// Ends the process with a logged error line unless the folder run.jreTemp stands and holds a Java
-// executable; what stands of it is removed.
+// Ends the process with a logged error line unless the folder run.jreTemp exists and contains a
+// Java executable; the folder is removed then.
 void requireJavaInTemp(ExtractorRun& run);
 
 #endif

@@ -52,8 +52,8 @@ static bool haveSameBytes(const std::string& one, const std::string& other) {
          getc(second.get()) == EOF && feof(second.get()) != 0;
 }
 
-// The copies of java under an application's name that a launch made. Those of another java would
-// start in its place; the next launch makes them anew.
+// The copies of java under an application's name that a launch made. A copy of the earlier java
+// would start instead of the new one; the next launch makes a new copy.
 static std::vector<std::string> copiesOfJavaIn(const std::string& home) {
   const std::string bin = childPath(home, "bin");
   const std::string java = childPath(bin, "java");
@@ -68,14 +68,14 @@ static std::vector<std::string> copiesOfJavaIn(const std::string& home) {
 }
 
 // A runtime that was adopted from the system is often a plain Java home, without Contents/Home. It
-// becomes the plain folder as it is, beside a bundle that holds nothing but a link to it.
+// becomes the plain folder unchanged, beside a bundle that contains only a link to it.
 static bool isPlainHome(const char* folder) {
   return !exists(childPath(folder, "Contents/Home").c_str()) &&
          leadsToFolder(childPath(folder, "bin").c_str());
 }
 
-// A standing bundle may hold a home that was never moved out of it. What its user put there goes
-// with the new bundle's home, but for a java that the new one lacks. Its links are made anew.
+// An installed bundle may still contain its home. The user's files in it are added to the new
+// bundle's home, unless that one has no Java. The layout's links are made again.
 static bool keepEntriesOfBundle(const Publication& publication) {
   const std::string ownHome = childPath(publication.bundle, "Contents/Home");
   const bool hasHome = isFolder(ownHome.c_str());
@@ -84,7 +84,7 @@ static bool keepEntriesOfBundle(const Publication& publication) {
                            hasHome ? std::vector<std::string>() : placesOfLayout());
 }
 
-// Leaves a home that is whole and checked, with its bundle in it.
+// Makes a complete, checked home with its bundle in it.
 static bool prepare(const Publication& publication) {
   return keepEntriesOfBundle(publication) &&
          layOutAside(publication.bundle, publication.home, publication.bundlePath.c_str()) &&
@@ -92,8 +92,8 @@ static bool prepare(const Publication& publication) {
          rename(publication.bundle, childPath(publication.home, WAITING_BUNDLE).c_str()) == 0;
 }
 
-// A bundle that is there already fits the new home as well: its link names the plain folder. The
-// new one waits in the home until its place is free, where the next start looks for it.
+// An existing bundle fits the new home too, because its link names the plain folder. The new one
+// stays in the home until its place is free; the next start looks for it there.
 static void publishBundle(const Publication& publication) {
   const std::string waiting = childPath(publication.plainFolder, WAITING_BUNDLE);
   const char* bundlePath = publication.bundlePath.c_str();
@@ -112,7 +112,7 @@ static void publish(const Publication& publication) {
   if (!prepare(publication)) {
     giveUp(publication);
   }
-  // Never by a copy, which would follow the bundle's link back into the copy.
+  // Not by copying: a copy would follow the bundle's link back into itself.
   moveIntoPlace(publication.run.masterFolder, kRuntime, publication.home, plainFolder,
                 copiesOfJavaIn(plainFolder), ByCopy::Never);
   publishBundle(publication);

@@ -48,11 +48,11 @@ static bool makePipe(Descriptor* from, Descriptor* to) {
 
 // Starts the shell with its standard output in the pipe. popen() would pass on ignored signals.
 static int startShell(const char* command, const Descriptor& to, pid_t* child) {
-  const char* const words[] = {"sh", "-c", command, nullptr};
+  const char* const argv[] = {"sh", "-c", command, nullptr};
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, to.get(), STDOUT_FILENO);
-  const int error = startProgram(child, "/bin/sh", const_cast<char* const*>(words), &actions);
+  const int error = startProgram(child, "/bin/sh", const_cast<char* const*>(argv), &actions);
   posix_spawn_file_actions_destroy(&actions);
   return error;
 }
@@ -82,13 +82,13 @@ std::string shellQuoted(const std::string& text) {
   return quoted + "'";
 }
 
-int runQuietly(const char* const* words) {
+int runQuietly(const char* const* argv) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   pid_t child = 0;
-  const int error = startProgram(&child, words[0], const_cast<char* const*>(words), &actions);
+  const int error = startProgram(&child, argv[0], const_cast<char* const*>(argv), &actions);
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) {
     return -1;

@@ -14,9 +14,9 @@ char* runCommandGetOutput(const char* command);
 // Returns `text` as one shell word in which no character has a special meaning.
 std::string shellQuoted(const std::string& text);
 
-// Runs the program words[0] with the null-terminated list `words`, without a shell, discards its
+// Runs the program argv[0] with the null-terminated list `argv`, without a shell, discards its
 // output, and waits for it. Returns its exit status, or -1 if a signal ended it or it could not be
 // started. Logs nothing.
-int runQuietly(const char* const* words);
+int runQuietly(const char* const* argv);
 
 #endif

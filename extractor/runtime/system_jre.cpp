@@ -139,9 +139,9 @@ static bool passesTrialLaunch(const ExtractorRun& run, const SystemJre& jre) {
 }
 
 // Runs a system tool without a shell; the log shows `text`, the equivalent shell command.
-static void runTool(const std::string& text, const char* const* words) {
+static void runTool(const std::string& text, const char* const* argv) {
   logMessage("[JRESearch] Running %s\n", text.c_str());
-  runQuietly(words);
+  runQuietly(argv);
 }
 
 static void copyJre(const SystemJre& jre, const char* to) {
@@ -158,8 +158,8 @@ static void copyJre(const SystemJre& jre, const char* to) {
 static bool copyWorks(const char* copy) {
   const bool isHome = holdsJava(copy);
   const std::string java = childPath(copy, isHome ? "bin/java" : "Contents/Home/bin/java");
-  const char* const arguments[] = {java.c_str(), "-version", nullptr};
-  return isExecutable(java.c_str()) && runQuietly(arguments) == 0;
+  const char* const argv[] = {java.c_str(), "-version", nullptr};
+  return isExecutable(java.c_str()) && runQuietly(argv) == 0;
 }
 
 bool adoptSystemJre(ExtractorRun& run) {

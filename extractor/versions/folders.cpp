@@ -60,8 +60,8 @@ void requireLaunchFile(const char* component, const char* temp) {
 
 namespace {
 
-// What became of a replacement: with Kept the earlier folder is whole in its place, with Stuck it
-// could not be put back there.
+// The result of a replacement. Kept: the earlier folder is complete and in its place. Stuck: it
+// could not be put back.
 enum class Outcome { Replaced, Kept, Stuck };
 
 struct Placing {
@@ -75,7 +75,7 @@ struct Placing {
 
 }  // namespace
 
-// Called before anything is removed, as that frees the space that may be missing.
+// Called before anything is removed: removing frees space, which hides a full disk.
 static void noteFailureOfPlacing(Placing* placing) {
   if (placing->failure != Failure::DiskFull) {
     placing->failure = failureOfWriting(0, placing->masterFolder);
@@ -87,8 +87,8 @@ static bool moveOrCopy(const char* from, const char* target) {
   return isDefinitelyMissing(from) || completeCopy(from, target);
 }
 
-// Moves `from` to the target, where nothing stands. Returns whether all of it arrived; otherwise
-// nothing stands there.
+// Moves `from` to the target, which does not exist. Returns whether all of it arrived; otherwise
+// the target does not exist afterwards.
 static bool moveToFreePlace(Placing* placing, const char* from) {
   const bool isMoved = placing->byCopy == ByCopy::Allowed ? moveOrCopy(from, placing->target)
                                                           : renameFolder(from, placing->target);
@@ -112,7 +112,7 @@ static void logKept(const char* kept) {
   logMessage("[Extractor] The earlier folder is kept as %s\n", kept);
 }
 
-// Puts the earlier folder, which waits at `aside`, back into its place.
+// Moves the earlier folder back from `aside`.
 static Outcome takeBack(Placing* placing, const char* aside) {
   if (rename(aside, placing->target) == 0) {
     return Outcome::Kept;
@@ -126,8 +126,8 @@ static Outcome takeBack(Placing* placing, const char* aside) {
   return Outcome::Kept;
 }
 
-// Moves the temporary folder into place while the earlier one waits aside, to come back when that
-// fails. It waits under a name that outlives this run, however that ends.
+// Sets the earlier folder aside, moves the temporary one into place, and restores the earlier one
+// if that fails. The name used aside is one that no later run removes.
 static Outcome replaceInTwoSteps(Placing* placing) {
   char aside[PATH_BUFFER_SIZE];
   nameKeptFolder(placing->masterFolder, aside);
@@ -147,7 +147,7 @@ static Outcome replaceInTwoSteps(Placing* placing) {
   return Outcome::Replaced;
 }
 
-// The earlier folder has the temporary one's place and name, and cannot leave it for its own.
+// The earlier folder has the temporary one's name and cannot be exchanged back.
 static Outcome keepUnderAnotherName(const Placing& placing) {
   char kept[PATH_BUFFER_SIZE];
   nameKeptFolder(placing.masterFolder, kept);
@@ -155,8 +155,8 @@ static Outcome keepUnderAnotherName(const Placing& placing) {
   return Outcome::Stuck;
 }
 
-// What the application wrote into the earlier folder just before the step is added after it; where
-// that cannot be done, the earlier one comes back whole.
+// Entries written into the earlier folder just before the exchange are added after it. If that
+// fails, the folders are exchanged back.
 static Outcome replaceFolder(Placing* placing) {
   const char* temp = placing->temp;
   const char* target = placing->target;
@@ -179,8 +179,8 @@ static Outcome replaceFolder(Placing* placing) {
 }
 
 static Outcome place(Placing* placing) {
-  // Where the system cannot tell what stands there, it is replaced, which needs no look: what is
-  // moved to a place taken for free would be copied into an installed version.
+  // If the system cannot tell whether the target exists, it is replaced: moving to a target that
+  // does exist would copy into an installed version.
   if (!isDefinitelyMissing(placing->target)) {
     return replaceFolder(placing);
   }
@@ -193,7 +193,7 @@ void requireTempFolder(const char* component, const char* temp) {
   }
 }
 
-// What is no folder cannot be a version folder; a copy would follow a link that stands there.
+// A version folder must be a directory. A copy would follow a link in its place.
 void removeObstacle(const char* masterFolder, const char* component, const char* target) {
   if (!exists(target) || isFolder(target)) {
     return;
@@ -212,7 +212,7 @@ void moveIntoPlace(const char* masterFolder, const char* component, const char* 
   Placing placing{masterFolder, temp, target, leftOut, byCopy};
   const Outcome outcome = place(&placing);
   if (outcome != Outcome::Stuck) {
-    removeTree(temp);  // the source of a copy, or what stood there before an exchange
+    removeTree(temp);  // the source of a copy, or the earlier folder after an exchange
   }
   if (outcome != Outcome::Replaced) {
     failRun(placing.failure, "[Extractor] The folder of the %s could not be put into place\n",

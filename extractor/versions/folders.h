@@ -4,20 +4,20 @@
 #include <string>
 #include <vector>
 
-// Folders of the master folder: temporary ones that an installation fills, and version folders that
-// they become. Main thread.
+// Folders in the master folder: an installation fills temporary ones, which become version folders.
+// Main thread.
 
-// Writes the name of a new temporary folder of the master folder into the path buffer `dst`: one
-// that nothing stands at, waiting for the next second where the name is taken.
+// Writes the path of a new temporary folder in the master folder into the path buffer `dst`. Waits
+// for the next second, up to two seconds, while the name is taken.
 void nameTempFolder(const char* masterFolder, char* dst);
 
-// Creates the temporary folder `path` as makeDir() does, under a new name written back to `path`
-// when the name was taken since. Returns 0, or non-zero when it cannot be created: what stands
-// there already, a link above all, is never taken for it.
+// Creates the temporary folder `path` as makeDir() does. If the name has been taken meanwhile, uses
+// a new one and writes it to `path`. Returns 0, or non-zero if it cannot be created: anything that
+// already exists, a link above all, is not used.
 [[nodiscard]] int createTempFolder(const char* masterFolder, char* path);
 
 // Ends the process with status 1 and a logged error line that names `component` unless the
-// temporary folder `temp` holds a launch file as a plain file; the folder is removed first.
+// temporary folder `temp` contains a launch file that is a regular file; removes the folder first.
 void requireLaunchFile(const char* component, const char* temp);
 
 // Ends the process with status 1 and a logged error line that names `component` unless the
@@ -27,26 +27,25 @@ void requireTempFolder(const char* component, const char* temp);
 // Whether a folder that cannot be renamed may be copied. A copy has files in place of links.
 enum class ByCopy { Allowed, Never };
 
-// Makes the temporary folder `temp` the version folder `target`. One that exists already is
-// replaced: in one step where the system can do that, elsewhere it waits aside until the new one is
-// complete. What the earlier one holds and the new one lacks was made by the application or its
-// user, as no archive says what an earlier one brought: it is there at the same place afterwards,
-// and is added to the new one before the step. Names that both hold are the new one's. `leftOut`
-// names entries of the earlier one, by their paths in it, that are an installation's own and are
-// not taken along.
+// Makes the temporary folder `temp` the version folder `target`. An existing folder is replaced: by
+// an exchange where the system has one, else it is set aside until the new one is complete. Entries
+// that only the existing folder has were made by the application or its user, because no archive
+// says what an earlier one installed: they are added to the new folder first. Names that both have
+// are the new one's. `leftOut` lists entries of the existing folder, by their paths in it, that
+// belong to an installation and are not added.
 //
-// What is there and is no folder is removed first, a link without following it. A file system that
-// only lets folders be copied gets a copy that is compared with its source, unless `byCopy` forbids
-// that. When `target` cannot be made complete, or something of the earlier one cannot be kept, that
-// is there again, or still is, `temp` is removed, and the process ends with status 1 and a logged
-// error line that names `component`. An earlier one that cannot be put back stays in the master
-// folder as "QuorvaneKept-...", which a logged line names and no later run removes.
+// Anything else than a folder at `target` is removed first, a link without following it. On a file
+// system that can only copy folders the copy is compared with its source, unless `byCopy` forbids
+// copies. If `target` cannot be completed, or something of the existing folder cannot be kept, that
+// folder is kept or restored, `temp` is removed, and the process ends with status 1 and a logged
+// error line that names `component`. A folder that cannot be restored stays in the master folder as
+// "QuorvaneKept-...", which a logged line names and no later run removes.
 void moveIntoPlace(const char* masterFolder, const char* component, const char* temp,
                    const char* target, const std::vector<std::string>& leftOut = {},
                    ByCopy byCopy = ByCopy::Allowed);
 
-// Removes what is at `target` and is no folder, a link without following it, with a log line. Ends
-// the process with status 1 and a logged error line that names `component` where that fails.
+// Removes anything at `target` that is not a folder, a link without following it, and logs that.
+// Ends the process with status 1 and a logged error line that names `component` if that fails.
 void removeObstacle(const char* masterFolder, const char* component, const char* target);
 
 #endif

@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-// The Tail record: the application's packaging settings, which the packager puts behind the
+// The Tail record: the application's packaging settings, which the packager appends to the
 // executable or into the bundle's Resources folder. From the first byte after the marker (or from
 // the first byte of the file Resources/Tail) it is the fields of formats/tail_fields.h, in the
 // field encoding, and then, for the Extractor, the archives that the record carries.

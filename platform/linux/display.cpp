@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-// A display on another host, and one whose server has left its socket behind, are left to the
+// A display on another host, and one whose server left a stale socket, are left to the
 // toolkit to reach. Connecting would say more, but a server that loses its last client resets
 // itself, and refuses the next one meanwhile.
 bool isDisplayAvailable() {

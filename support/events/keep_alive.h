@@ -2,7 +2,7 @@
 #define QUORVANE_SUPPORT_EVENTS_KEEP_ALIVE_H
 
 // Lets long work on the main thread, which runs no event loop meanwhile, keep the screen alive
-// without knowing what is shown: with windows, the application's events
+// without knowing what is on screen: with windows, the application's events
 // (support/events/window_events.h) from its creation on, and the splash while it is shown. Main
 // thread.
 

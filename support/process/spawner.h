@@ -40,18 +40,18 @@ void addSpawnerArg(Spawner* spawner, const char* arg);
 // table. The program's path is used as it is; PATH is not searched.
 void setSpawnerExe(Spawner* spawner, const char* exe);
 
-// How a program ended that was waited for.
+// How a child process ended.
 struct SpawnEnd {
   int status;       // its exit code, 0 to 255; 0 when a signal ended it; -1 when it did not start
   bool isBySignal;  // whether a signal ended it
 };
 
-// Starts the program, in `workingDir` where one is given, and waits for its end. When it cannot be
-// started the error number is logged. This process is back in its own folder in every case. The
-// table stays as it is and can be run again.
+// Starts the program, in `workingDir` unless that is null, and waits for its end. If it cannot be
+// started, logs the error number. This process's own working folder is restored in every case. The
+// table is unchanged and can be run again.
 [[nodiscard]] SpawnEnd runSpawnerToItsEnd(const Spawner* spawner, const char* workingDir = nullptr);
 
-// The same where a program that a signal ended counts as one that succeeded. Returns the status.
+// The same, returning the status: a program ended by a signal counts as successful.
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir);
 int runSpawnerAndWait(const Spawner* spawner);
 

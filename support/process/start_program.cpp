@@ -13,7 +13,7 @@ static int resetBrokenPipe(posix_spawnattr_t* attributes) {
   return error != 0 ? error : posix_spawnattr_setflags(attributes, POSIX_SPAWN_SETSIGDEF);
 }
 
-int startProgram(pid_t* child, const char* path, char* const* words,
+int startProgram(pid_t* child, const char* path, char* const* argv,
                  const posix_spawn_file_actions_t* actions) {
   posix_spawnattr_t attributes;
   int error = posix_spawnattr_init(&attributes);
@@ -22,7 +22,7 @@ int startProgram(pid_t* child, const char* path, char* const* words,
   }
   error = resetBrokenPipe(&attributes);
   if (error == 0) {
-    error = posix_spawn(child, path, actions, &attributes, words, getEnvP());
+    error = posix_spawn(child, path, actions, &attributes, argv, getEnvP());
   }
   posix_spawnattr_destroy(&attributes);
   return error;

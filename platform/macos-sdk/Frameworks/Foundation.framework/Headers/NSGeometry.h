@@ -12,7 +12,7 @@ typedef CGRect NSRect;
 SDK_EXTERN const NSSize NSZeroSize SDK_API;
 SDK_EXTERN const NSRect NSZeroRect SDK_API;
 
-// The marker stands on a declaration of its own: one at the end of a body would mark nothing.
+// The marker is a declaration of its own, because one at the end of a body would mark nothing.
 static inline NSPoint NSMakePoint(CGFloat x, CGFloat y) SDK_API;
 static inline NSSize NSMakeSize(CGFloat width, CGFloat height) SDK_API;
 static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height) SDK_API;
