@@ -5,7 +5,6 @@
 
 #include "archive/entry.h"
 #include "support/encoding/field_reader.h"
-#include "support/text/strings.h"
 
 // Skips the next entry, or reads the signature record. Returns whether another record may follow.
 static bool passRecord(FILE* archive, SignatureRecord* found) {

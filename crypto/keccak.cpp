@@ -25,7 +25,8 @@ static unsigned char byteAt(const KeccakState* state, uint64_t index) {
 
 void KeccakF(KeccakState* state, const unsigned char* in, int laneCount) {
   for (int i = 0; i < laneCount; ++i) {
-    state->lanes[i] ^= readLane(in + 8 * i);
+    state->lanes[i] ^= readLane(in);
+    in += 8;
   }
   permuteKeccak(state->lanes);
 }

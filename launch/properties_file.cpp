@@ -1,4 +1,3 @@
-#include "launch/launch_app.h"
 #include "launch/launch_properties.h"
 #include "launch/launch_steps.h"
 #include "launch/retry.h"

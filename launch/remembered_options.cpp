@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -84,7 +83,7 @@ static void addRememberedOption(Launch* launch, const std::string& option, size_
 // Returns the texts of the file, each ended by a zero byte or by the end of the file.
 static std::vector<std::string> readTexts(FILE* file) {
   std::string bytes(kMostBytes, '\0');
-  bytes.resize(fread(&bytes[0], 1, bytes.size(), file));
+  bytes.resize(fread(bytes.data(), 1, bytes.size(), file));
   if (ferror(file) != 0) {
     logError("JRE LSO file cannot be read to its end\n");
     bytes.erase(bytes.rfind('\0') + 1);

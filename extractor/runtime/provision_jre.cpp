@@ -3,7 +3,6 @@
 #include "extractor/run/run.h"
 #include "extractor/runtime/jre_layout.h"
 #include "extractor/runtime/publish_runtime.h"
-#include "extractor/versions/folders.h"
 #include "support/files/file_operations.h"
 #include "support/files/paths.h"
 #include "support/log/logging.h"

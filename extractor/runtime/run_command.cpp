@@ -2,7 +2,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/wait.h>
+#include <sys/wait.h>  // IWYU pragma: keep, not every system repeats WIFEXITED elsewhere
 #include <unistd.h>
 
 #include <cstdio>

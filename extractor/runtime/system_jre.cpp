@@ -13,7 +13,6 @@
 #include "extractor/versions/folders.h"
 #include "extractor/versions/hand_over.h"
 #include "extractor/versions/startable.h"
-#include "launch/launch_app.h"
 #include "support/failure/failure.h"
 #include "support/files/file_kind.h"
 #include "support/files/file_operations.h"

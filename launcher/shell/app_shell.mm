@@ -62,7 +62,7 @@ static bool loadStockMenu() {
 static void putNameIntoTitles(NSMenu* menu, NSString* name) {
   static auto& formats = *new std::vector<NSString*>;
   for (NSInteger i = 0; i < [menu numberOfItems]; ++i) {
-    NSMenuItem* item = static_cast<NSMenuItem*>([menu itemAtIndex:i]);
+    NSMenuItem* item = [menu itemAtIndex:i];
     if (static_cast<size_t>(i) == formats.size()) {
       formats.push_back([[item title] retain]);
     }

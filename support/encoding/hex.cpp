@@ -4,7 +4,8 @@
 
 int bytesToHex(char* dst, const unsigned char* bytes, int count) {
   for (int i = 0; i < count; ++i) {
-    snprintf(dst + 2 * i, 3, "%02x", bytes[i]);
+    snprintf(dst, 3, "%02x", bytes[i]);
+    dst += 2;
   }
   return count * 2;
 }

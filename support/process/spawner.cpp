@@ -84,7 +84,9 @@ void setSpawnerExe(Spawner* spawner, const char* exe) {
 static int startHere(const Spawner* spawner, pid_t* child) {
   // A full table has no terminating null, so the vector passed on is one slot longer.
   char* arguments[SPAWNER_SLOTS + 1] = {};
-  memcpy(arguments, spawner->slots, sizeof spawner->slots);
+  for (int i = 0; i < SPAWNER_SLOTS; ++i) {
+    arguments[i] = const_cast<char*>(spawner->slots[i]);
+  }
   if (arguments[0] == nullptr) {
     return ENOENT;
   }

@@ -30,7 +30,9 @@ NSImage* loadImageFromByteArray(const unsigned char* bytes, int width, int heigh
   }
   unsigned char* pixels = [bitmap bitmapData];
   for (int y = 0; y < height; ++y) {
-    copySwapped(bytes + y * bytesPerRow, pixels + y * bytesPerRow, width);
+    copySwapped(bytes, pixels, width);
+    bytes += bytesPerRow;
+    pixels += bytesPerRow;
   }
   NSImage* image = [[NSImage alloc] initWithSize:NSMakeSize(width, height)];
   [image addRepresentation:bitmap];

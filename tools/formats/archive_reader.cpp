@@ -1,6 +1,5 @@
 #include "tools/formats/archive_reader.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -8,7 +7,6 @@
 #include "archive/entry_path.h"
 #include "crypto/hash_file.h"
 #include "crypto/mixed_hash.h"
-#include "support/encoding/field_reader.h"
 #include "support/encoding/hex.h"
 #include "support/owned.h"
 #include "tools/formats/strict_fields.h"

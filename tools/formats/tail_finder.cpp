@@ -37,7 +37,7 @@ FoundTail findTail(const std::string& path) {
   if (search.found) {
     found.offset = search.offset;
   } else {
-    rewind(stream.get());
+    fseeko(stream.get(), 0, SEEK_SET);
   }
   StrictFields fields(stream.get(), path, "it is truncated or not a Tail record");
   for (int i = 0; i < TAIL_VALUE_COUNT; ++i) {

@@ -51,7 +51,7 @@ void appendTail(const std::string& path, const Tail& tail) {
     throw InputError(path + " already has a record, at byte " + std::to_string(search.offset) +
                      "; use a copy of the executable without one");
   }
-  rewind(executable.get());
+  fseeko(executable.get(), 0, SEEK_SET);
   WholeFile file(path, permissionsOf(executable.get()));
   copy(path, executable.get(), &file);
   if (search.begun > 0) {

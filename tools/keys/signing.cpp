@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <stdexcept>
-#include <vector>
 
 #include "crypto/mixed_hash.h"
 #include "crypto/tomcrypt.h"

@@ -1,6 +1,5 @@
 #include "tools/project/components.h"
 
-#include <algorithm>
 #include <filesystem>
 
 #include "tools/formats/launch_file_writer.h"

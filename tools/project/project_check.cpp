@@ -8,7 +8,6 @@
 #include "tools/project/components.h"
 #include "tools/project/project_file.h"
 #include "tools/system/ascii_case.h"
-#include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
 #include "tools/system/whole_file.h"
 

@@ -59,9 +59,9 @@ struct Project {
   std::string key;
 };
 
-// Reads the project file `path`. Throws InputError, naming the file, the line and the key, if it is
+// Reads the project `file`. Throws InputError, naming the file, the line and the key, if it is
 // not TOML, or a key is unknown or has the wrong type.
-Project readProject(const std::string& path);
+Project readProject(const std::string& file);
 
 // Throws InputError, naming the file, the key and what to do, if a required key is missing, keys
 // exclude each other, a value is unusable where it is needed, or a named file or folder is missing

@@ -1,6 +1,6 @@
 #include "tools/system/temporary_folder.h"
 
-#include <unistd.h>
+#include <unistd.h>  // IWYU pragma: keep, a Mac declares mkdtemp() there
 
 #include <cerrno>
 #include <cstdlib>

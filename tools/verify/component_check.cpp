@@ -7,7 +7,6 @@
 #include "tools/formats/archive_reader.h"
 #include "tools/formats/launch_file_writer.h"
 #include "tools/formats/lzma.h"
-#include "tools/formats/update_site.h"
 #include "tools/system/ascii_case.h"
 #include "tools/system/input_error.h"
 #include "tools/system/texts.h"
