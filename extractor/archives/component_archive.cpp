@@ -15,7 +15,6 @@
 #include "formats/names.h"
 #include "support/files/file_kind.h"
 #include "support/files/file_operations.h"
-#include "support/files/folder_walk.h"
 #include "support/files/paths.h"
 #include "support/log/logging.h"
 

@@ -10,7 +10,6 @@
 #include "formats/params_format.h"
 #include "launch/launch_app.h"
 #include "launch/launch_properties.h"
-#include "launcher/installation/install_locations.h"
 #include "support/encoding/base64.h"
 #include "support/encoding/field_reader.h"
 #include "support/failure/failure.h"

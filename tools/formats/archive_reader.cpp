@@ -7,6 +7,7 @@
 #include "archive/entry_path.h"
 #include "crypto/hash_file.h"
 #include "crypto/mixed_hash.h"
+#include "support/encoding/field_reader.h"
 #include "support/encoding/hex.h"
 #include "support/owned.h"
 #include "tools/formats/strict_fields.h"

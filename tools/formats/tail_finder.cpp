@@ -2,7 +2,6 @@
 #include "tools/formats/marker_search.h"
 #include "tools/formats/strict_fields.h"
 #include "tools/formats/tail_writer.h"
-#include "tools/system/input_error.h"
 #include "tools/system/whole_file.h"
 
 namespace tools {
