@@ -11,6 +11,7 @@
 #include "tools/pack/progress.h"
 #include "tools/project/components.h"
 #include "tools/project/project_file.h"
+#include "tools/project/project_fit.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
 #include "tools/system/interruption.h"
@@ -53,6 +54,7 @@ struct Build {
 // A runtime to pack.
 struct Runtime {
   std::string home;
+  std::string shown;  // what messages call it
   std::string version;
 };
 
@@ -106,16 +108,6 @@ static void requireApart(const BuildOptions& options, const Project& project) {
   }
 }
 
-static void requireExecutables(const std::string& folder) {
-  for (const char* name : {"launcher", "extractor", "lzma64"}) {
-    if (!fs::is_regular_file(fs::path(folder) / name)) {
-      throw InputError(folder + "/" + name +
-                       " is missing; name the folder of launcher, extractor and lzma64 for the "
-                       "target system with --executables");
-    }
-  }
-}
-
 // Makes the runtime in the folder `work`, or uses the existing one.
 static Runtime runtimeOf(const Project& project, const std::string& work, Progress& progress) {
   Runtime runtime;
@@ -128,10 +120,12 @@ static Runtime runtimeOf(const Project& project, const std::string& work, Progre
     progress.step("making the runtime with " + jdk.home() + "/bin/jlink");
     linkRuntime(jdk, modules, project.jmods, work);
     runtime.home = work;
+    runtime.shown = "the runtime made from " + (project.jmods.empty() ? jdk.home() : project.jmods);
   } else {
     progress.step("checking the runtime");
     progress.step("using the runtime " + project.runtimeHome);
     runtime.home = javaHomeIn(project.runtimeHome);
+    runtime.shown = runtime.home;
   }
   runtime.version =
       project.runtimeVersion.empty() ? runtimeNumber(runtime.home) : project.runtimeVersion;
@@ -278,12 +272,14 @@ static void runBuild(const BuildOptions& options) {
   const std::optional<SigningKey> key = keyOf(project);
   const Components components(project, options.files.updaterJar);
   // Errors are found before the runtime is made, which takes time.
-  requireExecutables(options.files.executables);
+  TargetFit fit = fitOfProject(project, options.files.executables);
   encodeTail(tailOf(project, key ? &*key : nullptr));
   encodeParams(propertiesOf(project));
   OutputFolder output(options.output);
   const TemporaryFolder work;
   const Runtime runtime = runtimeOf(project, work / "runtime", progress);
+  requireRuntime(&fit, runtime.home, runtime.shown);
+  progress.detail("everything is for " + fit.text());
   const Build build{options, project, components, key ? &*key : nullptr, output, progress};
   const std::string runtimeArchive = buildSite(build, runtime);
   buildLauncher(build);

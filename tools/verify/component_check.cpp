@@ -36,7 +36,7 @@ void ComponentCheck::addFile(const std::string& path, const Place& place) {
 
 void ComponentCheck::read(InstallerStream* stream, int count) {
   for (int i = 0; i < count; ++i) {
-    const std::string file = work_ / std::to_string(i);
+    const std::string file = work_ / std::to_string(records_++);
     const std::string record = stream->next(file);
     if (record.empty()) {
       continue;
@@ -182,6 +182,27 @@ void ComponentCheck::checkSplash() {
       bytesOf("nativesplash.png").compare(0, start.size(), start) != 0) {
     problem("nativesplash.png is not a PNG image");
   }
+}
+
+std::vector<ObjectPart> ComponentCheck::objectAt(const std::string& path) const {
+  const Place& place = files_.at(path);
+  return readObjectIn(place.file, static_cast<uint64_t>(place.offset),
+                      static_cast<uint64_t>(place.length), path);
+}
+
+std::vector<ObjectFile> ComponentCheck::objects() {
+  std::vector<ObjectFile> found;
+  for (const auto& [path, place] : files_) {
+    try {
+      ObjectFile file{name_ + "/" + path, objectAt(path)};
+      if (isUsable(file)) {
+        found.push_back(std::move(file));
+      }
+    } catch (const InputError& error) {
+      problem(error.what());
+    }
+  }
+  return found;
 }
 
 void ComponentCheck::describe(const std::string& version) {

@@ -3,11 +3,13 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "archive/trust.h"
 #include "crypto/signature.h"
 #include "tools/formats/archive_reader.h"
 #include "tools/formats/installer_stream.h"
+#include "tools/objects/target_fit.h"
 #include "tools/system/temporary_folder.h"
 #include "tools/verify/installer_check.h"
 
@@ -30,7 +32,11 @@ class ComponentCheck {
   // Reads the file `path` of an update site, one archive, as a record of that name.
   void readArchiveFile(const std::string& path);
 
+  const std::string& name() const { return name_; }
   bool holds(const std::string& path) const { return files_.count(path) > 0; }
+  bool hasContent(const std::string& path) const {
+    return holds(path) && files_.at(path).length > 0;
+  }
   // Reports a problem if a file is missing or empty.
   void requireFile(const std::string& path);
   // Checks the launch file and that what it names exists.
@@ -42,6 +48,10 @@ class ComponentCheck {
   void checkSplash();
   // Checks that the record that identifies an update site's archive says `wanted`.
   void checkIdentity(const std::string& wanted);
+  // Returns what the file `path`, which it holds, is for. Throws InputError if that is damaged.
+  [[nodiscard]] std::vector<ObjectPart> objectAt(const std::string& path) const;
+  // Returns its programs and libraries, and reports damaged ones.
+  [[nodiscard]] std::vector<ObjectFile> objects();
   // Adds a description of the component to the facts.
   void describe(const std::string& version);
 
@@ -73,6 +83,7 @@ class ComponentCheck {
   TemporaryFolder work_;
   std::map<std::string, Place> files_;
   std::map<std::string, Name> names_;  // by their lower-case form
+  int records_ = 0;
   int unsignedArchives_ = 0;
   int verifiedArchives_ = 0;
   int archives_ = 0;

@@ -1,5 +1,6 @@
 #include "tools/verify/installer_check.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -37,6 +38,7 @@ class BundleCheck {
 
   BundleReport run() {
     const std::string executable = attempt([&] { return executableOfBundle(bundle_); });
+    readExecutable(executable);
     if (!readTail(executable)) {
       return report_;
     }
@@ -44,6 +46,7 @@ class BundleCheck {
     readKey();
     if (value(TAIL_GU_VERSION).empty()) {
       report_.facts.push_back("a launcher bundle: it carries no updater, so it installs nothing");
+      describeTarget();
       requireNothingBehind();
       if (!site_.empty()) {
         problem("it takes no updates, so there is nothing to check the site against");
@@ -56,6 +59,7 @@ class BundleCheck {
     if (!site_.empty()) {
       checkSite();
     }
+    describeTarget();
     return report_;
   }
 
@@ -72,6 +76,62 @@ class BundleCheck {
     } catch (const InputError& error) {
       problem(error.what());
       return "";
+    }
+  }
+
+  void readExecutable(const std::string& path) {
+    if (!path.empty()) {
+      takeProgram({path, {}}, [&] { return readObjectFile(path); });
+    }
+  }
+
+  template <typename Read>
+  void takeProgram(ObjectFile file, Read read) {
+    attempt([&] {
+      file.parts = read();
+      fit_.requireProgram(file);
+      return "";
+    });
+  }
+
+  // What the component cannot do without; the first file that does not fit stands for all.
+  void takeRuntime(ComponentCheck* runtime) {
+    attempt([&] {
+      for (const ObjectFile& file : runtime->objects()) {
+        fit_.require(file);
+      }
+      return "";
+    });
+  }
+
+  // What may be beside files for other systems.
+  void takeChoice(ComponentCheck* component) {
+    attempt([&] {
+      fit_.requireChoice(component->objects(), component->name());
+      return "";
+    });
+  }
+
+  void takeUpdater(ComponentCheck* updater) {
+    const std::string tool = updater->name() + "/lzma64";
+    if (updater->hasContent("lzma64")) {
+      takeProgram({tool, {}}, [&] { return updater->objectAt("lzma64"); });
+    }
+    attempt([&] {
+      std::vector<ObjectFile> files = updater->objects();
+      files.erase(std::remove_if(files.begin(), files.end(),
+                                 [&](const ObjectFile& file) { return file.name == tool; }),
+                  files.end());
+      fit_.requireChoice(files, updater->name());
+      return "";
+    });
+  }
+
+  void describeTarget() {
+    const std::string minimum = systemVersionText(fit_.minimumSystem());
+    if (report_.problems.empty()) {
+      report_.facts.push_back("made for " + fit_.text() +
+                              (minimum.empty() ? "" : ", from macOS " + minimum + " on"));
     }
   }
 
@@ -196,6 +256,7 @@ class BundleCheck {
     updater.checkLaunch();
     updater.checkSplash();
     updater.checkVersion(value(TAIL_GU_VERSION));
+    takeUpdater(&updater);
     updater.describe(value(TAIL_GU_VERSION));
   }
 
@@ -203,6 +264,7 @@ class BundleCheck {
     ComponentCheck runtime("runtime", trust_, &report_);
     runtime.read(stream, 1);
     runtime.requireFile("Contents/Home/bin/java");
+    takeRuntime(&runtime);
     runtime.describe(value(TAIL_JRE_VERSION));
   }
 
@@ -211,6 +273,7 @@ class BundleCheck {
     application.read(stream, 2);
     application.checkLaunchFile();
     application.checkVersion(value(TAIL_APP_VERSION));
+    takeChoice(&application);
     application.describe(value(TAIL_APP_VERSION));
   }
 
@@ -221,17 +284,22 @@ class BundleCheck {
     }
     trust_.isRequired = true;
     trust_.demand = "updates must be";
-    checkSiteComponent("site, updater", UPDATER_NAME, [](ComponentCheck* updater) {
+    checkSiteComponent("site, updater", UPDATER_NAME, [this](ComponentCheck* updater) {
       updater->requireFile("lzma64");
       updater->checkLaunchFile();
       updater->checkLaunch();
       updater->checkSplash();
+      takeUpdater(updater);
     });
-    checkSiteComponent("site, runtime", runtimeName_, [](ComponentCheck* runtime) {
+    checkSiteComponent("site, runtime", runtimeName_, [this](ComponentCheck* runtime) {
       runtime->requireFile("Contents/Home/bin/java");
+      takeRuntime(runtime);
     });
     checkSiteComponent("site, application", value(TAIL_APP_NAME),
-                       [](ComponentCheck* application) { application->checkLaunchFile(); });
+                       [this](ComponentCheck* application) {
+                         application->checkLaunchFile();
+                         takeChoice(application);
+                       });
   }
 
   template <typename Check>
@@ -262,6 +330,7 @@ class BundleCheck {
   std::string tailPath_;
   std::string runtimeName_ = DEFAULT_JRE_NAME;
   FoundTail found_;
+  TargetFit fit_;
   PublicKey key_;
   ReasonedTrust trust_;
   BundleReport report_;

@@ -31,9 +31,15 @@ class PackRun : public testing::Test {
  protected:
   // Makes an output folder whose installers are the shell script `script`.
   void build(const std::string& script) {
-    test::writeFile(project_ / "bin/extractor", "#!/bin/sh\n" + script, 0755);
     const test::Result result = project_.build();
     ASSERT_EQ(0, result.status) << result.err;
+    for (const auto& bundle : fs::directory_iterator(project_ / "dist")) {
+      const std::string folder = bundle.path() / "Contents/MacOS";
+      if (fs::exists(folder)) {
+        const std::string name = test::namesIn(folder).at(0);
+        test::writeFile(folder + "/" + name, "#!/bin/sh\n" + script, 0755);
+      }
+    }
   }
 
   test::Result run(const Texts& words, const std::string& display = "") {

@@ -225,8 +225,9 @@ TEST_F(PackVerifyLimits, FindsAnUpdateUrlThatIsNone) {
 }
 
 TEST_F(PackVerifyLimits, FindsAnEmptyDecompressionTool) {
-  test::writeFile(project_ / "bin/lzma64", "", 0700);
   build();
+  test::writeFile(project_ / "empty", "");
+  replaceRecordInTail("lzma64", project_ / "empty");
   expectProblems({"updater: the file lzma64 is empty"});
 }
 

@@ -49,6 +49,7 @@ TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
       "updater 5: 5 files, the signature is valid\n"
       "runtime 170015: 3 files, the signature is valid\n"
       "application 3: 4 files, the signature is valid\n"
+      "made for linux-x86_64\n"
       "dist/Small App Installer.app: all is well\n",
       result.out);
 }
@@ -67,6 +68,7 @@ TEST_F(PackVerify, TakesOnlineInstallersAndLauncherBundles) {
   EXPECT_EQ(
       "application name: Small App\n"
       "a launcher bundle: it carries no updater, so it installs nothing\n"
+      "made for linux-x86_64\n"
       "dist/Small App.app: all is well\n",
       launcher.out);
 }

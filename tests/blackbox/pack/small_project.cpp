@@ -7,6 +7,7 @@
 #include <set>
 
 #include "tests/support/files.h"
+#include "tests/support/object_headers.h"
 #include "tests/support/test_keys.h"
 #include "tools/formats/launch_file_writer.h"
 
@@ -55,6 +56,10 @@ static std::string launchFile(const std::string& mainClass, const std::string& j
   return tools::encodeLaunchFile(launch);
 }
 
+std::string standIn(const std::string& name) {
+  return elfFile(ELF_X86_64, ELF_PROGRAM) + "stands in for " + name + "\n";
+}
+
 SmallProject::SmallProject() : text(kText) {
   writeFile(folder_ / "app/main.jar", "the application's jar");
   writeFile(folder_ / "app/lib/other.jar", "a library");
@@ -66,7 +71,7 @@ SmallProject::SmallProject() : text(kText) {
   writeFile(folder_ / "small.icns", "icns and no more");
   writeFile(folder_ / "release.key", readFile(keyFile("first")), 0600);
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
-    writeFile(folder_ / "bin" + "/" + name, std::string("stands in for ") + name + "\n", 0700);
+    writeFile(folder_ / "bin" + "/" + name, standIn(name), 0700);
   }
 }
 

@@ -13,6 +13,10 @@ namespace test {
 Result runPack(const std::string& folder, const std::vector<std::string>& words,
                const std::map<std::string, std::string>& environment = {});
 
+// What stands in for the product's executable `name`: the header of a program for Linux on x86_64
+// and no more.
+std::string standIn(const std::string& name);
+
 // A project of small files that are the same on every machine: application, updater, runtime,
 // splash, icon, key, and stand-ins for the product's executables.
 class SmallProject {

@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tests/support/object_headers.h"
+
+// Programs and libraries for different systems and processors, in one bundle.
+
+namespace {
+
+const char kBundle[] = "dist/Small App Installer.app";
+const char kExecutable[] = "dist/Small App Installer.app/Contents/MacOS/Small App";
+
+std::string macProgram(uint32_t processor = test::MACH_ARM64) {
+  return test::macFile(processor, test::MACH_PROGRAM);
+}
+
+std::string universalProgram() {
+  return test::fatFile({{test::MACH_X86_64, macProgram(test::MACH_X86_64)},
+                        {test::MACH_ARM64, macProgram(test::MACH_ARM64)}});
+}
+
+class PackFit : public testing::Test {
+ protected:
+  void write(const std::string& path, const std::string& bytes) {
+    test::writeFile(project_ / path, bytes, 0755);
+  }
+
+  void useExecutables(const std::string& bytes) {
+    for (const char* name : {"bin/launcher", "bin/extractor", "bin/lzma64"}) {
+      write(name, bytes);
+    }
+  }
+
+  void expectRefusal(const std::string& message) {
+    const test::Result result = project_.build();
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
+    EXPECT_FALSE(test::exists(project_ / kBundle));
+  }
+
+  // Builds, and expects that `verify` says `fact`.
+  void expectFact(const std::string& fact) {
+    const test::Result built = project_.build();
+    EXPECT_EQ(0, built.status) << built.err;
+    const test::Result result = test::runPack(project_.path(), {"verify", kBundle});
+    EXPECT_EQ(0, result.status) << result.err;
+    EXPECT_NE(std::string::npos, result.out.find(fact + "\n")) << result.out;
+  }
+
+  void expectProblem(const std::string& problem, const std::vector<std::string>& words = {}) {
+    std::vector<std::string> all = {"verify", kBundle};
+    all.insert(all.end(), words.begin(), words.end());
+    const test::Result result = test::runPack(project_.path(), all);
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ("quorvane-pack: " + std::string(kBundle) + " would not work:\n  " + problem + "\n",
+              result.err);
+  }
+
+  test::SmallProject project_;
+};
+
+TEST_F(PackFit, RefusesALinuxRuntimeInAMacosBundle) {
+  useExecutables(macProgram());
+  write("runtime/lib/server/libjvm.so", test::elfFile(test::ELF_X86_64));
+  expectRefusal(
+      "runtime/lib/server/libjvm.so is for linux-x86_64, but bin/launcher is for macos-arm64; a "
+      "bundle needs all for one system and processor");
+}
+
+TEST_F(PackFit, RefusesARuntimeForAnotherProcessor) {
+  useExecutables(macProgram(test::MACH_X86_64));
+  write("runtime/lib/server/libjvm.dylib", test::macFile(test::MACH_ARM64));
+  expectRefusal(
+      "runtime/lib/server/libjvm.dylib is for macos-arm64, but bin/launcher is for macos-x86_64; a "
+      "bundle needs all for one system and processor");
+}
+
+TEST_F(PackFit, RefusesExecutablesForDifferentSystems) {
+  write("bin/extractor", macProgram());
+  expectRefusal(
+      "bin/extractor is for macos-arm64, but bin/launcher is for linux-x86_64; a bundle needs all "
+      "for one system and processor");
+}
+
+TEST_F(PackFit, RefusesAnExecutableThatIsNone) {
+  write("bin/lzma64", "#!/bin/sh\n");
+  expectRefusal("bin/lzma64 is not a program: it is neither an ELF nor a Mach-O file");
+}
+
+TEST_F(PackFit, RefusesADamagedLibrary) {
+  write("runtime/lib/libzip.so", test::elfFile(test::ELF_X86_64).substr(0, 12));
+  expectRefusal("runtime/lib/libzip.so is damaged: it ends within its header");
+}
+
+TEST_F(PackFit, RefusesAnApplicationWithoutALibraryForTheTarget) {
+  useExecutables(macProgram());
+  write("app/natives/libsmall.so", test::elfFile(test::ELF_X86_64));
+  expectRefusal(
+      "app/natives/libsmall.so is for linux-x86_64, but bin/launcher is for macos-arm64, and app "
+      "has no such file for macos-arm64");
+}
+
+TEST_F(PackFit, RefusesAnUpdaterWithoutALibraryForTheTarget) {
+  write("updater/libsmall.dylib", test::macFile(test::MACH_ARM64));
+  expectRefusal(
+      "updater/libsmall.dylib is for macos-arm64, but bin/launcher is for linux-x86_64, and "
+      "updater has no such file for linux-x86_64");
+}
+
+TEST_F(PackFit, TakesLibrariesOfAllSystemsBesideEachOther) {
+  useExecutables(macProgram());
+  write("app/natives/linux/libsmall.so", test::elfFile(test::ELF_X86_64));
+  write("app/natives/mac/x86_64/libsmall.dylib", test::macFile(test::MACH_X86_64));
+  write("app/natives/mac/arm64/libsmall.dylib", test::macFile(test::MACH_ARM64));
+  write("app/natives/windows/small.dll", "MZ and more");
+  expectFact("made for macos-arm64, from macOS 11.0 on");
+}
+
+TEST_F(PackFit, OfUniversalExecutablesIsForBothProcessors) {
+  useExecutables(universalProgram());
+  expectFact("made for macos-arm64 and macos-x86_64, from macOS 11.0 on");
+}
+
+TEST_F(PackFit, OfUniversalExecutablesIsForTheRuntimesProcessor) {
+  useExecutables(universalProgram());
+  write("runtime/lib/server/libjvm.dylib",
+        test::machFile(test::MACH_X86_64, test::MACH_LIBRARY, {test::versionMin(0x000c0600)}));
+  expectFact("made for macos-x86_64, from macOS 12.6 on");
+}
+
+TEST_F(PackFit, IsFoundMissingInAFinishedBundle) {
+  write("runtime/lib/server/libjvm.so", test::elfFile(test::ELF_X86_64));
+  write("app/libsmall.so", test::elfFile(test::ELF_X86_64));
+  ASSERT_EQ(0, project_.build().status);
+  write(kExecutable, macProgram());
+  expectProblem("updater/lzma64 is for linux-x86_64, but " + std::string(kExecutable) +
+                " is for macos-arm64; a bundle needs all for one system and processor\n"
+                "  runtime/Contents/Home/lib/server/libjvm.so is for linux-x86_64, but " +
+                kExecutable +
+                " is for macos-arm64; a bundle needs all for one system and processor\n"
+                "  application/libsmall.so is for linux-x86_64, but " +
+                kExecutable +
+                " is for macos-arm64, and application has no such file for macos-arm64");
+}
+
+TEST_F(PackFit, IsFoundMissingInALauncherBundleThatIsNone) {
+  ASSERT_EQ(0, project_.build().status);
+  write("dist/Small App.app/Contents/MacOS/Small App", "text");
+  const test::Result result = test::runPack(project_.path(), {"verify", "dist/Small App.app"});
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: dist/Small App.app would not work:\n"
+      "  dist/Small App.app/Contents/MacOS/Small App is not a program: it is neither an ELF nor a "
+      "Mach-O file\n",
+      result.err);
+}
+
+TEST_F(PackFit, IsFoundMissingInASite) {
+  ASSERT_EQ(0, project_.build().status);
+  useExecutables(macProgram());
+  write("runtime/lib/server/libjvm.dylib", test::macFile(test::MACH_ARM64));
+  ASSERT_EQ(0, project_.build({"--output", "other"}).status);
+  const std::string end = "; a bundle needs all for one system and processor";
+  expectProblem("site, updater/lzma64 is for macos-arm64, but " + std::string(kExecutable) +
+                    " is for linux-x86_64" + end +
+                    "\n  site, runtime/Contents/Home/lib/server/libjvm.dylib is for macos-arm64, "
+                    "but " +
+                    kExecutable + " is for linux-x86_64" + end,
+                {"--site", "other/site"});
+}
+
+}  // namespace
