@@ -1,14 +1,8 @@
 #include "tools/java/jar_manifest.h"
 
-#include <filesystem>
 #include <sstream>
 
 #include "tools/system/ascii_case.h"
-#include "tools/system/input_error.h"
-#include "tools/system/temporary_folder.h"
-#include "tools/system/whole_file.h"
-
-namespace fs = std::filesystem;
 
 namespace tools {
 
@@ -41,44 +35,46 @@ static std::string trimmed(const std::string& text) {
                                     : text.substr(start, text.find_last_not_of(" \t") - start + 1);
 }
 
+static std::vector<std::string> wordsOf(const std::string& value) {
+  std::vector<std::string> words;
+  std::istringstream in(value);
+  for (std::string word; in >> word;) {
+    words.push_back(word);
+  }
+  return words;
+}
+
+static void take(const std::string& name, const std::string& value, JarManifest* manifest) {
+  if (name == "main-class") {
+    manifest->mainClass = value;
+  } else if (name == "class-path") {
+    manifest->classPath = wordsOf(value);
+  } else if (name == "add-exports") {
+    manifest->addExports = wordsOf(value);
+  } else if (name == "add-opens") {
+    manifest->addOpens = wordsOf(value);
+  } else if (name == "enable-native-access") {
+    manifest->enableNativeAccess = value;
+  } else if (name == "launcher-agent-class") {
+    manifest->launcherAgentClass = value;
+  } else if (name == "splashscreen-image") {
+    manifest->splashScreenImage = value;
+  }
+}
+
 JarManifest parseManifest(const std::string& text) {
   JarManifest manifest;
   for (const std::string& line : mainSection(text)) {
     const size_t colon = line.find(':');
-    if (colon == std::string::npos) {
-      continue;
-    }
-    const std::string name = lowerCase(line.substr(0, colon));
-    const std::string value = trimmed(line.substr(colon + 1));
-    if (name == "main-class") {
-      manifest.mainClass = value;
-    } else if (name == "class-path") {
-      std::istringstream entries(value);
-      for (std::string entry; entries >> entry;) {
-        manifest.classPath.push_back(entry);
-      }
+    if (colon != std::string::npos) {
+      take(lowerCase(line.substr(0, colon)), trimmed(line.substr(colon + 1)), &manifest);
     }
   }
   return manifest;
 }
 
-void requireJar(const std::string& jar) {
-  // The end record of a jar's directory precedes a comment of at most 65535 bytes.
-  constexpr size_t kFarthestEnd = 22 + 65535;
-  const std::string bytes = readWhole(jar);
-  const size_t from = bytes.size() < kFarthestEnd ? 0 : bytes.size() - kFarthestEnd;
-  if (bytes.compare(0, 2, "PK") != 0 || bytes.find("PK\x05\x06", from) == std::string::npos) {
-    throw InputError(jar + " is not a jar, or is damaged; build it or copy it again");
-  }
-}
-
-JarManifest readJarManifest(const Jdk& jdk, const std::string& jar) {
-  requireJar(jar);
-  const TemporaryFolder work;
-  jdk.run("jar", {"--extract", "--file", fs::absolute(jar).string(), kManifest}, work / ".");
-  std::error_code ignored;
-  return fs::is_regular_file(work / kManifest, ignored) ? parseManifest(readWhole(work / kManifest))
-                                                        : JarManifest{};
+JarManifest manifestOf(const JarFile& jar) {
+  return jar.holds(kManifest) ? parseManifest(jar.read(kManifest)) : JarManifest{};
 }
 
 }  // namespace tools

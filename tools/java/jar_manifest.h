@@ -4,25 +4,26 @@
 #include <string>
 #include <vector>
 
-#include "tools/java/jdk.h"
+#include "tools/java/jar_file.h"
 
 namespace tools {
 
 // The main section of a jar's manifest; missing texts are empty.
 struct JarManifest {
   std::string mainClass;
-  std::vector<std::string> classPath;
+  std::vector<std::string> classPath;   // relative to the jar, as URLs
+  std::vector<std::string> addExports;  // each a module and a package, with a '/' in between
+  std::vector<std::string> addOpens;
+  std::string enableNativeAccess;
+  std::string launcherAgentClass;
+  std::string splashScreenImage;
 };
 
-// Reads the manifest of the file `jar` with the JDK's own jar program; a jar without one has an
-// empty one. Throws InputError if the file is not a jar.
-JarManifest readJarManifest(const Jdk& jdk, const std::string& jar);
-
-// Throws InputError if the file `jar` does not begin and end like a jar.
-void requireJar(const std::string& jar);
+// Returns the manifest of a jar; a jar without one has an empty one. Throws InputError.
+[[nodiscard]] JarManifest manifestOf(const JarFile& jar);
 
 // Parses the text of a manifest.
-JarManifest parseManifest(const std::string& text);
+[[nodiscard]] JarManifest parseManifest(const std::string& text);
 
 }  // namespace tools
 

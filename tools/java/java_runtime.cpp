@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "tools/java/jar_manifest.h"
+#include "tools/java/jar_file.h"
 #include "tools/system/input_error.h"
 #include "tools/system/texts.h"
 
@@ -64,7 +64,7 @@ static std::vector<std::string> namesIn(const std::string& output) {
 
 std::vector<std::string> modulesOf(const Jdk& jdk, const std::vector<std::string>& jars) {
   for (const std::string& jar : jars) {
-    requireJar(jar);
+    (void)readJar(jar);
   }
   const std::vector<std::string> paths = absolute(jars);
   const std::string release = jdk.featureVersion();

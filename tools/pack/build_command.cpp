@@ -247,6 +247,9 @@ static void sayResults(const Build& build) {
   say("offline installer  ", fileName(build, kOffline));
   say("online installer   ", fileName(build, kOnline));
   say("update site        ", "site");
+  for (const std::string& remark : build.components.remarks()) {
+    build.progress.result(remark);
+  }
   if (build.project.updateUrl == NO_UPDATE_URL) {
     const bool isAsked = !build.project.updaterFolder.empty() ||
                          !build.project.updates.url.empty() ||

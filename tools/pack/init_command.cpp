@@ -3,7 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "tools/java/jar_manifest.h"
+#include "tools/java/class_path.h"
+#include "tools/java/jdk.h"
 #include "tools/keys/key_file.h"
 #include "tools/keys/signing.h"
 #include "tools/pack/commands.h"
@@ -47,17 +48,28 @@ static std::string pathFor(const InitOptions& options, const std::string& path) 
   return text;
 }
 
-static void describeJar(const InitOptions& options, const Jdk& jdk, NewProject* project) {
-  const JarManifest manifest = readJarManifest(jdk, options.input);
-  if (!manifest.classPath.empty()) {
-    throw InputError("the manifest of " + options.input + " refers to " + manifest.classPath[0] +
-                     "; name the folder that contains both");
+// A project of one jar has no place for what its manifest adds to the class path; what is missing
+// anyway is optional.
+static void checkClassPath(const std::string& jar, const JarManifest& manifest) {
+  for (const std::string& entry : manifest.classPath) {
+    if (fs::exists(pathBeside(jar, entry))) {
+      throw InputError("the manifest of " + jar + " refers to " + entry +
+                       "; name the folder that contains both");
+    }
   }
+  for (const std::string& entry : manifest.classPath) {
+    fprintf(stderr, "quorvane-pack: warning: %s\n", absenceText(jar, entry).c_str());
+  }
+}
+
+static void describeJar(const InitOptions& options, NewProject* project) {
+  const JarManifest manifest = manifestOf(readJar(options.input));
+  checkClassPath(options.input, manifest);
   project->jar = pathFor(options, options.input);
   project->mainClass = manifest.mainClass;
 }
 
-static void describeFolder(const InitOptions& options, const Jdk& jdk, NewProject* project) {
+static void describeFolder(const InitOptions& options, NewProject* project) {
   if (isInside(options.project, options.input)) {
     throw InputError("the project file " + options.project + " and its key would be inside " +
                      options.input +
@@ -68,7 +80,7 @@ static void describeFolder(const InitOptions& options, const Jdk& jdk, NewProjec
   found.appFolder = options.input;
   std::string mainJar;
   for (const std::string& jar : jarsOf(found)) {
-    const std::string mainClass = readJarManifest(jdk, jar).mainClass;
+    const std::string mainClass = manifestOf(readJar(jar)).mainClass;
     project->classPath.push_back(jar.substr(options.input.size() + 1));
     if (mainClass.empty() || !options.mainClass.empty()) {
       continue;
@@ -84,12 +96,12 @@ static void describeFolder(const InitOptions& options, const Jdk& jdk, NewProjec
 }
 
 static NewProject describe(const InitOptions& options) {
-  const Jdk jdk = Jdk::find(options.jdk);
+  Jdk::find(options.jdk);  // building takes one
   NewProject project;
   if (fs::is_directory(options.input)) {
-    describeFolder(options, jdk, &project);
+    describeFolder(options, &project);
   } else {
-    describeJar(options, jdk, &project);
+    describeJar(options, &project);
   }
   if (!options.mainClass.empty()) {
     project.mainClass = options.mainClass;

@@ -1,11 +1,16 @@
 #include "tools/project/components.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "tools/formats/launch_file_writer.h"
+#include "tools/java/java_runtime.h"
+#include "tools/project/launch_content.h"
 #include "tools/project/reserved_names.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
+#include "tools/system/texts.h"
 #include "tools/system/whole_file.h"
 
 namespace fs = std::filesystem;
@@ -85,13 +90,47 @@ static std::vector<std::string> classPathOf(const Project& project) {
   return classPath;
 }
 
+// The first number of the version of the runtime that the project makes or has, or 0.
+static long javaVersionOf(const Project& project) {
+  const std::string home =
+      project.runtimeHome.empty() ? Jdk::find(project.jdk).home() : javaHomeIn(project.runtimeHome);
+  return atol(releaseValue(home, "JAVA_VERSION").c_str());
+}
+
+void Components::remark(const ClassPathReport& report) {
+  for (const std::string& text : absenceTexts(report)) {
+    remarks_.push_back("warning: " + text);
+  }
+  for (const std::string& text : unhonouredTexts(report)) {
+    remarks_.push_back("note: " + text);
+  }
+  if (!report.jarsWithLibraries.empty()) {
+    remarks_.push_back("note: native libraries in jars are not checked: " +
+                       joined(report.jarsWithLibraries, ", "));
+  }
+}
+
+// Checks what the launch file in the application's folder describes.
+void Components::checkLaunch(const std::string& folder) {
+  const std::string path = folder + "/" + LAUNCH_FILE_NAME;
+  const LaunchFile launch = aboutFile(path, [&] { return decodeLaunchFile(readWhole(path)); });
+  const ClassPathReport report = requireMainClass(launch, application_, path + ": the main class");
+  remark(report);
+  constexpr long kNewest = 1000;
+  for (const std::string& option : optionsOf(report.manifest, kNewest, launch.jvmOptions)) {
+    remarks_.push_back("note: the manifest of " + report.mainJar + " asks for " + option +
+                       ", and " + path + " does not");
+  }
+}
+
 void Components::describeApplication(const Project& project) {
   application_.folder = project.appFolder;
   if (!project.jar.empty()) {
     application_.files.emplace_back(fs::path(project.jar).filename(), project.jar);
   }
   if (project.mainClass.empty()) {
-    return;  // the folder has its launch file
+    checkLaunch(project.appFolder);
+    return;
   }
   LaunchFile launch;
   launch.mainClass = project.mainClass;
@@ -100,6 +139,14 @@ void Components::describeApplication(const Project& project) {
   launch.arguments = project.arguments;
   launch.jvmOptions = project.jvmOptions;
   launch.maximumHeapMegabytes = project.maximumHeapMegabytes;
+  const ClassPathReport report =
+      requireMainClass(launch, application_, project.file + ": [application] main_class");
+  remark(report);
+  if (asksForOptions(report.manifest)) {
+    const std::vector<std::string> options =
+        optionsOf(report.manifest, javaVersionOf(project), launch.jvmOptions);
+    launch.jvmOptions.insert(launch.jvmOptions.end(), options.begin(), options.end());
+  }
   writeWhole(work_ / "application", encodeLaunchFile(launch));
   application_.files.emplace_back(LAUNCH_FILE_NAME, work_ / "application");
 }

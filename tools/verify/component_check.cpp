@@ -7,6 +7,7 @@
 #include "tools/formats/archive_reader.h"
 #include "tools/formats/launch_file_writer.h"
 #include "tools/formats/lzma.h"
+#include "tools/java/class_path.h"
 #include "tools/system/ascii_case.h"
 #include "tools/system/input_error.h"
 #include "tools/system/texts.h"
@@ -114,6 +115,44 @@ void ComponentCheck::requireFile(const std::string& path) {
   }
 }
 
+bool ComponentCheck::holdsFolder(const std::string& path) const {
+  const std::string inside = path + "/";
+  const auto first = files_.lower_bound(inside);
+  return first != files_.end() && first->first.compare(0, inside.size(), inside) == 0;
+}
+
+void ComponentCheck::checkClassPath(const LaunchFile& launch) {
+  bool isComplete = true;
+  for (const std::string& entry : launch.classPath) {
+    if (!holds(entry) && !holdsFolder(entry)) {
+      problem("its launch file has " + entry + " in the class path, which it does not contain");
+      isComplete = false;
+    }
+  }
+  if (isComplete && !launch.mainClass.empty()) {
+    checkMainClass(launch);
+  }
+}
+
+void ComponentCheck::checkMainClass(const LaunchFile& launch) {
+  const ClassPathSource source = {
+      [this](const std::string& path) { return holds(path); },
+      [this](const std::string& path) { return holdsFolder(path); },
+      [this](const std::string& path) { return JarFile(bytesOf(path), path); }};
+  try {
+    const ClassPathReport found = readClassPath(launch.classPath, launch.mainClass, source);
+    if (!found.hasMainClass) {
+      problem("its launch file names the main class " + launch.mainClass +
+              ", which its class path does not contain");
+    }
+    for (const std::string& text : absenceTexts(found)) {
+      report_->facts.push_back("warning: " + name_ + ": " + text);
+    }
+  } catch (const InputError& error) {
+    problem(error.what());
+  }
+}
+
 void ComponentCheck::checkLaunchFile() {
   if (!holds(LAUNCH_FILE_NAME)) {
     problem(std::string("the launch file ") + LAUNCH_FILE_NAME +
@@ -131,16 +170,7 @@ void ComponentCheck::checkLaunchFile() {
     if (launch.mainClass.empty()) {
       problem("its launch file names no main class");
     }
-    for (const std::string& entry : launch.classPath) {
-      const std::string inside = entry + "/";
-      const bool isPresent =
-          holds(entry) || std::any_of(files_.begin(), files_.end(), [&](auto& f) {
-            return f.first.compare(0, inside.size(), inside) == 0;
-          });
-      if (!isPresent) {
-        problem("its launch file has " + entry + " in the class path, which it does not contain");
-      }
-    }
+    checkClassPath(launch);
   } catch (const InputError& error) {
     problem(std::string("its launch file is damaged: ") + error.what());
   }

@@ -9,6 +9,7 @@
 #include "crypto/signature.h"
 #include "tools/formats/archive_reader.h"
 #include "tools/formats/installer_stream.h"
+#include "tools/formats/launch_file_writer.h"
 #include "tools/objects/target_fit.h"
 #include "tools/system/temporary_folder.h"
 #include "tools/verify/installer_check.h"
@@ -39,7 +40,7 @@ class ComponentCheck {
   }
   // Reports a problem if a file is missing or empty.
   void requireFile(const std::string& path);
-  // Checks the launch file and that what it names exists.
+  // Checks the launch file and that what it names exists: class path and main class.
   void checkLaunchFile();
   // Checks that the product itself can start what the launch file describes.
   void checkLaunch();
@@ -75,6 +76,9 @@ class ComponentCheck {
   void addArchive(const std::string& record, const std::string& path);
   void checkTrust(const std::string& record, const std::string& path,
                   const ArchiveListing& listing);
+  bool holdsFolder(const std::string& path) const;
+  void checkClassPath(const LaunchFile& launch);
+  void checkMainClass(const LaunchFile& launch);
   std::string bytesOf(const std::string& path) const;
 
   std::string name_;

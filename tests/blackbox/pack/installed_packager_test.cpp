@@ -7,6 +7,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+#include "tests/support/jar_bytes.h"
 #include "tests/support/test_keys.h"
 
 // The packager where 'cmake --install build --prefix P' puts it, called by its name.
@@ -21,7 +22,8 @@ class InstalledPackager : public testing::Test {
     const test::Result result =
         test::run({{QUORVANE_CMAKE, "--install", QUORVANE_BUILD, "--prefix", prefix_}});
     ASSERT_EQ(0, result.status) << result.out << result.err;
-    test::makeJar(folder_.path(), "hello.jar", "Main-Class: org.example.Hello\n");
+    test::writeFile(folder_ / "hello.jar",
+                    test::jarOfClass("org.example.Hello", "Main-Class: org.example.Hello\r\n"));
     test::writeFile(folder_ / "release.key", test::readFile(test::keyFile("first")), 0600);
     test::writeFile(folder_ / "runtime/bin/java", "a java", 0755);
     test::writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");

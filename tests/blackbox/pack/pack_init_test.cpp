@@ -129,7 +129,8 @@ const WrongInit kWrongInits[] = {
 TEST_P(PackInitOf, IsRefusedWithWhatToDo) {
   const test::TempFolder folder;
   makeJar(folder.path(), "plain.jar", "X: y\n");
-  makeJar(folder.path(), "asking.jar", "Main-Class: Main\nClass-Path: lib/b.jar lib/c.jar\n");
+  makeJar(folder.path(), "asking.jar", "Main-Class: Main\nClass-Path: lib/a.jar lib/b.jar\n");
+  makeJar(folder.path(), "lib/b.jar", "X: y\n");
   makeJar(folder.path(), "two/a.jar", "Main-Class: A\n");
   makeJar(folder.path(), "two/b.jar", "Main-Class: B\n");
   fs::create_directories(folder / "empty");
@@ -142,6 +143,28 @@ TEST_P(PackInitOf, IsRefusedWithWhatToDo) {
 
 INSTANTIATE_TEST_SUITE_P(All, PackInitOf, testing::ValuesIn(kWrongInits),
                          [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PackInit, OfAJarWhoseManifestNamesMissingJarsWarnsAndTakesIt) {
+  const test::TempFolder folder;
+  writeKey(folder);
+  makeJar(folder.path(), "a.jar", "Main-Class: Main\nClass-Path: lib/b.jar my%20c.jar\n");
+  const test::Result result = init(folder, {"a.jar"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: warning: the manifest of a.jar has lib/b.jar in its class path, which is "
+      "missing\n"
+      "quorvane-pack: warning: the manifest of a.jar has my%20c.jar in its class path, which is "
+      "missing\n",
+      result.err);
+  EXPECT_EQ("jar = \"a.jar\"", lineOf(folder / "quorvane.toml", "jar"));
+  test::writeFile(folder / "my c.jar", "anything");
+  const test::Result second = init(folder, {"a.jar", "--force"});
+  EXPECT_EQ(1, second.status);
+  EXPECT_EQ(
+      "quorvane-pack: the manifest of a.jar refers to my%20c.jar; name the folder that contains "
+      "both\n",
+      second.err);
+}
 
 TEST(PackInit, OfAJarWhoseNameHasNoWordAsksForAName) {
   const test::TempFolder folder;

@@ -24,13 +24,6 @@ void makeJdk(const std::string& folder) {
                   0755);
 }
 
-// Puts jars without content in place of the stand-ins, which jdeps is not asked about.
-void makeJars(const test::SmallProject& project) {
-  const std::string emptyJar = "PK\x05\x06" + std::string(18, '\0');
-  test::writeFile(project / "app/main.jar", emptyJar);
-  test::writeFile(project / "app/lib/other.jar", emptyJar);
-}
-
 TEST(PackRuntime, MakesTheRuntimeOfTheModulesOfAnotherSystem) {
   test::SmallProject project;
   makeJdk(project / "jdk");
@@ -53,7 +46,6 @@ TEST(PackRuntime, ShowsWhatAProgramOfTheJdkSaidWhenItFails) {
   EXPECT_EQ(1, result.status);
   EXPECT_EQ("quorvane-pack: " + project / "jdk/bin/jlink failed:\nError: no a.b\n\n", result.err);
   project.replace("modules = [\"a.b\"]", "");
-  makeJars(project);
   const test::Result second = project.build();
   EXPECT_EQ(1, second.status);
   EXPECT_EQ("quorvane-pack: " + project / "jdk/bin/jdeps" +
@@ -67,12 +59,14 @@ TEST(PackRuntime, NamesADamagedJarAndAsksForModulesWhenNoneAreFound) {
   makeJdk(project / "jdk");
   test::writeFile(project / "jdk/bin/jdeps", "#!/bin/sh\n", 0755);
   project.replace("folder = \"runtime\"", "jdk = \"jdk\"");
+  const std::string sound = test::readFile(project / "app/lib/other.jar");
+  test::writeFile(project / "app/lib/other.jar", "a library");
   const test::Result damaged = project.build();
   EXPECT_EQ(1, damaged.status);
   EXPECT_EQ(
       "quorvane-pack: app/lib/other.jar is not a jar, or is damaged; build it or copy it again\n",
       damaged.err);
-  makeJars(project);
+  test::writeFile(project / "app/lib/other.jar", sound);
   const test::Result result = project.build();
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(

@@ -83,8 +83,9 @@ TEST_F(PackSite, HoldsAVersionTextAndAnArchiveForEachComponent) {
 TEST_F(PackSite, HoldsWhatAnInstallerPutsIntoTheVersionFolders) {
   build();
   const std::string application = extracted(kAppArchive);
-  EXPECT_EQ("the application's jar", test::readFile(application + "/main.jar"));
-  EXPECT_EQ("a library", test::readFile(application + "/lib/other.jar"));
+  EXPECT_EQ(test::readFile(project_ / "app/main.jar"), test::readFile(application + "/main.jar"));
+  EXPECT_EQ(test::readFile(project_ / "app/lib/other.jar"),
+            test::readFile(application + "/lib/other.jar"));
   EXPECT_TRUE(test::exists(application + "/QuorvaneLaunch"));
   EXPECT_EQ("3", test::readFile(application + "/version.txt"));
   const std::string updater = extracted(kUpdaterArchive);
@@ -153,9 +154,9 @@ TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
     ASSERT_EQ(0, result.status) << result.out << result.err;
     EXPECT_EQ("Installed " + component[0] + " " + component[1], test::linesOf(result.out).back());
   }
-  EXPECT_EQ("the application's jar",
+  EXPECT_EQ(test::readFile(project_ / "app/main.jar"),
             test::readFile(master + "Quorvane-Small App-3-complete/main.jar"));
-  EXPECT_EQ("the updater's jar",
+  EXPECT_EQ(test::readFile(project_ / "updater/updater.jar"),
             test::readFile(master + "Quorvane-Quorvane-5-complete/updater.jar"));
   EXPECT_EQ(java, test::readFile(master + "Quorvane-Mac64JRE-170015-complete/bin/java"));
 }

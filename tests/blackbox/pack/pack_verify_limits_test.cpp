@@ -245,8 +245,8 @@ TEST_F(PackVerifyLimits, FindsFilesThatReplaceEachOther) {
   build();
   const std::string sound = test::readFile(tailPath());
   replaceInTail("version.txt", "main.jar");
-  expectProblems(
-      {"application: two of its entries are named main.jar; one would replace the other"});
+  expectProblems({"application: two of its entries are named main.jar; one would replace the other",
+                  "application: main.jar is not a jar, or is damaged; build it or copy it again"});
   test::writeFile(tailPath(), sound);
   replaceInTail("version.txt", "LIB/other.jar");
   expectProblems(

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "tests/support/files.h"
+#include "tests/support/jar_bytes.h"
 #include "tests/support/object_headers.h"
 #include "tests/support/test_keys.h"
 #include "tools/formats/launch_file_writer.h"
@@ -61,9 +62,9 @@ std::string standIn(const std::string& name) {
 }
 
 SmallProject::SmallProject() : text(kText) {
-  writeFile(folder_ / "app/main.jar", "the application's jar");
-  writeFile(folder_ / "app/lib/other.jar", "a library");
-  writeFile(folder_ / "updater/updater.jar", "the updater's jar");
+  writeFile(folder_ / "app/main.jar", jarOfClass("org.example.Main"));
+  writeFile(folder_ / "app/lib/other.jar", jarOf({{"a library", "as it is"}}));
+  writeFile(folder_ / "updater/updater.jar", jarOfClass("org.example.Updater"));
   writeFile(folder_ / "updater/QuorvaneLaunch", launchFile("org.example.Updater", "updater.jar"));
   writeFile(folder_ / "runtime/bin/java", "a java", 0755);
   writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");
