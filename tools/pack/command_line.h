@@ -59,6 +59,8 @@ class Command {
 
   Option text(const char* name, std::string* value, const char* help) const;
   Option texts(const char* name, std::vector<std::string>* values, const char* help) const;
+  // The words behind the first "--" are for somebody else: they go to `words`, whatever they are.
+  void wordsBehindDashes(std::vector<std::string>* words) const;
   Option number(const char* name, int* value, const char* help) const;
   Option number(const char* name, long* value, const char* help) const;
   Option flag(const char* name, bool* value, const char* help) const;

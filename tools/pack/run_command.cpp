@@ -34,6 +34,7 @@ namespace {
 struct RunOptions {
   std::string path = "dist";
   std::vector<std::string> arguments;
+  std::vector<std::string> argumentsBehindDashes;
   std::string keep;
   bool isVerbose = false;
 };
@@ -221,6 +222,8 @@ static void runBundle(const RunOptions& options) {
       options.isVerbose ? std::nullopt : std::optional(Logs{work / "out", work / "err"});
   std::vector<std::string> words = {fs::absolute(executable)};
   words.insert(words.end(), options.arguments.begin(), options.arguments.end());
+  words.insert(words.end(), options.argumentsBehindDashes.begin(),
+               options.argumentsBehindDashes.end());
   const int status = runIn(account, words, logs);
   if (!options.keep.empty()) {
     keepHome(account.home(), options.keep);
@@ -240,6 +243,7 @@ void addRunCommand(const Command& app) {
   auto options = std::make_shared<RunOptions>();
   command.text("PATH", &options->path, "A folder that 'build' made, or a bundle").withDefault();
   command.texts("ARGUMENTS", &options->arguments, "Arguments for the installer, after --");
+  command.wordsBehindDashes(&options->argumentsBehindDashes);
   command.text("--keep", &options->keep, "Copy the home into this new folder at the end");
   command.flag("-v,--verbose", &options->isVerbose,
                "Show the output of the installer and the application");

@@ -107,6 +107,13 @@ TEST_F(PackRun, PassesTheWordsBehindTheDashesOn) {
   EXPECT_EQ("[-silent]\n[two words]\n[--keep]\n", result.out.substr(0, result.out.find("the ")));
 }
 
+TEST_F(PackRun, WithoutAPathPassesTheWordsBehindTheDashesOn) {
+  build("for word in \"$@\"; do echo \"[$word]\"; done\n");
+  const test::Result result = run({"--verbose", "--", "A.java", "--", "-v"});
+  EXPECT_EQ(0, result.status) << result.err;
+  EXPECT_EQ("[A.java]\n[--]\n[-v]\n", result.out.substr(0, result.out.find("the ")));
+}
+
 TEST_F(PackRun, GivesTheInstallerAHomeOfItsOwnThatIsGoneAfterwards) {
   build("getent passwd \"$(id -u)\" | cut -d: -f6\necho \"$HOME\"\ntouch \"$HOME/file\"\n");
   const test::Result result = run({"--verbose"});

@@ -297,6 +297,35 @@ TEST(PackOutput, ThatCannotBeWrittenEndsWithStatus1) {
   }
 }
 
+TEST(PackUsage, OfACommandThatDoesNotExistNamesTheNearestOne) {
+  const char* const wrong[][3] = {{"bulid", "", "bulid'; did you mean 'build'?"},
+                                  {"verfy", "dist", "verfy'; did you mean 'verify'?"},
+                                  {"key", "nwe", "nwe'; did you mean 'new'?"},
+                                  {"package", "dist", "package'"},
+                                  {"xx", "", "xx'"}};
+  for (const auto& [first, second, message] : wrong) {
+    const std::vector<std::string> words =
+        *second == '\0' ? std::vector<std::string>{first} : std::vector<std::string>{first, second};
+    const test::Result result = test::runPack("/", words);
+    EXPECT_EQ(2, result.status);
+    EXPECT_EQ(std::string("quorvane-pack: there is no command '") + message +
+                  "\nRun with --help for more information.\n",
+              result.err);
+    EXPECT_EQ("", result.out);
+  }
+}
+
+TEST(PackUsage, OfAPathThatNoSystemTakesSaysSo) {
+  const std::string path(5000, 'x');
+  for (const char* command : {"build", "init", "run", "verify"}) {
+    const test::Result result = test::runPack("/", {command, path});
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(std::string::npos, result.err.find("filesystem error")) << result.err;
+    EXPECT_NE(std::string::npos, result.err.find(path)) << result.err;
+    EXPECT_NE(std::string::npos, result.err.find("File name too long")) << result.err;
+  }
+}
+
 TEST(PackUsage, ThatIsWrongEndsWithStatus2) {
   EXPECT_EQ(2, test::runPack("", {}).status);
   EXPECT_EQ(2, test::runPack("", {"pack"}).status);
