@@ -117,7 +117,7 @@ static Runtime runtimeOf(const Project& project, const std::string& work, Progre
     const std::vector<std::string> modules =
         project.runtimeModules.empty() ? modulesOf(jdk, jarsOf(project)) : project.runtimeModules;
     progress.detail(joined(modules, ", "));
-    progress.step("making the runtime with " + jdk.home() + "/bin/jlink");
+    progress.step("making the runtime with " + jdk.home() + "/bin/jlink, which takes a while");
     linkRuntime(jdk, modules, project.jmods, work);
     runtime.home = work;
     runtime.shown = "the runtime made from " + (project.jmods.empty() ? jdk.home() : project.jmods);
@@ -214,7 +214,7 @@ static void buildLauncher(const Build& build) {
 // Returns the path of the runtime's archive.
 static std::string buildSite(const Build& build, const Runtime& runtime) {
   const std::string site = build.output / "site";
-  build.progress.step("packing the runtime");
+  build.progress.step("packing the runtime, which takes the most time");
   const std::string archive =
       writeSiteRuntime(site, build.project.runtimeName, runtime.version, runtime.home, build.key);
   build.progress.step("packing application and updater for the update site");
@@ -290,6 +290,7 @@ static void runBuild(const BuildOptions& options) {
   buildOnlineInstaller(build);
   output.finish();
   sayResults(build);
+  progress.finish();
 }
 
 static void addOverrides(const Command& command, BuildOptions* options) {
@@ -321,7 +322,8 @@ void addBuildCommand(const Command& app, const ProgramFiles& files) {
       .withDefault();
   addOverrides(command, options.get());
   const Option quiet = command.flag("-q,--quiet", &options->isQuiet, "Print nothing on success");
-  command.flag("-v,--verbose", &options->isVerbose, "Print every step").excludes(quiet);
+  command.flag("-v,--verbose", &options->isVerbose, "Print every step in a line, with details")
+      .excludes(quiet);
   command.runs([options] { runBuild(*options); });
 }
 

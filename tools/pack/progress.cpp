@@ -25,12 +25,27 @@ void Progress::clear() {
 void Progress::step(const std::string& what) {
   stopWhenInterrupted();
   ++step_;
-  if (verbosity_ == Verbosity::verbose) {
-    fprintf(stderr, "[%d/%d] %s\n", step_, steps_, what.c_str());
-  } else if (verbosity_ == Verbosity::normal && isOnTerminal_) {
-    fprintf(stderr, "\r\033[K[%d/%d] %s", step_, steps_, what.c_str());
+  if (verbosity_ == Verbosity::quiet) {
+    return;
+  }
+  const std::string total = steps_ == 0 ? "" : "/" + std::to_string(steps_);
+  const std::string line = "[" + std::to_string(step_) + total + "] " + what;
+  if (verbosity_ == Verbosity::normal && isOnTerminal_) {
+    fprintf(stderr, "\r\033[K%s", line.c_str());
     fflush(stderr);
     isShown_ = true;
+  } else {
+    fprintf(stderr, "%s\n", line.c_str());
+  }
+}
+
+void Progress::finish() {
+  using std::chrono::duration_cast;
+  using std::chrono::seconds;
+  clear();
+  const auto took = duration_cast<seconds>(std::chrono::steady_clock::now() - start_).count();
+  if (verbosity_ != Verbosity::quiet && took > 0) {
+    fprintf(stderr, "done in %lld s\n", static_cast<long long>(took));
   }
 }
 

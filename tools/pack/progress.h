@@ -1,16 +1,18 @@
 #ifndef QUORVANE_TOOLS_PACK_PROGRESS_H
 #define QUORVANE_TOOLS_PACK_PROGRESS_H
 
+#include <chrono>
 #include <string>
 
 namespace tools {
 
 enum class Verbosity { quiet, normal, verbose };
 
-// A command's progress output: on a terminal one line on standard error that is overwritten; a line
-// for each step if verbose; else nothing.
+// A command's progress output on standard error: on a terminal one line that is overwritten; a line
+// for each step if verbose or if the output goes elsewhere; nothing if quiet.
 class Progress {
  public:
+  // `steps` is their number, 0 if it is not known.
   Progress(Verbosity verbosity, int steps);
   // Clears the line.
   ~Progress();
@@ -23,6 +25,9 @@ class Progress {
   // Prints a detail of the step if verbose.
   void detail(const std::string& what) const;
 
+  // Says how long everything took, if that was a second or more, unless quiet.
+  void finish();
+
   // Prints a result line on standard output unless quiet.
   void result(const std::string& line);
 
@@ -33,6 +38,7 @@ class Progress {
   bool isOnTerminal_;
   bool isShown_ = false;
   int steps_;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   int step_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "tools/pack/commands.h"
+#include "tools/pack/progress.h"
 #include "tools/system/input_error.h"
 #include "tools/verify/installer_check.h"
 
@@ -20,7 +21,10 @@ static void verify(VerifyOptions options) {
   while (options.bundle.size() > 1 && options.bundle.back() == '/') {
     options.bundle.pop_back();
   }
-  const BundleReport report = checkBundle(options.bundle, options.site);
+  Progress progress(options.isQuiet ? Verbosity::quiet : Verbosity::normal, 0);
+  const BundleReport report = checkBundle(options.bundle, options.site,
+                                          [&](const std::string& step) { progress.step(step); });
+  progress.finish();
   if (!options.isQuiet) {
     for (const std::string& fact : report.facts) {
       printf("%s\n", fact.c_str());

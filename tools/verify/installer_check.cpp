@@ -33,10 +33,12 @@ std::string valueOf(const Properties& properties, const char* name, const char* 
 
 class BundleCheck {
  public:
-  BundleCheck(const std::string& bundle, const std::string& site)
-      : bundle_(bundle), resources_(bundle + "/Contents/Resources"), site_(site) {}
+  BundleCheck(const std::string& bundle, const std::string& site,
+              const std::function<void(const std::string&)>& begin)
+      : bundle_(bundle), resources_(bundle + "/Contents/Resources"), site_(site), begin_(begin) {}
 
   BundleReport run() {
+    begin("reading executable and Tail record");
     const std::string executable = attempt([&] { return executableOfBundle(bundle_); });
     readExecutable(executable);
     if (!readTail(executable)) {
@@ -65,6 +67,12 @@ class BundleCheck {
 
  private:
   const std::string& value(TailFieldNumber place) const { return found_.values[place]; }
+
+  void begin(const std::string& step) const {
+    if (begin_) {
+      begin_(step);
+    }
+  }
 
   void problem(const std::string& what) { report_.problems.push_back(what); }
 
@@ -248,6 +256,7 @@ class BundleCheck {
   }
 
   void readUpdater(InstallerStream* stream) {
+    begin("reading the updater");
     ComponentCheck updater("updater", trust_, &report_);
     updater.read(stream, 1);
     updater.requireFile("lzma64");
@@ -261,6 +270,7 @@ class BundleCheck {
   }
 
   void readRuntime(InstallerStream* stream) {
+    begin("reading the runtime, which takes the most time");
     ComponentCheck runtime("runtime", trust_, &report_);
     runtime.read(stream, 1);
     runtime.requireFile("Contents/Home/bin/java");
@@ -269,6 +279,7 @@ class BundleCheck {
   }
 
   void readApplication(InstallerStream* stream) {
+    begin("reading the application");
     ComponentCheck application("application", trust_, &report_);
     application.read(stream, 2);
     application.checkLaunchFile();
@@ -305,6 +316,7 @@ class BundleCheck {
   template <typename Check>
   void checkSiteComponent(const char* what, const std::string& name, Check check) {
     attempt([&] {
+      begin(std::string("reading the ") + what);
       const std::string version = readSiteVersion(site_, name);
       ComponentCheck component(what, trust_, &report_);
       component.readArchiveFile(site_ + "/" + siteArchiveName(name, version));
@@ -327,6 +339,7 @@ class BundleCheck {
   std::string bundle_;
   std::string resources_;
   std::string site_;
+  const std::function<void(const std::string&)>& begin_;
   std::string tailPath_;
   std::string runtimeName_ = DEFAULT_JRE_NAME;
   FoundTail found_;
@@ -338,8 +351,9 @@ class BundleCheck {
 
 }  // namespace
 
-BundleReport checkBundle(const std::string& bundle, const std::string& site) {
-  return BundleCheck(bundle, site).run();
+BundleReport checkBundle(const std::string& bundle, const std::string& site,
+                         const std::function<void(const std::string&)>& begin) {
+  return BundleCheck(bundle, site, begin).run();
 }
 
 }  // namespace tools

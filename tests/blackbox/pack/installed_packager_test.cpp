@@ -43,7 +43,7 @@ class InstalledPackager : public testing::Test {
   // Takes a companion away, so that a build must fail with the message.
   void expectNeeded(const std::string& name, const std::string& message) {
     fs::rename(companion(name), folder_ / "away");
-    const test::Result result = run({"build", "--runtime", "runtime"});
+    const test::Result result = run({"build", "--quiet", "--runtime", "runtime"});
     EXPECT_EQ(1, result.status);
     EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
     fs::rename(folder_ / "away", companion(name));

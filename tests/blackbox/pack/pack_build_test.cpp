@@ -69,14 +69,46 @@ TEST(PackBuild, NamesItsStepsWhenAskedTo) {
   const test::Result result = project.build({"--verbose"});
   EXPECT_EQ(0, result.status);
   EXPECT_EQ(kResults, result.out);
-  EXPECT_EQ(
-      (std::vector<std::string>{
-          "[1/8] reading quorvane.toml", "[2/8] checking the runtime",
-          "[3/8] using the runtime runtime", "      everything is for linux-x86_64",
-          "[4/8] packing the runtime", "[5/8] packing application and updater for the update site",
-          "[6/8] writing the launcher bundle", "[7/8] writing the offline installer",
-          "[8/8] writing the online installer"}),
-      test::linesOf(result.err));
+  EXPECT_EQ((std::vector<std::string>{
+                "[1/8] reading quorvane.toml", "[2/8] checking the runtime",
+                "[3/8] using the runtime runtime", "      everything is for linux-x86_64",
+                "[4/8] packing the runtime, which takes the most time",
+                "[5/8] packing application and updater for the update site",
+                "[6/8] writing the launcher bundle", "[7/8] writing the offline installer",
+                "[8/8] writing the online installer"}),
+            test::linesOf(result.err));
+}
+
+// What a log keeps.
+TEST(PackBuild, WithoutATerminalPrintsALineForEachStepOnceItBegins) {
+  const test::SmallProject project;
+  test::writeFile(project / "quorvane.toml", project.text);
+  test::Command command;
+  command.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--executables", "bin"};
+  command.folder = project.path();
+  const test::Result result = test::run(command);
+  EXPECT_EQ(kResults, result.out);
+  EXPECT_TRUE(test::containsInOrder(test::linesOf(result.err),
+                                    {"[1/8] reading quorvane.toml", "[2/8] checking the runtime",
+                                     "[8/8] writing the online installer"}))
+      << result.err;
+  EXPECT_EQ("", test::withoutProgress(result.err));
+}
+
+TEST(PackBuild, ThatTakesLongSaysHowLong) {
+  test::SmallProject project;
+  project.replace("folder = \"runtime\"", "jdk = \"jdk\"\nmodules = [\"java.base\"]");
+  test::writeFile(project / "jdk/bin/jlink",
+                  "#!/bin/sh\nsleep 1.1\nwhile [ \"$1\" != --output ]; do shift; done\n"
+                  "mkdir -p \"$2/bin\" && echo java > \"$2/bin/java\"\n"
+                  "echo 'JAVA_VERSION=\"21.0.4\"' > \"$2/release\"\n",
+                  0755);
+  const test::Result result = project.build({"--verbose"});
+  EXPECT_EQ(0, result.status) << result.err;
+  const std::string last = test::linesOf(result.err).back();
+  EXPECT_EQ(0u, last.find("done in ")) << last;
+  EXPECT_EQ(" s", last.substr(last.size() - 2));
+  EXPECT_LE(1, std::stoi(last.substr(8)));
 }
 
 TEST(PackBuild, ShowsOneChangingLineOnATerminalAndTakesItAway) {
@@ -308,7 +340,8 @@ TEST(PackBuild, WithoutItsOwnUpdaterAsksForAnUpdater) {
   fs::create_directories(project / "other/bin");
   fs::copy(QUORVANE_BIN "/quorvane-pack", project / "other/bin");
   test::Command command;
-  command.arguments = {project / "other/bin/quorvane-pack", "build", "--executables", "bin"};
+  command.arguments = {project / "other/bin/quorvane-pack", "build", "--quiet", "--executables",
+                       "bin"};
   command.folder = project.path();
   const test::Result result = test::run(command);
   EXPECT_EQ(1, result.status);

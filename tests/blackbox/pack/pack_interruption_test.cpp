@@ -22,7 +22,8 @@ class PackInterruption : public testing::Test {
   void start(const std::string& sign) {
     test::writeFile(project_ / "quorvane.toml", project_.text);
     fs::create_directory(project_ / "tmp");
-    command_.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--executables", "bin"};
+    command_.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--quiet", "--executables",
+                          "bin"};
     command_.environment = {{"TMPDIR", project_ / "tmp"}};
     command_.folder = project_.path();
     build_ = test::start(command_, project_ / "out", project_ / "err");

@@ -54,6 +54,19 @@ TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
       result.out);
 }
 
+TEST_F(PackVerify, SaysWhatItReads) {
+  test::Command command;
+  command.arguments = {QUORVANE_BIN "/quorvane-pack", "verify", kVerifiedBundle, "--site",
+                       "dist/site"};
+  command.folder = project_.path();
+  EXPECT_TRUE(test::containsInOrder(
+      test::linesOf(test::run(command).err),
+      {"[1] reading executable and Tail record", "[2] reading the updater",
+       "[3] reading the runtime, which takes the most time", "[4] reading the application",
+       "[5] reading the site, updater", "[6] reading the site, runtime",
+       "[7] reading the site, application"}));
+}
+
 TEST_F(PackVerify, OfASoundInstallerIsSilentWhenAskedTo) {
   const test::Result result =
       test::runPack(project_.path(), {"verify", "--quiet", kVerifiedBundle});

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <filesystem>
 #include <set>
@@ -46,7 +48,23 @@ Result runPack(const std::string& folder, const std::vector<std::string>& words,
   command.environment = environment;
   command.folder = folder;
   command.seconds = 170;
-  return run(command);
+  Result result = run(command);
+  if (std::find(words.begin(), words.end(), "--verbose") == words.end()) {
+    result.err = withoutProgress(result.err);
+  }
+  return result;
+}
+
+std::string withoutProgress(const std::string& err) {
+  std::string rest;
+  for (size_t at = 0; at < err.size();) {
+    const size_t end = std::min(err.find('\n', at), err.size() - 1) + 1;
+    const std::string line = err.substr(at, end - at);
+    const bool isStep = line[0] == '[' && isdigit(static_cast<unsigned char>(line[1])) != 0;
+    rest += isStep || line.rfind("done in ", 0) == 0 ? "" : line;
+    at = end;
+  }
+  return rest;
 }
 
 static std::string launchFile(const std::string& mainClass, const std::string& jar) {

@@ -9,9 +9,13 @@
 
 namespace test {
 
-// Runs quorvane-pack in the folder `folder`.
+// Runs quorvane-pack in the folder `folder`. Unless the words ask for its steps with --verbose, the
+// result is without the lines about its progress.
 Result runPack(const std::string& folder, const std::vector<std::string>& words,
                const std::map<std::string, std::string>& environment = {});
+
+// Returns a command's standard error without the lines about its progress.
+std::string withoutProgress(const std::string& err);
 
 // What stands in for the product's executable `name`: the header of a program for Linux on x86_64
 // and no more.
