@@ -1,5 +1,5 @@
 # What the tests need beyond that to be compiled and linked for macOS on another system, where they cannot
-# be run: GoogleTest from the sources that Debian installs, and the two libraries that are headers alone.
+# be run: GoogleTest from the sources that Debian installs, and the libraries that are headers alone.
 
 set(tests "${QUORVANE_MACOS_TOOLS}/tests")
 
@@ -22,6 +22,7 @@ target_link_libraries(gmock PUBLIC gtest)
 add_library(CLI11::CLI11 INTERFACE IMPORTED)
 target_include_directories(CLI11::CLI11 SYSTEM INTERFACE "${tests}/include")
 target_include_directories(quorvane_toml SYSTEM INTERFACE "${tests}/include")
+target_include_directories(quorvane_stb SYSTEM INTERFACE "${tests}/include/stb")
 
 # The tests use more of the frameworks than the product does.
 set(QUORVANE_TEST_DECLARATIONS "${CMAKE_SOURCE_DIR}/tests/macos/declarations")

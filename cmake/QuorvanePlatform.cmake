@@ -5,6 +5,7 @@
 #   quorvane_cocoa_libraries  libraries that the Cocoa part needs
 #   quorvane_liblzma          liblzma as a static library, for the tools
 #   quorvane_toml             toml++, which is headers alone, for the packager
+#   quorvane_stb              the stb libraries, which are too
 
 find_package(Threads REQUIRED)
 
@@ -13,6 +14,7 @@ add_library(quorvane_objcxx INTERFACE)
 add_library(quorvane_cocoa_libraries INTERFACE)
 add_library(quorvane_liblzma INTERFACE)
 add_library(quorvane_toml INTERFACE)
+add_library(quorvane_stb INTERFACE)
 
 # An installed liblzma; where it is compiled with the rest, the platform's file says so instead.
 macro(quorvane_find_liblzma)
@@ -20,6 +22,12 @@ macro(quorvane_find_liblzma)
   find_path(QUORVANE_LIBLZMA_HEADERS lzma.h REQUIRED)
   target_include_directories(quorvane_liblzma SYSTEM INTERFACE "${QUORVANE_LIBLZMA_HEADERS}")
   target_link_libraries(quorvane_liblzma INTERFACE "${QUORVANE_LIBLZMA}")
+endmacro()
+
+# Installed headers of stb, which packages put into a folder of its name or beside the others.
+macro(quorvane_find_stb)
+  find_path(QUORVANE_STB_HEADERS stb_image_resize.h PATH_SUFFIXES stb REQUIRED)
+  target_include_directories(quorvane_stb SYSTEM INTERFACE "${QUORVANE_STB_HEADERS}")
 endmacro()
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Darwin")

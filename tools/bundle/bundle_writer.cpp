@@ -13,55 +13,7 @@ std::string executableIn(const Bundle& bundle) {
   return bundle.path + "/Contents/MacOS/" + bundle.executableName;
 }
 
-static std::string escaped(const std::string& text) {
-  std::string xml;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        xml += "&amp;";
-        break;
-      case '<':
-        xml += "&lt;";
-        break;
-      case '>':
-        xml += "&gt;";
-        break;
-      default:
-        xml += c;
-    }
-  }
-  return xml;
-}
-
-static std::string entry(const std::string& key, const std::string& value) {
-  return "\t<key>" + key + "</key>\n\t<string>" + escaped(value) + "</string>\n";
-}
-
-static std::string infoPlist(const Bundle& bundle) {
-  std::string text =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-      "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-      "<plist version=\"1.0\">\n<dict>\n";
-  text += entry("CFBundleDisplayName", bundle.shownName);
-  text += entry("CFBundleExecutable", bundle.executableName);
-  if (!bundle.icon.empty()) {
-    text += entry("CFBundleIconFile", fs::path(bundle.icon).filename());
-  }
-  text += entry("CFBundleIdentifier", bundle.identifier);
-  text += entry("CFBundleInfoDictionaryVersion", "6.0");
-  text += entry("CFBundleName", bundle.name);
-  text += entry("CFBundlePackageType", "APPL");
-  text += entry("CFBundleShortVersionString", bundle.version);
-  text += entry("CFBundleVersion", bundle.version);
-  text += entry("LSMinimumSystemVersion", "10.13");
-  text += "\t<key>NSHighResolutionCapable</key>\n\t<true/>\n";
-  text += entry("NSPrincipalClass", "NSApplication");
-  return text + "</dict>\n</plist>\n";
-}
-
-// The modes do not depend on the umask.
-static const fs::perms kFileMode{0644};
+// The mode does not depend on the umask.
 static const fs::perms kExecutableMode{0755};
 
 static void makeFolder(const std::string& path) {
@@ -87,6 +39,7 @@ static void copyInto(const std::string& from, const std::string& to, fs::perms m
 }
 
 void writeBundle(const Bundle& bundle) {
+  const std::string infoPlist = encodeInfoPlist(bundle);
   if (fs::exists(fs::symlink_status(bundle.path))) {
     throw InputError(bundle.path + " already exists; remove it or choose another output folder");
   }
@@ -94,11 +47,10 @@ void writeBundle(const Bundle& bundle) {
     makeFolder(bundle.path + folder);
   }
   copyInto(bundle.executable, executableIn(bundle), kExecutableMode);
-  if (!bundle.icon.empty()) {
-    const std::string name = fs::path(bundle.icon).filename();
-    copyInto(bundle.icon, bundle.path + "/Contents/Resources/" + name, kFileMode);
+  for (const BundleFile& file : bundle.resources) {
+    writeWhole(bundle.path + "/Contents/Resources/" + file.name, file.bytes);
   }
-  writeWhole(bundle.path + "/Contents/Info.plist", infoPlist(bundle));
+  writeWhole(bundle.path + "/Contents/Info.plist", infoPlist);
 }
 
 }  // namespace tools

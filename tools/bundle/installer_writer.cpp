@@ -47,9 +47,8 @@ class RuntimeBundle {
 
 static std::string updaterRecords(const Installer& installer, const SigningKey* key) {
   // An empty record takes the place of a missing splash.
-  const std::string splash = installer.splash.empty()
-                                 ? std::string(1, '\0')
-                                 : record(kSplash, readWhole(installer.splash));
+  const std::string splash =
+      installer.splash.empty() ? std::string(1, '\0') : record(kSplash, installer.splash);
   return record(kLzmaTool, readWhole(installer.lzmaTool)) +
          component("updater", installer.updater, key) + splash +
          record(kVersionFile, installer.tail.guVersion);
@@ -109,7 +108,8 @@ void writeSiteUpdater(const std::string& site, const Installer& installer, const
   content.files.emplace_back(kLzmaTool, installer.lzmaTool);
   content.files.emplace_back(kVersionFile, work / kVersionFile);
   if (!installer.splash.empty()) {
-    content.files.emplace_back(kSplash, installer.splash);
+    writeWhole(work / kSplash, installer.splash);
+    content.files.emplace_back(kSplash, work / kSplash);
   }
   const std::string record = updaterRecord(version, installer.tail.appName);
   writeSiteComponent(site, UPDATER_NAME, version, record, content, key);

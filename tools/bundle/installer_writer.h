@@ -21,7 +21,7 @@ struct Installer {
   ArchiveContent updater;  // what the components' version folders will hold
   ArchiveContent application;
   std::string runtimeArchive;  // as writeSiteRuntime() writes it
-  std::string splash;          // a PNG file; empty for none
+  std::string splash;          // the bytes of a PNG; empty for none
 };
 
 // Writes an installer bundle: the Tail record followed by the archives as Contents/Resources/Tail,

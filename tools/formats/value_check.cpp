@@ -1,6 +1,7 @@
 #include "tools/formats/value_check.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "tools/system/texts.h"
 
@@ -17,6 +18,16 @@ std::string faultOfRequiredJava(const std::string& version) {
 static std::string authorityOf(const std::string& url) {
   const size_t start = url.find("//") + 2;
   return url.substr(start, url.find_first_of("/?#", start) - start);
+}
+
+std::string hostOf(const std::string& url) {
+  std::string host = authorityOf(url);
+  host.erase(0, host.rfind('@') + 1);
+  const size_t port = host.find(':', host[0] == '[' ? host.find(']') : 0);
+  host.erase(std::min(port, host.size()));
+  std::transform(host.begin(), host.end(), host.begin(),
+                 [](unsigned char c) { return static_cast<char>(tolower(c)); });
+  return host;
 }
 
 std::string faultOfUpdateUrl(const std::string& url) {

@@ -14,6 +14,10 @@ namespace tools {
 // The update URL.
 [[nodiscard]] std::string faultOfUpdateUrl(const std::string& url);
 
+// Not a check: returns the host of an http or https URL, in small letters, without user and port.
+// An IPv6 address keeps its brackets.
+std::string hostOf(const std::string& url);
+
 }  // namespace tools
 
 #endif

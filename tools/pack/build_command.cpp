@@ -9,7 +9,9 @@
 #include "tools/keys/key_file.h"
 #include "tools/pack/commands.h"
 #include "tools/pack/progress.h"
+#include "tools/project/appearance.h"
 #include "tools/project/components.h"
+#include "tools/project/presentation_check.h"
 #include "tools/project/project_file.h"
 #include "tools/project/project_fit.h"
 #include "tools/system/folder_tree.h"
@@ -46,6 +48,7 @@ struct Build {
   const BuildOptions& options;
   const Project& project;
   const Components& components;
+  const Appearance& appearance;
   const SigningKey* key;
   OutputFolder& output;
   Progress& progress;
@@ -81,6 +84,7 @@ static Project projectOf(const BuildOptions& options) {
     project.jdk.clear();
   }
   checkProject(project);
+  warnOfPresentation(project);
   if (!options.runtime.empty()) {
     // The project's version applies to its own runtime, or if this one has none.
     const std::string number = runtimeNumber(javaHomeIn(options.runtime));
@@ -180,14 +184,8 @@ static std::string fileName(const Build& build, const BundleKind& kind) {
 static Bundle bundleOf(const Build& build, const BundleKind& kind) {
   Bundle bundle;
   bundle.path = build.output / fileName(build, kind);
-  // The application runs in its installer's process, with its own name in the menu.
-  bundle.name = build.project.name;
-  bundle.shownName = build.project.name + kind.nameSuffix;
-  bundle.identifier = build.project.identifier + kind.identifierSuffix;
-  bundle.version = build.project.version;
+  describeBundle(build.project, build.appearance, kind.nameSuffix, kind.identifierSuffix, &bundle);
   bundle.executable = build.options.files.executables + "/" + kind.executable;
-  bundle.executableName = build.project.name;
-  bundle.icon = build.project.icon;
   return bundle;
 }
 
@@ -200,7 +198,8 @@ static Installer installerOf(const Build& build, const BundleKind& kind) {
   installer.lzmaTool = build.options.files.executables + "/lzma64";
   installer.updater = build.components.updater();
   installer.application = build.components.application();
-  installer.splash = build.project.splash;
+  installer.bundle.plainHttpHost = plainHttpHostOf(build.project);
+  installer.splash = build.appearance.splash;
   return installer;
 }
 
@@ -278,12 +277,14 @@ static void runBuild(const BuildOptions& options) {
   TargetFit fit = fitOfProject(project, options.files.executables);
   encodeTail(tailOf(project, key ? &*key : nullptr));
   encodeParams(propertiesOf(project));
+  const Appearance appearance = appearanceOf(project);
   OutputFolder output(options.output);
   const TemporaryFolder work;
   const Runtime runtime = runtimeOf(project, work / "runtime", progress);
   requireRuntime(&fit, runtime.home, runtime.shown);
   progress.detail("everything is for " + fit.text());
-  const Build build{options, project, components, key ? &*key : nullptr, output, progress};
+  const Build build{options, project, components, appearance, key ? &*key : nullptr,
+                    output,  progress};
   const std::string runtimeArchive = buildSite(build, runtime);
   buildLauncher(build);
   buildOfflineInstaller(build, runtime, runtimeArchive);

@@ -7,6 +7,7 @@
 #include "tools/formats/launch_file_writer.h"
 #include "tools/java/java_runtime.h"
 #include "tools/project/launch_content.h"
+#include "tools/project/appearance.h"
 #include "tools/project/reserved_names.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
@@ -123,6 +124,16 @@ void Components::checkLaunch(const std::string& folder) {
   }
 }
 
+// The name in the menu of the process, and of the executable of a Java of its own: the '/' becomes
+// a division slash, which looks the same.
+static std::string launchNameOf(const Project& project) {
+  std::string name;
+  for (const char c : shownNameOf(project)) {
+    name += c == '/' ? "\u2215" : std::string(1, c);
+  }
+  return name;
+}
+
 void Components::describeApplication(const Project& project) {
   application_.folder = project.appFolder;
   if (!project.jar.empty()) {
@@ -134,7 +145,7 @@ void Components::describeApplication(const Project& project) {
   }
   LaunchFile launch;
   launch.mainClass = project.mainClass;
-  launch.appName = project.name;
+  launch.appName = launchNameOf(project);
   launch.classPath = classPathOf(project);
   launch.arguments = project.arguments;
   launch.jvmOptions = project.jvmOptions;
@@ -165,7 +176,7 @@ void Components::describeUpdater(const Project& project, const std::string& jar)
   LaunchFile launch;
   launch.mainClass = kOwnUpdaterClass;
   launch.compatibilityClass = kOwnUpdaterProbe;
-  launch.appName = project.name;
+  launch.appName = launchNameOf(project);
   launch.classPath = {kOwnUpdaterJar};
   writeWhole(work_ / "updater", encodeLaunchFile(launch));
   writeWhole(work_ / "settings", encodeUpdateSettings(project.updates));

@@ -6,6 +6,7 @@
 #include "tools/formats/value_check.h"
 #include "tools/keys/key_file.h"
 #include "tools/project/components.h"
+#include "tools/project/presentation_check.h"
 #include "tools/project/project_file.h"
 #include "tools/system/ascii_case.h"
 #include "tools/system/input_error.h"
@@ -68,6 +69,12 @@ class ProjectCheck {
     throw InputError(option == project_.givenBy.end()
                          ? project_.file + ": [" + section + "] " + what
                          : option->second + what.substr(keyLength));
+  }
+
+  void requireNoFault(const char* section, const std::string& fault) const {
+    if (!fault.empty()) {
+      fail(section, fault);
+    }
   }
 
   void require(const char* section, const char* key, const std::string& value,
@@ -142,10 +149,8 @@ class ProjectCheck {
     requireFile("application", "jar", project_.jar);
     requireFolder("application", "folder", project_.appFolder);
     checkLaunch();
-    requireKind("application", "icon", project_.icon, "icns", ".icns image");
-    if (!project_.icon.empty() && fs::path(project_.icon).extension() != ".icns") {
-      fail("application", "icon names " + project_.icon + ", whose name must end in .icns");
-    }
+    requireNoFault("application", faultOfPresentation(project_));
+    requireNoFault("info_plist", faultOfInfoPlist(project_));
   }
 
   void checkLaunch() const {

@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <sstream>
 
+#include "tools/project/plist_keys.h"
 #include "tools/system/input_error.h"
 #include "tools/system/texts.h"
 #include "tools/system/whole_file.h"
@@ -95,6 +97,15 @@ Key texts(std::vector<std::string>* field) {
           }};
 }
 
+Key documentTypes(std::vector<DocumentType>* field, const fs::path& base) {
+  return {"a list of tables with name, role, extensions, content_types and icon",
+          [field, base](const toml::node& value) {
+            const auto found = documentTypesOf(value, base);
+            *field = found.value_or(*field);
+            return found.has_value();
+          }};
+}
+
 Key pairs(Properties* field) {
   return {"a table of strings", [field](const toml::node& value) {
             if (!value.is_table()) {
@@ -122,7 +133,13 @@ Keys applicationKeys(Project* project, const fs::path& base) {
           {"arguments", texts(&project->arguments)},
           {"jvm_options", texts(&project->jvmOptions)},
           {"maximum_heap_mb", number(&project->maximumHeapMegabytes)},
-          {"icon", path(&project->icon, base)}};
+          {"icon", path(&project->icon, base)},
+          {"display_name", text(&project->displayName)},
+          {"display_version", text(&project->displayVersion)},
+          {"category", text(&project->category)},
+          {"copyright", text(&project->copyright)},
+          {"url_schemes", texts(&project->urlSchemes)},
+          {"document_types", documentTypes(&project->documentTypes, base)}};
 }
 
 Keys runtimeKeys(Project* project, const fs::path& base) {
@@ -163,6 +180,7 @@ std::map<std::string, Keys> sectionsOf(Project* project, const fs::path& base) {
       {"runtime", runtimeKeys(project, base)},
       {"installer", installerKeys(project, base)},
       {"signing", {{"key", path(&project->key, base)}}},
+      {"info_plist", {}},  // has keys of its own
   };
 }
 
@@ -195,14 +213,31 @@ toml::table parse(const std::string& file) {
   }
 }
 
-void applySection(const std::string& file, const std::string& section, const toml::node& node,
-                  const Keys& keys) {
+const toml::table& tableOf(const std::string& file, const std::string& section,
+                           const toml::node& node) {
   const toml::table* table = node.as_table();
   if (table == nullptr) {
     throw InputError(placeOf(file, node) + section + " is not a section; write it as [" + section +
                      "] with its keys below");
   }
-  for (const auto& [name, value] : *table) {
+  return *table;
+}
+
+void readInfoPlist(const std::string& file, const toml::table& table, PlistTable* entries) {
+  for (const auto& [name, node] : table) {
+    std::optional<PlistValue> value = plistValueOf(node);
+    if (!value) {
+      throw InputError(placeOf(file, node) + "'" + std::string(name.str()) +
+                       "' in [info_plist] must be a string, true or false, a whole number, or a "
+                       "list or a table of such");
+    }
+    setEntry(entries, std::string(name.str()), std::move(*value));
+  }
+}
+
+void applySection(const std::string& file, const std::string& section, const toml::node& node,
+                  const Keys& keys) {
+  for (const auto& [name, value] : tableOf(file, section, node)) {
     const auto key = keys.find(std::string(name.str()));
     if (key == keys.end()) {
       throw InputError(placeOf(file, value) + "[" + section + "] has no key '" +
@@ -233,7 +268,11 @@ Project readProject(const std::string& file) {
       throw InputError(placeOf(file, node) + "there is no section [" + std::string(name.str()) +
                        "]; known are " + namesOf(sections));
     }
-    applySection(file, section->first, node, section->second);
+    if (section->first == "info_plist") {
+      readInfoPlist(file, tableOf(file, section->first, node), &project.infoPlist);
+    } else {
+      applySection(file, section->first, node, section->second);
+    }
   }
   return project;
 }

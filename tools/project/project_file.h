@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "formats/names.h"
+#include "tools/bundle/info_plist.h"
 #include "tools/formats/params_writer.h"
 #include "tools/project/update_settings.h"
 
@@ -32,7 +33,15 @@ struct Project {
   std::vector<std::string> arguments;
   std::vector<std::string> jvmOptions;
   long maximumHeapMegabytes = 0;  // 0 leaves it to the runtime
-  std::string icon;
+  std::string icon;               // an .icns or a PNG file; empty for the default one
+  std::string displayName;        // empty for `name`
+  std::string displayVersion;     // empty for `version`
+  std::string category;           // one of Apple's, maybe without "public.app-category."
+  std::string copyright;
+  std::vector<std::string> urlSchemes;
+  std::vector<DocumentType> documentTypes;  // their icons are paths of .icns or PNG files
+  // [info_plist]
+  PlistTable infoPlist;
   // [updater]
   std::string updaterFolder;   // empty for the packager's own
   std::string updaterVersion;  // empty for the packager's default
@@ -50,7 +59,7 @@ struct Project {
   std::string updateUrl = NO_UPDATE_URL;
   std::string silentParameter = "-silent";
   long minimumSplashMs = 0;
-  std::string splash;
+  std::string splash;  // a PNG file; empty for one that is drawn
   bool canOverrideSplash = false;
   std::string requiredJava;
   bool requireSignature = true;

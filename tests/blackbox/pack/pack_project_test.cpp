@@ -30,8 +30,8 @@ const WrongProject kWrongProjects[] = {
     {"NoToml", "[application]", "[application",
      "quorvane.toml:1: Error while parsing table header: expected ']', saw '\\n'"},
     {"UnknownSection", "[updater]", "[upgrades]",
-     "quorvane.toml:9: there is no section [upgrades]; known are application, installer, runtime, "
-     "signing, updater, updates"},
+     "quorvane.toml:9: there is no section [upgrades]; known are application, info_plist, "
+     "installer, runtime, signing, updater, updates"},
     {"NoSection", "[runtime]", "[[runtime]]",
      "quorvane.toml:13: runtime is not a section; write it as [runtime] with its keys below"},
     {"UnknownKey", "version = \"5\"", "verson = \"5\"",
@@ -102,8 +102,112 @@ const WrongProject kWrongProjects[] = {
      "it"},
     {"NegativeHeap", "folder = \"app\"", "folder = \"app\"\nmaximum_heap_mb = -1",
      "quorvane.toml: [application] maximum_heap_mb is -1; it must not be negative"},
-    {"IconOfAnotherKind", "icon = \"small.icns\"", "icon = \"splash.png\"",
-     "quorvane.toml: [application] icon names splash.png, which is not a valid .icns image"},
+    {"MissingIcon", "icon = \"small.icns\"", "icon = \"no.icns\"",
+     "quorvane.toml: [application] icon is wrong: no.icns is not an existing file"},
+    {"IconOfAnotherName", "icon = \"small.icns\"", "icon = \"app/main.jar\"",
+     "quorvane.toml: [application] icon is wrong: app/main.jar is neither an .icns nor a .png "
+     "image by its name"},
+    {"PngIconThatIsNoPng", "icon = \"small.icns\"", "icon = \"splash.png\"",
+     "quorvane.toml: [application] icon is wrong: splash.png is not a valid PNG image"},
+    {"DisplayNameOfTwoLines", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndisplay_name = \"a\\nb\"",
+     "quorvane.toml: [application] display_name has a control character; it is one line of text"},
+    {"DisplayNameThatNoPlistHolds", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndisplay_name = \"a\\u0001b\"",
+     "quorvane.toml: [application] display_name has a control character, which a property list "
+     "cannot hold"},
+    {"BlankDisplayName", "icon = \"small.icns\"", "icon = \"small.icns\"\ndisplay_name = \"  \"",
+     "quorvane.toml: [application] display_name must have 1 to 255 bytes, and not only blanks"},
+    {"DisplayVersionWithTab", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndisplay_version = \"1\\t2\"",
+     "quorvane.toml: [application] display_version has a control character; it is one line of "
+     "text"},
+    {"CopyrightWithNoncharacter", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ncopyright = \"\\uFFFE\"",
+     "quorvane.toml: [application] copyright has a control character, which a property list cannot "
+     "hold"},
+    {"UnknownCategory", "icon = \"small.icns\"", "icon = \"small.icns\"\ncategory = \"tools\"",
+     "quorvane.toml: [application] category is \"tools\"; it is one of Apple's: action-games, "
+     "adventure-games, arcade-games, board-games, business, card-games, casino-games, "
+     "developer-tools, dice-games, education, educational-games, entertainment, family-games, "
+     "finance, games, graphics-design, healthcare-fitness, kids-games, lifestyle, medical, music, "
+     "music-games, news, photography, productivity, puzzle-games, racing-games, reference, "
+     "role-playing-games, simulation-games, social-networking, sports, sports-games, "
+     "strategy-games, travel, trivia-games, utilities, video, weather, word-games"},
+    {"SchemeWithColon", "icon = \"small.icns\"", "icon = \"small.icns\"\nurl_schemes = [\"a:\"]",
+     "quorvane.toml: [application] url_schemes has \"a:\"; a scheme is what stands before the "
+     "colon, in small letters, digits, '+', '-' and '.', and begins with a letter"},
+    {"SchemeInCapitals", "icon = \"small.icns\"", "icon = \"small.icns\"\nurl_schemes = [\"App\"]",
+     "quorvane.toml: [application] url_schemes has \"App\"; a scheme is what stands before the "
+     "colon, in small letters, digits, '+', '-' and '.', and begins with a letter"},
+    {"SchemeThatBeginsWithADigit", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\nurl_schemes = [\"1a\"]",
+     "quorvane.toml: [application] url_schemes has \"1a\"; a scheme is what stands before the "
+     "colon, in small letters, digits, '+', '-' and '.', and begins with a letter"},
+    {"EmptyScheme", "icon = \"small.icns\"", "icon = \"small.icns\"\nurl_schemes = [\"\"]",
+     "quorvane.toml: [application] url_schemes has \"\"; a scheme is what stands before the colon, "
+     "in small letters, digits, '+', '-' and '.', and begins with a letter"},
+    {"SchemeOfFiles", "icon = \"small.icns\"", "icon = \"small.icns\"\nurl_schemes = [\"file\"]",
+     "quorvane.toml: [application] url_schemes has \"file\"; files that the application opens are "
+     "document_types"},
+    {"DocumentTypeWithoutName", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{extensions = [\"a\"]}]",
+     "quorvane.toml: [application] document_types has entry number 1 without a 'name' of one line, "
+     "for example name = \"Letter\""},
+    {"DocumentTypeOfNothing", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{name = \"A\"}]",
+     "quorvane.toml: [application] document_types: \"A\" needs 'extensions' or 'content_types'"},
+    {"DocumentTypeOfUnknownRole", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{name = \"A\", extensions = [\"a\"], role = "
+     "\"viewer\"}]",
+     "quorvane.toml: [application] document_types: \"A\" has the role \"viewer\"; it is Editor, "
+     "Viewer, Shell, QLGenerator or None"},
+    {"ExtensionWithDot", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{name = \"A\", extensions = [\".a\"]}]",
+     "quorvane.toml: [application] document_types: \"A\" has the extension \".a\"; write it "
+     "without the dot before it, for example \"txt\""},
+    {"ContentTypeThatIsNone", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{name = \"A\", content_types = [\"text/plain\"]}]",
+     "quorvane.toml: [application] document_types: \"A\" has the content type \"text/plain\"; that "
+     "is an identifier like org.example.letter or public.plain-text"},
+    {"DocumentTypeWithMissingIcon", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{name = \"A\", extensions = [\"a\"], icon = "
+     "\"no.png\"}]",
+     "quorvane.toml: [application] document_types: \"A\" has an icon, and no.png is not an "
+     "existing file"},
+    {"DocumentTypesThatAreNoList", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = \"a\"",
+     "quorvane.toml:8: 'document_types' in [application] must be a list of tables with name, role, "
+     "extensions, content_types and icon; this is string"},
+    {"DocumentTypeWithUnknownKey", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{name = \"A\", suffix = \"a\"}]",
+     "quorvane.toml:8: 'document_types' in [application] must be a list of tables with name, role, "
+     "extensions, content_types and icon; this is something else"},
+    {"DocumentTypeWithOtherTypeOfKey", "icon = \"small.icns\"",
+     "icon = \"small.icns\"\ndocument_types = [{name = \"A\", extensions = \"a\"}]",
+     "quorvane.toml:8: 'document_types' in [application] must be a list of tables with name, role, "
+     "extensions, content_types and icon; this is something else"},
+    {"OwnEntryCFBundleExecutable", "[updater]",
+     "[info_plist]\nCFBundleExecutable = \"a\"\n\n[updater]",
+     "quorvane.toml: [info_plist] CFBundleExecutable must agree with the bundle, and is set from "
+     "what the bundle holds; remove it"},
+    {"OwnEntryCFBundlePackageType", "[updater]",
+     "[info_plist]\nCFBundlePackageType = \"a\"\n\n[updater]",
+     "quorvane.toml: [info_plist] CFBundlePackageType must agree with the bundle, and is set from "
+     "what the bundle holds; remove it"},
+    {"OwnEntryCFBundleIdentifier", "[updater]",
+     "[info_plist]\nCFBundleIdentifier = \"a\"\n\n[updater]",
+     "quorvane.toml: [info_plist] CFBundleIdentifier must agree with the bundle, and is set from "
+     "'identifier' in [application]; remove it"},
+    {"EntryThatNoPlistHolds", "[updater]",
+     "[info_plist]\nX = [\"a\", {b = \"\\u0002\"}]\n\n[updater]",
+     "quorvane.toml: [info_plist] X has a control character, which a property list cannot hold"},
+    {"EntryWithAFraction", "[updater]", "[info_plist]\nX = [1.5]\n\n[updater]",
+     "quorvane.toml:10: 'X' in [info_plist] must be a string, true or false, a whole number, or a "
+     "list or a table of such"},
+    {"EntryWithADate", "[updater]", "[info_plist]\nX = 2026-01-01\n\n[updater]",
+     "quorvane.toml:10: 'X' in [info_plist] must be a string, true or false, a whole number, or a "
+     "list or a table of such"},
     {"FolderWithoutJars", "folder = \"app\"", "folder = \"runtime\"",
      "runtime contains no jars; put the application's jars into it"},
     {"UpdaterVersionAloneThatIsNotLarger", "folder = \"updater\"\nversion = \"5\"",
@@ -237,18 +341,6 @@ TEST(PackProjectFile, WithAnOutputFolderInWhatIsPackedIsRefused) {
       "quorvane-pack: the output folder app/dist is inside app, which is packed; choose another "
       "one "
       "with --output\n",
-      result.err);
-}
-
-TEST(PackProjectFile, WithAnIconOfAnotherNameIsRefused) {
-  test::SmallProject project;
-  fs::rename(project / "small.icns", project / "small.icon");
-  project.replace("small.icns", "small.icon");
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: quorvane.toml: [application] icon names small.icon, whose name must end in "
-      ".icns\n",
       result.err);
 }
 

@@ -15,6 +15,7 @@
 #include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 namespace test {
 
@@ -87,7 +88,7 @@ SmallProject::SmallProject() : text(kText) {
   writeFile(folder_ / "runtime/bin/java", "a java", 0755);
   writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");
   writeFile(folder_ / "splash.png", "\x89PNG\r\n\x1a\nno more");
-  writeFile(folder_ / "small.icns", "icns and no more");
+  writeFile(folder_ / "small.icns", "icns\0\0\0\x16ic07\0\0\0\x0eno PNG"s);
   writeFile(folder_ / "release.key", readFile(keyFile("first")), 0600);
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
     writeFile(folder_ / "bin" + "/" + name, standIn(name), 0700);
