@@ -277,6 +277,23 @@ TEST_F(UpdatersChild, OnAMacWithoutAnIconOfItsOwnHasTheBundles) {
             dockOptions("Mac OS X", file));
 }
 
+// Others belong to the types of documents that the application opens.
+TEST_F(UpdatersChild, OnAMacHasTheIconThatIsNamedAfterTheProgramAmongSeveral) {
+  for (const char* name : {"document-1.icns", "Sample.icns", "document-2.icns", "Zebra.icns"}) {
+    test::writeFile(bundle() + "/Resources/" + name, "");
+  }
+  EXPECT_EQ((Texts{"-Xdock:name=Sample", "-Xdock:icon=" + bundle() + "/Resources/Sample.icns"}),
+            dockOptions("Mac OS X", {}));
+}
+
+TEST_F(UpdatersChild, OnAMacHasTheFirstOfIconsWithOtherNames) {
+  for (const char* name : {"c.icns", "a.icns", "b.icns"}) {
+    test::writeFile(bundle() + "/Resources/" + name, "");
+  }
+  EXPECT_EQ((Texts{"-Xdock:name=Sample", "-Xdock:icon=" + bundle() + "/Resources/a.icns"}),
+            dockOptions("Mac OS X", {}));
+}
+
 TEST_F(UpdatersChild, OnAMacWithoutAnyIconHasTheNameAlone) {
   EXPECT_EQ((Texts{"-Xdock:name=Sample"}), dockOptions("Mac OS X", {}));
 }

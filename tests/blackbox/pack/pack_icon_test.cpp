@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/blackbox/pack/small_project.h"
+#include "tests/support/background.h"
 #include "tests/support/files.h"
 #include "tests/support/picture.h"
 
@@ -285,6 +286,22 @@ TEST_F(PackSplash, IsOnTheUpdateSiteToo) {
                                       "dist/site/Quorvane-Quorvane-5-archive.p2.l2", "extracted"});
   ASSERT_EQ(0, extracted.status) << extracted.err;
   EXPECT_TRUE(test::readFile(splash()) == test::readFile(project_ / "extracted/nativesplash.png"));
+}
+
+// With the product's own executables: the window has the size of the image.
+TEST_F(PackSplash, ThatIsDrawnIsWhatAnInstallerShows) {
+  for (const char* name : {"extractor", "lzma64"}) {
+    fs::copy_file(std::string(QUORVANE_BIN) + "/" + name, project_ / "bin" + "/" + name,
+                  fs::copy_options::overwrite_existing);
+  }
+  build();
+  const test::OwnDisplay display;
+  test::Command command;
+  command.arguments = {QUORVANE_BIN "/quorvane-pack", "run", "--verbose"};
+  command.folder = project_.path();
+  command.environment = {{"DISPLAY", display.name()}};
+  const test::Result result = test::run(command);
+  EXPECT_NE(std::string::npos, result.out.find("[Splash] Resizing to 480 280\n")) << result.out;
 }
 
 // Whatever fonts and libraries a machine has: those that are used are part of the packager. Changed

@@ -58,6 +58,13 @@ TEST_F(OpenURL, OfAFileIsItsFileUrl) {
   EXPECT_STREQ("file:///tmp/a%20file.txt", getRequestedURL());
 }
 
+TEST_F(OpenURL, OfAFileIsEscapedWhereAUrlNeedsIt) {
+  registerOSXEventListener();
+  NSString* path = [NSString stringWithUTF8String:"/tmp/Größe 中#1?50%.txt"];
+  EXPECT_TRUE([delegate_ application:nil openFile:path]);
+  EXPECT_STREQ("file:///tmp/Gr%C3%B6%C3%9Fe%20%E4%B8%AD%231%3F50%25.txt", getRequestedURL());
+}
+
 TEST_F(OpenURL, OfSeveralFilesKeepsTheLast) {
   registerOSXEventListener();
   [delegate_ application:nil openURL:@"quorvane://first"];

@@ -2,6 +2,8 @@ package org.example.updater;
 
 import java.io.File;
 import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.Collections;
 import java.util.List;
 
 /**
@@ -30,14 +32,22 @@ final class DockOptions {
     return options;
   }
 
-  /** The application's own icon, or else the bundle's; null where neither has one. */
+  /**
+   * The application's own icon, or else the bundle's, which is named after the program; null where neither has
+   * one. Other icons in a bundle are those of documents.
+   */
   private static File icon(LaunchFile launchFile, File folder, File program) {
     File own = new File(folder, launchFile.icon);
     if (!launchFile.icon.isEmpty() && own.isFile()) {
       return own;
     }
     File contents = program.getAbsoluteFile().getParentFile().getParentFile();
-    File[] icons = new File(contents, "Resources").listFiles((in, name) -> name.endsWith(".icns"));
-    return icons == null || icons.length == 0 ? null : icons[0];
+    File resources = new File(contents, "Resources");
+    File named = new File(resources, program.getName() + ".icns");
+    if (named.isFile()) {
+      return named;
+    }
+    File[] icons = resources.listFiles((in, name) -> name.endsWith(".icns"));
+    return icons == null || icons.length == 0 ? null : Collections.min(Arrays.asList(icons));
   }
 }
