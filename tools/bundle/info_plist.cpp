@@ -10,7 +10,7 @@ bool isFixedEntry(const std::string& key) {
 
 static void setText(PlistTable* table, const std::string& key, const std::string& text) {
   if (!text.empty()) {
-    setEntry(table, key, plistText(text));
+    setEntry(table, key, plistString(text));
   }
 }
 
@@ -18,7 +18,7 @@ static PlistValue urlTypesOf(const BundleInfo& info) {
   PlistTable type;
   setText(&type, "CFBundleTypeRole", "Viewer");
   setText(&type, "CFBundleURLName", info.appIdentifier);
-  setEntry(&type, "CFBundleURLSchemes", plistTexts(info.urlSchemes));
+  setEntry(&type, "CFBundleURLSchemes", plistStrings(info.urlSchemes));
   return {PlistList{{type}}};
 }
 
@@ -31,10 +31,10 @@ static PlistValue documentTypesOf(const BundleInfo& info) {
     setText(&type, "CFBundleTypeRole", document.role);
     setText(&type, "LSHandlerRank", "Default");
     if (!document.extensions.empty()) {
-      setEntry(&type, "CFBundleTypeExtensions", plistTexts(document.extensions));
+      setEntry(&type, "CFBundleTypeExtensions", plistStrings(document.extensions));
     }
     if (!document.contentTypes.empty()) {
-      setEntry(&type, "LSItemContentTypes", plistTexts(document.contentTypes));
+      setEntry(&type, "LSItemContentTypes", plistStrings(document.contentTypes));
     }
     list.push_back({type});
   }
@@ -50,9 +50,9 @@ static bool isSystemType(const std::string& type) {
 // be those of a declared type.
 static PlistTable declarationOf(const DocumentType& document) {
   PlistTable tags;
-  setEntry(&tags, "public.filename-extension", plistTexts(document.extensions));
+  setEntry(&tags, "public.filename-extension", plistStrings(document.extensions));
   PlistTable declaration;
-  setEntry(&declaration, "UTTypeConformsTo", plistTexts({"public.data"}));
+  setEntry(&declaration, "UTTypeConformsTo", plistStrings({"public.data"}));
   setText(&declaration, "UTTypeDescription", document.name);
   setText(&declaration, "UTTypeIconFile", document.icon);
   setText(&declaration, "UTTypeIdentifier", document.contentTypes[0]);
@@ -91,11 +91,11 @@ static bool isLocal(const std::string& host) {
 static PlistValue transportSecurityOf(const std::string& host) {
   PlistTable table;
   if (isLocal(host)) {
-    setEntry(&table, "NSAllowsLocalNetworking", plistFlag(true));
+    setEntry(&table, "NSAllowsLocalNetworking", plistBoolean(true));
     return {table};
   }
   PlistTable exception;
-  setEntry(&exception, "NSExceptionAllowsInsecureHTTPLoads", plistFlag(true));
+  setEntry(&exception, "NSExceptionAllowsInsecureHTTPLoads", plistBoolean(true));
   PlistTable domains;
   setEntry(&domains, host, {exception});
   setEntry(&table, "NSExceptionDomains", {domains});
@@ -117,7 +117,7 @@ static PlistTable identityOf(const BundleInfo& info) {
   setText(&table, "CFBundleVersion", info.version);
   setText(&table, "LSApplicationCategoryType", info.category);
   setText(&table, "LSMinimumSystemVersion", info.minimumSystem);
-  setEntry(&table, "NSHighResolutionCapable", plistFlag(true));
+  setEntry(&table, "NSHighResolutionCapable", plistBoolean(true));
   setText(&table, "NSHumanReadableCopyright", info.copyright);
   setText(&table, "NSPrincipalClass", "NSApplication");
   return table;

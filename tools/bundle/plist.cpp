@@ -7,18 +7,18 @@
 
 namespace tools {
 
-PlistValue plistText(std::string text) {
+PlistValue plistString(std::string text) {
   return {std::move(text)};
 }
 
-PlistValue plistFlag(bool flag) {
+PlistValue plistBoolean(bool flag) {
   return {flag};
 }
 
-PlistValue plistTexts(const std::vector<std::string>& texts) {
+PlistValue plistStrings(const std::vector<std::string>& texts) {
   PlistList list;
   for (const std::string& text : texts) {
-    list.push_back(plistText(text));
+    list.push_back(plistString(text));
   }
   return {list};
 }

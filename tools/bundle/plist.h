@@ -27,9 +27,9 @@ struct PlistEntry {
 };
 
 // Values of each kind. A C string would otherwise become a bool.
-PlistValue plistText(std::string text);
-PlistValue plistFlag(bool flag);
-PlistValue plistTexts(const std::vector<std::string>& texts);
+PlistValue plistString(std::string text);
+PlistValue plistBoolean(bool flag);
+PlistValue plistStrings(const std::vector<std::string>& texts);
 
 // Sets the entry `key`, replacing an existing one.
 void setEntry(PlistTable* table, const std::string& key, PlistValue value);

@@ -38,10 +38,10 @@ std::optional<PlistValue> plistValueOf(const toml::node& node) {
     return tableOf(*table);
   }
   if (const auto text = node.value_exact<std::string>()) {
-    return plistText(*text);
+    return plistString(*text);
   }
   if (const auto flag = node.value_exact<bool>()) {
-    return plistFlag(*flag);
+    return plistBoolean(*flag);
   }
   const auto number = node.value_exact<int64_t>();
   return number ? std::optional(PlistValue{*number}) : std::nullopt;

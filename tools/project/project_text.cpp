@@ -112,7 +112,16 @@ static std::string applicationText(const NewProject& project) {
          "# arguments = [\"--first\", \"second\"]\n"
          "# jvm_options = [\"-Dkey=value\"]\n"
          "# maximum_heap_mb = 1024\n"
-         "# icon = \"icon.icns\"\n";
+         "# icon = \"icon.png\"  # 1024 × 1024 pixels, or an .icns file\n"
+         "# display_name = \"Größe & Maß\"  # what users see; any characters\n"
+         "# display_version = \"1.4.2\"\n"
+         "# category = \"productivity\"  # one of Apple's application categories\n"
+         "# copyright = \"© 2026 Example Ltd.\"\n"
+         "# url_schemes = [\"hello\"]  # URLs that open the application: hello:...\n"
+         "# document_types = [{name = \"Letter\", extensions = [\"letter\"], role = \"Editor\"}]\n"
+         "\n"
+         "# [info_plist]  # further entries of the bundles' Info.plist\n"
+         "# NSCameraUsageDescription = \"Scans the codes on your letters\"\n";
 }
 
 static const char kOtherSections[] = R"(
@@ -137,7 +146,7 @@ static const char kOtherSections[] = R"(
 # install_type = "perm_user"  # "perm_all" installs for all users
 # update_url = "https://updates.example.org/hello/"  # where you put the folder "site"
 # silent_parameter = "-silent"  # the argument that installs without a window
-# splash = "splash.png"
+# splash = "splash.png"  # by default drawn from icon and name
 # minimum_splash_ms = 1500
 # required_java = "8"  # oldest system Java that an online installer adopts
 # require_signature = true

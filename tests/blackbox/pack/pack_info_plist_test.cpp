@@ -238,6 +238,26 @@ TEST_F(PackInfoPlist, GivesTheLaunchFileTheDisplayName) {
   EXPECT_NE(std::string::npos, read.out.find("app_name = 'Größe 1\u22152'")) << read.out;
 }
 
+// Each is one in a new project file, without its '#'.
+TEST_F(PackInfoPlist, TakesTheExamplesThatANewProjectFileShows) {
+  const test::TempFolder folder;
+  test::makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
+  test::writeFile(folder / "release.key", test::readFile(project_ / "release.key"), 0600);
+  ASSERT_EQ(0, test::runPack(folder.path(), {"init", "a.jar"}).status);
+  std::string examples;
+  for (const std::string& line : test::linesOf(test::readFile(folder / "quorvane.toml"))) {
+    for (const char* start : {"display_name", "display_version", "category", "copyright",
+                              "url_schemes", "document_types", "[info_plist]", "NSCamera"}) {
+      if (line.rfind(std::string("# ") + start, 0) == 0) {
+        examples += line.substr(2) + "\n";
+      }
+    }
+  }
+  EXPECT_EQ(8u, test::linesOf(examples).size()) << examples;
+  addKeys(examples);
+  expectEntries("\"CFBundleShortVersionString\": \"1.4.2\", ", {"NSCameraUsageDescription"});
+}
+
 TEST(InfoPlistCheck, FindsMissingUnknownAndWronglyTypedEntries) {
   const test::TempFolder folder;
   test::writeFile(folder / "Info.plist",

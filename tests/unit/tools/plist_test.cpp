@@ -19,8 +19,8 @@ static std::string contentOf(const tools::PlistTable& table) {
 
 TEST(Plist, HasItsEntriesInTheOrderOfTheirKeysWhateverTheOrderOfTheirSetting) {
   tools::PlistTable table;
-  setEntry(&table, "b", tools::plistText("2"));
-  setEntry(&table, "c", tools::plistFlag(false));
+  setEntry(&table, "b", tools::plistString("2"));
+  setEntry(&table, "c", tools::plistBoolean(false));
   setEntry(&table, "a", {int64_t{1}});
   EXPECT_EQ(
       "<dict>\n\t<key>a</key>\n\t<integer>1</integer>\n\t<key>b</key>\n\t<string>2</string>\n"
@@ -30,8 +30,8 @@ TEST(Plist, HasItsEntriesInTheOrderOfTheirKeysWhateverTheOrderOfTheirSetting) {
 
 TEST(Plist, KeepsOnlyTheLatestValueOfAKey) {
   tools::PlistTable table;
-  setEntry(&table, "a", tools::plistText("first"));
-  setEntry(&table, "a", tools::plistFlag(true));
+  setEntry(&table, "a", tools::plistString("first"));
+  setEntry(&table, "a", tools::plistBoolean(true));
   EXPECT_EQ("<dict>\n\t<key>a</key>\n\t<true/>\n</dict>\n", contentOf(table));
   EXPECT_EQ(nullptr, findEntry(table, "b"));
   EXPECT_TRUE(std::get<bool>(findEntry(table, "a")->content));
@@ -39,7 +39,7 @@ TEST(Plist, KeepsOnlyTheLatestValueOfAKey) {
 
 TEST(Plist, EscapesMarkupAndTheReturnThatAParserWouldChange) {
   tools::PlistTable table;
-  setEntry(&table, "<k&>", tools::plistText("<\"'&amp;>\r\n\t"));
+  setEntry(&table, "<k&>", tools::plistString("<\"'&amp;>\r\n\t"));
   EXPECT_EQ(
       "<dict>\n\t<key>&lt;k&amp;&gt;</key>\n\t<string>&lt;\"'&amp;amp;&gt;&#13;\n\t</string>\n"
       "</dict>\n",
@@ -50,9 +50,9 @@ TEST(Plist, RefusesWhatXmlCannotHold) {
   for (const std::string& text :
        {"\0"s, "\x01"s, "\x08"s, "\x0b"s, "\x1f"s, "\uFFFE"s, "\uFFFF"s, "\xff"s}) {
     tools::PlistTable inner;
-    setEntry(&inner, text, tools::plistFlag(true));
+    setEntry(&inner, text, tools::plistBoolean(true));
     for (const tools::PlistValue& value :
-         {tools::plistText(text), tools::plistTexts({"a", text}), tools::PlistValue{inner}}) {
+         {tools::plistString(text), tools::plistStrings({"a", text}), tools::PlistValue{inner}}) {
       tools::PlistTable table;
       setEntry(&table, "key", value);
       EXPECT_THROW((void)tools::encodePlist(table), tools::InputError);
