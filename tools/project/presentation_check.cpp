@@ -168,10 +168,13 @@ static std::string faultOfDocumentTypes(const std::vector<DocumentType>& types) 
   return "";
 }
 
+static const char kNoPng[] = " is not a valid PNG image of at most 4096 pixels a side";
+static_assert(LONGEST_SIDE == 4096);
+
 static std::string faultOfPngIcon(const std::string& path) {
   const std::optional<Picture> picture = decodePng(readWhole(path));
   if (!picture) {
-    return path + " is not a valid PNG image";
+    return path + kNoPng;
   }
   return picture->width == ICON_SIDE && picture->height == ICON_SIDE
              ? ""
@@ -232,6 +235,11 @@ std::string plainHttpHostOf(const Project& project) {
     url = project.updateUrl == "D" && name == "update_url" ? value : url;
   }
   return startsWith(url, "http://") ? hostOf(url) : "";
+}
+
+std::string faultOfSplash(const Project& project) {
+  const std::string& path = project.splash;
+  return path.empty() || decodePng(readWhole(path)) ? "" : "splash is wrong: " + path + kNoPng;
 }
 
 // Apple's form of a version: one to three whole numbers with dots between them.

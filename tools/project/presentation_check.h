@@ -16,6 +16,10 @@ std::string faultOfPresentation(const Project& project);
 // Returns what is wrong with [info_plist], or nothing.
 std::string faultOfInfoPlist(const Project& project);
 
+// Returns what is wrong with the splash, which is an existing file if there is one, beginning with
+// the key, or nothing. An installer with a splash that cannot be read would be invisible.
+std::string faultOfSplash(const Project& project);
+
 // Returns what the file `path` lacks to be an icon, or nothing.
 std::string faultOfIcon(const std::string& path);
 

@@ -131,15 +131,6 @@ class ProjectCheck {
     }
   }
 
-  // A file whose kind is recognised by its first bytes, `start`.
-  void requireKind(const char* section, const char* key, const std::string& path,
-                   const std::string& start, const char* kind) const {
-    requireFile(section, key, path);
-    if (!path.empty() && readWhole(path).compare(0, start.size(), start) != 0) {
-      fail(section, std::string(key) + " names " + path + ", which is not a valid " + kind);
-    }
-  }
-
   void checkContent() const {
     if (project_.jar.empty() == project_.appFolder.empty()) {
       fail("application", project_.jar.empty()
@@ -229,7 +220,8 @@ class ProjectCheck {
   }
 
   void checkInstaller() const {
-    requireKind("installer", "splash", project_.splash, "\x89PNG\r\n\x1a\n", "PNG image");
+    requireFile("installer", "splash", project_.splash);
+    requireNoFault("installer", faultOfSplash(project_));
     requireSound("update_url", project_.updateUrl, faultOfUpdateUrl(project_.updateUrl));
     for (const char* word : {"--install", "--elevated"}) {
       if (project_.silentParameter == word) {

@@ -187,7 +187,8 @@ TEST_F(PackIcon, ThatIsDamagedIsRefused) {
   test::writeFile(project_ / "icon.png", png.substr(0, png.size() / 2));
   EXPECT_EQ(
       "quorvane-pack: quorvane.toml: [application] icon is wrong: icon.png is not a valid PNG "
-      "image\n",
+      "image "
+      "of at most 4096 pixels a side\n",
       project_.build().err);
 }
 
@@ -205,6 +206,34 @@ TEST_F(PackIcon, IsADefaultOneWhereNoneIsNamed) {
 TEST_F(PackIcon, IsCarriedUnchangedIfItIsAnIcnsFile) {
   build();
   EXPECT_EQ(test::readFile(project_ / "small.icns"), icns_);
+}
+
+using PackOwnSplash = PackIcon;
+
+// The window would have no size.
+TEST_F(PackOwnSplash, ThatCannotBeReadIsRefused) {
+  const std::string png = test::readFile(project_ / "splash.png");
+  for (const std::string& bytes : {png.substr(0, 40), "\x89PNG\r\n\x1a\n"s, ""s}) {
+    test::writeFile(project_ / "splash.png", bytes);
+    const test::Result result = project_.build();
+    EXPECT_EQ(1, result.status);
+    EXPECT_EQ(
+        "quorvane-pack: quorvane.toml: [installer] splash is wrong: splash.png is not a valid PNG "
+        "image of at most 4096 pixels a side\n",
+        result.err);
+  }
+}
+
+TEST_F(PackOwnSplash, ThatIsTooLargeIsRefused) {
+  magick(project_.path(), "convert -size 4097x1 xc:red splash.png");
+  EXPECT_EQ(1, project_.build().status);
+  magick(project_.path(), "convert -size 4096x1 xc:red splash.png");
+  EXPECT_EQ(0, project_.build().status);
+}
+
+TEST_F(PackOwnSplash, IsCarriedUnchanged) {
+  build();
+  EXPECT_TRUE(test::readFile(splash()) == test::readFile(project_ / "splash.png"));
 }
 
 class PackSplash : public PackIcon {

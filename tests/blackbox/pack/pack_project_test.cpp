@@ -107,8 +107,9 @@ const WrongProject kWrongProjects[] = {
     {"IconOfAnotherName", "icon = \"small.icns\"", "icon = \"app/main.jar\"",
      "quorvane.toml: [application] icon is wrong: app/main.jar is neither an .icns nor a .png "
      "image by its name"},
-    {"PngIconThatIsNoPng", "icon = \"small.icns\"", "icon = \"splash.png\"",
-     "quorvane.toml: [application] icon is wrong: splash.png is not a valid PNG image"},
+    {"PngIconOfOnePixel", "icon = \"small.icns\"", "icon = \"splash.png\"",
+     "quorvane.toml: [application] icon is wrong: splash.png has 1 × 1 pixels; an icon is made "
+     "from 1024 × 1024"},
     {"DisplayNameOfTwoLines", "icon = \"small.icns\"",
      "icon = \"small.icns\"\ndisplay_name = \"a\\nb\"",
      "quorvane.toml: [application] display_name has a control character; it is one line of text"},
@@ -253,7 +254,8 @@ const WrongProject kWrongProjects[] = {
      "the folder app is not a JDK: it has no bin/jlink; install a JDK (on Debian the package "
      "openjdk-17-jdk), or name its folder with --jdk"},
     {"SplashOfAnotherKind", "splash = \"splash.png\"", "splash = \"small.icns\"",
-     "quorvane.toml: [installer] splash names small.icns, which is not a valid PNG image"},
+     "quorvane.toml: [installer] splash is wrong: small.icns is not a valid PNG image of at most "
+     "4096 pixels a side"},
     {"NoJmods", "folder = \"runtime\"", "jmods = \"none\"",
      "quorvane.toml: [runtime] jmods names none, which is not an existing folder"},
     {"NoSplash", "splash.png", "none.png",

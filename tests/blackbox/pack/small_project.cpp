@@ -41,6 +41,14 @@ splash = "splash.png"
 key = "release.key"
 )";
 
+// A PNG of one grey pixel.
+static const std::string kPng =
+    "\x89\x50\x4e\x47\x0d\x0a\x1a\x0a\x00\x00\x00\x0d\x49\x48\x44\x52"
+    "\x00\x00\x00\x01\x00\x00\x00\x01\x08\x00\x00\x00\x00\x3a\x7e\x9b"
+    "\x55\x00\x00\x00\x0d\x49\x44\x41\x54\x78\x01\x01\x02\x00\xfd\xff"
+    "\x00\x80\x00\x82\x00\x81\xc3\x6e\x25\xe0\x00\x00\x00\x00\x49\x45"
+    "\x4e\x44\xae\x42\x60\x82"s;
+
 Result runPack(const std::string& folder, const std::vector<std::string>& words,
                const std::map<std::string, std::string>& environment) {
   Command command;
@@ -87,7 +95,7 @@ SmallProject::SmallProject() : text(kText) {
   writeFile(folder_ / "updater/QuorvaneLaunch", launchFile("org.example.Updater", "updater.jar"));
   writeFile(folder_ / "runtime/bin/java", "a java", 0755);
   writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");
-  writeFile(folder_ / "splash.png", "\x89PNG\r\n\x1a\nno more");
+  writeFile(folder_ / "splash.png", kPng);
   writeFile(folder_ / "small.icns", "icns\0\0\0\x16ic07\0\0\0\x0eno PNG"s);
   writeFile(folder_ / "release.key", readFile(keyFile("first")), 0600);
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
