@@ -4,6 +4,7 @@
 #include <stb_image_resize.h>
 #include <stb_image_write.h>
 
+#include <cstdint>
 #include <memory>
 
 namespace tools {
@@ -18,9 +19,34 @@ static size_t sizeOf(int width, int height) {
   return static_cast<size_t>(width) * height * kChannels;
 }
 
+static size_t numberAt(const std::string& bytes, size_t at) {
+  size_t number = 0;
+  for (size_t i = at; i < at + sizeof(uint32_t); ++i) {
+    number = number << 8 | static_cast<unsigned char>(bytes[i]);
+  }
+  return number;
+}
+
+// Whether the chunks fill the file up to the last one. The library allocates what a chunk claims.
+static bool hasWholeChunks(const std::string& png) {
+  constexpr size_t kSignature = 8;
+  constexpr size_t kAroundChunk = 12;  // its length, its type, its checksum
+  for (size_t at = kSignature; at < png.size();) {
+    const size_t left = png.size() - at;
+    if (left < kAroundChunk || numberAt(png, at) > left - kAroundChunk) {
+      return false;
+    }
+    if (png.compare(at + sizeof(uint32_t), 4, "IEND") == 0) {
+      return true;
+    }
+    at += numberAt(png, at) + kAroundChunk;
+  }
+  return false;
+}
+
 std::optional<Picture> decodePng(const std::string& bytes) {
   const auto size = static_cast<int>(bytes.size());
-  if (bytes.size() > INT32_MAX) {
+  if (bytes.size() > INT32_MAX || !hasWholeChunks(bytes)) {
     return std::nullopt;
   }
   Picture picture;

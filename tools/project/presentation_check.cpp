@@ -256,6 +256,11 @@ static bool isSystemVersion(const std::string& version) {
   return before != '.' && dots < 3;
 }
 
+// What tries an update site out asks its own machine, and no network is on the way.
+static bool isThisMachine(const std::string& host) {
+  return host == "localhost" || host == "[::1]" || startsWith(host, "127.");
+}
+
 void warnOfPresentation(const Project& project) {
   const std::string& version = project.displayVersion;
   if (!version.empty() && !isSystemVersion(version)) {
@@ -265,7 +270,7 @@ void warnOfPresentation(const Project& project) {
             project.file.c_str(), version.c_str());
   }
   const std::string host = plainHttpHostOf(project);
-  if (!host.empty()) {
+  if (!host.empty() && !isThisMachine(host)) {
     fprintf(stderr,
             "quorvane-pack: %s: [installer] update_url is plain http, for which Info.plist gets an "
             "exception for %s: whoever controls the network sees what is installed and can hold "

@@ -13,7 +13,7 @@ namespace {
 
 const char* const kBundles[] = {"Small App.app", "Small App Installer.app",
                                 "Small App Online Installer.app"};
-const char kOffline[] = "Small App Installer.app";
+const char kOfflineBundle[] = "Small App Installer.app";
 
 test::Result checkPlist(const std::string& path, const std::vector<std::string>& added = {}) {
   test::Command command;
@@ -45,7 +45,7 @@ class PackInfoPlist : public testing::Test {
 
   // Whether Info.plist of the offline installer contains `entries`, a part of its JSON.
   void expectEntries(const std::string& entries, const std::vector<std::string>& added = {}) {
-    const std::string json = plistOf(kOffline, added);
+    const std::string json = plistOf(kOfflineBundle, added);
     EXPECT_NE(std::string::npos, json.find(entries)) << json << "without " << entries;
   }
 
@@ -68,7 +68,7 @@ TEST_F(PackInfoPlist, OfAPlainProjectHasTheDefaults) {
       "\"CFBundlePackageType\": \"APPL\", \"CFBundleShortVersionString\": \"3\", "
       "\"CFBundleVersion\": \"3\", \"LSMinimumSystemVersion\": \"10.13\", "
       "\"NSHighResolutionCapable\": true, \"NSPrincipalClass\": \"NSApplication\"}\n",
-      plistOf(kOffline));
+      plistOf(kOfflineBundle));
 }
 
 TEST_F(PackInfoPlist, HasADisplayNameWithAnyCharacters) {
@@ -134,7 +134,7 @@ TEST_F(PackInfoPlist, ClaimsDocumentsByTheirExtensions) {
       "\"CFBundleDocumentTypes\": [{\"CFBundleTypeExtensions\": [\"letter\", \"ltr\"], "
       "\"CFBundleTypeName\": \"Letter\", \"CFBundleTypeRole\": \"Viewer\", \"LSHandlerRank\": "
       "\"Default\"}], ");
-  EXPECT_EQ(std::string::npos, plistOf(kOffline).find("TypeDeclarations"));
+  EXPECT_EQ(std::string::npos, plistOf(kOfflineBundle).find("TypeDeclarations"));
 }
 
 // The system does not look at extensions beside content types: they belong to the types themselves.
@@ -167,8 +167,9 @@ TEST_F(PackInfoPlist, GivesADocumentTypeItsIcon) {
   expectEntries(
       "{\"CFBundleTypeExtensions\": [\"b\"], \"CFBundleTypeIconFile\": "
       "\"document-2.icns\", ");
-  EXPECT_EQ(test::readFile(project_ / "small.icns"),
-            test::readFile(project_ / "dist/" + kOffline + "/Contents/Resources/document-2.icns"));
+  EXPECT_EQ(
+      test::readFile(project_ / "small.icns"),
+      test::readFile(project_ / "dist/" + kOfflineBundle + "/Contents/Resources/document-2.icns"));
 }
 
 TEST_F(PackInfoPlist, TakesFurtherEntriesOfEveryKind) {
@@ -208,6 +209,17 @@ TEST_F(PackInfoPlist, AllowsPlainHttpForAServerOfTheLocalNetwork) {
   }
 }
 
+TEST_F(PackInfoPlist, OfAnUpdateUrlOfThisMachineHasTheExceptionWithoutAWarning) {
+  project_.replace("[installer]", "[installer]\nupdate_url = \"http://URL/\"");
+  std::string before = "URL";
+  for (const std::string host : {"127.0.0.1:8080", "localhost", "[::1]:80"}) {
+    project_.replace("http://" + before + "/", "http://" + host + "/");
+    before = host;
+    expectEntries("\"NSAppTransportSecurity\": {\"NSAllowsLocalNetworking\": true}, ");
+    EXPECT_EQ("", err_);
+  }
+}
+
 TEST_F(PackInfoPlist, AllowsPlainHttpForAServerThatThePropertyNames) {
   project_.replace("[installer]",
                    "[installer]\nupdate_url = \"D\"\nproperties = {update_url = "
@@ -217,7 +229,7 @@ TEST_F(PackInfoPlist, AllowsPlainHttpForAServerThatThePropertyNames) {
 
 TEST_F(PackInfoPlist, OfAnHttpsUpdateUrlHasNoExceptionAndNoWarning) {
   project_.replace("[installer]", "[installer]\nupdate_url = \"https://updates.example.org/\"");
-  EXPECT_EQ(std::string::npos, plistOf(kOffline).find("NSAppTransportSecurity"));
+  EXPECT_EQ(std::string::npos, plistOf(kOfflineBundle).find("NSAppTransportSecurity"));
   EXPECT_EQ("", err_);
 }
 
