@@ -140,7 +140,7 @@ static std::string faultOfExtensions(const DocumentType& type) {
 static std::string faultOfDocumentType(const DocumentType& type) {
   const char* const roles[] = {"Editor", "Viewer", "Shell", "QLGenerator", "None"};
   const bool isRole = std::find(std::begin(roles), std::end(roles), type.role) != std::end(roles);
-  const std::string fault = faultOfExtensions(type);
+  std::string fault = faultOfExtensions(type);
   if (!fault.empty()) {
     return fault;
   }

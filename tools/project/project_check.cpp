@@ -10,7 +10,6 @@
 #include "tools/project/project_file.h"
 #include "tools/system/ascii_case.h"
 #include "tools/system/input_error.h"
-#include "tools/system/whole_file.h"
 
 namespace fs = std::filesystem;
 
