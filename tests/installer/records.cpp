@@ -1,16 +1,20 @@
 #include "tests/installer/records.h"
 
 #include <gtest/gtest.h>
+#include <lzma.h>
 
 #include <cstdlib>
 #include <memory>
 
 #include "crypto/mixed_hash.h"
 #include "tests/support/files.h"
-#include "tests/support/temp_folder.h"
-#include "tools/formats/lzma.h"
+#include "tests/support/test_keys.h"
 
 namespace test {
+
+// Every installer of the tests is packed anew: what the packager's own level saves in bytes would
+// cost them a quarter of their time.
+static const uint32_t kFastest = 0;
 
 std::string fileRecord(const std::string& path, const std::string& bytes) {
   return field("0") + field(path) + field(std::to_string(bytes.size())) + bytes;
@@ -18,6 +22,10 @@ std::string fileRecord(const std::string& path, const std::string& bytes) {
 
 std::string folderRecord(const std::string& path) {
   return field("1") + field(path);
+}
+
+tools::SigningKey testKey(const std::string& name) {
+  return tools::SigningKey::read(keyFile(name));
 }
 
 std::string signedBy(const tools::SigningKey& key, const std::string& records) {
@@ -33,10 +41,19 @@ std::string signedBy(const tools::SigningKey& key, const std::string& records) {
 }
 
 std::string compressed(const std::string& bytes) {
-  const TempFolder folder;
-  writeFile(folder / "in", bytes);
-  tools::lzmaCompress(folder / "in", folder / "out");
-  return readFile(folder / "out");
+  lzma_options_lzma options;
+  EXPECT_FALSE(lzma_lzma_preset(&options, kFastest));
+  lzma_stream stream = LZMA_STREAM_INIT;
+  EXPECT_EQ(LZMA_OK, lzma_alone_encoder(&stream, &options));
+  std::string out(bytes.size() + bytes.size() / 8 + 1024, '\0');
+  stream.next_in = reinterpret_cast<const uint8_t*>(bytes.data());
+  stream.avail_in = bytes.size();
+  stream.next_out = reinterpret_cast<uint8_t*>(out.data());
+  stream.avail_out = out.size();
+  EXPECT_EQ(LZMA_STREAM_END, lzma_code(&stream, LZMA_FINISH));
+  out.resize(stream.total_out);
+  lzma_end(&stream);
+  return out;
 }
 
 std::string nestedRecord(const std::string& name, const std::string& records) {

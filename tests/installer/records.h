@@ -14,6 +14,9 @@ namespace test {
 std::string fileRecord(const std::string& path, const std::string& bytes);
 std::string folderRecord(const std::string& path);
 
+// One of the keys for tests alone; tests/support/test_keys.h names them.
+tools::SigningKey testKey(const std::string& name);
+
 // `records` closed by a signature record over them.
 std::string signedBy(const tools::SigningKey& key, const std::string& records);
 

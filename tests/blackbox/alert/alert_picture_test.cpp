@@ -121,8 +121,8 @@ TEST_F(AlertPicture, DamagedArchive) {
 }
 
 TEST_F(AlertPicture, SignatureRefused) {
-  installer_.sign(tools::SigningKey::generate(2048));
-  installer_.tail.publicKey = tools::SigningKey::generate(2048).publicKeyHex();
+  installer_.sign(test::testKey("first"));
+  installer_.tail.publicKey = test::testKey("second").publicKeyHex();
   write();
   startByDesktop(command());
   waitForAlert();

@@ -16,8 +16,6 @@
 #include "tests/blackbox/installer/starts.h"
 #include "tests/support/background.h"
 #include "tests/support/product_system.h"
-#include "tests/support/test_keys.h"
-#include "tools/keys/key_file.h"
 
 namespace fs = std::filesystem;
 using test::Installer;
@@ -126,7 +124,7 @@ class ConcurrentInstall : public Concurrency {
     return command;
   }
 
-  const tools::SigningKey key_ = tools::SigningKey::read(test::keyFile("first"));
+  const tools::SigningKey key_ = test::testKey("first");
 };
 
 }  // namespace

@@ -14,8 +14,6 @@
 #include "tests/blackbox/installer/starts.h"
 #include "tests/installer/records.h"
 #include "tests/support/product_system.h"
-#include "tests/support/test_keys.h"
-#include "tools/keys/key_file.h"
 
 namespace fs = std::filesystem;
 
@@ -255,7 +253,7 @@ class Installed : public Disturbed {
   }
 
  private:
-  const tools::SigningKey key_ = tools::SigningKey::read(test::keyFile("first"));
+  const tools::SigningKey key_ = test::testKey("first");
 };
 
 class InstalledApplication : public Installed {};

@@ -21,9 +21,7 @@
 #include "tests/blackbox/installer/current_installation.h"
 #include "tests/support/own_root.h"
 #include "tests/support/product_system.h"
-#include "tests/support/test_keys.h"
 #include "tests/support/unavailable.h"
-#include "tools/keys/key_file.h"
 
 namespace fs = std::filesystem;
 using test::fileRecord;
@@ -35,12 +33,12 @@ const char kOldApp[] = "Quorvane-Demo-3-complete";
 const char kNewApp[] = "Quorvane-Demo-4-complete";
 
 const tools::SigningKey& firstKey() {
-  static const tools::SigningKey kKey = tools::SigningKey::read(test::keyFile("first"));
+  static const tools::SigningKey kKey = test::testKey("first");
   return kKey;
 }
 
 const tools::SigningKey& secondKey() {
-  static const tools::SigningKey kKey = tools::SigningKey::read(test::keyFile("second"));
+  static const tools::SigningKey kKey = test::testKey("second");
   return kKey;
 }
 

@@ -29,7 +29,7 @@ const char kRuntimeBundle[] = "Quorvane-Mac64JRE-1407-complete.plugin";
 const char kAppFolder[] = "Quorvane-Demo-3-complete";
 
 const tools::SigningKey& key() {
-  static const tools::SigningKey kKey = tools::SigningKey::generate(2048);
+  static const tools::SigningKey kKey = test::testKey("first");
   return kKey;
 }
 
@@ -288,7 +288,7 @@ TEST_F(Installation, OfSignedArchivesIsVerified) {
 }
 
 TEST_F(Installation, OfAnUpdaterSignedWithAnotherKeyInstallsNothing) {
-  installer_.sign(tools::SigningKey::generate(2048));
+  installer_.sign(test::testKey("second"));
   installer_.tail.publicKey = key().publicKeyHex();
   const test::Result result = install();
   EXPECT_EQ(1, result.status);
@@ -300,8 +300,8 @@ TEST_F(Installation, OfAnUpdaterSignedWithAnotherKeyInstallsNothing) {
 
 TEST_F(Installation, OfARuntimeWithAWrongSignatureInstallsNoRuntime) {
   installer_.sign(key());
-  installer_.runtime = nestedRecord(
-      "runtime", signedBy(tools::SigningKey::generate(2048), Installer::runtimeRecords()));
+  installer_.runtime =
+      nestedRecord("runtime", signedBy(test::testKey("second"), Installer::runtimeRecords()));
   const test::Result result = install();
   EXPECT_EQ(1, result.status);
   EXPECT_EQ(std::vector<std::string>{kUpdaterFolder}, installer_.versionFolders());
@@ -312,9 +312,8 @@ TEST_F(Installation, OfAnApplicationWithAWrongSignatureKeepsTheOldOneRunning) {
   install();
   installer_.sign(key());
   installer_.tail.appVersion = "4";
-  installer_.application[0] =
-      nestedRecord("application",
-                   signedBy(tools::SigningKey::generate(2048), Installer::applicationRecords("4")));
+  installer_.application[0] = nestedRecord(
+      "application", signedBy(test::testKey("second"), Installer::applicationRecords("4")));
   const test::Result result = install();
   EXPECT_EQ(1, result.status);
   EXPECT_TRUE(

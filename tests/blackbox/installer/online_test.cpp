@@ -273,7 +273,7 @@ TEST_F(Online, ArchiveWithoutJavaEndsTheRun) {
 }
 
 TEST_F(Online, SignedArchiveIsVerified) {
-  const auto key = tools::SigningKey::generate(2048);
+  const auto key = test::testKey("first");
   site_.publishVersion("1500\n");
   site_.publishArchive(test::compressed(test::signedBy(key, Installer::runtimeRecords())));
   serve();
@@ -284,17 +284,17 @@ TEST_F(Online, SignedArchiveIsVerified) {
 
 TEST_F(Online, ArchiveSignedWithAnotherKeyEndsTheRun) {
   site_.publishVersion("1500\n");
-  site_.publishArchive(test::compressed(
-      test::signedBy(tools::SigningKey::generate(2048), Installer::runtimeRecords())));
+  site_.publishArchive(
+      test::compressed(test::signedBy(test::testKey("second"), Installer::runtimeRecords())));
   serve();
-  installer_.sign(tools::SigningKey::generate(2048));
+  installer_.sign(test::testKey("first"));
   expectNoRuntime(install());
 }
 
 TEST_F(Online, UnsignedArchiveEndsTheRunWhereSignaturesAreRequired) {
   site_.publishGoodSite();
   serve();
-  installer_.sign(tools::SigningKey::generate(2048));
+  installer_.sign(test::testKey("first"));
   installer_.properties = {{"require_signature", "true"}};
   expectNoRuntime(install());
 }
@@ -302,7 +302,7 @@ TEST_F(Online, UnsignedArchiveEndsTheRunWhereSignaturesAreRequired) {
 TEST_F(Online, UnsignedArchiveIsAcceptedByDefault) {
   site_.publishGoodSite();
   serve();
-  installer_.sign(tools::SigningKey::generate(2048));
+  installer_.sign(test::testKey("first"));
   expectDownloaded(install());
 }
 

@@ -258,7 +258,7 @@ class SignatureBits : public testing::TestWithParam<Component> {
     }
   }
 
-  tools::SigningKey key_ = tools::SigningKey::generate(2048);
+  tools::SigningKey key_ = test::testKey("first");
   std::map<Component, std::string> archives_;
   void* pool_ = nullptr;
 };
