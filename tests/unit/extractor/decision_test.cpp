@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "extractor/run/run.h"
@@ -101,6 +102,42 @@ const Case kCases[] = {
      "",
      Decision::Launch,
      {kGuIsEnough}},
+    {"VersionThatBeginsWithALetterIsZero",
+     {kGu5, kJre, kApp3},
+     "v6",
+     "3",
+     Decision::Launch,
+     {kGuIsEnough, kAppIsEnough}},
+    {"VersionCountsUpToItsFirstLetter",
+     {kGu6, kJre, kApp3},
+     "6b9",
+     "3",
+     Decision::Launch,
+     {kGuIsEnough, kAppIsEnough}},
+    {"VersionsAreComparedAsNumbers",
+     {kGu5, kJre, "Quorvane-MyApp-9-complete"},
+     "5",
+     "10",
+     Decision::Install,
+     {kGuIsEnough, kNewerApp}},
+    {"LeadingZerosOfAVersionDoNotCount",
+     {kGu5, kJre, kApp3},
+     "5",
+     "0003",
+     Decision::Launch,
+     {kGuIsEnough, kAppIsEnough}},
+    {"FolderWithoutTheCompleteSuffixDoesNotCount",
+     {kGu5, kJre, kApp2, "Quorvane-MyApp-9"},
+     "5",
+     "3",
+     Decision::Install,
+     {kGuIsEnough, kNewerApp}},
+    {"HighestOfSeveralVersionsIsWhatCounts",
+     {kGu4, kGu5, kJre, kApp2, kApp3},
+     "5",
+     "3",
+     Decision::Launch,
+     {kGuIsEnough, kAppIsEnough}},
 };
 
 ExtractorRun decidingRun{};
@@ -202,6 +239,82 @@ TEST_F(DecidingOnAFlaw, EmptyApplicationCountsAsNotInstalled) {
 
 INSTANTIATE_TEST_SUITE_P(Table, Deciding, testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.name); });
+
+namespace {
+
+enum class Version { None, Older, Equal, Newer };
+
+// The application: as above, or none of it is carried.
+enum class App { None, Older, Equal, Newer, Online };
+
+using Row = std::tuple<Version, bool, App>;
+
+// The line that says what is decided; it is one of the first four exactly if all is extracted.
+std::string decidingLine(const Row& row) {
+  const auto& [updater, hasRuntime, app] = row;
+  if (updater == Version::None || !hasRuntime) {
+    return kNothingInstalled;
+  }
+  if (updater == Version::Older) {
+    return kNewerGu;
+  }
+  switch (app) {
+    case App::None:
+      return kNoApp;
+    case App::Older:
+      return kNewerApp;
+    case App::Online:
+      return kGuIsEnough;
+    default:
+      return kAppIsEnough;
+  }
+}
+
+std::string nameOfRow(const testing::TestParamInfo<Row>& info) {
+  static const char* const kUpdater[] = {"NoUpdater", "OlderUpdater", "EqualUpdater",
+                                         "NewerUpdater"};
+  static const char* const kApp[] = {"NoApp", "OlderApp", "EqualApp", "NewerApp", "Online"};
+  const auto& [updater, hasRuntime, app] = info.param;
+  return std::string(kUpdater[static_cast<int>(updater)]) +
+         (hasRuntime ? "_Runtime_" : "_NoRuntime_") + kApp[static_cast<int>(app)];
+}
+
+// Every combination of what is installed, beside updater 5 and application 3.
+class DecidingOnAll : public testing::TestWithParam<Row> {
+ protected:
+  static Case caseOf(const Row& row) {
+    static const char* const kUpdaters[] = {nullptr, kGu4, kGu5, kGu6};
+    static const char* const kApps[] = {nullptr, kApp2, kApp3, kApp4, nullptr};
+    const auto& [updater, hasRuntime, app] = row;
+    Case c{"", {}, "5", app == App::Online ? "" : "3", {}, {}};
+    for (const char* name : {kUpdaters[static_cast<int>(updater)], hasRuntime ? kJre : nullptr,
+                             kApps[static_cast<int>(app)]}) {
+      if (name != nullptr) {
+        c.installed.push_back(name);
+      }
+    }
+    return c;
+  }
+};
+
+}  // namespace
+
+TEST_P(DecidingOnAll, SaysAndReturnsWhatTheInstalledVersionsLeadTo) {
+  const test::TempFolder folder;
+  const std::string line = decidingLine(GetParam());
+  Decision decision{};
+  const auto lines = test::logLinesOf([&] { decision = decideIn(folder, caseOf(GetParam())); });
+  EXPECT_EQ(line == kGuIsEnough || line == kAppIsEnough ? Decision::Launch : Decision::Install,
+            decision);
+  EXPECT_TRUE(test::containsInOrder(lines, {"[Extractor] Checking for a latest valid GU", line}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, DecidingOnAll,
+    testing::Combine(testing::Values(Version::None, Version::Older, Version::Equal, Version::Newer),
+                     testing::Bool(),
+                     testing::Values(App::None, App::Older, App::Equal, App::Newer, App::Online)),
+    nameOfRow);
 
 TEST(Deciding, WithoutAnUpdaterAndNothingInstalledEndsAfterTheTwoNotes) {
   const test::Result result = test::runInChild([] {
