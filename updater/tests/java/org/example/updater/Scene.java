@@ -34,7 +34,7 @@ final class Scene implements Closeable {
   String settings = "pause_ms=1\nspread_ms=0\nslow_ms=2000\nanswer_ms=2000\ninterval=1\n";
   boolean isSilent;
   private String program = System.getProperty("java.home") + "/bin/java";
-  /** Variables for what the scene starts. Without DISPLAY it shows no windows. */
+  /** Variables for what the scene starts. Without DISPLAY it shows no windows; null takes one away. */
   final Map<String, String> environment = new HashMap<>();
   /** JVM options that the launch hands over as those that last worked. */
   final List<String> remembered = new ArrayList<>();
@@ -239,7 +239,14 @@ final class Scene implements Closeable {
     File out = File.createTempFile("out", "", folder.path().toFile());
     File err = File.createTempFile("err", "", folder.path().toFile());
     ProcessBuilder builder = new ProcessBuilder(command).redirectOutput(out).redirectError(err);
-    builder.environment().putAll(environment);
+    environment.forEach(
+        (name, value) -> {
+          if (value == null) {
+            builder.environment().remove(name);
+          } else {
+            builder.environment().put(name, value);
+          }
+        });
     Process process = builder.start();
     started.add(process);
     return new Started(process, out, err);
