@@ -36,6 +36,7 @@ target_link_libraries(quorvane_dependencies INTERFACE tomcrypt tommath nettle dl
 
 quorvane_find_liblzma()
 quorvane_find_stb()
+quorvane_find_libarchive()
 
 # How an executable is linked that is carried to other machines and uses nothing but the C library.
 set(QUORVANE_SELF_CONTAINED_OPTIONS -static)

@@ -1,5 +1,6 @@
 # What the tests need beyond that to be compiled and linked for macOS on another system, where they cannot
-# be run: GoogleTest from the sources that Debian installs, and the libraries that are headers alone.
+# be run: GoogleTest from the sources that Debian installs, the libraries that are headers alone, and
+# libarchive's headers with the names that a Mac's library exports.
 
 set(tests "${QUORVANE_MACOS_TOOLS}/tests")
 
@@ -23,6 +24,9 @@ add_library(CLI11::CLI11 INTERFACE IMPORTED)
 target_include_directories(CLI11::CLI11 SYSTEM INTERFACE "${tests}/include")
 target_include_directories(quorvane_toml SYSTEM INTERFACE "${tests}/include")
 target_include_directories(quorvane_stb SYSTEM INTERFACE "${tests}/include/stb")
+target_include_directories(quorvane_libarchive SYSTEM INTERFACE "${tests}/include")
+target_link_libraries(quorvane_libarchive INTERFACE
+  "${CMAKE_SOURCE_DIR}/tests/macos/declarations/libarchive.tbd")
 
 # The tests use more of the frameworks than the product does.
 set(QUORVANE_TEST_DECLARATIONS "${CMAKE_SOURCE_DIR}/tests/macos/declarations")

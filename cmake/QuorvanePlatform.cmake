@@ -4,6 +4,7 @@
 #   quorvane_objcxx           flags for compiling Objective-C++ files
 #   quorvane_cocoa_libraries  libraries that the Cocoa part needs
 #   quorvane_liblzma          liblzma as a static library, for the tools
+#   quorvane_libarchive      libarchive, for the packager
 #   quorvane_toml             toml++, which is headers alone, for the packager
 #   quorvane_stb              the stb libraries, which are too
 
@@ -13,6 +14,7 @@ add_library(quorvane_dependencies INTERFACE)
 add_library(quorvane_objcxx INTERFACE)
 add_library(quorvane_cocoa_libraries INTERFACE)
 add_library(quorvane_liblzma INTERFACE)
+add_library(quorvane_libarchive INTERFACE)
 add_library(quorvane_toml INTERFACE)
 add_library(quorvane_stb INTERFACE)
 
@@ -28,6 +30,14 @@ endmacro()
 macro(quorvane_find_stb)
   find_path(QUORVANE_STB_HEADERS stb_image_resize.h PATH_SUFFIXES stb REQUIRED)
   target_include_directories(quorvane_stb SYSTEM INTERFACE "${QUORVANE_STB_HEADERS}")
+endmacro()
+
+# An installed libarchive.
+macro(quorvane_find_libarchive)
+  if(QUORVANE_TOOLS)
+    find_package(LibArchive REQUIRED)
+    target_link_libraries(quorvane_libarchive INTERFACE LibArchive::LibArchive)
+  endif()
 endmacro()
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Darwin")

@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
+#include "tools/system/fixed_time.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
 #include "tools/system/whole_file.h"
@@ -74,21 +74,6 @@ OutputFolder::~OutputFolder() {
 
 std::string OutputFolder::operator/(const std::string& name) const {
   return path_ + "/" + kUnfinished + "/" + name;
-}
-
-// Returns the time in SOURCE_DATE_EPOCH, or -1 if it is not set.
-static long fixedTime() {
-  const char* text = getenv("SOURCE_DATE_EPOCH");
-  if (text == nullptr || *text == '\0') {
-    return -1;
-  }
-  const std::string digits = text;
-  constexpr size_t kMostDigits = 11;
-  if (digits.size() > kMostDigits || digits.find_first_not_of("0123456789") != std::string::npos) {
-    throw InputError("SOURCE_DATE_EPOCH is \"" + digits +
-                     "\"; it is a number of seconds since the start of 1970");
-  }
-  return atol(text);
 }
 
 static void setTime(const std::string& path, long seconds) {
