@@ -38,5 +38,8 @@ quorvane_find_liblzma()
 quorvane_find_stb()
 quorvane_find_libarchive()
 
+# Where programs keep what they can make again, in the home folder.
+set(QUORVANE_USER_CACHE .cache/quorvane)
+
 # How an executable is linked that is carried to other machines and uses nothing but the C library.
 set(QUORVANE_SELF_CONTAINED_OPTIONS -static)

@@ -4,6 +4,8 @@
 enable_language(OBJCXX)
 
 set(QUORVANE_PLATFORM_FOLDERS macos)
+# Where programs keep what they can make again, in the home folder.
+set(QUORVANE_USER_CACHE Library/Caches/Quorvane)
 set(QUORVANE_MACOS_SDK "${CMAKE_SOURCE_DIR}/platform/macos-sdk")
 
 # Interfaces that are used although newer systems call them deprecated, because each exists on

@@ -80,7 +80,7 @@ def pack(factor):
         project = project.replace(f'folder = "{folder}"', f'folder = "{folder}-{factor}"')
     write(f"project-{factor}.toml", project)
     run(f"{BIN}/quorvane-pack", "build", path(f"project-{factor}.toml"), "--output",
-        path(f"dist-{factor}"), "--executables", BIN)
+        path(f"dist-{factor}"), "--executables", BIN, "--bundles")
 
 
 def make_tarball(factor):
@@ -125,8 +125,14 @@ def measure(command, variables=None):
     return wall, usage.ru_maxrss / 1024, output
 
 
+def bundle_of(factor):
+    """The offline installer, in the folder of the one target."""
+    target, = os.listdir(path(f"dist-{factor}", "bundles"))
+    return path(f"dist-{factor}", "bundles", target, "offline", "Sample.app")
+
+
 def installer(factor):
-    folder = path(f"dist-{factor}", "Sample Installer.app", "Contents", "MacOS")
+    folder = os.path.join(bundle_of(factor), "Contents", "MacOS")
     return os.path.join(folder, os.listdir(folder)[0])
 
 
@@ -170,7 +176,7 @@ def quick_launch(factor, variables):
 
 def own_memory(factor, variables):
     """The largest memory of the Extractor alone, in MB: Java runs as a process of its own here."""
-    bundle = path(f"dist-{factor}", "Sample Installer.app")
+    bundle = bundle_of(factor)
     params = (f"{BIN}/quorvane-pack", "params", "write", bundle)
     run(*params, "force_spawn=true")
     peak = 0

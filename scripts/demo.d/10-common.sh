@@ -2,13 +2,15 @@
 
 demo=$PWD/build/demo
 executables=$PWD/build/bin
+target=linux-$(uname -m | sed s/aarch64/arm64/)
 # The same with the executables that scripts/build-macos has made, in Linux processes.
 if [ -n "${QUORVANE_DEMO_MACOS:-}" ]; then
   demo=$PWD/build/demo-macos
   executables=$PWD/build-macos/bin
+  target=macos-x86_64
 fi
 hello=$demo/hello
-app=$hello/dist/Hello.app
+app=$hello/dist/bundles/$target/launcher/Hello.app
 app_name=Hello
 
 say() { printf 'demo: %s\n' "$*"; }

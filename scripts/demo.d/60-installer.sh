@@ -3,6 +3,7 @@
 
 project=$demo/project
 dist=$demo/dist
+bundles=$dist/bundles/$target
 sample_master=$demo/home/Library/Application\ Support/Quorvane-Sample
 
 # The sample application, a splash image, a key and the project file.
@@ -17,7 +18,8 @@ make_project() {
 
 # Packs the project; further arguments go to the packager.
 pack_project() {
-  pack build "$project/quorvane.toml" --output "$dist" --executables "$executables" "$@"
+  pack build "$project/quorvane.toml" --output "$dist" --target "$target" --executables "$executables" \
+    --bundles "$@"
 }
 
 # Runs the bundle $1 in the account, on its own display, with its log in $2 and pictures of its
@@ -69,7 +71,7 @@ install_offline() {
   say "packing a signed offline installer"
   pack_project
   say "running it on the fresh account: it installs and starts the application"
-  run_bundle "$dist/Sample Installer.app" "$demo/install"
+  run_bundle "$bundles/offline/Sample.app" "$demo/install"
   must_log "$demo/install" "[ExtractArchive] Archive signature verified."
   show_application "$demo/install"
   [ -s "$demo/install-splash.png" ] || fail "no picture of the splash was taken"
@@ -79,7 +81,7 @@ install_offline() {
 
 start_again() {
   say "running it again: nothing is extracted, the application starts at once"
-  run_bundle "$dist/Sample Installer.app" "$demo/again"
+  run_bundle "$bundles/offline/Sample.app" "$demo/again"
   must_log "$demo/again" "[Extractor] Running without extraction now"
   show_application "$demo/again"
 }
@@ -87,7 +89,7 @@ start_again() {
 update_offline() {
   say "packing version 2 and running its installer: an update"
   pack_project --app-version 2
-  run_bundle "$dist/Sample Installer.app" "$demo/update"
+  run_bundle "$bundles/offline/Sample.app" "$demo/update"
   must_log "$demo/update" "[Extractor] Our App version is newer than existing latest version"
   show_application "$demo/update"
   say "what is installed: $(cd "$sample_master" && echo Quorvane-*-complete)"
@@ -121,7 +123,7 @@ install_online() {
   printf '\n[updates]\ninterval = 0\n' >> "$project/quorvane.toml"
   pack_project --update-url "http://127.0.0.1:$port/"
   publish
-  cp -r "$dist/Sample Online Installer.app" "$demo/Sample.app"
+  cp -r "$bundles/online/Sample.app" "$demo/Sample.app"
   rm -rf "$sample_master"
   run_bundle "$demo/Sample.app" "$demo/online"
   must_log "$demo/online" "[JREDownload] Downloaded JRE is now ready."

@@ -20,9 +20,9 @@ class_path = ["app.jar"]
 
 # The bundles that a project becomes, and the executable inside each.
 BUNDLES = {
-    "Sample.app": "launcher",
-    "Sample Installer.app": "extractor",
-    "Sample Online Installer.app": "extractor",
+    "launcher": "launcher",
+    "offline": "extractor",
+    "online": "extractor",
 }
 
 
@@ -77,11 +77,13 @@ def check_bundles(report, build, arch):
         folder = Path(name)
         make_project(folder)
         packed = run("build", folder / "quorvane.toml", "--output", folder / "dist",
-                     "--executables", programs)
+                     "--executables", programs, "--target", f"macos-{arch}", "--bundles",
+                     "--launcher-bundle")
         report.check(f"bundles {arch}: are packed", packed.returncode == 0,
                      packed.stdout.splitlines())
-        for bundle, executable in BUNDLES.items() if packed.returncode == 0 else ():
-            title = f"{bundle} {arch}"
-            check_one(report, folder / "dist" / bundle, programs / executable, title)
+        for kind, executable in BUNDLES.items() if packed.returncode == 0 else ():
+            title = f"{kind} bundle {arch}"
+            bundle = folder / "dist/bundles" / f"macos-{arch}" / kind / "Sample.app"
+            check_one(report, bundle, programs / executable, title)
             if executable == "extractor":
-                check_carried_tool(report, folder / "dist" / bundle, programs / "lzma64", title)
+                check_carried_tool(report, bundle, programs / "lzma64", title)

@@ -105,7 +105,7 @@ static PlistValue transportSecurityOf(const std::string& host) {
 static PlistTable identityOf(const BundleInfo& info) {
   PlistTable table;
   setText(&table, "CFBundleDevelopmentRegion", "en");
-  setText(&table, "CFBundleDisplayName", info.shownName);
+  setText(&table, "CFBundleDisplayName", info.name);
   setText(&table, "CFBundleExecutable", info.executableName);
   setText(&table, "CFBundleIconFile", info.icon);
   setText(&table, "CFBundleIdentifier", info.identifier);

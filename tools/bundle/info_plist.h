@@ -25,7 +25,6 @@ struct DocumentType {
 
 struct BundleInfo {
   std::string name;            // of the application, in its menu
-  std::string shownName;       // of the bundle, in the Finder: an installer's says so
   std::string identifier;      // reverse-DNS name of the bundle
   std::string appIdentifier;   // of the application, the same in all its bundles
   std::string version;         // a whole number

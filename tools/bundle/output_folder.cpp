@@ -72,8 +72,8 @@ OutputFolder::~OutputFolder() {
   fs::remove_all(path_ + "/" + kUnfinished, ignored);
 }
 
-std::string OutputFolder::operator/(const std::string& name) const {
-  return path_ + "/" + kUnfinished + "/" + name;
+std::string OutputFolder::unfinished() const {
+  return path_ + "/" + kUnfinished;
 }
 
 static void setTime(const std::string& path, long seconds) {
@@ -158,13 +158,12 @@ void OutputFolder::takeBack(const std::vector<std::string>& earlier,
 }
 
 void OutputFolder::finish() {
-  const std::string unfinished = path_ + "/" + kUnfinished;
   const long time = fixedTime();
   if (time >= 0) {
-    setTimes(unfinished, time);
+    setTimes(unfinished(), time);
   }
   const std::vector<std::string> earlier = madeIn(path_);
-  const std::vector<std::string> made = namesIn(unfinished);
+  const std::vector<std::string> made = namesIn(unfinished());
   try {
     exchange(earlier, made);
   } catch (const fs::filesystem_error& error) {

@@ -20,8 +20,9 @@ class OutputFolder {
   OutputFolder(const OutputFolder&) = delete;
   OutputFolder& operator=(const OutputFolder&) = delete;
 
-  // The path of `name` while it is being made.
-  std::string operator/(const std::string& name) const;
+  // The folder where results are while they are being made, and the path of `name` in it.
+  std::string unfinished() const;
+  std::string operator/(const std::string& name) const { return unfinished() + "/" + name; }
 
   // The path of `name` once it is finished.
   std::string finalPath(const std::string& name) const { return path_ + "/" + name; }

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "platform/sha256.h"
+#include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
 #include "tools/system/interruption.h"
 #include "tools/system/whole_file.h"
@@ -80,6 +81,14 @@ static std::string descriptionOf(const fs::path& item, const fs::path& folder) {
     throw InputError(item.string() + " is neither a file, a folder nor a link; remove it");
   }
   return "file " + mode + " " + digestOfFile(item) + " " + end;
+}
+
+std::string digestOfContent(const std::string& folder) {
+  std::string all;
+  for (const auto& [path, item] : listFolder(folder)) {
+    all += (item.isFolder ? "folder " : "file " + digestOfFile(item.source) + " ") + path + '\0';
+  }
+  return digestOfText(all);
 }
 
 std::string digestOfFolder(const std::string& folder) {

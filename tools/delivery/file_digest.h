@@ -17,6 +17,11 @@ std::string digestOfFile(const std::string& path);
 // file, a folder nor a link.
 std::string digestOfFolder(const std::string& folder);
 
+// Of what an archive of the folder holds: paths and the bytes of files, those of a link's target
+// for a link. Modes do not count. Throws InputError as listFolder() does, or if a file cannot be
+// read.
+std::string digestOfContent(const std::string& folder);
+
 }  // namespace tools
 
 #endif

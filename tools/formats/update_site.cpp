@@ -56,4 +56,17 @@ std::string writeSiteComponent(const std::string& site, const std::string& name,
   return archive;
 }
 
+std::string copySiteComponent(const std::string& site, const std::string& name,
+                              const std::string& version, const std::string& archive) {
+  createSite(site);
+  const std::string copy = site + "/" + siteArchiveName(name, version);
+  std::error_code error;
+  fs::copy_file(archive, copy, error);
+  if (error) {
+    throw InputError("cannot copy " + archive + " to " + copy + ": " + error.message());
+  }
+  writeWhole(site + "/" + siteVersionName(name), version + "\n");
+  return copy;
+}
+
 }  // namespace tools

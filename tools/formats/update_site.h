@@ -27,6 +27,12 @@ std::string writeSiteComponent(const std::string& site, const std::string& name,
                                const std::string& version, const std::string& record,
                                ArchiveContent content, const SigningKey* key);
 
+// Copies an archive that writeSiteComponent() made for the component `name` in `version` into the
+// folder `site`, which is created, and then writes its version text. Returns the copy's path.
+// Throws InputError.
+std::string copySiteComponent(const std::string& site, const std::string& name,
+                              const std::string& version, const std::string& archive);
+
 }  // namespace tools
 
 #endif

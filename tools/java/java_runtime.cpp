@@ -84,12 +84,14 @@ std::vector<std::string> modulesOf(const Jdk& jdk, const std::vector<std::string
   return modules;
 }
 
+const std::vector<std::string> LINK_OPTIONS = {"--strip-java-debug-attributes", "--no-header-files",
+                                               "--no-man-pages", "--compress=2"};
+
 void linkRuntime(const Jdk& jdk, const std::vector<std::string>& modules, const std::string& jmods,
                  const std::string& folder) {
-  std::vector<std::string> arguments = {
-      "--add-modules",     joined(modules, ","), "--strip-java-debug-attributes",
-      "--no-header-files", "--no-man-pages",     "--compress=2",
-      "--output",          fs::absolute(folder)};
+  std::vector<std::string> arguments = LINK_OPTIONS;
+  arguments.insert(arguments.end(),
+                   {"--add-modules", joined(modules, ","), "--output", fs::absolute(folder)});
   if (!jmods.empty()) {
     arguments.insert(arguments.end(), {"--module-path", fs::absolute(jmods)});
   }

@@ -23,6 +23,9 @@ std::string runtimeNumber(const std::string& home);
 // and no class refers to. Throws InputError.
 std::vector<std::string> modulesOf(const Jdk& jdk, const std::vector<std::string>& jars);
 
+// What all runtimes are linked with, besides their modules.
+extern const std::vector<std::string> LINK_OPTIONS;
+
 // Makes a runtime from the modules in the new folder `folder`. `jmods` is the folder with the
 // modules of another JDK of the same version, for another system; empty for the JDK's own. The same
 // modules give the same bytes. Throws InputError.

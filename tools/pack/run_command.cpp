@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -16,7 +15,10 @@
 #include <vector>
 
 #include "platform/display.h"
+#include "tools/build/downloads.h"
 #include "tools/bundle/output_folder.h"
+#include "tools/delivery/delivered_bundle.h"
+#include "tools/objects/target.h"
 #include "tools/pack/commands.h"
 #include "tools/system/child_process.h"
 #include "tools/system/input_error.h"
@@ -48,36 +50,41 @@ struct Logs {
 
 static const size_t kShownLines = 12;
 
-// The offline installer among the names in an output folder, recognised by the two bundles beside
-// it, because an application's own name may end like an installer's. Empty if there is none.
-static std::string offlineInstallerAmong(const std::vector<std::string>& names) {
-  const std::string onlineEnd = " Online Installer.app";
-  const auto exists = [&](const std::string& name) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-  };
+// The download to run in an output folder: the offline installer for this machine.
+static std::string downloadIn(const std::string& path) {
+  const std::vector<std::string> names = madeIn(path);
   for (const std::string& name : names) {
-    if (endsWith(name, onlineEnd)) {
-      const std::string application = name.substr(0, name.size() - onlineEnd.size());
-      if (exists(application + ".app") && exists(application + " Installer.app")) {
-        return application + " Installer.app";
-      }
+    if (isOfflineDownload(name, thisMachine())) {
+      return path + "/" + name;
     }
   }
-  return "";
+  if (!names.empty()) {
+    throw InputError(path + " has no offline installer for this machine, " +
+                     targetText(thisMachine()) + "; build one with --target");
+  }
+  throw InputError(path +
+                   " is neither a bundle nor a folder that 'quorvane-pack build' made; build "
+                   "first, or name a bundle");
 }
 
-// The bundle to run: `path` itself, or the offline installer in an output folder.
-static std::string bundleAt(const std::string& path) {
+namespace {
+// What is run, and its name in messages.
+struct Program {
+  std::string executable;
+  std::string name;
+};
+}  // namespace
+
+// The executable of the bundle `path`, or of the download there or in the output folder `path`,
+// which is unpacked into the new folder `work`.
+static Program programAt(const std::string& path, const std::string& work) {
   if (fs::exists(path + "/Contents")) {
-    return path;
+    const std::string executable = executableOfBundle(path);
+    return {executable, executable};
   }
-  const std::string name = offlineInstallerAmong(madeIn(path));
-  if (name.empty()) {
-    throw InputError(path +
-                     " is neither a bundle nor a folder that 'quorvane-pack build' made; build "
-                     "first, or name a bundle");
-  }
-  return path + "/" + name;
+  const std::string download = fs::is_regular_file(path) ? path : downloadIn(path);
+  fs::create_directory(work);
+  return {executableOfBundle(unpackBundle(download, work)), download};
 }
 
 // Waits for the child; an interrupt from the keyboard ends the child, not this process.
@@ -92,8 +99,10 @@ static int waitFor(pid_t child) {
 
 // Runs the program with its output in the files of `logs`, or on this process's streams if there
 // are none. Returns its status as from waitpid().
-static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>& words,
-                 const std::optional<Logs>& logs) {
+static int runIn(const ThrowAwayAccount& account, const Program& program,
+                 const std::vector<std::string>& arguments, const std::optional<Logs>& logs) {
+  std::vector<std::string> words = {fs::absolute(program.executable)};
+  words.insert(words.end(), arguments.begin(), arguments.end());
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   if (logs) {
@@ -107,7 +116,7 @@ static int runIn(const ThrowAwayAccount& account, const std::vector<std::string>
                                 vectorOf(environment).data());
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) {
-    throw InputError(words[0] + " cannot be started: " + strerror(error) +
+    throw InputError(program.name + " cannot be started: " + strerror(error) +
                      "; was it built for this system?");
   }
   return waitFor(child);
@@ -147,20 +156,20 @@ static std::string endOf(const std::optional<Logs>& logs) {
   return end.empty() ? "; it printed nothing" : "; the end of its output:" + end;
 }
 
-static void requireGoodEnd(const std::string& executable, int status,
+static void requireGoodEnd(const std::string& program, int status,
                            const std::optional<Logs>& logs) {
   const std::string exception = logs ? javaExceptionIn(logs->err, "\"main\"") : "";
   if (!WIFEXITED(status)) {
-    throw InputError(executable + " was killed by signal " + std::to_string(WTERMSIG(status)) +
+    throw InputError(program + " was killed by signal " + std::to_string(WTERMSIG(status)) +
                      endOf(logs));
   }
   // The installer's status does not show an exception that ends the application.
   if (!exception.empty()) {
-    throw InputError(executable + " ended with status " + std::to_string(WEXITSTATUS(status)) +
+    throw InputError(program + " ended with status " + std::to_string(WEXITSTATUS(status)) +
                      " and its application with an exception:" + exception);
   }
   if (WEXITSTATUS(status) != 0) {
-    throw InputError(executable + " ended with status " + std::to_string(WEXITSTATUS(status)) +
+    throw InputError(program + " ended with status " + std::to_string(WEXITSTATUS(status)) +
                      endOf(logs));
   }
 }
@@ -207,8 +216,8 @@ static void tellOfExceptions(const std::optional<Logs>& logs) {
 }
 
 static void runBundle(const RunOptions& options) {
-  const std::string executable = executableOfBundle(bundleAt(options.path));
   const TemporaryFolder work("/tmp");
+  const Program program = programAt(options.path, work / "bundle");
   const ThrowAwayAccount account(work / "account");
   if (!options.keep.empty()) {
     makeKeptFolder(options.keep);
@@ -220,15 +229,14 @@ static void runBundle(const RunOptions& options) {
   }
   const std::optional<Logs> logs =
       options.isVerbose ? std::nullopt : std::optional(Logs{work / "out", work / "err"});
-  std::vector<std::string> words = {fs::absolute(executable)};
-  words.insert(words.end(), options.arguments.begin(), options.arguments.end());
-  words.insert(words.end(), options.argumentsBehindDashes.begin(),
-               options.argumentsBehindDashes.end());
-  const int status = runIn(account, words, logs);
+  std::vector<std::string> arguments = options.arguments;
+  arguments.insert(arguments.end(), options.argumentsBehindDashes.begin(),
+                   options.argumentsBehindDashes.end());
+  const int status = runIn(account, program, arguments, logs);
   if (!options.keep.empty()) {
     keepHome(account.home(), options.keep);
   }
-  requireGoodEnd(executable, status, logs);
+  requireGoodEnd(program.name, status, logs);
   tellOfExceptions(logs);
   sayInstalled(account.home());
   printf("the installer ended with status 0; its temporary home was removed\n");
@@ -241,7 +249,8 @@ void addRunCommand(const Command& app) {
       "application does. It needs a display, as the application does.\n"
       "Example:\n  quorvane-pack run dist --verbose");
   auto options = std::make_shared<RunOptions>();
-  command.text("PATH", &options->path, "A folder that 'build' made, or a bundle").withDefault();
+  command.text("PATH", &options->path, "A folder that 'build' made, a download in it, or a bundle")
+      .withDefault();
   command.texts("ARGUMENTS", &options->arguments, "Arguments for the installer, after --");
   command.wordsBehindDashes(&options->argumentsBehindDashes);
   command.text("--keep", &options->keep, "Copy the home into this new folder at the end");

@@ -66,11 +66,9 @@ static void addDocumentTypes(const Project& project, const Appearance& appearanc
 }
 
 void describeBundle(const Project& project, const Appearance& appearance,
-                    const std::string& nameSuffix, const std::string& identifierSuffix,
-                    Bundle* bundle) {
+                    const std::string& identifierSuffix, Bundle* bundle) {
   // The application runs in its installer's process, with its own name in the menu.
   bundle->name = shownNameOf(project);
-  bundle->shownName = bundle->name + nameSuffix;
   bundle->identifier = project.identifier + identifierSuffix;
   bundle->appIdentifier = project.identifier;
   bundle->version = project.version;

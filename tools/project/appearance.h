@@ -21,12 +21,11 @@ struct Appearance {
 // or splash must be made. Throws InputError.
 Appearance appearanceOf(const Project& project);
 
-// Fills in everything about a bundle of the project except its path and its executable. The
-// suffixes tell the bundles of one project apart: the system takes bundles with the same identifier
-// for copies of one application.
+// Fills in everything about a bundle of the project except its path and its executable. The suffix
+// tells the bundles of one project apart: the system takes bundles with the same identifier for
+// copies of one application.
 void describeBundle(const Project& project, const Appearance& appearance,
-                    const std::string& nameSuffix, const std::string& identifierSuffix,
-                    Bundle* bundle);
+                    const std::string& identifierSuffix, Bundle* bundle);
 
 // Returns the name that users see.
 const std::string& shownNameOf(const Project& project);

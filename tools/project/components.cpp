@@ -6,8 +6,8 @@
 
 #include "tools/formats/launch_file_writer.h"
 #include "tools/java/java_runtime.h"
-#include "tools/project/launch_content.h"
 #include "tools/project/appearance.h"
+#include "tools/project/launch_content.h"
 #include "tools/project/reserved_names.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"

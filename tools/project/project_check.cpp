@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <set>
 
 #include "formats/names.h"
 #include "tools/formats/value_check.h"
 #include "tools/keys/key_file.h"
+#include "tools/objects/target.h"
 #include "tools/project/components.h"
 #include "tools/project/presentation_check.h"
 #include "tools/project/project_file.h"
@@ -25,6 +27,7 @@ class ProjectCheck {
   void run() const {
     checkNames();
     checkVersions();
+    checkTargets();
     checkContent();
     checkUpdater();
     checkUpdates();
@@ -118,6 +121,18 @@ class ProjectCheck {
     requireNumber("runtime", project_.runtimeVersion);
   }
 
+  void checkTargets() const {
+    std::set<std::string> known;
+    for (const std::string& target : project_.targets) {
+      if (!targetOf(target)) {
+        fail("application", "targets has \"" + target + "\"; known are " + allTargetTexts());
+      }
+      if (!known.insert(target).second) {
+        fail("application", "targets has \"" + target + "\" twice; remove one");
+      }
+    }
+  }
+
   void requireFile(const char* section, const char* key, const std::string& path) const {
     if (!path.empty() && !fs::is_regular_file(path)) {
       fail(section, std::string(key) + " names " + path + ", which is not an existing file");
@@ -200,15 +215,57 @@ class ProjectCheck {
   }
 
   void checkRuntime() const {
-    requireFolder("runtime", "folder", project_.runtimeHome);
     requireFolder("runtime", "jdk", project_.jdk);
-    requireFolder("runtime", "jmods", project_.jmods);
-    const bool isLinked =
-        !project_.runtimeModules.empty() || !project_.jdk.empty() || !project_.jmods.empty();
+    const bool isLinked = !project_.runtimeModules.empty() || !project_.jdk.empty() ||
+                          !project_.jmods.empty() || !project_.jdkArchive.empty();
     if (!project_.runtimeHome.empty() && isLinked) {
       fail("runtime",
-           "has both 'folder', an existing runtime, and 'modules', 'jdk' or 'jmods', "
-           "which make a new one; remove one of them");
+           "has both 'folder', an existing runtime, and 'modules', 'jdk', 'jmods' or "
+           "'jdk_archive', which make a new one; remove one of them");
+    }
+    checkSource("runtime", {project_.runtimeHome, project_.jmods, project_.jdkArchive,
+                            project_.jdkSha256, project_.runtimeVersion});
+    for (const auto& [target, source] : project_.targetRuntimes) {
+      // What other builds use need not be on this machine.
+      const std::vector<std::string>& made = project_.targets;
+      if (std::find(made.begin(), made.end(), target) != made.end()) {
+        checkTargetSource("runtime." + target, source);
+      }
+    }
+  }
+
+  void checkTargetSource(const std::string& section, const RuntimeSource& source) const {
+    if (source.folder.empty() && source.jmods.empty() && source.jdkArchive.empty()) {
+      fail(section.c_str(), "needs 'jmods' or 'jdk_archive', to make a runtime, or 'folder'");
+    }
+    if (!source.folder.empty() && (!source.jmods.empty() || !source.jdkArchive.empty())) {
+      fail(section.c_str(),
+           "has both 'folder', an existing runtime, and 'jmods' or 'jdk_archive', which make a "
+           "new one; remove one of them");
+    }
+    requireNumber(section.c_str(), source.version);
+    checkSource(section.c_str(), source);
+  }
+
+  void checkSource(const char* section, const RuntimeSource& source) const {
+    requireFolder(section, "folder", source.folder);
+    requireFolder(section, "jmods", source.jmods);
+    requireFile(section, "jdk_archive", source.jdkArchive);
+    if (!source.jmods.empty() && !source.jdkArchive.empty()) {
+      fail(section, "has both 'jmods' and 'jdk_archive'; remove one of them");
+    }
+    if (source.jdkArchive.empty() != source.jdkSha256.empty()) {
+      fail(section, source.jdkSha256.empty()
+                        ? "needs the key 'jdk_sha256' beside 'jdk_archive': the SHA-256 of that "
+                          "file, which its maker publishes"
+                        : "has 'jdk_sha256' without 'jdk_archive'; remove it");
+    }
+    const bool isDigest =
+        source.jdkSha256.size() == 64 &&
+        source.jdkSha256.find_first_not_of("0123456789abcdef") == std::string::npos;
+    if (!source.jdkSha256.empty() && !isDigest) {
+      fail(section, "jdk_sha256 is \"" + source.jdkSha256 +
+                        "\"; it is 64 hexadecimal digits, in lower case");
     }
   }
 
@@ -252,8 +309,12 @@ class ProjectCheck {
       return;
     }
     requireFile("signing", "key", project_.key);
-    for (const std::string& folder :
-         {project_.appFolder, project_.updaterFolder, project_.runtimeHome}) {
+    std::vector<std::string> folders = {project_.appFolder, project_.updaterFolder,
+                                        project_.runtimeHome};
+    for (const auto& [target, source] : project_.targetRuntimes) {
+      folders.push_back(source.folder);
+    }
+    for (const std::string& folder : folders) {
       const std::string fault = faultOfKeyPlace(project_.key, folder);
       if (!fault.empty()) {
         fail("signing", "key names " + project_.key + ", " + fault);

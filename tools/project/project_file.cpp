@@ -8,6 +8,7 @@
 #include <optional>
 #include <sstream>
 
+#include "tools/objects/target.h"
 #include "tools/project/plist_keys.h"
 #include "tools/system/input_error.h"
 #include "tools/system/texts.h"
@@ -139,16 +140,27 @@ Keys applicationKeys(Project* project, const fs::path& base) {
           {"category", text(&project->category)},
           {"copyright", text(&project->copyright)},
           {"url_schemes", texts(&project->urlSchemes)},
-          {"document_types", documentTypes(&project->documentTypes, base)}};
+          {"document_types", documentTypes(&project->documentTypes, base)},
+          {"targets", texts(&project->targets)}};
 }
 
 Keys runtimeKeys(Project* project, const fs::path& base) {
   return {{"folder", path(&project->runtimeHome, base)},
           {"modules", texts(&project->runtimeModules)},
           {"jdk", path(&project->jdk, base)},
+          {"jdk_archive", path(&project->jdkArchive, base)},
+          {"jdk_sha256", text(&project->jdkSha256)},
           {"jmods", path(&project->jmods, base)},
           {"version", version(&project->runtimeVersion)},
           {"name", text(&project->runtimeName)}};
+}
+
+Keys targetRuntimeKeys(RuntimeSource* source, const fs::path& base) {
+  return {{"folder", path(&source->folder, base)},
+          {"jdk_archive", path(&source->jdkArchive, base)},
+          {"jdk_sha256", text(&source->jdkSha256)},
+          {"jmods", path(&source->jmods, base)},
+          {"version", version(&source->version)}};
 }
 
 Keys updatesKeys(Project* project) {
@@ -235,9 +247,13 @@ void readInfoPlist(const std::string& file, const toml::table& table, PlistTable
   }
 }
 
+// Reads the keys of a section, except for those that `isTaken` names.
 void applySection(const std::string& file, const std::string& section, const toml::node& node,
-                  const Keys& keys) {
+                  const Keys& keys, const std::function<bool(const std::string&)>& isTaken = {}) {
   for (const auto& [name, value] : tableOf(file, section, node)) {
+    if (isTaken && isTaken(std::string(name.str()))) {
+      continue;
+    }
     const auto key = keys.find(std::string(name.str()));
     if (key == keys.end()) {
       throw InputError(placeOf(file, value) + "[" + section + "] has no key '" +
@@ -247,6 +263,24 @@ void applySection(const std::string& file, const std::string& section, const tom
       throw InputError(placeOf(file, value) + "'" + key->first + "' in [" + section + "] must be " +
                        key->second.expected + "; this is " +
                        (value.is_array() || value.is_table() ? "something else" : typeOf(value)));
+    }
+  }
+}
+
+bool isTarget(const std::string& name) {
+  return targetOf(name).has_value();
+}
+
+// Reads the sections [runtime.TARGET] in the section [runtime].
+void applyTargetRuntimes(Project* project, const toml::node& runtime, const fs::path& base) {
+  if (!runtime.is_table()) {
+    return;
+  }
+  for (const auto& [name, node] : *runtime.as_table()) {
+    const std::string target(name.str());
+    if (isTarget(target)) {
+      const Keys keys = targetRuntimeKeys(&project->targetRuntimes[target], base);
+      applySection(project->file, "runtime." + target, node, keys);
     }
   }
 }
@@ -261,7 +295,8 @@ Project readProject(const std::string& file) {
   const toml::table table = parse(file);
   Project project;
   project.file = file;
-  const auto sections = sectionsOf(&project, fs::path(file).parent_path());
+  const fs::path base = fs::path(file).parent_path();
+  const auto sections = sectionsOf(&project, base);
   for (const auto& [name, node] : table) {
     const auto section = sections.find(std::string(name.str()));
     if (section == sections.end()) {
@@ -270,6 +305,9 @@ Project readProject(const std::string& file) {
     }
     if (section->first == "info_plist") {
       readInfoPlist(file, tableOf(file, section->first, node), &project.infoPlist);
+    } else if (section->first == "runtime") {
+      applySection(file, section->first, node, section->second, isTarget);
+      applyTargetRuntimes(&project, node, base);
     } else {
       applySection(file, section->first, node, section->second);
     }

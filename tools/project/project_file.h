@@ -18,6 +18,15 @@ namespace tools {
 // An installer's update URL if there is none: an address that is never requested.
 constexpr const char* NO_UPDATE_URL = INVALID_UPDATE_URL;
 
+// Where a runtime comes from, and its number.
+struct RuntimeSource {
+  std::string folder;      // an existing runtime; or
+  std::string jmods;       // the modules of another JDK of the version of the one here; or
+  std::string jdkArchive;  // the JDK as its maker publishes it, with its modules, and
+  std::string jdkSha256;   // that file's digest
+  std::string version;     // empty for the runtime's own number
+};
+
 struct Project {
   std::string file;  // its path, for messages
   // What messages name instead of the file, for keys such as "signing.key" that an option gave.
@@ -40,6 +49,8 @@ struct Project {
   std::string copyright;
   std::vector<std::string> urlSchemes;
   std::vector<DocumentType> documentTypes;  // their icons are paths of .icns or PNG files
+  std::vector<std::string> targets;         // empty for the machine that packages
+  bool hasSiteForEachTarget = false;        // set by 'build'
   // [info_plist]
   PlistTable infoPlist;
   // [updater]
@@ -52,8 +63,12 @@ struct Project {
   std::vector<std::string> runtimeModules;  // or its modules; empty: as jdeps finds
   std::string jdk;                          // empty to search for one
   std::string jmods;                        // empty for the JDK's own
+  std::string jdkArchive;                   // or the archive of a JDK that has them,
+  std::string jdkSha256;                    // and its digest
   std::string runtimeVersion;               // empty for the runtime's own number
   std::string runtimeName = DEFAULT_JRE_NAME;
+  // [runtime.TARGET], which takes the place of those of [runtime] for that target
+  std::map<std::string, RuntimeSource> targetRuntimes;
   // [installer]
   std::string installType = "perm_user";
   std::string updateUrl = NO_UPDATE_URL;

@@ -113,6 +113,7 @@ static std::string applicationText(const NewProject& project) {
          "# jvm_options = [\"-Dkey=value\"]\n"
          "# maximum_heap_mb = 1024\n"
          "# icon = \"icon.png\"  # 1024 × 1024 pixels, or an .icns file\n"
+         "# targets = [\"macos-arm64\", \"macos-x86_64\", \"linux-x86_64\"]\n"
          "# display_name = \"Größe & Maß\"  # what users see; any characters\n"
          "# display_version = \"1.4.2\"\n"
          "# category = \"productivity\"  # one of Apple's application categories\n"
@@ -141,6 +142,10 @@ static const char kOtherSections[] = R"(
 # jmods = "macos-jdk/Contents/Home/jmods"  # for another system; the same Java version as the JDK
 # folder = "runtime"  # an existing runtime, instead of all these
 # version = "170015"  # a whole number, by default from the runtime's own version
+
+# [runtime.macos-arm64]  # for that target: jmods, folder, or the archive of a JDK
+# jdk_archive = "jdk-17-macos-arm64.tar.gz"  # as its maker publishes it
+# jdk_sha256 = "..."  # the 64 digits that its maker publishes
 
 [installer]
 # install_type = "perm_user"  # "perm_all" installs for all users

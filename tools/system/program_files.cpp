@@ -22,9 +22,14 @@ ProgramFiles findProgramFiles(const std::string& program) {
   const fs::path folder = fs::weakly_canonical(pathOf(program), ignored).parent_path();
   const fs::path installed = folder.parent_path() / "lib/quorvane";
   if (fs::is_directory(installed, ignored)) {
-    return {installed, installed / "updater.jar"};
+    return {installed, true, installed / "updater.jar"};
   }
-  return {folder, folder.parent_path() / "updater/updater.jar"};
+  return {folder, false, folder.parent_path() / "updater/updater.jar"};
+}
+
+std::string executablesFor(const ProgramFiles& files, const Target& target) {
+  const bool isFlat = !files.isInstalled && target == thisMachine();
+  return isFlat ? files.companions : files.companions + "/" + targetText(target);
 }
 
 }  // namespace tools

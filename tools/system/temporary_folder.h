@@ -14,6 +14,8 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+  const std::string& path() const { return path_; }
+
   // The path of `name` inside the folder.
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
 

@@ -9,12 +9,15 @@
 #include "tests/support/files.h"
 #include "tests/support/jar_bytes.h"
 #include "tests/support/test_keys.h"
+#include "tools/objects/target.h"
 
 // The packager where 'cmake --install build --prefix P' puts it, called by its name.
 
 namespace fs = std::filesystem;
 
 namespace {
+
+const std::string kTarget = tools::targetText(tools::thisMachine());
 
 class InstalledPackager : public testing::Test {
  protected:
@@ -33,7 +36,8 @@ class InstalledPackager : public testing::Test {
     test::Command command;
     command.arguments = {"/bin/sh", "-c", "exec quorvane-pack \"$@\"", "sh"};
     command.arguments.insert(command.arguments.end(), words.begin(), words.end());
-    command.environment = {{"PATH", prefix_ + "/bin:" + getenv("PATH")}};
+    command.environment = {{"PATH", prefix_ + "/bin:" + getenv("PATH")},
+                           {"XDG_CACHE_HOME", folder_ / "cache"}};
     command.folder = folder_.path();
     return test::run(command);
   }
@@ -56,22 +60,32 @@ class InstalledPackager : public testing::Test {
 TEST_F(InstalledPackager, MakesInstallersWithTheCompanionsBesideIt) {
   const test::Result init = run({"init", "hello.jar"});
   ASSERT_EQ(0, init.status) << init.err;
-  const test::Result build = run({"build", "--runtime", "runtime"});
+  const test::Result build =
+      run({"build", "--runtime", "runtime", "--bundles", "--launcher-bundle"});
   ASSERT_EQ(0, build.status) << build.err;
-  EXPECT_TRUE(test::readFile(companion("launcher")) ==
-              test::readFile(folder_ / "dist/Hello.app/Contents/MacOS/Hello"));
-  EXPECT_TRUE(test::readFile(companion("extractor")) ==
-              test::readFile(folder_ / "dist/Hello Installer.app/Contents/MacOS/Hello"));
-  const test::Result verify = run({"verify", "dist/Hello Installer.app"});
+  EXPECT_TRUE(test::readFile(companion(kTarget + "/launcher")) ==
+              test::readFile(folder_ / test::bundleIn("dist", "launcher", "Hello") +
+                             "/Contents/MacOS/Hello"));
+  EXPECT_TRUE(test::readFile(companion(kTarget + "/extractor")) ==
+              test::readFile(folder_ / test::bundleIn("dist", "offline", "Hello") +
+                             "/Contents/MacOS/Hello"));
+  const test::Result verify = run({"verify", test::bundleIn("dist", "offline", "Hello")});
   EXPECT_EQ(0, verify.status) << verify.err;
 }
 
 TEST_F(InstalledPackager, UsesNoOtherCompanions) {
   ASSERT_EQ(0, run({"init", "hello.jar"}).status);
+  const tools::Target target = tools::thisMachine();
+  const std::string advice =
+      target.system == tools::System::linux_
+          ? "build and install the packager on such a machine"
+          : "run 'scripts/build-macos --arch " +
+                std::string(target.processor == tools::Processor::arm64 ? "arm64" : "x86_64") +
+                "' and 'cmake --install build' in the packager's sources";
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
-    expectNeeded(name, companion(name) +
-                           " is missing; name the folder of launcher, extractor and lzma64 for the "
-                           "target system with --executables");
+    const std::string file = kTarget + "/" + name;
+    expectNeeded(file, companion(file) + " is missing: the packager has no executables for " +
+                           kTarget + "; " + advice + ", or name their folder with --executables");
   }
   expectNeeded("updater.jar", "the packager's own updater is not at " + companion("updater.jar") +
                                   ": it was built without a JDK; build it with one, or name an "

@@ -55,6 +55,7 @@ class PackInterruption : public testing::Test {
               test::readFile(project_ / "err"));
     EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "tmp"));
     EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "dist"));
+    EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "cache/quorvane"));
   }
 
   test::SmallProject project_;

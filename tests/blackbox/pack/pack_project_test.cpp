@@ -246,8 +246,9 @@ const WrongProject kWrongProjects[] = {
     {"UpdaterWithoutLaunchFile", "folder = \"updater\"", "folder = \"app\"",
      "quorvane.toml: [updater] folder names app/QuorvaneLaunch, which is not an existing file"},
     {"TwoRuntimes", "folder = \"runtime\"", "folder = \"runtime\"\nmodules = [\"java.base\"]",
-     "quorvane.toml: [runtime] has both 'folder', an existing runtime, and 'modules', 'jdk' or "
-     "'jmods', which make a new one; remove one of them"},
+     "quorvane.toml: [runtime] has both 'folder', an existing runtime, and 'modules', 'jdk', "
+     "'jmods' "
+     "or 'jdk_archive', which make a new one; remove one of them"},
     {"RuntimeWithoutJava", "folder = \"runtime\"", "folder = \"app\"",
      "the runtime app has no bin/java; name a folder made by jlink, or a JDK"},
     {"NoJdk", "folder = \"runtime\"", "jdk = \"app\"",

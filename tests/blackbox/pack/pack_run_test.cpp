@@ -7,6 +7,7 @@
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/background.h"
 #include "tests/support/files.h"
+#include "tools/objects/target.h"
 
 // What 'quorvane-pack run' does with an installer, which is a script here.
 
@@ -15,8 +16,9 @@ using Texts = std::vector<std::string>;
 
 namespace {
 
-const char kInstaller[] = "dist/Small App Installer.app";
-const char kExecutable[] = "dist/Small App Installer.app/Contents/MacOS/Small App";
+const std::string kInstaller = test::bundleIn("dist", "offline");
+// What messages name.
+const std::string kDownload = "dist/" + test::downloadOf();
 const char kNoDisplay[] =
     "quorvane-pack: no display available: the installer shows no windows, and an application "
     "that needs one fails\n";
@@ -65,7 +67,8 @@ class PackRun : public testing::Test {
 };
 
 TEST_F(PackRun, OfAnOutputFolderRunsItsOfflineInstallerAndSaysWhatItInstalled) {
-  build("test \"${0%Online*}\" = \"$0\" || exit 9\n" + std::string(kInstall));
+  // The online one is another file with the same script; a fake runtime is in the offline one only.
+  build("grep -q runtime.p2 \"${0%/*}/../Resources/Tail\" || exit 9\n" + std::string(kInstall));
   const test::Result result = run({});
   EXPECT_EQ(0, result.status);
   EXPECT_EQ(kInstalled, result.out);
@@ -80,24 +83,30 @@ TEST_F(PackRun, WithADisplayDoesNotSpeakOfIt) {
   EXPECT_EQ("", result.err);
 }
 
-TEST_F(PackRun, FindsTheOfflineInstallerOfAnApplicationThatIsNamedLikeAnInstaller) {
-  for (const char* name : {"Small Online", "Small Installer", "Small Online Installer"}) {
-    project_.text = test::SmallProject().text;
-    project_.replace("name = \"Small App\"", std::string("name = \"") + name + "\"");
-    build("echo \"$0\"\n");
-    const test::Result result = run({"dist", "--verbose"});
-    EXPECT_EQ(0, result.status) << result.err;
-    EXPECT_EQ(project_ / "dist/" + name + " Installer.app/Contents/MacOS/" + name,
-              test::linesOf(result.out).front());
-  }
-}
-
 TEST_F(PackRun, OfABundleRunsThatOneAlone) {
   build("echo \"$0\"\n");
-  const test::Result result = run({"--verbose", "dist/Small App Online Installer.app"});
+  const std::string online = test::bundleIn("dist", "online");
+  const test::Result result = run({"--verbose", online});
   EXPECT_EQ(0, result.status) << result.err;
-  EXPECT_EQ(project_ / "dist/Small App Online Installer.app/Contents/MacOS/Small App",
-            test::linesOf(result.out).front());
+  EXPECT_EQ(project_ / online + "/Contents/MacOS/Small App", test::linesOf(result.out).front());
+}
+
+TEST_F(PackRun, OfADownloadRunsWhatIsInItAndLeavesNothing) {
+  build("echo \"$0\"\ngrep -c runtime.p2 \"${0%/*}/../Resources/Tail\"\nexit 0\n");
+  const test::Result result = run({"--verbose", "dist/" + test::downloadOf("-online")});
+  EXPECT_EQ(0, result.status) << result.err;
+  const Texts lines = test::linesOf(result.out);
+  EXPECT_EQ("0", lines[1]);
+  EXPECT_EQ(0u, lines[0].find("/tmp/quorvane-")) << lines[0];
+  EXPECT_FALSE(test::exists(lines[0]));
+}
+
+TEST_F(PackRun, OfAnOutputFolderWithoutAnInstallerForThisMachineSaysSo) {
+  const std::string own = tools::targetText(tools::thisMachine());
+  ASSERT_EQ(
+      0, project_.build({"--target", own == "macos-arm64" ? "linux-arm64" : "macos-arm64"}).status);
+  expectError(run({}), "dist has no offline installer for this machine, " + own +
+                           "; build one with --target");
 }
 
 TEST_F(PackRun, PassesTheWordsBehindTheDashesOn) {
@@ -125,9 +134,8 @@ TEST_F(PackRun, GivesTheInstallerAHomeOfItsOwnThatIsGoneAfterwards) {
 }
 
 TEST_F(PackRun, OfWhatIsNothingToRunSaysSo) {
-  fs::create_directories(project_ / "others/Small App Installer.app");
-  fs::create_directories(project_ / "others/Small App Online Installer.app");
-  for (const char* path : {"nowhere", "app", "others", "quorvane.toml"}) {
+  test::writeFile(project_ / "others/" + test::downloadOf(), "not made by the packager");
+  for (const char* path : {"nowhere", "app", "others"}) {
     expectError(run({path}), std::string(path) +
                                  " is neither a bundle nor a folder that 'quorvane-pack build' "
                                  "made; build first, or name a bundle");
@@ -136,14 +144,18 @@ TEST_F(PackRun, OfWhatIsNothingToRunSaysSo) {
 
 TEST_F(PackRun, OfAnOutputFolderWhoseInstallerWasTakenAwaySaysSo) {
   build(kInstall);
-  fs::remove_all(project_ / kInstaller);
-  expectError(run({}),
-              std::string(kInstaller) + " is not an app bundle: Contents/Info.plist is missing");
+  fs::remove(project_ / kDownload);
+  expectError(run({}), kDownload + " cannot be unpacked: Failed to open '" + kDownload + "'");
+}
+
+TEST_F(PackRun, OfAFileThatIsNoDownloadSaysSo) {
+  test::writeFile(project_ / "text", "no download\n");
+  expectError(run({"text"}), "text cannot be unpacked: Unrecognized archive format");
 }
 
 TEST_F(PackRun, OfAnInstallerForAnotherSystemSaysSo) {
   ASSERT_EQ(0, project_.build().status);
-  expectErrorOfRun(run({}), project_ / kExecutable +
+  expectErrorOfRun(run({}), kDownload +
                                 " cannot be started: Exec format error; was it built for this "
                                 "system?");
 }
@@ -157,33 +169,32 @@ TEST_F(PackRun, OfAnInstallerThatFailsNamesItsStatusAndTheEndOfItsLog) {
   for (int i = 2; i <= 13; ++i) {
     lines += "\n  line " + std::to_string(i);
   }
-  expectErrorOfRun(
-      result, std::string(kExecutable) + " ended with status 7; the end of its output:" + lines);
+  expectErrorOfRun(result, kDownload + " ended with status 7; the end of its output:" + lines);
   EXPECT_EQ("", result.out);
 }
 
 TEST_F(PackRun, OfAnInstallerThatOnlyComplainsShowsTheComplaint) {
   build("echo 'a library is missing' >&2\nexit 127\n");
-  expectErrorOfRun(run({}), std::string(kExecutable) +
+  expectErrorOfRun(run({}), kDownload +
                                 " ended with status 127; the end of its output:\n"
                                 "  a library is missing");
 }
 
 TEST_F(PackRun, OfAnInstallerThatFailsInSilenceSaysSo) {
   build("exit 1\n");
-  expectErrorOfRun(run({}), std::string(kExecutable) + " ended with status 1; it printed nothing");
+  expectErrorOfRun(run({}), kDownload + " ended with status 1; it printed nothing");
 }
 
 TEST_F(PackRun, OfAnInstallerThatASignalEndsNamesTheSignal) {
   build("echo started\nkill -9 $$\n");
-  expectErrorOfRun(run({}), std::string(kExecutable) +
-                                " was killed by signal 9; the end of its output:\n  started");
+  expectErrorOfRun(run({}),
+                   kDownload + " was killed by signal 9; the end of its output:\n  started");
 }
 
 TEST_F(PackRun, OfAFailingInstallerWhoseOutputWasShownDoesNotRepeatIt) {
   build("echo started\nexit 3\n");
   const test::Result result = run({"--verbose"});
-  expectErrorOfRun(result, std::string(kExecutable) + " ended with status 3");
+  expectErrorOfRun(result, kDownload + " ended with status 3");
   EXPECT_EQ("started\n", result.out);
 }
 
@@ -202,7 +213,7 @@ TEST_F(PackRun, OfAnApplicationThatAnExceptionEndsShowsItWithoutItsStack) {
       "END\n");
   const test::Result result = run({});
   expectErrorOfRun(
-      result, std::string(kExecutable) +
+      result, kDownload +
                   " ended with status 0 and its application with an exception:\n"
                   "  Exception in thread \"main\" java.lang.reflect.InvocationTargetException\n"
                   "  Caused by: java.awt.HeadlessException: \n"
@@ -238,7 +249,7 @@ TEST_F(PackRun, KeepsTheHomeInANewFolder) {
 TEST_F(PackRun, KeepsTheHomeOfARunThatFails) {
   build(std::string(kInstall) + "exit 5\n");
   const test::Result result = run({"--keep", "kept"});
-  expectErrorOfRun(result, std::string(kExecutable) + " ended with status 5; it printed nothing");
+  expectErrorOfRun(result, kDownload + " ended with status 5; it printed nothing");
   EXPECT_EQ("kept: kept\n", result.out);
   EXPECT_EQ(Texts{"Library"}, test::namesIn(project_ / "kept"));
 }

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char kSiteInstaller[] = "dist/Small App Installer.app";
+const std::string kSiteInstaller = test::bundleIn("dist", "offline");
 const char kAppArchive[] = "dist/site/Quorvane-Small App-3-archive.p2.l2";
 const char kAppVersion[] = "dist/site/Quorvane-Small App-version.txt";
 const char kUpdaterArchive[] = "dist/site/Quorvane-Quorvane-5-archive.p2.l2";
@@ -200,8 +200,8 @@ TEST_F(PackSite, ThatFitsTheInstallerIsSaidToBeWell) {
       "site, updater 5: 6 files, the signature is valid\n"
       "site, runtime 170015: 3 files, the signature is valid\n"
       "site, application 3: 5 files, the signature is valid\n"
-      "made for linux-x86_64\n"
-      "dist/Small App Installer.app: all is well\n";
+      "made for linux-x86_64\n" +
+      kSiteInstaller + ": all is well\n";
   ASSERT_GT(result.out.size(), end.size());
   EXPECT_EQ(end, result.out.substr(result.out.size() - end.size()));
 }
@@ -273,8 +273,8 @@ TEST_F(PackSite, SignedWithAnotherKeyIsFound) {
 
 TEST_F(PackSite, IsNotAskedOfALauncherBundle) {
   build();
-  const test::Result result =
-      test::runPack(project_.path(), {"verify", "dist/Small App.app", "--site", "dist/site"});
+  const test::Result result = test::runPack(
+      project_.path(), {"verify", test::bundleIn("dist", "launcher"), "--site", "dist/site"});
   EXPECT_EQ(1, result.status);
   EXPECT_NE(std::string::npos, result.err.find("it takes no updates")) << result.err;
 }

@@ -12,7 +12,7 @@
 
 namespace {
 
-const char kBundle[] = "dist/Small App Installer.app";
+const std::string kBundle = test::bundleIn("dist", "offline");
 
 class PackVerifyLimits : public testing::Test {
  protected:

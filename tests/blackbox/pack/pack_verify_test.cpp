@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char kVerifiedBundle[] = "dist/Small App Installer.app";
+const std::string kVerifiedBundle = test::bundleIn("dist", "offline");
 
 class PackVerify : public testing::Test {
  protected:
@@ -49,8 +49,8 @@ TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
       "updater 5: 5 files, the signature is valid\n"
       "runtime 170015: 3 files, the signature is valid\n"
       "application 3: 4 files, the signature is valid\n"
-      "made for linux-x86_64\n"
-      "dist/Small App Installer.app: all is well\n",
+      "made for linux-x86_64\n" +
+          kVerifiedBundle + ": all is well\n",
       result.out);
 }
 
@@ -75,14 +75,14 @@ TEST_F(PackVerify, OfASoundInstallerIsSilentWhenAskedTo) {
 }
 
 TEST_F(PackVerify, TakesOnlineInstallersAndLauncherBundles) {
-  EXPECT_EQ(0, verify("dist/Small App Online Installer.app/").status);
-  const test::Result launcher = verify("dist/Small App.app");
+  EXPECT_EQ(0, verify(test::bundleIn("dist", "online") + "/").status);
+  const test::Result launcher = verify(test::bundleIn("dist", "launcher"));
   EXPECT_EQ(0, launcher.status);
   EXPECT_EQ(
       "application name: Small App\n"
       "a launcher bundle: it carries no updater, so it installs nothing\n"
-      "made for linux-x86_64\n"
-      "dist/Small App.app: all is well\n",
+      "made for linux-x86_64\n" +
+          test::bundleIn("dist", "launcher") + ": all is well\n",
       launcher.out);
 }
 

@@ -60,7 +60,7 @@ TEST_F(Readme, FiveMinutesLeadFromAJarToAnInstalledApplication) {
   ASSERT_EQ(0, result.status) << result.out << result.err;
   EXPECT_NE(std::string::npos,
             result.out.find("quorvane.toml: the project file of \"Hello\"; next: "));
-  EXPECT_NE(std::string::npos, result.out.find("dist/Hello Installer.app: all is well\n"));
+  EXPECT_NE(std::string::npos, result.out.find("dist/Hello-1-linux-x86_64.tar.gz: all is well\n"));
   // Once in the throw-away home, which is gone, then for real.
   EXPECT_NE(std::string::npos, result.out.find("installed: ~/Library/Application Support/"
                                                "Quorvane-Hello/Quorvane-Hello-1-complete\n"));

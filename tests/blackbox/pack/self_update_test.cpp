@@ -21,7 +21,7 @@ using Texts = std::vector<std::string>;
 
 namespace {
 
-const char kInstaller[] = "Sample Online Installer.app/Contents/MacOS/Sample";
+const char kInstaller[] = "Sample.app/Contents/MacOS/Sample";
 
 class SelfUpdate : public testing::Test {
  protected:
@@ -56,7 +56,7 @@ class SelfUpdate : public testing::Test {
                         runtime + "\"\n[updates]\ninterval = 0\n" + "[installer]\nupdate_url = \"" +
                         url_ + "\"\n[signing]\nkey = \"" + key + "\"\n");
     const test::Result result =
-        test::runPack(folder_.path(), {"build", "--executables", QUORVANE_BIN});
+        test::runPack(folder_.path(), {"build", "--bundles", "--executables", QUORVANE_BIN});
     ASSERT_EQ(0, result.status) << result.out << result.err;
   }
 
@@ -76,7 +76,9 @@ class SelfUpdate : public testing::Test {
 
   // Keeps the online installer of what was built last as the one that the user has.
   void keepInstaller() const {
-    fs::copy(folder_ / "dist", folder_ / "user", fs::copy_options::recursive);
+    fs::create_directory(folder_ / "user");
+    fs::copy(folder_ / test::bundleIn("dist", "online", "Sample"), folder_ / "user/Sample.app",
+             fs::copy_options::recursive);
   }
 
   // Starts the installer, and waits for what it leaves to be done.

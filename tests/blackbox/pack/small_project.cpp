@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <set>
 
@@ -13,6 +14,7 @@
 #include "tests/support/object_headers.h"
 #include "tests/support/test_keys.h"
 #include "tools/formats/launch_file_writer.h"
+#include "tools/objects/target.h"
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
@@ -55,6 +57,9 @@ Result runPack(const std::string& folder, const std::vector<std::string>& words,
   command.arguments = {QUORVANE_BIN "/quorvane-pack"};
   command.arguments.insert(command.arguments.end(), words.begin(), words.end());
   command.environment = environment;
+  if (!folder.empty()) {
+    command.environment.insert({"XDG_CACHE_HOME", folder + "/cache"});
+  }
   command.folder = folder;
   command.seconds = 170;
   Result result = run(command);
@@ -89,6 +94,7 @@ std::string standIn(const std::string& name) {
 }
 
 SmallProject::SmallProject() : text(kText) {
+  setenv("XDG_CACHE_HOME", (folder_ / "cache").c_str(), 1);
   writeFile(folder_ / "app/main.jar", jarOfClass("org.example.Main"));
   writeFile(folder_ / "app/lib/other.jar", jarOf({{"a library", "as it is"}}));
   writeFile(folder_ / "updater/updater.jar", jarOfClass("org.example.Updater"));
@@ -103,12 +109,18 @@ SmallProject::SmallProject() : text(kText) {
   }
 }
 
-Result SmallProject::build(const std::vector<std::string>& words,
-                           const std::map<std::string, std::string>& environment) const {
+Result SmallProject::buildDownloads(const std::vector<std::string>& words,
+                                    const std::map<std::string, std::string>& environment) const {
   writeFile(folder_ / "quorvane.toml", text);
   std::vector<std::string> all = {"build", "--executables", "bin"};
   all.insert(all.end(), words.begin(), words.end());
   return runPack(path(), all, environment);
+}
+
+Result SmallProject::build(std::vector<std::string> words,
+                           const std::map<std::string, std::string>& environment) const {
+  words.insert(words.begin(), {"--bundles", "--launcher-bundle"});
+  return buildDownloads(words, environment);
 }
 
 void SmallProject::replace(const std::string& from, const std::string& to) {
@@ -116,6 +128,17 @@ void SmallProject::replace(const std::string& from, const std::string& to) {
   ASSERT_NE(std::string::npos, at) << from;
   ASSERT_EQ(std::string::npos, text.find(from, at + 1)) << from;
   text.replace(at, from.size(), to);
+}
+
+std::string bundleIn(const std::string& dist, const std::string& kind, const std::string& name) {
+  return dist + "/bundles/" + tools::targetText(tools::thisMachine()) + "/" + kind + "/" + name +
+         ".app";
+}
+
+std::string downloadOf(const std::string& kind, const std::string& name) {
+  const tools::Target target = tools::thisMachine();
+  return name + "-3-" + tools::targetText(target) + kind +
+         (target.system == tools::System::macos ? ".zip" : ".tar.gz");
 }
 
 void makeJar(const std::string& folder, const std::string& path, const std::string& lines) {
@@ -130,7 +153,7 @@ void makeJar(const std::string& folder, const std::string& path, const std::stri
   ASSERT_EQ(0, result.status) << result.err;
 }
 
-static std::string digestOf(const std::string& path) {
+std::string digestOf(const std::string& path) {
   const Result result = run({{"/usr/bin/sha256sum", "--", path}, {}, {}, "", 60});
   EXPECT_EQ(0, result.status) << result.err;
   return result.out.substr(result.out[0] == '\\' ? 1 : 0, 64);

@@ -30,8 +30,11 @@ class SmallProject {
   // The project file's text, written by build().
   std::string text;
 
-  // Writes the project file and runs 'quorvane-pack build' with the stand-ins and more words.
-  Result build(const std::vector<std::string>& words = {},
+  // Writes the project file and runs 'quorvane-pack build' with the stand-ins and more words. The
+  // second keeps all three bundles as folders.
+  Result buildDownloads(const std::vector<std::string>& words = {},
+                        const std::map<std::string, std::string>& environment = {}) const;
+  Result build(std::vector<std::string> words = {},
                const std::map<std::string, std::string>& environment = {}) const;
 
   // Puts `to` in place of the one `from` in the project file's text.
@@ -44,8 +47,20 @@ class SmallProject {
   TempFolder folder_;
 };
 
+// Where build() puts the bundle "offline", "online" or "launcher" of the small project, or of one
+// with another name, for this machine.
+std::string bundleIn(const std::string& dist, const std::string& kind,
+                     const std::string& name = "Small App");
+
+// The name of a download of version 3 of the small project for this machine: "", "-online" or
+// "-launcher".
+std::string downloadOf(const std::string& kind = "", const std::string& name = "Small App");
+
 // Makes the jar `path` in `folder`, without classes and with these lines more in its manifest.
 void makeJar(const std::string& folder, const std::string& path, const std::string& lines);
+
+// The SHA-256 of a file.
+std::string digestOf(const std::string& path);
 
 // A line for each file and folder below `folder`: permission bits, SHA-256 of a file, path.
 std::string manifestOf(const std::string& folder);

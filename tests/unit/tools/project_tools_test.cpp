@@ -84,7 +84,6 @@ TEST(PlistText, IsWhatTheBundleWriterWrote) {
   tools::Bundle bundle;
   bundle.path = folder / "A.app";
   bundle.name = "A";
-  bundle.shownName = "A Installer";
   bundle.identifier = "org.example";
   bundle.version = "1";
   bundle.executable = folder / "program";

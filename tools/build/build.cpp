@@ -1,0 +1,108 @@
+#include "tools/build/build.h"
+
+#include <optional>
+
+#include "tools/build/target_build.h"
+#include "tools/keys/key_file.h"
+#include "tools/project/components.h"
+#include "tools/project/project_fit.h"
+#include "tools/system/interruption.h"
+#include "tools/system/temporary_folder.h"
+#include "tools/system/whole_file.h"
+
+namespace tools {
+
+static std::optional<SigningKey> keyOf(const Project& project) {
+  if (project.key.empty()) {
+    return std::nullopt;
+  }
+  warnOfOpenKey(project.key);
+  return SigningKey::read(project.key);
+}
+
+// How many steps the progress shows.
+static int stepsOf(const BuildOptions& options, size_t targets) {
+  constexpr int kForAll = 1;
+  const int forEach = options.makesLauncher ? 8 : 7;
+  return kForAll + forEach * static_cast<int>(targets);
+}
+
+static void sayNotes(const Project& project, const SigningKey* key, Progress* progress) {
+  if (project.updateUrl == NO_UPDATE_URL) {
+    const bool isAsked = !project.updaterFolder.empty() || !project.updates.url.empty() ||
+                         project.updates.check == "never";
+    progress->result(
+        std::string("note: [installer] has no update_url, so the online installer cannot download "
+                    "a runtime") +
+        (isAsked ? "" : ", and installed applications do not look for updates"));
+  }
+  if (key == nullptr) {
+    progress->result(
+        "note: [signing] has no key, and installed applications refuse unsigned updates");
+  }
+}
+
+static void sayResults(const BuildOptions& options, const OutputFolder& output,
+                       const std::vector<IndexEntry>& entries, Progress* progress) {
+  const auto say = [&](std::string what, const std::string& name) {
+    constexpr size_t kWidth = 19;
+    what.resize(kWidth, ' ');
+    progress->result(what + output.finalPath(name));
+  };
+  for (const IndexEntry& entry : entries) {
+    say(entry.kind + (entry.kind == LAUNCHER_BUNDLE.name ? " bundle" : " installer"), entry.name);
+  }
+  if (options.keepsBundles) {
+    say("bundles", "bundles");
+  }
+  say("update site", "site");
+  say("index", INDEX_NAME);
+}
+
+void runBuild(const BuildOptions& options) {
+  noteInterruptions();
+  // Errors are found before a runtime is made, which takes time.
+  const Project project = projectOf(options);
+  const std::vector<TargetBuild> builds = targetsOf(project, options);
+  Progress progress(options.verbosity(), stepsOf(options, builds.size()));
+  progress.step("reading " + options.project);
+  const std::optional<SigningKey> key = keyOf(project);
+  const SigningKey* signer = key ? &*key : nullptr;
+  std::vector<std::string> remarks;
+  std::vector<TargetFit> fits;
+  for (const TargetBuild& build : builds) {
+    requireApart(options, build.project);
+    remarks = Components(build.project, options.files.updaterJar).remarks();
+    fits.push_back(fitOfProject(build.project, build.executables, build.target));
+    requireEncodable(build, signer);
+  }
+  const Appearance appearance = appearanceOf(project);
+  OutputFolder output(options.output);
+  std::string prefix;
+  const auto step = [&](const std::string& what) { progress.step(prefix + what); };
+  BuildCache cache(options.avoidsCache ? "" : userCacheFolder());
+  RuntimeMaker maker({step, [&](const std::string& what) { progress.detail(what); }}, &cache);
+  std::vector<IndexEntry> entries;
+  for (size_t i = 0; i < builds.size(); ++i) {
+    const TargetBuild& build = builds[i];
+    prefix = builds.size() > 1 ? targetText(build.target) + ": " : "";
+    const TemporaryFolder work;
+    const Runtime runtime = maker.runtimeOf(build.project);
+    requireRuntime(&fits[i], runtime.home, runtime.shown);
+    progress.detail("everything is for " + fits[i].text());
+    const std::vector<IndexEntry> made = makeTarget(
+        build, runtime,
+        {options, signer, appearance, fits[i].minimumSystem(), output, work.path(), &cache, step});
+    entries.insert(entries.end(), made.begin(), made.end());
+  }
+  writeWhole(output / INDEX_NAME, encodeIndex(project.name, entries));
+  output.finish();
+  sayResults(options, output, entries, &progress);
+  for (const std::string& remark : remarks) {
+    progress.result(remark);
+  }
+  sayNotes(project, signer, &progress);
+  progress.finish();
+}
+
+}  // namespace tools

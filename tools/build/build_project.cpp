@@ -1,0 +1,155 @@
+#include "tools/build/build_project.h"
+
+#include <filesystem>
+
+#include "tools/java/java_runtime.h"
+#include "tools/project/presentation_check.h"
+#include "tools/system/folder_tree.h"
+#include "tools/system/input_error.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+// The runtime that the command line names takes the place of all that the project says.
+static void takeRuntime(Project* project, const std::string& folder) {
+  project->runtimeModules.clear();
+  project->jmods.clear();
+  project->jdkArchive.clear();
+  project->jdkSha256.clear();
+  project->jdk.clear();
+  project->targetRuntimes.clear();
+  project->runtimeHome = folder;
+}
+
+static void takeTargets(Project* project, const BuildOptions& options) {
+  if (!options.targets.empty()) {
+    project->targets = options.targets;
+    project->givenBy["application.targets"] = "--target";
+  }
+  if (project->targets.empty()) {
+    project->targets = {targetText(thisMachine())};
+  }
+  if (project->targets.size() > 1) {
+    for (const auto& [option, value] :
+         {std::pair{"--runtime", options.runtime}, {"--executables", options.executables}}) {
+      if (!value.empty()) {
+        throw InputError(std::string(option) +
+                         " is for one target, and this project has several; name one with "
+                         "--target");
+      }
+    }
+  }
+}
+
+Project projectOf(const BuildOptions& options) {
+  Project project = readProject(options.project);
+  project.hasSiteForEachTarget = !project.targets.empty() || options.targets.size() > 1;
+  const auto take = [&](const char* key, std::string* value, const char* option,
+                        const std::string& given) {
+    if (!given.empty()) {
+      *value = given;
+      project.givenBy[key] = option;
+    }
+  };
+  take("application.version", &project.version, "--app-version", options.appVersion);
+  take("installer.update_url", &project.updateUrl, "--update-url", options.updateUrl);
+  take("signing.key", &project.key, "--key", options.key);
+  take("runtime.jdk", &project.jdk, "--jdk", options.jdk);
+  if (!options.runtime.empty()) {
+    takeRuntime(&project, options.runtime);
+    project.givenBy["runtime.folder"] = "--runtime";
+  }
+  takeTargets(&project, options);
+  checkProject(project);
+  warnOfPresentation(project);
+  if (!options.runtime.empty()) {
+    // The project's version applies to its own runtime, or if this one has none.
+    const std::string number = runtimeNumber(javaHomeIn(options.runtime));
+    project.runtimeVersion = number.empty() ? project.runtimeVersion : number;
+  }
+  return project;
+}
+
+// Puts the runtime of the target in the place of that of [runtime].
+static void chooseRuntime(Project* project, const Target& target) {
+  const auto own = project->targetRuntimes.find(targetText(target));
+  if (own == project->targetRuntimes.end()) {
+    if (project->targets.size() > 1 && target != thisMachine()) {
+      throw InputError(project->file + ": [runtime." + targetText(target) +
+                       "] is missing: [runtime] is for this machine; add that section with "
+                       "'jmods' or 'jdk_archive' of a JDK for " +
+                       targetText(target) + ", or with 'folder', a runtime for it");
+    }
+    return;
+  }
+  const RuntimeSource& source = own->second;
+  project->runtimeHome = source.folder;
+  project->jmods = source.jmods;
+  project->jdkArchive = source.jdkArchive;
+  project->jdkSha256 = source.jdkSha256;
+  project->runtimeVersion = source.version;
+}
+
+// Where the files of the target's update site are, if the address of all sites is `url`.
+static std::string addressOf(const std::string& url, const Target& target) {
+  if (url.empty() || url == "D" || url == NO_UPDATE_URL) {
+    return url;
+  }
+  return url + (url.back() == '/' ? "" : "/") + targetText(target) + "/";
+}
+
+// How to get the executables for a target.
+static std::string adviceFor(const Target& target) {
+  const std::string text = targetText(target);
+  const std::string how = target.system == System::macos
+                              ? "run 'scripts/build-macos --arch " +
+                                    text.substr(text.find('-') + 1) +
+                                    "' and 'cmake --install build' in the packager's sources"
+                              : "build and install the packager on such a machine";
+  return " is missing: the packager has no executables for " + text + "; " + how +
+         ", or name their folder with --executables";
+}
+
+static void requireExecutables(const std::string& folder, const Target& target, bool isGiven) {
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    if (!fs::is_regular_file(fs::path(folder) / name)) {
+      throw InputError(folder + "/" + name +
+                       (isGiven ? " is missing; name the folder of launcher, extractor and lzma64 "
+                                  "for the target system with --executables"
+                                : adviceFor(target)));
+    }
+  }
+}
+
+std::vector<TargetBuild> targetsOf(const Project& project, const BuildOptions& options) {
+  std::vector<TargetBuild> builds;
+  for (const std::string& text : project.targets) {
+    const Target target = *targetOf(text);
+    TargetBuild build{target, project, options.executables, "site"};
+    chooseRuntime(&build.project, target);
+    if (project.hasSiteForEachTarget) {
+      build.project.updateUrl = addressOf(project.updateUrl, target);
+      build.project.updates.url = addressOf(project.updates.url, target);
+      build.site += "/" + text;
+    }
+    if (options.executables.empty()) {
+      build.executables = executablesFor(options.files, target);
+    }
+    requireExecutables(build.executables, target, !options.executables.empty());
+    builds.push_back(build);
+  }
+  return builds;
+}
+
+void requireApart(const BuildOptions& options, const Project& project) {
+  for (const std::string& folder :
+       {project.appFolder, project.updaterFolder, project.runtimeHome, project.jmods}) {
+    if (!folder.empty() && isInside(options.output, folder)) {
+      throw InputError("the output folder " + options.output + " is inside " + folder +
+                       ", which is packed; choose another one with --output");
+    }
+  }
+}
+
+}  // namespace tools

@@ -1,0 +1,110 @@
+#include "tools/build/build_runtime.h"
+
+#include <filesystem>
+
+#include "tools/bundle/installer_writer.h"
+#include "tools/delivery/file_digest.h"
+#include "tools/java/java_runtime.h"
+#include "tools/java/jdk_archive.h"
+#include "tools/project/components.h"
+#include "tools/system/input_error.h"
+#include "tools/system/temporary_folder.h"
+#include "tools/system/texts.h"
+
+namespace fs = std::filesystem;
+
+namespace tools {
+
+const std::vector<std::string>& RuntimeMaker::modulesFor(const Project& project, const Jdk& jdk) {
+  if (modules_.empty()) {
+    modules_ =
+        project.runtimeModules.empty() ? modulesOf(jdk, jarsOf(project)) : project.runtimeModules;
+  }
+  return modules_;
+}
+
+// The folder of modules of the target's JDK; empty for the modules of the JDK here.
+std::string RuntimeMaker::jmodsOf(const Project& project) {
+  if (project.jdkArchive.empty()) {
+    return project.jmods;
+  }
+  requireDigest(project.jdkArchive, project.jdkSha256);
+  const std::string folder =
+      cache_->take("modules", "modules 1 " + project.jdkSha256, [&](const std::string& path) {
+        fs::create_directory(path);
+        unpackModules(project.jdkArchive, path);
+      });
+  return modulesIn(folder, project.jdkArchive);
+}
+
+static bool hasModuleFiles(const std::string& folder) {
+  std::error_code ignored;
+  return fs::is_regular_file(folder + "/java.base.jmod", ignored);
+}
+
+// All that a runtime made of the files in `jmods` depends on.
+static std::string inputsOf(const Jdk& jdk, const std::vector<std::string>& modules,
+                            const std::string& jmods) {
+  return std::string("runtime 1 " QUORVANE_VERSION) + "\nrelease " +
+         digestOfFile(jdk.home() + "/release") + "\njlink " +
+         digestOfFile(jdk.home() + "/bin/jlink") + "\njmods " + digestOfContent(jmods) +
+         "\noptions " + joined(LINK_OPTIONS, " ") + "\nmodules " + joined(modules, ",");
+}
+
+std::string RuntimeMaker::linked(const Project& project) {
+  const Jdk jdk = Jdk::find(project.jdk);
+  steps_.step("finding the modules that the runtime needs");
+  const std::vector<std::string>& modules = modulesFor(project, jdk);
+  steps_.detail(joined(modules, ", "));
+  steps_.step("making the runtime with " + jdk.home() + "/bin/jlink, which takes a while");
+  const std::string jmods = jmodsOf(project);
+  const BuildCache::Make make = [&](const std::string& path) {
+    linkRuntime(jdk, modules, jmods, path);
+  };
+  // Without these files jlink takes what the JDK itself is made of.
+  const std::string files = jmods.empty() ? jdk.home() + "/jmods" : jmods;
+  const bool isKnown = hasModuleFiles(files) && fs::is_regular_file(jdk.home() + "/release");
+  return isKnown ? cache_->take("runtime", inputsOf(jdk, modules, files), make)
+                 : cache_->makeAnew(make);
+}
+
+// What a made runtime is made of, for messages.
+static std::string sourceOf(const Project& project) {
+  if (!project.jdkArchive.empty()) {
+    return project.jdkArchive;
+  }
+  return project.jmods.empty() ? Jdk::find(project.jdk).home() : project.jmods;
+}
+
+Runtime RuntimeMaker::runtimeOf(const Project& project) {
+  Runtime runtime;
+  if (project.runtimeHome.empty()) {
+    runtime.home = linked(project);
+    runtime.shown = "the runtime made from " + sourceOf(project);
+  } else {
+    steps_.step("checking the runtime");
+    steps_.step("using the runtime " + project.runtimeHome);
+    runtime.home = javaHomeIn(project.runtimeHome);
+    runtime.shown = runtime.home;
+  }
+  runtime.version =
+      project.runtimeVersion.empty() ? runtimeNumber(runtime.home) : project.runtimeVersion;
+  if (runtime.version.empty()) {
+    throw InputError(project.file + ": [runtime] needs the key 'version', because " + runtime.home +
+                     "/release has none");
+  }
+  return runtime;
+}
+
+std::string packedRuntime(const Runtime& runtime, const std::string& name, const SigningKey* key,
+                          BuildCache* cache) {
+  const std::string inputs =
+      "archive 1 " QUORVANE_VERSION "\nname " + name + "\nversion " + runtime.version + "\nkey " +
+      (key == nullptr ? "none" : key->publicKeyHex()) + "\nhome " + digestOfContent(runtime.home);
+  return cache->take("archive", inputs, [&](const std::string& path) {
+    const TemporaryFolder site;
+    fs::copy_file(writeSiteRuntime(site.path(), name, runtime.version, runtime.home, key), path);
+  });
+}
+
+}  // namespace tools
