@@ -31,6 +31,8 @@ if(CMAKE_CROSSCOMPILING)
 else()
   quorvane_find_liblzma()
   quorvane_find_stb()
+  # Homebrew keeps it apart from the system's, which has no headers.
+  list(APPEND CMAKE_PREFIX_PATH /opt/homebrew/opt/libarchive /usr/local/opt/libarchive)
   quorvane_find_libarchive()
   find_program(QUORVANE_JAVAC javac PATHS ENV JAVA_HOME PATH_SUFFIXES bin REQUIRED)
   file(REAL_PATH "${QUORVANE_JAVAC}" QUORVANE_JAVA_HOME)

@@ -80,7 +80,7 @@ def pack(factor):
         project = project.replace(f'folder = "{folder}"', f'folder = "{folder}-{factor}"')
     write(f"project-{factor}.toml", project)
     run(f"{BIN}/quorvane-pack", "build", path(f"project-{factor}.toml"), "--output",
-        path(f"dist-{factor}"), "--executables", BIN, "--bundles")
+        path(f"dist-{factor}"), "--executables", BIN, "--bundles", "--no-cache")
 
 
 def make_tarball(factor):

@@ -9,6 +9,8 @@ if [ -n "${QUORVANE_DEMO_MACOS:-}" ]; then
   executables=$PWD/build-macos/bin
   target=macos-x86_64
 fi
+# The packager keeps nothing elsewhere.
+export XDG_CACHE_HOME=$demo/cache
 hello=$demo/hello
 app=$hello/dist/bundles/$target/launcher/Hello.app
 app_name=Hello

@@ -78,7 +78,7 @@ def check_bundles(report, build, arch):
         make_project(folder)
         packed = run("build", folder / "quorvane.toml", "--output", folder / "dist",
                      "--executables", programs, "--target", f"macos-{arch}", "--bundles",
-                     "--launcher-bundle")
+                     "--launcher-bundle", "--no-cache")
         report.check(f"bundles {arch}: are packed", packed.returncode == 0,
                      packed.stdout.splitlines())
         for kind, executable in BUNDLES.items() if packed.returncode == 0 else ():

@@ -1,6 +1,7 @@
 #include "tools/build/build_runtime.h"
 
 #include <filesystem>
+#include <sstream>
 
 #include "tools/bundle/installer_writer.h"
 #include "tools/delivery/file_digest.h"
@@ -10,15 +11,49 @@
 #include "tools/system/input_error.h"
 #include "tools/system/temporary_folder.h"
 #include "tools/system/texts.h"
+#include "tools/system/whole_file.h"
 
 namespace fs = std::filesystem;
 
 namespace tools {
 
+// What the JDK's program `name` depends on; empty if that cannot be told.
+static std::string identityOf(const Jdk& jdk, const std::string& name) {
+  const std::string release = jdk.home() + "/release";
+  const std::string program = jdk.home() + "/bin/" + name;
+  if (!fs::is_regular_file(release) || !fs::is_regular_file(program)) {
+    return "";
+  }
+  return std::string(QUORVANE_VERSION) + "\nrelease " + digestOfFile(release) + "\nprogram " +
+         digestOfFile(program);
+}
+
+// The modules that jdeps finds for the jars. It takes seconds.
+std::vector<std::string> RuntimeMaker::foundModules(const Jdk& jdk,
+                                                    const std::vector<std::string>& jars) {
+  const std::string program = identityOf(jdk, "jdeps");
+  if (program.empty()) {
+    return modulesOf(jdk, jars);
+  }
+  std::string inputs = "names 1 " + program;
+  for (const std::string& jar : jars) {
+    inputs += "\njar " + digestOfFile(jar) + " " + fs::path(jar).filename().string();
+  }
+  const std::string list = cache_->take("names", inputs, [&](const std::string& path) {
+    writeWhole(path, joined(modulesOf(jdk, jars), "\n") + "\n");
+  });
+  std::vector<std::string> modules;
+  std::istringstream lines(readWhole(list));
+  for (std::string line; std::getline(lines, line);) {
+    modules.push_back(line);
+  }
+  return modules;
+}
+
 const std::vector<std::string>& RuntimeMaker::modulesFor(const Project& project, const Jdk& jdk) {
   if (modules_.empty()) {
-    modules_ =
-        project.runtimeModules.empty() ? modulesOf(jdk, jarsOf(project)) : project.runtimeModules;
+    modules_ = project.runtimeModules.empty() ? foundModules(jdk, jarsOf(project))
+                                              : project.runtimeModules;
   }
   return modules_;
 }
@@ -43,12 +78,10 @@ static bool hasModuleFiles(const std::string& folder) {
 }
 
 // All that a runtime made of the files in `jmods` depends on.
-static std::string inputsOf(const Jdk& jdk, const std::vector<std::string>& modules,
+static std::string inputsOf(const std::string& jlink, const std::vector<std::string>& modules,
                             const std::string& jmods) {
-  return std::string("runtime 1 " QUORVANE_VERSION) + "\nrelease " +
-         digestOfFile(jdk.home() + "/release") + "\njlink " +
-         digestOfFile(jdk.home() + "/bin/jlink") + "\njmods " + digestOfContent(jmods) +
-         "\noptions " + joined(LINK_OPTIONS, " ") + "\nmodules " + joined(modules, ",");
+  return "runtime 1 " + jlink + "\njmods " + digestOfContent(jmods) + "\noptions " +
+         joined(LINK_OPTIONS, " ") + "\nmodules " + joined(modules, ",");
 }
 
 std::string RuntimeMaker::linked(const Project& project) {
@@ -63,9 +96,10 @@ std::string RuntimeMaker::linked(const Project& project) {
   };
   // Without these files jlink takes what the JDK itself is made of.
   const std::string files = jmods.empty() ? jdk.home() + "/jmods" : jmods;
-  const bool isKnown = hasModuleFiles(files) && fs::is_regular_file(jdk.home() + "/release");
-  return isKnown ? cache_->take("runtime", inputsOf(jdk, modules, files), make)
-                 : cache_->makeAnew(make);
+  const std::string jlink = identityOf(jdk, "jlink");
+  return hasModuleFiles(files) && !jlink.empty()
+             ? cache_->take("runtime", inputsOf(jlink, modules, files), make)
+             : cache_->makeAnew(make);
 }
 
 // What a made runtime is made of, for messages.

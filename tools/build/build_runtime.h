@@ -36,6 +36,7 @@ class RuntimeMaker {
   Runtime runtimeOf(const Project& project);
 
  private:
+  std::vector<std::string> foundModules(const Jdk& jdk, const std::vector<std::string>& jars);
   const std::vector<std::string>& modulesFor(const Project& project, const Jdk& jdk);
   std::string jmodsOf(const Project& project);
   std::string linked(const Project& project);

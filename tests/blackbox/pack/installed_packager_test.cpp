@@ -92,6 +92,26 @@ TEST_F(InstalledPackager, UsesNoOtherCompanions) {
                                   "updater as 'folder' and 'version' in [updater]");
 }
 
+TEST_F(InstalledPackager, HasTheExecutablesForMacosThatWereBuilt) {
+  int built = 0;
+  for (const auto& [target, folder] :
+       {std::pair{"macos-x86_64", "build-macos"}, {"macos-arm64", "build-macos-arm64"}}) {
+    for (const char* name : {"launcher", "extractor", "lzma64"}) {
+      const std::string source = std::string(QUORVANE_SOURCE "/") + folder + "/bin/" + name;
+      if (target == kTarget || !test::exists(source)) {
+        continue;
+      }
+      ++built;
+      const std::string installed = companion(std::string(target) + "/" + name);
+      EXPECT_TRUE(test::readFile(source) == test::readFile(installed)) << installed;
+      EXPECT_EQ(0755u, test::modeOf(installed));
+    }
+  }
+  if (built == 0) {
+    GTEST_SKIP() << "scripts/build-macos has not been run here";
+  }
+}
+
 TEST_F(InstalledPackager, HasItsManualPagesWhereManLooksForThem) {
   for (const char* page : {"man1/quorvane-pack.1", "man1/lzma64.1", "man7/quorvane-launcher.7"}) {
     EXPECT_EQ(0u, test::readFile(prefix_ + "/share/man/" + page).find(".TH ")) << page;

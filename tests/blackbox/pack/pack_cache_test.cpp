@@ -234,6 +234,23 @@ TEST_F(PackCache, IsSharedByBuildsAtTheSameTime) {
   EXPECT_EQ(2u, test::namesIn(cache()).size());
 }
 
+TEST_F(PackCache, KeepsTheNamesOfTheModulesThatTheJarsNeed) {
+  test::writeFile(project_ / "jdk/bin/jdeps",
+                  "#!/bin/sh\necho called >> \"${0%/*}/asked\"\necho java.base,java.sql\n", 0755);
+  const std::string emptyJar = "PK\x05\x06" + std::string(18, '\0');
+  test::writeFile(project_ / "app/main.jar", emptyJar);
+  test::writeFile(project_ / "app/lib/other.jar", emptyJar);
+  project_.replace("modules = [\"java.base\"]\n", "");
+  build();
+  build();
+  EXPECT_EQ("called\n", test::readFile(project_ / "jdk/bin/asked"));
+  EXPECT_EQ(1u, calls());
+  test::writeFile(project_ / "app/main.jar", emptyJar + '\0');
+  build();
+  EXPECT_EQ("called\ncalled\n", test::readFile(project_ / "jdk/bin/asked"));
+  EXPECT_EQ(1u, calls()) << "the same modules";
+}
+
 // The modules of a JDK's archive are unpacked once.
 TEST_F(PackCache, KeepsTheModulesOfAnArchive) {
   test::writeFile(project_ / "mac/jmods/java.base.jmod", "base for the Mac");

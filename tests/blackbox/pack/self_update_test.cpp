@@ -55,8 +55,11 @@ class SelfUpdate : public testing::Test {
                         mainClass + "\"\narguments = [\"--console\"]\n[runtime]\nfolder = \"" +
                         runtime + "\"\n[updates]\ninterval = 0\n" + "[installer]\nupdate_url = \"" +
                         url_ + "\"\n[signing]\nkey = \"" + key + "\"\n");
+    // All cases pack the same runtime.
+    constexpr double kSeconds = 800;
     const test::Result result =
-        test::runPack(folder_.path(), {"build", "--bundles", "--executables", QUORVANE_BIN});
+        test::runPack(folder_.path(), {"build", "--bundles", "--executables", QUORVANE_BIN},
+                      {{"XDG_CACHE_HOME", QUORVANE_BIN "/../test-cache"}}, kSeconds);
     ASSERT_EQ(0, result.status) << result.out << result.err;
   }
 

@@ -52,7 +52,7 @@ static const std::string kPng =
     "\x4e\x44\xae\x42\x60\x82"s;
 
 Result runPack(const std::string& folder, const std::vector<std::string>& words,
-               const std::map<std::string, std::string>& environment) {
+               const std::map<std::string, std::string>& environment, double seconds) {
   Command command;
   command.arguments = {QUORVANE_BIN "/quorvane-pack"};
   command.arguments.insert(command.arguments.end(), words.begin(), words.end());
@@ -61,7 +61,7 @@ Result runPack(const std::string& folder, const std::vector<std::string>& words,
     command.environment.insert({"XDG_CACHE_HOME", folder + "/cache"});
   }
   command.folder = folder;
-  command.seconds = 170;
+  command.seconds = seconds;
   Result result = run(command);
   if (std::find(words.begin(), words.end(), "--verbose") == words.end()) {
     result.err = withoutProgress(result.err);

@@ -12,7 +12,7 @@ namespace test {
 // Runs quorvane-pack in the folder `folder`. Unless the words ask for its steps with --verbose, the
 // result is without the lines about its progress.
 Result runPack(const std::string& folder, const std::vector<std::string>& words,
-               const std::map<std::string, std::string>& environment = {});
+               const std::map<std::string, std::string>& environment = {}, double seconds = 170);
 
 // Returns a command's standard error without the lines about its progress.
 std::string withoutProgress(const std::string& err);
