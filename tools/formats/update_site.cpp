@@ -65,7 +65,7 @@ std::string copySiteComponent(const std::string& site, const std::string& name,
   if (error) {
     throw InputError("cannot copy " + archive + " to " + copy + ": " + error.message());
   }
-  writeWhole(site + "/" + siteVersionName(name), version + "\n");
+  writeWhole(site + "/" + versionFileName(name), version + "\n");
   return copy;
 }
 
