@@ -72,8 +72,10 @@ void runBuild(const BuildOptions& options) {
   std::vector<TargetFit> fits;
   for (const TargetBuild& build : builds) {
     requireApart(options, build.project);
+    // The same for all targets.
     remarks = Components(build.project, options.files.updaterJar).remarks();
-    fits.push_back(fitOfProject(build.project, build.executables, build.target));
+    fits.push_back(fitOfProject(build.project, build.executables,
+                                build.isNamed ? std::optional(build.target) : std::nullopt));
     requireEncodable(build, signer);
   }
   const Appearance appearance = appearanceOf(project);

@@ -1,8 +1,10 @@
 #include "tools/build/build_project.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "tools/java/java_runtime.h"
+#include "tools/objects/target_fit.h"
 #include "tools/project/presentation_check.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
@@ -22,13 +24,59 @@ static void takeRuntime(Project* project, const std::string& folder) {
   project->runtimeHome = folder;
 }
 
+static bool hasExecutables(const std::string& folder) {
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    if (!fs::is_regular_file(fs::path(folder) / name)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// This machine, if it is among the targets, or the only one.
+static Target oneOf(const std::vector<Target>& targets, const TargetFit& fit,
+                    const std::string& folder) {
+  if (std::find(targets.begin(), targets.end(), thisMachine()) != targets.end()) {
+    return thisMachine();
+  }
+  if (targets.size() > 1) {
+    throw InputError("the executables in " + folder + " are for " + fit.text() +
+                     "; name one target with --target");
+  }
+  return targets.front();
+}
+
+// The target that executables of the command line are for; this machine if there are none. Of
+// universal ones the runtime decides. What is missing or does not fit is said later.
+static Target targetOfExecutables(const std::string& folder, const std::string& runtime) {
+  if (folder.empty() || !hasExecutables(folder)) {
+    return thisMachine();
+  }
+  TargetFit fit;
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    const std::string path = folder + "/" + name;
+    fit.requireProgram({path, readObjectFile(path)});
+  }
+  const std::vector<Target> programs = fit.targets();
+  if (programs.size() == 1 || runtime.empty() || !fs::is_directory(runtime)) {
+    return oneOf(programs, fit, folder);
+  }
+  for (const ObjectFile& file : objectsIn(runtime, runtime)) {
+    if (isUsable(file)) {
+      fit.require(file);
+    }
+  }
+  return oneOf(fit.targets(), fit, folder);
+}
+
 static void takeTargets(Project* project, const BuildOptions& options) {
   if (!options.targets.empty()) {
     project->targets = options.targets;
     project->givenBy["application.targets"] = "--target";
   }
+  project->areTargetsNamed = !project->targets.empty();
   if (project->targets.empty()) {
-    project->targets = {targetText(thisMachine())};
+    project->targets = {targetText(targetOfExecutables(options.executables, project->runtimeHome))};
   }
   if (project->targets.size() > 1) {
     for (const auto& [option, value] :
@@ -126,7 +174,7 @@ std::vector<TargetBuild> targetsOf(const Project& project, const BuildOptions& o
   std::vector<TargetBuild> builds;
   for (const std::string& text : project.targets) {
     const Target target = *targetOf(text);
-    TargetBuild build{target, project, options.executables, "site"};
+    TargetBuild build{target, project.areTargetsNamed, project, options.executables, "site"};
     chooseRuntime(&build.project, target);
     if (project.hasSiteForEachTarget) {
       build.project.updateUrl = addressOf(project.updateUrl, target);

@@ -15,6 +15,7 @@ namespace tools {
 // One target of a build.
 struct TargetBuild {
   Target target;
+  bool isNamed;  // by the project or on the command line, not by the executables
   // The project for this target alone: its runtime and its addresses are those of the target.
   Project project;
   std::string executables;  // the folder of launcher, extractor and lzma64

@@ -84,7 +84,7 @@ static std::string inputsOf(const std::string& jlink, const std::vector<std::str
          joined(LINK_OPTIONS, " ") + "\nmodules " + joined(modules, ",");
 }
 
-std::string RuntimeMaker::linked(const Project& project) {
+Runtime RuntimeMaker::linked(const Project& project) {
   const Jdk jdk = Jdk::find(project.jdk);
   steps_.step("finding the modules that the runtime needs");
   const std::vector<std::string>& modules = modulesFor(project, jdk);
@@ -97,24 +97,19 @@ std::string RuntimeMaker::linked(const Project& project) {
   // Without these files jlink takes what the JDK itself is made of.
   const std::string files = jmods.empty() ? jdk.home() + "/jmods" : jmods;
   const std::string jlink = identityOf(jdk, "jlink");
-  return hasModuleFiles(files) && !jlink.empty()
-             ? cache_->take("runtime", inputsOf(jlink, modules, files), make)
-             : cache_->makeAnew(make);
-}
-
-// What a made runtime is made of, for messages.
-static std::string sourceOf(const Project& project) {
-  if (!project.jdkArchive.empty()) {
-    return project.jdkArchive;
-  }
-  return project.jmods.empty() ? Jdk::find(project.jdk).home() : project.jmods;
+  Runtime runtime;
+  runtime.home = hasModuleFiles(files) && !jlink.empty()
+                     ? cache_->take("runtime", inputsOf(jlink, modules, files), make)
+                     : cache_->makeAnew(make);
+  const std::string& origin = project.jdkArchive.empty() ? project.jmods : project.jdkArchive;
+  runtime.shown = "the runtime made from " + (origin.empty() ? jdk.home() : origin);
+  return runtime;
 }
 
 Runtime RuntimeMaker::runtimeOf(const Project& project) {
   Runtime runtime;
   if (project.runtimeHome.empty()) {
-    runtime.home = linked(project);
-    runtime.shown = "the runtime made from " + sourceOf(project);
+    runtime = linked(project);
   } else {
     steps_.step("checking the runtime");
     steps_.step("using the runtime " + project.runtimeHome);

@@ -39,7 +39,7 @@ class RuntimeMaker {
   std::vector<std::string> foundModules(const Jdk& jdk, const std::vector<std::string>& jars);
   const std::vector<std::string>& modulesFor(const Project& project, const Jdk& jdk);
   std::string jmodsOf(const Project& project);
-  std::string linked(const Project& project);
+  Runtime linked(const Project& project);
 
   RuntimeSteps steps_;
   BuildCache* cache_;

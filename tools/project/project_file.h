@@ -50,7 +50,8 @@ struct Project {
   std::vector<std::string> urlSchemes;
   std::vector<DocumentType> documentTypes;  // their icons are paths of .icns or PNG files
   std::vector<std::string> targets;         // empty for the machine that packages
-  bool hasSiteForEachTarget = false;        // set by 'build'
+  bool areTargetsNamed = false;             // set by 'build', as is the next one
+  bool hasSiteForEachTarget = false;
   // [info_plist]
   PlistTable infoPlist;
   // [updater]

@@ -10,8 +10,8 @@
 
 namespace {
 
-const char kBundle[] = "dist/Small App Installer.app";
-const char kExecutable[] = "dist/Small App Installer.app/Contents/MacOS/Small App";
+const std::string kBundle = test::bundleIn("dist", "offline");
+const std::string kExecutable = kBundle + "/Contents/MacOS/Small App";
 
 std::string macProgram(uint32_t processor = test::MACH_ARM64) {
   return test::macFile(processor, test::MACH_PROGRAM);
@@ -38,14 +38,19 @@ class PackFit : public testing::Test {
     const test::Result result = project_.build();
     EXPECT_EQ(1, result.status);
     EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
-    EXPECT_FALSE(test::exists(project_ / kBundle));
+    EXPECT_FALSE(test::exists(project_ / "dist/site"));
   }
 
-  // Builds, and expects that `verify` says `fact`.
-  void expectFact(const std::string& fact) {
-    const test::Result built = project_.build();
+  // Builds, and expects that `verify` says `fact` of what is made for the target.
+  void expectFact(const std::string& fact, const std::string& target,
+                  const std::vector<std::string>& words = {}) {
+    test::writeFile(project_ / "quorvane.toml", project_.text);
+    std::vector<std::string> all = {"build", "--executables", "bin"};
+    all.insert(all.end(), words.begin(), words.end());
+    const test::Result built = test::runPack(project_.path(), all);
     EXPECT_EQ(0, built.status) << built.err;
-    const test::Result result = test::runPack(project_.path(), {"verify", kBundle});
+    const test::Result result =
+        test::runPack(project_.path(), {"verify", "dist/Small App-3-" + target + ".zip"});
     EXPECT_EQ(0, result.status) << result.err;
     EXPECT_NE(std::string::npos, result.out.find(fact + "\n")) << result.out;
   }
@@ -55,8 +60,7 @@ class PackFit : public testing::Test {
     all.insert(all.end(), words.begin(), words.end());
     const test::Result result = test::runPack(project_.path(), all);
     EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + std::string(kBundle) + " would not work:\n  " + problem + "\n",
-              result.err);
+    EXPECT_EQ("quorvane-pack: " + kBundle + " would not work:\n  " + problem + "\n", result.err);
   }
 
   test::SmallProject project_;
@@ -116,19 +120,23 @@ TEST_F(PackFit, TakesLibrariesOfAllSystemsBesideEachOther) {
   write("app/natives/mac/x86_64/libsmall.dylib", test::macFile(test::MACH_X86_64));
   write("app/natives/mac/arm64/libsmall.dylib", test::macFile(test::MACH_ARM64));
   write("app/natives/windows/small.dll", "MZ and more");
-  expectFact("made for macos-arm64, from macOS 11.0 on");
+  expectFact("made for macos-arm64, from macOS 11.0 on", "macos-arm64");
 }
 
 TEST_F(PackFit, OfUniversalExecutablesIsForBothProcessors) {
   useExecutables(universalProgram());
-  expectFact("made for macos-arm64 and macos-x86_64, from macOS 11.0 on");
+  expectRefusal(
+      "the executables in bin are for macos-arm64 and macos-x86_64; name one target with "
+      "--target");
+  expectFact("made for macos-arm64 and macos-x86_64, from macOS 11.0 on", "macos-x86_64",
+             {"--target", "macos-x86_64"});
 }
 
 TEST_F(PackFit, OfUniversalExecutablesIsForTheRuntimesProcessor) {
   useExecutables(universalProgram());
   write("runtime/lib/server/libjvm.dylib",
         test::machFile(test::MACH_X86_64, test::MACH_LIBRARY, {test::versionMin(0x000c0600)}));
-  expectFact("made for macos-x86_64, from macOS 12.6 on");
+  expectFact("made for macos-x86_64, from macOS 12.6 on", "macos-x86_64");
 }
 
 TEST_F(PackFit, IsFoundMissingInAFinishedBundle) {
@@ -136,7 +144,7 @@ TEST_F(PackFit, IsFoundMissingInAFinishedBundle) {
   write("app/libsmall.so", test::elfFile(test::ELF_X86_64));
   ASSERT_EQ(0, project_.build().status);
   write(kExecutable, macProgram());
-  expectProblem("updater/lzma64 is for linux-x86_64, but " + std::string(kExecutable) +
+  expectProblem("updater/lzma64 is for linux-x86_64, but " + kExecutable +
                 " is for macos-arm64; a bundle needs all for one system and processor\n"
                 "  runtime/Contents/Home/lib/server/libjvm.so is for linux-x86_64, but " +
                 kExecutable +
@@ -148,14 +156,14 @@ TEST_F(PackFit, IsFoundMissingInAFinishedBundle) {
 
 TEST_F(PackFit, IsFoundMissingInALauncherBundleThatIsNone) {
   ASSERT_EQ(0, project_.build().status);
-  write("dist/Small App.app/Contents/MacOS/Small App", "text");
-  const test::Result result = test::runPack(project_.path(), {"verify", "dist/Small App.app"});
+  const std::string launcher = test::bundleIn("dist", "launcher");
+  write(launcher + "/Contents/MacOS/Small App", "text");
+  const test::Result result = test::runPack(project_.path(), {"verify", launcher});
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: dist/Small App.app would not work:\n"
-      "  dist/Small App.app/Contents/MacOS/Small App is not a program: it is neither an ELF nor a "
-      "Mach-O file\n",
-      result.err);
+  EXPECT_EQ("quorvane-pack: " + launcher + " would not work:\n  " + launcher +
+                "/Contents/MacOS/Small App is not a program: it is neither an ELF nor a "
+                "Mach-O file\n",
+            result.err);
 }
 
 TEST_F(PackFit, IsFoundMissingInASite) {
@@ -164,7 +172,7 @@ TEST_F(PackFit, IsFoundMissingInASite) {
   write("runtime/lib/server/libjvm.dylib", test::macFile(test::MACH_ARM64));
   ASSERT_EQ(0, project_.build({"--output", "other"}).status);
   const std::string end = "; a bundle needs all for one system and processor";
-  expectProblem("site, updater/lzma64 is for macos-arm64, but " + std::string(kExecutable) +
+  expectProblem("site, updater/lzma64 is for macos-arm64, but " + kExecutable +
                     " is for linux-x86_64" + end +
                     "\n  site, runtime/Contents/Home/lib/server/libjvm.dylib is for macos-arm64, "
                     "but " +
