@@ -212,6 +212,10 @@ class ProjectCheck {
     if (!fault.empty()) {
       fail("updates", fault);
     }
+    const std::string common = faultOfCommonUrl(project_.updates.url);
+    if (!common.empty()) {
+      fail("updates", "url is \"" + project_.updates.url + "\"; " + common);
+    }
   }
 
   void checkRuntime() const {
@@ -275,10 +279,19 @@ class ProjectCheck {
     }
   }
 
+  // Each target looks into a folder of its own below the address.
+  std::string faultOfCommonUrl(const std::string& url) const {
+    const bool isFolder = url.find_first_of("?#") == std::string::npos;
+    return isFolder || !project_.hasSiteForEachTarget
+               ? ""
+               : "with targets it is the address of a folder, without '?' and '#'";
+  }
+
   void checkInstaller() const {
     requireFile("installer", "splash", project_.splash);
     requireNoFault("installer", faultOfSplash(project_));
     requireSound("update_url", project_.updateUrl, faultOfUpdateUrl(project_.updateUrl));
+    requireSound("update_url", project_.updateUrl, faultOfCommonUrl(project_.updateUrl));
     for (const char* word : {"--install", "--elevated"}) {
       if (project_.silentParameter == word) {
         fail("installer",

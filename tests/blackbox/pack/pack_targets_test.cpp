@@ -156,6 +156,20 @@ TEST_F(PackTargets, LookForUpdatesInTheirOwnFolders) {
                                    .find("url=https://example.org/beta/macos-arm64/\n"));
 }
 
+TEST_F(PackTargets, CannotHaveFoldersBelowAnAddressWithAQuery) {
+  const std::string before = project_.text;
+  project_.replace("[installer]", "[installer]\nupdate_url = \"https://example.org/?app=1\"");
+  expectError(
+      "quorvane.toml: [installer] update_url is \"https://example.org/?app=1\"; with targets it is "
+      "the address of a folder, without '?' and '#'");
+  project_.text = before;
+  project_.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n",
+                   "[updates]\nurl = \"https://example.org/#beta\"\n");
+  expectError(
+      "quorvane.toml: [updates] url is \"https://example.org/#beta\"; with targets it is the "
+      "address of a folder, without '?' and '#'");
+}
+
 TEST_F(PackTargets, WithADynamicAddressKeepIt) {
   project_.replace("[installer]", "[installer]\nupdate_url = \"D\"");
   ASSERT_EQ(0, build({"--bundles"}).status);
