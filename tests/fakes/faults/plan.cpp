@@ -83,8 +83,12 @@ Unwatched::~Unwatched() {
   unwatched = before_;
 }
 
+bool isCounted(const char* kind) {
+  return active && !unwatched && strcmp(plan.kind, kind) == 0;
+}
+
 bool fails(const char* kind) {
-  if (!active || unwatched || strcmp(plan.kind, kind) != 0) {
+  if (!isCounted(kind)) {
     return false;
   }
   const uint64_t count = ++plan.counts->met;

@@ -7,6 +7,9 @@
 // that the process dies at this call, it does not return.
 bool fails(const char* kind);
 
+// Whether calls of this kind are counted at all: what kind one is can be hard to tell.
+bool isCounted(const char* kind);
+
 // What the injector itself does is not counted while one of these lives.
 class Unwatched {
  public:

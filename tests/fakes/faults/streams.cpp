@@ -41,7 +41,8 @@ static void setErrorMark(FILE* stream) {
 }
 
 static bool cannotRead(FILE* stream) {
-  const bool failing = fails(isOwnExecutable(stream) ? "scan" : "read");
+  const bool failing =
+      (isCounted("scan") || isCounted("read")) && fails(isOwnExecutable(stream) ? "scan" : "read");
   if (failing) {
     setErrorMark(stream);
   }
@@ -49,7 +50,8 @@ static bool cannotRead(FILE* stream) {
 }
 
 static bool cannotWrite(FILE* stream) {
-  const bool failing = !isOutput(stream) && fails(isLog(stream) ? "log" : "write");
+  const bool failing = !isOutput(stream) && (isCounted("log") || isCounted("write")) &&
+                       fails(isLog(stream) ? "log" : "write");
   if (failing) {
     setErrorMark(stream);
   }
