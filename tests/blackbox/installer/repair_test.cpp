@@ -28,9 +28,7 @@ const char kApp[] = "Quorvane-Demo-3-complete";
 const char kWithoutExtraction[] = "[Extractor] Running without extraction now";
 
 const char kNoLaunchFile[] = "its launch file is missing";
-const char kEmptyLaunchFile[] = "its launch file is empty or no file";
 const char kCutLaunchFile[] = "its launch file is cut short or damaged";
-const char kNoMainClass[] = "its launch file names no main class";
 const char kNoLibrary[] = "its JVM library is missing or empty";
 const char kNoModules[] = "its modules file is missing or empty";
 const char kNoFolder[] = "it is no folder";
@@ -132,40 +130,20 @@ void cutLaunchFileTo(const std::string& folder, const std::string& lastField) {
   cut(file, test::readFile(file).find(lastField) + lastField.size());
 }
 
-void removeMainClass(const std::string& folder) {
-  const std::string file = folder + "/QuorvaneLaunch";
-  std::string bytes = test::readFile(file);
-  const std::string mainClass = "updater.Main";
-  test::writeFile(file, bytes.erase(bytes.find(mainClass), mainClass.size()));
-}
-
 std::string libraryIn(const std::string& folder) {
   return folder + "/" + test::jvmLibraryPlace();
 }
 
+// Two of each component. launch_test and launcher_test have every flaw.
 const Damage kDamages[] = {
     {"LaunchFileMissing", kUpdater,
      [](const std::string& folder) { fs::remove(folder + "/QuorvaneLaunch"); }, kNoLaunchFile},
-    {"LaunchFileEmpty", kUpdater,
-     [](const std::string& folder) { cut(folder + "/QuorvaneLaunch", 0); }, kEmptyLaunchFile},
-    {"LaunchFileCutInItsMainClass", kUpdater,
-     [](const std::string& folder) { cutLaunchFileTo(folder, "updater.Ma"); }, kCutLaunchFile},
     {"LaunchFileCutInItsClassPath", kUpdater,
      [](const std::string& folder) { cutLaunchFileTo(folder, "updater.j"); }, kCutLaunchFile},
-    {"LaunchFileWithoutMainClass", kUpdater, removeMainClass, kNoMainClass},
-    {"LaunchFileThatIsAFolder", kUpdater,
-     [](const std::string& folder) { replaceByEmptyFolder(folder + "/QuorvaneLaunch"); },
-     kEmptyLaunchFile},
     {"JvmLibraryMissing", kRuntime,
      [](const std::string& folder) { fs::remove(libraryIn(folder)); }, kNoLibrary},
-    {"JvmLibraryEmpty", kRuntime, [](const std::string& folder) { cut(libraryIn(folder), 0); },
-     kNoLibrary},
-    {"LibrariesMissing", kRuntime,
-     [](const std::string& folder) { fs::remove_all(folder + "/lib"); }, kNoLibrary},
     {"ModulesMissing", kRuntime,
      [](const std::string& folder) { fs::remove(folder + "/lib/modules"); }, kNoModules},
-    {"ModulesEmpty", kRuntime, [](const std::string& folder) { cut(folder + "/lib/modules", 0); },
-     kNoModules},
 };
 
 class DamagedFolder : public Repair, public testing::WithParamInterface<Damage> {};

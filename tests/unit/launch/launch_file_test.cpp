@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -296,6 +297,11 @@ TEST_F(LaunchFileLook, FindsThatThereIsNone) {
 
 TEST_F(LaunchFileLook, NeverWaitsForWhatIsNoFile) {
   ASSERT_EQ(0, mkfifo(path_.c_str(), 0644));
+  EXPECT_EQ("its launch file is empty or no file", flaw());
+}
+
+TEST_F(LaunchFileLook, FindsAFolderInItsPlace) {
+  std::filesystem::create_directory(path_);
   EXPECT_EQ("its launch file is empty or no file", flaw());
 }
 
