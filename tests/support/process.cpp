@@ -91,6 +91,7 @@ pid_t start(const Command& command, const std::string& out, const std::string& e
     becomeProgram(command, out, err);
   }
   EXPECT_GT(child, 0);
+  setpgid(child, child);  // so that it can be killed before it has run at all
   return child;
 }
 
