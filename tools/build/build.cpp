@@ -61,6 +61,7 @@ static void sayResults(const BuildOptions& options, const OutputFolder& output,
 
 void runBuild(const BuildOptions& options) {
   noteInterruptions();
+  removeAbandonedFolders();
   // Errors are found before a runtime is made, which takes time.
   const Project project = projectOf(options);
   const std::vector<TargetBuild> builds = targetsOf(project, options);

@@ -36,8 +36,10 @@ static Properties propertiesOf(const Project& project) {
 }
 
 void requireEncodable(const TargetBuild& build, const SigningKey* key) {
-  encodeTail(tailOf(build.project, key));
-  encodeParams(propertiesOf(build.project));
+  const Project& project = build.project;
+  aboutFile(project.file + ": [installer]", [&] { return encodeTail(tailOf(project, key)); });
+  aboutFile(project.file + ": [installer.properties]",
+            [&] { return encodeParams(propertiesOf(project)); });
 }
 
 // Makes a folder and those above it up to the existing folder `base`. The modes do not depend on

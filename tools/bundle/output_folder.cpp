@@ -10,6 +10,7 @@
 #include "tools/system/fixed_time.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
+#include "tools/system/texts.h"
 #include "tools/system/whole_file.h"
 
 namespace fs = std::filesystem;
@@ -37,13 +38,31 @@ std::vector<std::string> madeIn(const std::string& path) {
   return names;
 }
 
+// A list that a killed build has not finished.
+static bool isUnfinishedList(const std::string& name) {
+  return startsWith(name, std::string(OUTPUT_LIST) + ".part-");
+}
+
+static void removeUnfinishedLists(const std::string& path) {
+  std::vector<fs::path> lists;
+  for (const auto& entry : fs::directory_iterator(path)) {
+    if (isUnfinishedList(entry.path().filename())) {
+      lists.push_back(entry.path());
+    }
+  }
+  for (const fs::path& list : lists) {
+    fs::remove(list);
+  }
+}
+
 static void refuseForeignContent(const std::string& path) {
   const std::vector<std::string> made = madeIn(path);
   for (const auto& entry : fs::directory_iterator(path)) {
     const std::string name = entry.path().filename();
-    const bool isOwn = name == OUTPUT_LIST ? !made.empty()
-                                           : name == kUnfinished || name == kReplaced ||
-                                                 std::count(made.begin(), made.end(), name) > 0;
+    const bool isOwn = name == OUTPUT_LIST
+                           ? !made.empty()
+                           : name == kUnfinished || name == kReplaced || isUnfinishedList(name) ||
+                                 std::count(made.begin(), made.end(), name) > 0;
     if (!isOwn) {
       throw InputError("the output folder " + path + " contains " + name +
                        ", which this command did not make; choose a new or empty folder with "
@@ -59,6 +78,7 @@ OutputFolder::OutputFolder(const std::string& path) : path_(path) {
     }
     fs::create_directories(path);
     refuseForeignContent(path);
+    removeUnfinishedLists(path);
     restoreReplaced();
     fs::remove_all(path + "/" + kUnfinished);
     fs::create_directory(path + "/" + kUnfinished);

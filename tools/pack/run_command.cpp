@@ -4,6 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -145,15 +147,40 @@ static std::string javaExceptionIn(const std::string& path, const std::string& t
   return text;
 }
 
-// The end of the program's output. Its log is on standard output; a program that could not start
-// has written only to standard error.
+// Whether the line on standard error repeats one of the log, as the system's log does there: with
+// date, time, name and, in brackets, two numbers. What such a line continues with is empty.
+static bool isOfSystemLog(const std::string& line) {
+  static const char kStart[] = "dddd-dd-dd dd:dd:dd.ddd ";
+  constexpr size_t kLength = sizeof kStart - 1;
+  if (line.size() < kLength) {
+    return line.empty();
+  }
+  for (size_t i = 0; i < kLength; ++i) {
+    const bool isDigit = isdigit(static_cast<unsigned char>(line[i])) != 0;
+    if (kStart[i] == 'd' ? !isDigit : line[i] != kStart[i]) {
+      return false;
+    }
+  }
+  const size_t open = line.find('[', kLength);
+  const size_t close = open == std::string::npos ? open : line.find("] ", open);
+  return close != std::string::npos && line.find_first_not_of("0123456789:", open + 1) == close;
+}
+
+// The end of what the program wrote: to standard output, where its log is, and to standard error.
 static std::string endOf(const std::optional<Logs>& logs) {
   if (!logs) {
     return "";
   }
   const std::string out = lastLines(logs->out, kShownLines);
-  const std::string end = out.empty() ? lastLines(logs->err, kShownLines) : out;
-  return end.empty() ? "; it printed nothing" : "; the end of its output:" + end;
+  const std::string err = lastLines(logs->err, kShownLines, isOfSystemLog);
+  if (out.empty() && err.empty()) {
+    return "; it printed nothing";
+  }
+  std::string text = out.empty() ? "" : "; the end of its output:" + out;
+  if (!err.empty()) {
+    text += (out.empty() ? "; " : "\n") + std::string("the end of its standard error:") + err;
+  }
+  return text;
 }
 
 static void requireGoodEnd(const std::string& program, int status,
@@ -216,6 +243,7 @@ static void tellOfExceptions(const std::optional<Logs>& logs) {
 }
 
 static void runBundle(const RunOptions& options) {
+  removeAbandonedFolders("/tmp");
   const TemporaryFolder work("/tmp");
   const Program program = programAt(options.path, work / "bundle");
   const ThrowAwayAccount account(work / "account");

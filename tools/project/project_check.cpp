@@ -4,6 +4,8 @@
 #include <set>
 
 #include "formats/names.h"
+#include "formats/tail_fields.h"
+#include "tools/formats/tail_writer.h"
 #include "tools/formats/value_check.h"
 #include "tools/keys/key_file.h"
 #include "tools/objects/target.h"
@@ -114,6 +116,26 @@ class ProjectCheck {
     }
   }
 
+  // A text is read up to a zero byte, and up to a length.
+  void requireText(const char* section, const char* key, const std::string& value,
+                   int limit = TAIL_FIELD_LIMIT) const {
+    const size_t longest = static_cast<size_t>(limit) - 2;
+    if (value.find('\0') != std::string::npos) {
+      fail(section, std::string(key) + " contains a zero byte, which ends a text; remove it");
+    }
+    if (value.size() > longest) {
+      fail(section, std::string(key) + " has a text of " + std::to_string(value.size()) +
+                        " bytes; at most " + std::to_string(longest) + " are read");
+    }
+  }
+
+  void requireTexts(const char* section, const char* key,
+                    const std::vector<std::string>& values) const {
+    for (const std::string& value : values) {
+      requireText(section, key, value);
+    }
+  }
+
   void checkVersions() const {
     require("application", "version", project_.version, "\"1\"");
     requireNumber("application", project_.version);
@@ -176,6 +198,10 @@ class ProjectCheck {
     if (!project_.jar.empty() && !project_.classPath.empty()) {
       fail("application", "has 'class_path' beside 'jar', which is the class path; remove it");
     }
+    requireText("application", "main_class", project_.mainClass);
+    requireTexts("application", "class_path", project_.classPath);
+    requireTexts("application", "arguments", project_.arguments);
+    requireTexts("application", "jvm_options", project_.jvmOptions);
     if (project_.maximumHeapMegabytes < 0) {
       fail("application", "maximum_heap_mb is " + std::to_string(project_.maximumHeapMegabytes) +
                               "; it must not be negative");
@@ -292,6 +318,17 @@ class ProjectCheck {
     requireNoFault("installer", faultOfSplash(project_));
     requireSound("update_url", project_.updateUrl, faultOfUpdateUrl(project_.updateUrl));
     requireSound("update_url", project_.updateUrl, faultOfCommonUrl(project_.updateUrl));
+    requireText("installer", "update_url", project_.updateUrl, TAIL_UPDATE_URL_LIMIT);
+    requireText("installer", "silent_parameter", project_.silentParameter);
+    const std::string& type = project_.installType;
+    if (type != INSTALL_FOR_ALL && type != INSTALL_FOR_USER && type != INSTALL_TEMPORARY) {
+      fail("installer", "install_type is \"" + type + "\"; known are " + INSTALL_FOR_ALL + ", " +
+                            INSTALL_FOR_USER + " and " + INSTALL_TEMPORARY);
+    }
+    if (project_.minimumSplashMs < 0) {
+      fail("installer", "minimum_splash_ms is " + std::to_string(project_.minimumSplashMs) +
+                            "; it must not be negative");
+    }
     for (const char* word : {"--install", "--elevated"}) {
       if (project_.silentParameter == word) {
         fail("installer",
@@ -304,6 +341,9 @@ class ProjectCheck {
     const char* const own[][2] = {{"jre_name", "'name' in [runtime]"},
                                   {"require_signature", "'require_signature' in [installer]"}};
     for (const auto& [name, value] : project_.properties) {
+      if (name.empty()) {
+        fail("installer.properties", "has a property without a name; give it one");
+      }
       for (const auto& [taken, key] : own) {
         if (name == taken) {
           fail("installer.properties", "has " + name + "; set it with " + key);

@@ -3,10 +3,13 @@
 
 #include <string>
 
+#include "support/owned.h"
+
 namespace tools {
 
 // A new empty folder in the system's temporary folder or another one, removed with all its contents
-// at the end. Throws InputError if it cannot be created.
+// at the end. Throws InputError if it cannot be created. Beside it is a lock, which this process
+// and the programs that it starts hold: without them the folder is abandoned.
 class TemporaryFolder {
  public:
   explicit TemporaryFolder(const std::string& parent = "");
@@ -20,8 +23,15 @@ class TemporaryFolder {
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
 
  private:
+  [[nodiscard]] bool make(const std::string& parent);
+
   std::string path_;
+  Descriptor lock_;
 };
+
+// Removes the abandoned folders of this user's killed commands from the same place. What cannot be
+// removed stays.
+void removeAbandonedFolders(const std::string& parent = "");
 
 }  // namespace tools
 

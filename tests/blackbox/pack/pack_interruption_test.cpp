@@ -86,6 +86,25 @@ TEST_F(PackInterruption, WhileAProgramRunsEndsItAndLeavesNothing) {
   expectNothingLeft();
 }
 
+TEST_F(PackInterruption, ByAKillLeavesWhatTheNextBuildRemoves) {
+  useJlink(
+      "while [ \"$1\" != --output ]; do shift; done\n"
+      "mkdir -p \"$2/bin\"; : > " +
+      (project_ / "started") + "\n[ -e " + (project_ / "go") + " ] || exec sleep 600\n" +
+      "echo java > \"$2/bin/java\"; echo 'JAVA_VERSION=\"21.0.4\"' > \"$2/release\"\n");
+  start("started");
+  kill(build_, SIGKILL);
+  waitForEnd();
+  EXPECT_NE(0u, test::namesIn(project_ / "tmp").size());
+  test::writeFile(project_ / "tmp/quorvane-mine/file", "of another program");
+  test::writeFile(project_ / "go", "");
+  const test::Result next = test::run(command_);
+  EXPECT_EQ(0, next.status) << next.err;
+  EXPECT_EQ(std::vector<std::string>{"quorvane-mine"}, test::namesIn(project_ / "tmp"));
+  EXPECT_TRUE(test::exists(project_ / "dist/site/Quorvane-Mac64JRE-210004-archive.p2.l2"));
+  EXPECT_FALSE(test::exists(project_ / "dist/.quorvane-unfinished"));
+}
+
 TEST_F(PackInterruption, ByAHangupEndsItAndLeavesNothing) {
   useJlink(": > " + (project_ / "started") + "\nexec sleep 600\n");
   interrupt(SIGHUP, "started");

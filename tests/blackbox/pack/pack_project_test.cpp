@@ -257,6 +257,21 @@ const WrongProject kWrongProjects[] = {
     {"SplashOfAnotherKind", "splash = \"splash.png\"", "splash = \"small.icns\"",
      "quorvane.toml: [installer] splash is wrong: small.icns is not a valid PNG image of at most "
      "4096 pixels a side"},
+    {"UnknownInstallType", "[installer]", "[installer]\ninstall_type = \"perm_usr\"",
+     "quorvane.toml: [installer] install_type is \"perm_usr\"; known are perm_all, perm_user and "
+     "temporary"},
+    {"NegativeSplashTime", "[installer]", "[installer]\nminimum_splash_ms = -1",
+     "quorvane.toml: [installer] minimum_splash_ms is -1; it must not be negative"},
+    {"SilentWordWithAZeroByte", "[installer]", "[installer]\nsilent_parameter = \"a\\u0000b\"",
+     "quorvane.toml: [installer] silent_parameter contains a zero byte, which ends a text; remove "
+     "it"},
+    {"ArgumentWithAZeroByte", "folder = \"app\"",
+     "folder = \"app\"\narguments = [\"a\", \"b\\u0000\"]",
+     "quorvane.toml: [application] arguments contains a zero byte, which ends a text; remove it"},
+    {"OptionWithAZeroByte", "folder = \"app\"", "folder = \"app\"\njvm_options = [\"-Da=\\u0000\"]",
+     "quorvane.toml: [application] jvm_options contains a zero byte, which ends a text; remove it"},
+    {"PropertyWithoutAName", "[installer]", "[installer]\nproperties = {\"\" = \"x\"}",
+     "quorvane.toml: [installer.properties] has a property without a name; give it one"},
     {"NoJmods", "folder = \"runtime\"", "jmods = \"none\"",
      "quorvane.toml: [runtime] jmods names none, which is not an existing folder"},
     {"NoSplash", "splash.png", "none.png",
@@ -285,10 +300,6 @@ const WrongProject kWrongProjects[] = {
      "numbers; write 8 for Java 1.8"},
     {"OwnProperty", "[installer]", "[installer]\nproperties = {jre_name = \"x\"}",
      "quorvane.toml: [installer.properties] has jre_name; set it with 'name' in [runtime]"},
-    {"UnknownInstallType", "[installer]", "[installer]\ninstall_type = \"all\"",
-     "the install type is \"all\"; known are perm_all, perm_user and temporary"},
-    {"NegativeSplashTime", "[installer]", "[installer]\nminimum_splash_ms = -5",
-     "the splash time is -5 ms, which must not be negative"},
     {"NoKey", "key = \"release.key\"\n", "",
      "quorvane.toml: [signing] needs the key 'key', because installers accept only signed "
      "archives; "
@@ -312,6 +323,35 @@ TEST_P(PackProject, ThatIsWrongIsRefusedWithWhatToDoAndMakesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(All, PackProject, testing::ValuesIn(kWrongProjects),
                          [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PackProjectFile, WithATextThatIsNotReadToItsEndIsRefused) {
+  const struct {
+    const char* place;
+    const char* before;
+    const char* key;
+    size_t length;
+    const char* message;
+  } texts[] = {{"[installer]", "silent_parameter = \"", "\"", 1023,
+                "[installer] silent_parameter has a text of 1023 bytes; at most 1022 are read"},
+               {"[installer]", "update_url = \"https://x/", "\"", 4989,
+                "[installer] update_url has a text of 4999 bytes; at most 4998 are read"},
+               {"[application]", "arguments = [\"", "\"]", 1023,
+                "[application] arguments has a text of 1023 bytes; at most 1022 are read"},
+               {"[application]", "jvm_options = [\"", "\"]", 1023,
+                "[application] jvm_options has a text of 1023 bytes; at most 1022 are read"}};
+  for (const auto& text : texts) {
+    for (const size_t less : {0u, 1u}) {
+      test::SmallProject project;
+      project.replace(text.place, std::string(text.place) + "\n" + text.before +
+                                      std::string(text.length - less, 'x') + text.key);
+      const test::Result result = project.build();
+      EXPECT_EQ(less == 0 ? 1 : 0, result.status) << result.err;
+      EXPECT_EQ(
+          less == 0 ? std::string("quorvane-pack: quorvane.toml: ") + text.message + "\n" : "",
+          result.err);
+    }
+  }
+}
 
 TEST(PackProjectFile, ThatDoesNotExistIsNamed) {
   const test::TempFolder folder;

@@ -169,14 +169,34 @@ TEST_F(PackRun, OfAnInstallerThatFailsNamesItsStatusAndTheEndOfItsLog) {
   for (int i = 2; i <= 13; ++i) {
     lines += "\n  line " + std::to_string(i);
   }
-  expectErrorOfRun(result, kDownload + " ended with status 7; the end of its output:" + lines);
+  expectErrorOfRun(result, kDownload + " ended with status 7; the end of its output:" + lines +
+                               "\nthe end of its standard error:\n  noise");
   EXPECT_EQ("", result.out);
+}
+
+// The system's log repeats the installer's on standard error.
+TEST_F(PackRun, OfAnApplicationThatFailsShowsItsStandardErrorWithoutTheLog) {
+  build(
+      "echo '+0        [JNILauncher] About to execute static void method.'\n"
+      "cat >&2 <<'END'\n"
+      "2026-01-02 03:04:05.678 Small App[1:1] [JNILauncher] About to execute static void method.\n"
+      "\n"
+      "cannot open [the file]\n"
+      "2026-01-02 is a date\n"
+      "2026-01-02 03:04:05.678 Small App[1:2] \n"
+      "END\nexit 3\n");
+  expectErrorOfRun(run({}), kDownload +
+                                " ended with status 3; the end of its output:\n"
+                                "  +0        [JNILauncher] About to execute static void method.\n"
+                                "the end of its standard error:\n"
+                                "  cannot open [the file]\n"
+                                "  2026-01-02 is a date");
 }
 
 TEST_F(PackRun, OfAnInstallerThatOnlyComplainsShowsTheComplaint) {
   build("echo 'a library is missing' >&2\nexit 127\n");
   expectErrorOfRun(run({}), kDownload +
-                                " ended with status 127; the end of its output:\n"
+                                " ended with status 127; the end of its standard error:\n"
                                 "  a library is missing");
 }
 

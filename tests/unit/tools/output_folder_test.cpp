@@ -55,6 +55,13 @@ TEST_F(OutputFolder, KeepsAllEarlierResultsWhenANewOneCannotBePutInPlace) {
   EXPECT_EQ((Texts{"a", "b"}), tools::madeIn(path_));
 }
 
+TEST_F(OutputFolder, RemovesTheListThatAKilledBuildDidNotFinish) {
+  make({"a"}, "old");
+  test::writeFile(path_ + "/.quorvane-output.part-aBc123", "Made by");
+  make({"b"}, "new");
+  EXPECT_EQ((Texts{tools::OUTPUT_LIST, "b"}), test::namesIn(path_));
+}
+
 TEST_F(OutputFolder, PutsEarlierResultsBackThatAKilledBuildWasReplacing) {
   make({"a", "b"}, "old");
   fs::create_directory(path_ + "/.quorvane-replaced");

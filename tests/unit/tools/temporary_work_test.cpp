@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
+#include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tools/system/child_process.h"
 #include "tools/system/input_error.h"
@@ -33,6 +35,32 @@ TEST(TemporaryFolder, ThatCannotBeMadeIsNamedWithTheReason) {
     EXPECT_EQ(0u, what.find("cannot create the temporary folder /nowhere/quorvane-")) << what;
     EXPECT_EQ(what.size() - reason.size(), what.rfind(reason)) << what;
   }
+}
+
+TEST(AbandonedFolders, AreRemovedAndThoseInUseAreNot) {
+  const test::TempFolder place;
+  const tools::TemporaryFolder used(place.path());
+  test::writeFile(used / "file", "in use");
+  test::writeFile(place / "quorvane-aaaaaa/file", "abandoned");
+  test::writeFile(place / "quorvane-aaaaaa.lock", "");
+  tools::removeAbandonedFolders(place.path());
+  EXPECT_TRUE(test::exists(used / "file"));
+  EXPECT_EQ(2u, test::namesIn(place.path()).size());
+  EXPECT_FALSE(test::exists(place / "quorvane-aaaaaa"));
+}
+
+TEST(AbandonedFolders, LeadNowhereElse) {
+  const test::TempFolder place;
+  test::writeFile(place / "victim/file", "of somebody");
+  std::filesystem::create_symlink(place / "victim", place / "quorvane-aaaaaa");
+  test::writeFile(place / "quorvane-aaaaaa.lock", "");
+  test::writeFile(place / "quorvane-bbbbbb/file", "of somebody");
+  std::filesystem::create_symlink(place / "victim/file", place / "quorvane-bbbbbb.lock");
+  test::writeFile(place / "quorvane-cccccc/file", "of a process that is about to lock it");
+  tools::removeAbandonedFolders(place.path());
+  EXPECT_TRUE(test::exists(place / "victim/file"));
+  EXPECT_TRUE(test::exists(place / "quorvane-bbbbbb/file"));
+  EXPECT_TRUE(test::exists(place / "quorvane-cccccc/file"));
 }
 
 TEST(RunForOutput, OfAProgramThatFailsLeavesStackTracesOut) {
