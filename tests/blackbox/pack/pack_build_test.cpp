@@ -100,9 +100,9 @@ TEST(PackBuild, WithoutATerminalPrintsALineForEachStepOnceItBegins) {
   command.folder = project.path();
   const test::Result result = test::run(command);
   EXPECT_EQ(kResults, result.out);
-  EXPECT_TRUE(test::containsInOrder(test::linesOf(result.err),
-                                    {"[1/8] reading quorvane.toml", "[2/8] checking the runtime",
-                                     "[8/8] writing the online installer"}))
+  EXPECT_TRUE(test::containsInOrder(
+      test::linesOf(result.err),
+      {"[1/8] reading quorvane.toml", "[2/8] checking the runtime", "[8/8] writing the downloads"}))
       << result.err;
   EXPECT_EQ("", test::withoutProgress(result.err));
 }
@@ -276,6 +276,9 @@ TEST(PackBuild, TakesTheVersionOfTheRuntimeThatTheCommandLineNames) {
 
 TEST(PackBuild, TakesTheKeyFromStandardInput) {
   const test::SmallProject project;
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    test::writeFile(project / "bin/" + name, test::standIn(name, "macos-x86_64"), 0700);
+  }
   test::writeFile(project / "quorvane.toml", project.text);
   test::Command command;
   command.arguments = {"/bin/sh", "-c",
@@ -327,6 +330,7 @@ TEST(PackBuild, GivesEachBundleItsOwnIdentifierAndTheApplicationsName) {
 // Executables of another system are packed as they are; nothing here runs them.
 TEST(PackBuild, PacksTheExecutablesOfAnotherSystem) {
   const test::SmallProject project;
+  const std::string mac = "dist/bundles/macos-arm64/offline/Small App.app";
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
     test::writeFile(project / "mac" + "/" + name,
                     test::macFile(test::MACH_ARM64, test::MACH_PROGRAM) + name, 0755);
@@ -336,12 +340,13 @@ TEST(PackBuild, PacksTheExecutablesOfAnotherSystem) {
       project.path(), {"build", "--bundles", "--launcher-bundle", "--executables", "mac"});
   ASSERT_EQ(0, result.status) << result.err;
   EXPECT_EQ(test::readFile(project / "mac/launcher"),
-            test::readFile(project / kLauncher + "/Contents/MacOS/Small App"));
+            test::readFile(project / "dist/bundles/macos-arm64/launcher/Small App.app" +
+                           "/Contents/MacOS/Small App"));
   EXPECT_EQ(test::readFile(project / "mac/extractor"),
-            test::readFile(project / kOffline + "/Contents/MacOS/Small App"));
-  EXPECT_NE(std::string::npos, test::readFile(project / kOffline + "/Contents/Resources/Tail")
+            test::readFile(project / mac + "/Contents/MacOS/Small App"));
+  EXPECT_NE(std::string::npos, test::readFile(project / mac + "/Contents/Resources/Tail")
                                    .find(test::readFile(project / "mac/lzma64")));
-  const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
+  const test::Result verified = test::runPack(project.path(), {"verify", mac});
   EXPECT_EQ(0, verified.status) << verified.err;
   EXPECT_NE(std::string::npos, verified.out.find("made for macos-arm64, from macOS 11.0 on\n"))
       << verified.out;

@@ -9,6 +9,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+#include "tests/support/jar_bytes.h"
 #include "tests/support/process.h"
 #include "tests/support/test_keys.h"
 
@@ -237,15 +238,12 @@ TEST_F(PackCache, IsSharedByBuildsAtTheSameTime) {
 TEST_F(PackCache, KeepsTheNamesOfTheModulesThatTheJarsNeed) {
   test::writeFile(project_ / "jdk/bin/jdeps",
                   "#!/bin/sh\necho called >> \"${0%/*}/asked\"\necho java.base,java.sql\n", 0755);
-  const std::string emptyJar = "PK\x05\x06" + std::string(18, '\0');
-  test::writeFile(project_ / "app/main.jar", emptyJar);
-  test::writeFile(project_ / "app/lib/other.jar", emptyJar);
   project_.replace("modules = [\"java.base\"]\n", "");
   build();
   build();
   EXPECT_EQ("called\n", test::readFile(project_ / "jdk/bin/asked"));
   EXPECT_EQ(1u, calls());
-  test::writeFile(project_ / "app/main.jar", emptyJar + '\0');
+  test::writeFile(project_ / "app/lib/other.jar", test::jarOf({{"another", "library"}}));
   build();
   EXPECT_EQ("called\ncalled\n", test::readFile(project_ / "jdk/bin/asked"));
   EXPECT_EQ(1u, calls()) << "the same modules";

@@ -10,8 +10,8 @@
 
 namespace {
 
-const std::string kBundle = test::bundleIn("dist", "offline");
-const std::string kExecutable = kBundle + "/Contents/MacOS/Small App";
+const std::string kFitBundle = test::bundleIn("dist", "offline");
+const std::string kExecutable = kFitBundle + "/Contents/MacOS/Small App";
 
 std::string macProgram(uint32_t processor = test::MACH_ARM64) {
   return test::macFile(processor, test::MACH_PROGRAM);
@@ -56,11 +56,11 @@ class PackFit : public testing::Test {
   }
 
   void expectProblem(const std::string& problem, const std::vector<std::string>& words = {}) {
-    std::vector<std::string> all = {"verify", kBundle};
+    std::vector<std::string> all = {"verify", kFitBundle};
     all.insert(all.end(), words.begin(), words.end());
     const test::Result result = test::runPack(project_.path(), all);
     EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + kBundle + " would not work:\n  " + problem + "\n", result.err);
+    EXPECT_EQ("quorvane-pack: " + kFitBundle + " would not work:\n  " + problem + "\n", result.err);
   }
 
   test::SmallProject project_;

@@ -16,7 +16,7 @@ using namespace std::string_literals;
 
 namespace {
 
-const char kResources[] = "dist/Small App Installer.app/Contents/Resources";
+const std::string kResources = test::bundleIn("dist", "offline") + "/Contents/Resources";
 
 unsigned long numberAt(const std::string& bytes, size_t at) {
   unsigned long number = 0;
@@ -196,9 +196,9 @@ TEST_F(PackIcon, IsADefaultOneWhereNoneIsNamed) {
   project_.replace("icon = \"small.icns\"\n", "");
   build();
   EXPECT_EQ(0, difference(pictureOf("ic10"), QUORVANE_SOURCE "/tools/images/default_icon.png"));
-  for (const char* bundle : {"Small App", "Small App Online Installer"}) {
-    EXPECT_TRUE(icns_ == test::readFile(project_ / "dist/" + bundle +
-                                        ".app/Contents/Resources/Small App.icns"))
+  for (const char* bundle : {"launcher", "online"}) {
+    EXPECT_TRUE(icns_ == test::readFile(project_ / test::bundleIn("dist", bundle) +
+                                        "/Contents/Resources/Small App.icns"))
         << bundle;
   }
 }

@@ -11,9 +11,8 @@
 
 namespace {
 
-const char* const kBundles[] = {"Small App.app", "Small App Installer.app",
-                                "Small App Online Installer.app"};
-const char kOfflineBundle[] = "Small App Installer.app";
+const char* const kBundles[] = {"launcher", "offline", "online"};
+const char kOfflineBundle[] = "offline";
 
 test::Result checkPlist(const std::string& path, const std::vector<std::string>& added = {}) {
   test::Command command;
@@ -38,7 +37,7 @@ class PackInfoPlist : public testing::Test {
     EXPECT_EQ(0, built.status) << built.err;
     err_ = built.err;
     const test::Result checked =
-        checkPlist(project_ / "dist/" + bundle + "/Contents/Info.plist", added);
+        checkPlist(project_ / test::bundleIn("dist", bundle) + "/Contents/Info.plist", added);
     EXPECT_EQ(0, checked.status) << bundle << ": " << checked.err;
     return checked.out;
   }
@@ -61,7 +60,7 @@ TEST_F(PackInfoPlist, OfEveryBundleIsAsDocumented) {
 
 TEST_F(PackInfoPlist, OfAPlainProjectHasTheDefaults) {
   EXPECT_EQ(
-      "{\"CFBundleDevelopmentRegion\": \"en\", \"CFBundleDisplayName\": \"Small App Installer\", "
+      "{\"CFBundleDevelopmentRegion\": \"en\", \"CFBundleDisplayName\": \"Small App\", "
       "\"CFBundleExecutable\": \"Small App\", \"CFBundleIconFile\": \"Small App.icns\", "
       "\"CFBundleIdentifier\": \"org.example.small.installer\", "
       "\"CFBundleInfoDictionaryVersion\": \"6.0\", \"CFBundleName\": \"Small App\", "
@@ -74,7 +73,7 @@ TEST_F(PackInfoPlist, OfAPlainProjectHasTheDefaults) {
 TEST_F(PackInfoPlist, HasADisplayNameWithAnyCharacters) {
   addKeys("display_name = \"A/B: <Größe> & 中文 \\\"-\\\"\"\n");
   const std::string name = R"(A/B: <Größe> & 中文 \"-\")";
-  expectEntries("\"CFBundleDisplayName\": \"" + name + " Installer\", ");
+  expectEntries("\"CFBundleDisplayName\": \"" + name + "\", ");
   expectEntries("\"CFBundleName\": \"" + name + "\", ");
   expectEntries("\"CFBundleExecutable\": \"Small App\", ");
 }
@@ -167,9 +166,9 @@ TEST_F(PackInfoPlist, GivesADocumentTypeItsIcon) {
   expectEntries(
       "{\"CFBundleTypeExtensions\": [\"b\"], \"CFBundleTypeIconFile\": "
       "\"document-2.icns\", ");
-  EXPECT_EQ(
-      test::readFile(project_ / "small.icns"),
-      test::readFile(project_ / "dist/" + kOfflineBundle + "/Contents/Resources/document-2.icns"));
+  EXPECT_EQ(test::readFile(project_ / "small.icns"),
+            test::readFile(project_ / test::bundleIn("dist", kOfflineBundle) +
+                           "/Contents/Resources/document-2.icns"));
 }
 
 TEST_F(PackInfoPlist, TakesFurtherEntriesOfEveryKind) {
@@ -196,7 +195,7 @@ TEST_F(PackInfoPlist, AllowsPlainHttpForTheOneServerOfAPlainUpdateUrl) {
       "installed and can hold back updates; use https\n",
       err_);
   // The Launcher downloads nothing.
-  EXPECT_EQ(std::string::npos, plistOf("Small App.app").find("NSAppTransportSecurity"));
+  EXPECT_EQ(std::string::npos, plistOf("launcher").find("NSAppTransportSecurity"));
 }
 
 TEST_F(PackInfoPlist, AllowsPlainHttpForAServerOfTheLocalNetwork) {

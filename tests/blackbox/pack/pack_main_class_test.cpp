@@ -17,7 +17,7 @@ using Texts = std::vector<std::string>;
 namespace {
 
 const char kMain[] = "org.example.Main";
-const char kBundle[] = "dist/Small App Installer.app";
+const std::string kMainClassBundle = test::bundleIn("dist", "offline");
 
 class PackMainClass : public testing::Test {
  protected:
@@ -29,7 +29,7 @@ class PackMainClass : public testing::Test {
     const test::Result result = project_.build();
     EXPECT_EQ(1, result.status);
     EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
-    EXPECT_FALSE(test::exists(project_ / kBundle));
+    EXPECT_FALSE(test::exists(project_ / kMainClassBundle));
   }
 
   // Builds, and returns the lines that tell something about the content.
@@ -142,9 +142,9 @@ TEST_F(PackMainClass, MayBeInAJarThatTheJdkMade) {
 TEST_F(PackMainClass, ThatAnInstallersUpdaterLacksIsFoundByVerify) {
   writeJar("updater/updater.jar", test::jarOfClass("org.example.Other"));
   ASSERT_EQ(0, project_.build().status);
-  const test::Result result = test::runPack(project_.path(), {"verify", kBundle});
+  const test::Result result = test::runPack(project_.path(), {"verify", kMainClassBundle});
   EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + std::string(kBundle) +
+  EXPECT_EQ("quorvane-pack: " + std::string(kMainClassBundle) +
                 " would not work:\n  updater: its launch file names the main class "
                 "org.example.Updater, which its class path does not contain\n",
             result.err);
@@ -155,7 +155,7 @@ TEST_F(PackMainClass, MissingClassPathEntriesOfItsManifestAreWarnings) {
   EXPECT_EQ(Texts{"warning: the manifest of main.jar has lib/none.jar in its class path, which is "
                   "missing"},
             remarks());
-  const test::Result result = test::runPack(project_.path(), {"verify", kBundle});
+  const test::Result result = test::runPack(project_.path(), {"verify", kMainClassBundle});
   EXPECT_EQ(0, result.status) << result.err;
   EXPECT_NE(
       std::string::npos,

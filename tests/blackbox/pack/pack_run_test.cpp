@@ -31,16 +31,23 @@ const char kInstalled[] =
 
 class PackRun : public testing::Test {
  protected:
-  // Makes an output folder whose installers are the shell script `script`.
+  // Makes an output folder whose installers are the shell script `script`, in the bundles and in
+  // the downloads.
   void build(const std::string& script) {
     const test::Result result = project_.build();
     ASSERT_EQ(0, result.status) << result.err;
-    for (const auto& bundle : fs::directory_iterator(project_ / "dist")) {
-      const std::string folder = bundle.path() / "Contents/MacOS";
-      if (fs::exists(folder)) {
-        const std::string name = test::namesIn(folder).at(0);
-        test::writeFile(folder + "/" + name, "#!/bin/sh\n" + script, 0755);
-      }
+    for (const auto& [kind, suffix] : {std::pair{"offline", ""}, {"online", "-online"}}) {
+      const std::string bundle = project_ / test::bundleIn("dist", kind);
+      test::writeFile(bundle + "/Contents/MacOS/Small App", "#!/bin/sh\n" + script, 0755);
+      test::Command command;
+      command.arguments = {"/usr/bin/bsdtar",
+                           "-a",
+                           "-cf",
+                           project_ / "dist/" + test::downloadOf(suffix),
+                           "-C",
+                           fs::path(bundle).parent_path(),
+                           "Small App.app"};
+      ASSERT_EQ(0, test::run(command).status);
     }
   }
 

@@ -24,7 +24,7 @@ class PackTargets : public testing::Test {
     test::writeFile(prefix_ + "/lib/quorvane/updater.jar", "stands in for the updater");
     for (const char* target : {"macos-arm64", "macos-x86_64", "linux-arm64", "linux-x86_64"}) {
       for (const char* name : {"launcher", "extractor", "lzma64"}) {
-        test::writeFile(companion(target, name), std::string(name) + " for " + target, 0755);
+        test::writeFile(companion(target, name), test::standIn(name, target), 0755);
       }
     }
     for (const char* runtime : {"arm", "intel"}) {
@@ -54,7 +54,7 @@ class PackTargets : public testing::Test {
   void expectError(const std::string& message, const Texts& words = {}) const {
     const test::Result result = build(words);
     EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
+    EXPECT_EQ("quorvane-pack: " + message + "\n", test::withoutProgress(result.err));
   }
 
   // A value of the Tail record of the offline installer for the target.
@@ -107,7 +107,7 @@ TEST_F(PackTargets, AreAllMadeByOneBuildEachWithItsOwnRuntimeAndExecutables) {
   EXPECT_EQ((Texts{"macos-arm64", "macos-x86_64"}), test::namesIn(project_ / "dist/site"));
   for (const auto& [target, runtime] :
        {std::pair{"macos-arm64", "arm"}, {"macos-x86_64", "intel"}}) {
-    EXPECT_EQ(std::string("extractor for ") + target,
+    EXPECT_EQ(test::standIn("extractor", target),
               test::readFile(project_ / "dist/bundles/" + target +
                              "/offline/Small App.app/Contents/MacOS/Small App"));
     const std::string archive =
@@ -187,9 +187,12 @@ TEST_F(PackTargets, OfTheCommandLineTakeTheirPlaceAndKeepTheFoldersOfTheSite) {
 }
 
 TEST_F(PackTargets, MayUseTheExecutablesOfTheCommandLineOneByOne) {
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    test::writeFile(project_ / "bin/" + name, test::standIn(name, "macos-arm64"), 0755);
+  }
   const test::Result one = build({"--target", "macos-arm64", "--executables", "bin", "--bundles"});
   ASSERT_EQ(0, one.status) << one.err;
-  EXPECT_EQ("stands in for extractor\n",
+  EXPECT_EQ(test::standIn("extractor", "macos-arm64"),
             test::readFile(project_ / "dist/bundles/macos-arm64/offline/Small App.app/Contents/"
                                       "MacOS/Small App"));
   expectError(

@@ -89,8 +89,21 @@ static std::string launchFile(const std::string& mainClass, const std::string& j
   return tools::encodeLaunchFile(launch);
 }
 
-std::string standIn(const std::string& name) {
-  return elfFile(ELF_X86_64, ELF_PROGRAM) + "stands in for " + name + "\n";
+std::string standIn(const std::string& name, const std::string& target) {
+  const std::string arm = "arm64";
+  const bool isArm = target.size() >= arm.size() &&
+                     target.compare(target.size() - arm.size(), arm.size(), arm) == 0;
+  const std::string header = target.rfind("macos", 0) == 0
+                                 ? macFile(isArm ? MACH_ARM64 : MACH_X86_64, MACH_PROGRAM)
+                                 : elfFile(isArm ? ELF_ARM64 : ELF_X86_64, ELF_PROGRAM);
+  return header + "stands in for " + name + "\n";
+}
+
+// The product's executables in the folder `folder`.
+static void makeStandIns(const std::string& folder, const std::string& target) {
+  for (const char* name : {"launcher", "extractor", "lzma64"}) {
+    writeFile(folder + "/" + name, standIn(name, target), 0700);
+  }
 }
 
 SmallProject::SmallProject() : text(kText) {
@@ -104,14 +117,16 @@ SmallProject::SmallProject() : text(kText) {
   writeFile(folder_ / "splash.png", kPng);
   writeFile(folder_ / "small.icns", "icns\0\0\0\x16ic07\0\0\0\x0eno PNG"s);
   writeFile(folder_ / "release.key", readFile(keyFile("first")), 0600);
-  for (const char* name : {"launcher", "extractor", "lzma64"}) {
-    writeFile(folder_ / "bin" + "/" + name, standIn(name), 0700);
-  }
+  makeStandIns(folder_ / "bin", tools::targetText(tools::thisMachine()));
 }
 
 Result SmallProject::buildDownloads(const std::vector<std::string>& words,
                                     const std::map<std::string, std::string>& environment) const {
   writeFile(folder_ / "quorvane.toml", text);
+  const auto option = std::find(words.begin(), words.end(), "--target");
+  if (option != words.end()) {
+    makeStandIns(folder_ / "bin", *(option + 1));
+  }
   std::vector<std::string> all = {"build", "--executables", "bin"};
   all.insert(all.end(), words.begin(), words.end());
   return runPack(path(), all, environment);

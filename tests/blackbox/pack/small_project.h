@@ -17,9 +17,9 @@ Result runPack(const std::string& folder, const std::vector<std::string>& words,
 // Returns a command's standard error without the lines about its progress.
 std::string withoutProgress(const std::string& err);
 
-// What stands in for the product's executable `name`: the header of a program for Linux on x86_64
-// and no more.
-std::string standIn(const std::string& name);
+// What stands in for the product's executable `name`: the header of a program for the target and no
+// more.
+std::string standIn(const std::string& name, const std::string& target = "linux-x86_64");
 
 // A project of small files that are the same on every machine: application, updater, runtime,
 // splash, icon, key, and stand-ins for the product's executables.
