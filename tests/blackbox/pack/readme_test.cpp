@@ -40,6 +40,7 @@ class Readme : public testing::Test {
     command.folder = folder_.path();
     command.environment = home_.environment();
     command.environment["DISPLAY"] = display_.name();
+    command.environment["XDG_CACHE_HOME"] = folder_ / "cache";
     command.environment["PATH"] = std::string(QUORVANE_BIN ":") + getenv("PATH");
     // The JDK's tools end before their best code has paid off.
     command.environment["JAVA_TOOL_OPTIONS"] = "-XX:TieredStopAtLevel=1";
