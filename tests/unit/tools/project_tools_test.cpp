@@ -92,7 +92,7 @@ TEST(PlistText, IsWhatTheBundleWriterWrote) {
   const std::string plist = test::readFile(bundle.path + "/Contents/Info.plist");
   EXPECT_EQ("A & <B>", tools::plistText(plist, "CFBundleExecutable"));
   EXPECT_EQ("A", tools::plistText(plist, "CFBundleName"));
-  EXPECT_EQ("A Installer", tools::plistText(plist, "CFBundleDisplayName"));
+  EXPECT_EQ("A", tools::plistText(plist, "CFBundleDisplayName"));
   EXPECT_EQ("", tools::plistText(plist, "CFBundleIconFile"));
   EXPECT_EQ(tools::executableIn(bundle), tools::executableOfBundle(bundle.path));
 }
