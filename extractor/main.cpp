@@ -11,6 +11,7 @@
 #include "support/events/keep_alive.h"
 #include "support/events/window_events.h"
 #include "support/failure/failure.h"
+#include "support/log/logging.h"
 #include "support/process/exit_status.h"
 #include "support/process/process_start.h"
 #include "support/splash/splash.h"
@@ -58,6 +59,10 @@ int main(int argc, char** argv) {
   if (isInstallRequest(argc, argv)) {
     goWithoutSplash();
     installComponent(argc, argv);
+  }
+  if (isForConsole(argv[0])) {
+    keepEarlyLines();
+    logToFileAlone();
   }
   openWindows(elevated || willBeSilent(argv[0], argc, argv));
   extractWrapperTail(argv[0], argc, argv, 0, nullptr, elevated);

@@ -29,8 +29,8 @@ static Stream openParamsSilently(const char* executableDir) {
   return params;
 }
 
-// Whether a pair of the params file asks for a silent run.
-static bool paramsSaySilent(const char* executableDir) {
+// Whether the property `property` in the params file is "true".
+static bool isTrueInParams(const char* executableDir, const char* property) {
   const Stream params = openParamsSilently(executableDir);
   const char* paramsStart = reinterpret_cast<const char*>(paramsMarker);
   if (params == nullptr || findMarker(params.get(), paramsStart, PARAMS_MARKER_SIZE) < 0) {
@@ -40,7 +40,7 @@ static bool paramsSaySilent(const char* executableDir) {
   for (long i = 0; i < count && !isAtEnd(params); ++i) {
     const Block<char> name = readField(params);
     const Block<char> value = readField(params, PARAM_VALUE_LIMIT);
-    if (strcmp(name.get(), "show_no_ui") == 0 && strcmp(value.get(), "true") == 0) {
+    if (strcmp(name.get(), property) == 0 && strcmp(value.get(), "true") == 0) {
       return true;
     }
   }
@@ -71,9 +71,16 @@ bool willBeSilent(char* executablePath, int argumentCount, char* const* argument
   char* absolutePath = getAbsoluteExePath(executablePath);
   const Block<char> ownPath(absolutePath == executablePath ? nullptr : absolutePath);
   const Block<char> executableDir(getAbsoluteExeDir(absolutePath));
-  if (paramsSaySilent(executableDir.get())) {
+  if (isTrueInParams(executableDir.get(), "show_no_ui")) {
     return true;
   }
   const Stream tail = openTailSilently(executablePath, executableDir.get());
   return tail != nullptr && isSilent(readSilentParameter(tail).get(), argumentCount, arguments);
+}
+
+bool isForConsole(char* executablePath) {
+  char* absolutePath = getAbsoluteExePath(executablePath);
+  const Block<char> ownPath(absolutePath == executablePath ? nullptr : absolutePath);
+  const Block<char> executableDir(getAbsoluteExeDir(absolutePath));
+  return isTrueInParams(executableDir.get(), "console");
 }

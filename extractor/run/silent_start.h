@@ -7,4 +7,8 @@
 // as not silent; the flow reports it. `executablePath` is as invoked. Logs nothing. Main thread.
 [[nodiscard]] bool willBeSilent(char* executablePath, int argumentCount, char* const* arguments);
 
+// Returns whether the params file says that the application writes to a console: the property
+// "console" is "true". Standard output is then the application's alone. Logs nothing. Main thread.
+[[nodiscard]] bool isForConsole(char* executablePath);
+
 #endif

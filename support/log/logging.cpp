@@ -4,11 +4,13 @@
 #include <cstdlib>
 #include <string>
 
+#include <fcntl.h>
 #include <pthread.h>
 #include <unistd.h>
 
 #include "support/log/clock.h"
 #include "support/log/system_log.h"
+#include "support/owned.h"
 
 FILE* fileToLogTo = nullptr;
 uint64_t lastTimestamp = 0;
@@ -21,6 +23,10 @@ static const size_t kEarlyLimit = 256 * 1024;
 
 // The Launcher closes the file on its launch thread while the main thread may be logging.
 static pthread_mutex_t fileLock = PTHREAD_MUTEX_INITIALIZER;
+
+static bool isFileAlone = false;
+// Standard output while nothing may be written there.
+static Descriptor ownOutput;
 
 namespace {
 
@@ -93,6 +99,10 @@ __attribute__((format(printf, 1, 0))) static void logArguments(const char* forma
   va_copy(copy, arguments);
   writeToFile(elapsed, format, copy);
   va_end(copy);
+  if (isFileAlone) {
+    lastTimestamp = systemTimeMillis();
+    return;
+  }
   va_copy(copy, arguments);
   writePrefixed(stdout, elapsed, format, copy);
   va_end(copy);
@@ -134,6 +144,23 @@ void logEndSection(const char* name) {
   logMessage("%s", kEndRule);
 }
 
+void logToFileAlone() {
+  isFileAlone = true;
+  const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+  ownOutput = Descriptor(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  if (nowhere.isOpen() && ownOutput.isOpen()) {
+    dup2(nowhere.get(), STDOUT_FILENO);
+  }
+}
+
+static void giveOutputBack() {
+  if (ownOutput.isOpen()) {
+    fflush(stdout);
+    dup2(ownOutput.get(), STDOUT_FILENO);
+    ownOutput = Descriptor();
+  }
+}
+
 void keepEarlyLines() {
   const FileGuard guard;
   if (earlyLines == nullptr) {
@@ -166,6 +193,7 @@ void closeLoggedFile() {
     fclose(fileToLogTo);
     fileToLogTo = nullptr;
   }
+  giveOutputBack();
 }
 
 void printWorkingDir() {

@@ -34,12 +34,19 @@ void logEndSection(const char* name);
 // any other call.
 void keepEarlyLines();
 
+// From now on messages go to the log file and nowhere else; without a file they are lost, unless
+// keepEarlyLines() keeps them. What others write to standard output is lost until
+// closeLoggedFile(), which a launch calls before the program runs. Main thread, before any other
+// call.
+void logToFileAlone();
+
 // Makes `file` (or null) the log file; the previous one is not closed. Messages kept by
 // keepEarlyLines() are written to the file first, or dropped if it is null. The log owns the stream
 // until closeLoggedFile(). Main thread.
 void setFileToLogTo(FILE* file);
 
-// Logs that the file is being closed, then closes it if one is set. Any thread.
+// Logs that the file is being closed, then closes it if one is set. Gives back the standard output
+// that logToFileAlone() took. Any thread.
 void closeLoggedFile();
 
 // Creates `baseDir` and its folder "logs" and opens a new log file there, named "Wrapper-", the

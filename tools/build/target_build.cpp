@@ -32,6 +32,9 @@ static Properties propertiesOf(const Project& project) {
   if (project.requireSignature) {
     properties.emplace_back("require_signature", "true");
   }
+  if (project.isForConsole) {
+    properties.emplace_back("console", "true");
+  }
   return properties;
 }
 

@@ -338,7 +338,8 @@ class ProjectCheck {
     }
     requireSound("required_java", project_.requiredJava,
                  faultOfRequiredJava(project_.requiredJava));
-    const char* const own[][2] = {{"jre_name", "'name' in [runtime]"},
+    const char* const own[][2] = {{"console", "'console' in [application]"},
+                                  {"jre_name", "'name' in [runtime]"},
                                   {"require_signature", "'require_signature' in [installer]"}};
     for (const auto& [name, value] : project_.properties) {
       if (name.empty()) {

@@ -131,6 +131,7 @@ Keys applicationKeys(Project* project, const fs::path& base) {
           {"folder", path(&project->appFolder, base)},
           {"main_class", text(&project->mainClass)},
           {"class_path", texts(&project->classPath)},
+          {"console", flag(&project->isForConsole)},
           {"arguments", texts(&project->arguments)},
           {"jvm_options", texts(&project->jvmOptions)},
           {"maximum_heap_mb", number(&project->maximumHeapMegabytes)},

@@ -52,6 +52,7 @@ struct Project {
   std::vector<std::string> targets;         // empty for the machine that packages
   bool areTargetsNamed = false;             // set by 'build', as is the next one
   bool hasSiteForEachTarget = false;
+  bool isForConsole = false;
   // [info_plist]
   PlistTable infoPlist;
   // [updater]

@@ -113,6 +113,7 @@ static std::string applicationText(const NewProject& project) {
          "# jvm_options = [\"-Dkey=value\"]\n"
          "# maximum_heap_mb = 1024\n"
          "# icon = \"icon.png\"  # 1024 × 1024 pixels, or an .icns file\n"
+         "# console = true  # standard output is the application's alone\n"
          "# targets = [\"macos-arm64\", \"macos-x86_64\", \"linux-x86_64\"]\n"
          "# display_name = \"Größe & Maß\"  # what users see; any characters\n"
          "# display_version = \"1.4.2\"\n"

@@ -1,0 +1,76 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/blackbox/pack/small_project.h"
+#include "tests/support/files.h"
+#include "tests/support/test_home.h"
+
+// The output of installers whose application writes to a console. The product's own executables
+// install here; the launch fails, because the runtime holds no JVM.
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class PackConsole : public testing::Test {
+ protected:
+  PackConsole() {
+    for (const char* name : {"launcher", "extractor", "lzma64"}) {
+      fs::copy_file(std::string(QUORVANE_BIN "/") + name, project_ / "bin/" + name,
+                    fs::copy_options::overwrite_existing);
+    }
+    test::writeFile(project_ / "runtime/bin/java", "#!/bin/sh\n", 0755);
+  }
+
+  test::Result install() {
+    const test::Result built = project_.build();
+    EXPECT_EQ(0, built.status) << built.err;
+    fs::create_directories(home_.applicationSupport());
+    test::Command command;
+    command.arguments = {project_ / "dist/Small App Installer.app/Contents/MacOS/Small App",
+                         "-silent"};
+    command.environment = home_.environment();
+    return test::run(command);
+  }
+
+  // The bytes of the one log file.
+  std::string log() {
+    const std::string folder = home_.applicationSupport() + "/Quorvane-Small App/logs";
+    const std::vector<std::string> names = test::namesIn(folder);
+    EXPECT_EQ(1u, names.size());
+    return names.empty() ? "" : test::readFile(folder + "/" + names[0]);
+  }
+
+  test::SmallProject project_;
+  const test::TestHome home_;
+};
+
+TEST_F(PackConsole, LeavesStandardOutputToTheApplication) {
+  project_.replace("icon = \"small.icns\"", "icon = \"small.icns\"\nconsole = true");
+  const test::Result result = install();
+  EXPECT_EQ("", result.out);
+  EXPECT_EQ(std::string::npos, result.err.find("[Extractor]")) << result.err;
+  const std::string lines = log();
+  EXPECT_NE(std::string::npos, lines.find("[Extractor] The absolute wrapper path is ")) << lines;
+  EXPECT_NE(std::string::npos, lines.find("Dynamic Param 2: console=[true]")) << lines;
+  EXPECT_NE(std::string::npos, lines.find("[Extractor] JRE folder is ")) << lines;
+}
+
+TEST_F(PackConsole, IsNotAssumed) {
+  const test::Result result = install();
+  EXPECT_NE(std::string::npos, result.out.find("[Extractor] JRE folder is ")) << result.out;
+}
+
+TEST_F(PackConsole, IsAKeyAndNoProperty) {
+  project_.replace("[signing]", "[installer.properties]\nconsole = \"true\"\n\n[signing]");
+  const test::Result result = project_.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: quorvane.toml: [installer.properties] has console; set it with 'console' in "
+      "[application]\n",
+      result.err);
+}
+
+}  // namespace
