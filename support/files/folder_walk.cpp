@@ -8,7 +8,6 @@
 #include <cstring>
 #include <utility>
 
-
 static const int kItself = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 Folder openFolder(const char* path) {

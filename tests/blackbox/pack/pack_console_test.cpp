@@ -29,7 +29,7 @@ class PackConsole : public testing::Test {
     EXPECT_EQ(0, built.status) << built.err;
     fs::create_directories(home_.applicationSupport());
     test::Command command;
-    command.arguments = {project_ / "dist/Small App Installer.app/Contents/MacOS/Small App",
+    command.arguments = {project_ / test::bundleIn("dist", "offline") + "/Contents/MacOS/Small App",
                          "-silent"};
     command.environment = home_.environment();
     return test::run(command);
