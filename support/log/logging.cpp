@@ -26,7 +26,7 @@ static pthread_mutex_t fileLock = PTHREAD_MUTEX_INITIALIZER;
 
 static bool isFileAlone = false;
 // Standard output while nothing may be written there.
-static Descriptor ownOutput;
+static int ownOutput = -1;
 
 namespace {
 
@@ -147,17 +147,18 @@ void logEndSection(const char* name) {
 void logToFileAlone() {
   isFileAlone = true;
   const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
-  ownOutput = Descriptor(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-  if (nowhere.isOpen() && ownOutput.isOpen()) {
+  ownOutput = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  if (nowhere.isOpen() && ownOutput >= 0) {
     dup2(nowhere.get(), STDOUT_FILENO);
   }
 }
 
 static void giveOutputBack() {
-  if (ownOutput.isOpen()) {
+  if (ownOutput >= 0) {
     fflush(stdout);
-    dup2(ownOutput.get(), STDOUT_FILENO);
-    ownOutput = Descriptor();
+    dup2(ownOutput, STDOUT_FILENO);
+    close(ownOutput);
+    ownOutput = -1;
   }
 }
 

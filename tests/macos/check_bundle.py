@@ -3,6 +3,7 @@
 import plistlib
 import subprocess
 import tempfile
+import zipfile
 from pathlib import Path
 
 import mach_o
@@ -37,6 +38,13 @@ def write(path, text, mode=0o644):
     path.chmod(mode)
 
 
+def write_jar(path):
+    """A jar with the main class by its name alone."""
+    path.parent.mkdir(parents=True, exist_ok=True)
+    with zipfile.ZipFile(path, "w") as jar:
+        jar.writestr("org/example/Main.class", b"")
+
+
 def make_project(folder):
     """A project whose runtime is a macOS one by its layout."""
     write(folder / "quorvane.toml", PROJECT.read_text())
@@ -44,7 +52,7 @@ def make_project(folder):
     write(folder / "runtime/Contents/Home/bin/java", "java", 0o755)
     write(folder / "runtime/Contents/Home/lib/server/libjvm.dylib", "jvm")
     for component in ("app", "updater"):
-        write(folder / component / "app.jar", component)
+        write_jar(folder / component / "app.jar")
         run("launchfile", "write", folder / "launch.toml", folder / component / "QuorvaneLaunch")
     run("key", "new", folder / "release.key")
 
