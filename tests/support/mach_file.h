@@ -4,14 +4,11 @@
 #include <cstdint>
 #include <string>
 
+#include "tests/support/object_headers.h"
+
 // Mach-O files that no Mac would run, with all that signing looks at.
 
 namespace test {
-
-constexpr uint32_t MACH_ARM64 = 0x0100000C;
-constexpr uint32_t MACH_X86_64 = 0x01000007;
-constexpr uint32_t MACH_PROGRAM = 2;
-constexpr uint32_t MACH_LIBRARY = 6;
 
 // Four bytes, the lowest or the highest first.
 std::string little32(uint32_t value);

@@ -68,6 +68,7 @@ constexpr uint32_t kMostProcessors = 30;
 constexpr uint32_t kMach64 = 0xFEEDFACF;
 constexpr uint32_t kMach32 = 0xFEEDFACE;
 constexpr uint32_t kProgram = 2;
+constexpr uint32_t kArm64 = 0x0100000C;
 constexpr uint32_t kSignatureCommand = 0x1D;
 
 constexpr uint32_t kSuperBlob = 0xFADE0CC0;
@@ -108,6 +109,7 @@ class Directory {
 
   void read(const Bytes& code, const std::vector<Blob>& blobs) {
     const uint32_t version = blob_.big(8);
+    signature_->hashLists.push_back(sha256Of(blob_.at(0), blob_.size()));
     signature_->isHardened = (blob_.big(12) & kHardened) != 0;
     signature_->identifier = blob_.textAt(blob_.big(20));
     const uint32_t team = version >= 0x20200 ? blob_.big(48) : 0;
@@ -229,6 +231,7 @@ CodeSignature readPart(Bytes code, bool* isProgram) {
   CodeSignature result;
   const uint32_t commands = code.little(16);
   *isProgram = code.little(12) == kProgram;
+  result.needsOne = code.little(4) == kArm64;
   uint64_t at = code.little(0) == kMach64 ? 32 : 28;
   for (uint32_t i = 0; i < commands && code.isWhole(); ++i) {
     if (code.little(at) == kSignatureCommand) {
@@ -289,11 +292,26 @@ std::optional<MachFile> readMachFile(const std::string& bytes) {
   return result;
 }
 
+std::vector<std::string> faultsOf(const MachFile& file) {
+  std::vector<std::string> faults;
+  for (const CodeSignature& part : file.parts) {
+    if (part.needsOne && !part.isSigned) {
+      faults.emplace_back("is not signed, and no Mac with Apple's processor runs it so");
+    }
+    faults.insert(faults.end(), part.faults.begin(), part.faults.end());
+  }
+  return faults;
+}
+
+bool beginsMachFile(const std::string& head) {
+  const Bytes bytes(head.data(), head.size());
+  return isThin(bytes) || isFat(bytes);
+}
+
 bool isMachFile(const std::string& path) {
   const Stream stream = openInput(path);
-  char head[8] = {};
-  const Bytes bytes(head, fread(head, 1, sizeof head, stream.get()));
-  return isThin(bytes) || isFat(bytes);
+  char head[MACH_HEAD_SIZE] = {};
+  return beginsMachFile({head, fread(head, 1, sizeof head, stream.get())});
 }
 
 }  // namespace tools

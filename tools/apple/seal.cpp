@@ -37,10 +37,10 @@ class SealCheck {
       : contents_(bundle + "/Contents"), bundle_(bundle), executable_(executable) {}
 
   Seal run() {
-    const std::optional<MachFile> code = readMachFile(readWhole(executable_));
+    code_ = readMachFile(readWhole(executable_));
     seal_.isSealed = hasSeal(bundle_);
-    if (code) {
-      seal_.signatures = code->parts;
+    if (code_) {
+      seal_.signatures = code_->parts;
       checkExecutable();
     }
     if (seal_.isSealed) {
@@ -58,10 +58,10 @@ class SealCheck {
     const std::string info = readWhole(contents_ + "/Info.plist");
     const std::string list = seal_.isSealed ? readWhole(sealPath(bundle_)) : "";
     const std::string name = fs::path(executable_).filename();
+    for (const std::string& what : faultsOf(*code_)) {
+      fault(name + " " + what);
+    }
     for (const CodeSignature& part : seal_.signatures) {
-      for (const std::string& what : part.faults) {
-        fault(name + " " + what);
-      }
       if (!part.isSigned || !seal_.isSealed) {
         continue;
       }
@@ -112,10 +112,8 @@ class SealCheck {
       fault("Contents/" + name + " is not signed");
       return;
     }
-    for (const CodeSignature& part : code->parts) {
-      for (const std::string& what : part.faults) {
-        fault("Contents/" + name + " " + what);
-      }
+    for (const std::string& what : faultsOf(*code)) {
+      fault("Contents/" + name + " " + what);
     }
   }
 
@@ -144,6 +142,7 @@ class SealCheck {
   const std::string contents_;
   const std::string& bundle_;
   const std::string& executable_;
+  std::optional<MachFile> code_;
   SealedFiles sealed_;
   std::map<std::string, fs::path> present_;
   Seal seal_;

@@ -26,6 +26,8 @@ class TargetSigning {
 
   // Whether code is signed at all.
   bool isPossible() const { return signer_.has_value(); }
+  // Whether it is with a certificate: then the bytes of two signatures of one file differ.
+  bool hasCertificate() const { return signer_ && signer_->hasCertificate(); }
 
   // Returns the content with signed copies of its code, which exist as long as the object. `what`
   // names the component in notes. Throws InputError.

@@ -1,7 +1,10 @@
 #include "tools/build/build.h"
 
+#include <algorithm>
+#include <list>
 #include <optional>
 
+#include "tools/apple/target_signing.h"
 #include "tools/build/target_build.h"
 #include "tools/keys/key_file.h"
 #include "tools/project/components.h"
@@ -20,11 +23,40 @@ static std::optional<SigningKey> keyOf(const Project& project) {
   return SigningKey::read(project.key);
 }
 
+static void warnOfOpenSecrets(const AppleSigning& apple) {
+  for (const std::string* secret :
+       {&apple.certificate, &apple.key, &apple.passwordFile, &apple.notaryKey}) {
+    if (!secret->empty() && (secret != &apple.certificate || apple.key.empty())) {
+      warnOfOpenKey(*secret);
+    }
+  }
+}
+
+static std::list<TargetSigning> signingsOf(const std::vector<TargetBuild>& builds) {
+  std::list<TargetSigning> signings;
+  for (const TargetBuild& build : builds) {
+    signings.emplace_back(build.project.apple, build.executables + "/extractor");
+  }
+  return signings;
+}
+
+// Targets mostly have the same notes.
+static void addNotes(const TargetSigning& signing, std::vector<std::string>* remarks) {
+  for (const std::string& note : signing.notes()) {
+    const std::string remark = "note: " + note;
+    if (std::find(remarks->begin(), remarks->end(), remark) == remarks->end()) {
+      remarks->push_back(remark);
+    }
+  }
+}
+
 // How many steps the progress shows.
-static int stepsOf(const BuildOptions& options, size_t targets) {
+static int stepsOf(const BuildOptions& options, const std::list<TargetSigning>& signings) {
   constexpr int kForAll = 1;
   const int forEach = options.makesLauncher ? 8 : 7;
-  return kForAll + forEach * static_cast<int>(targets);
+  const auto isSigned = [](const TargetSigning& signing) { return signing.isPossible(); };
+  return kForAll + forEach * static_cast<int>(signings.size()) +
+         static_cast<int>(std::count_if(signings.begin(), signings.end(), isSigned));
 }
 
 static void sayNotes(const Project& project, const SigningKey* key, Progress* progress) {
@@ -65,12 +97,14 @@ void runBuild(const BuildOptions& options) {
   // Errors are found before a runtime is made, which takes time.
   const Project project = projectOf(options);
   const std::vector<TargetBuild> builds = targetsOf(project, options);
-  Progress progress(options.verbosity(), stepsOf(options, builds.size()));
+  std::list<TargetSigning> signings = signingsOf(builds);
+  Progress progress(options.verbosity(), stepsOf(options, signings));
   progress.step("reading " + options.project);
   const std::optional<SigningKey> key = keyOf(project);
   const SigningKey* signer = key ? &*key : nullptr;
   std::vector<std::string> remarks;
   std::vector<TargetFit> fits;
+  warnOfOpenSecrets(project.apple);
   for (const TargetBuild& build : builds) {
     requireApart(options, build.project);
     // The same for all targets.
@@ -93,9 +127,12 @@ void runBuild(const BuildOptions& options) {
     const Runtime runtime = maker.runtimeOf(build.project);
     requireRuntime(&fits[i], runtime.home, runtime.shown);
     progress.detail("everything is for " + fits[i].text());
-    const std::vector<IndexEntry> made = makeTarget(
-        build, runtime,
-        {options, signer, appearance, fits[i].minimumSystem(), output, work.path(), &cache, step});
+    const std::vector<IndexEntry> made =
+        makeTarget(build, runtime,
+                   {options, signer, appearance, fits[i].minimumSystem(), output, work.path(),
+                    &cache, &signings.front(), step});
+    addNotes(signings.front(), &remarks);
+    signings.pop_front();  // with its copies of signed code
     entries.insert(entries.end(), made.begin(), made.end());
   }
   writeWhole(output / INDEX_NAME, encodeIndex(project.name, entries));

@@ -127,13 +127,17 @@ Runtime RuntimeMaker::runtimeOf(const Project& project) {
 
 std::string packedRuntime(const Runtime& runtime, const std::string& name, const SigningKey* key,
                           BuildCache* cache) {
+  const BuildCache::Make make = [&](const std::string& path) {
+    const TemporaryFolder site;
+    fs::copy_file(writeSiteRuntime(site.path(), name, runtime.version, runtime.home, key), path);
+  };
+  if (runtime.isSignedAnew) {
+    return cache->makeAnew(make);
+  }
   const std::string inputs =
       "archive 1 " QUORVANE_VERSION "\nname " + name + "\nversion " + runtime.version + "\nkey " +
       (key == nullptr ? "none" : key->publicKeyHex()) + "\nhome " + digestOfContent(runtime.home);
-  return cache->take("archive", inputs, [&](const std::string& path) {
-    const TemporaryFolder site;
-    fs::copy_file(writeSiteRuntime(site.path(), name, runtime.version, runtime.home, key), path);
-  });
+  return cache->take("archive", inputs, make);
 }
 
 }  // namespace tools

@@ -17,6 +17,7 @@ struct Runtime {
   std::string home;   // its Java home
   std::string shown;  // what messages call it
   std::string version;
+  bool isSignedAnew = false;  // its code has signatures that are others in every build
 };
 
 // What a build says while it makes runtimes.
@@ -48,7 +49,8 @@ class RuntimeMaker {
 
 // Returns the path of the runtime's archive as an update site named by its name and version has it,
 // signed if there is a key. It is made only if it is not in the cache, and may be read as long as
-// that lives. Throws InputError.
+// that lives. That of a runtime that is signed anew is not kept: nothing would find it again.
+// Throws InputError.
 std::string packedRuntime(const Runtime& runtime, const std::string& name, const SigningKey* key,
                           BuildCache* cache);
 

@@ -76,6 +76,7 @@ class TargetMaker {
         components_(build.project, surroundings.options.files.updaterJar) {}
 
   std::vector<IndexEntry> run() {
+    signParts();
     makeSite();
     makeOfflineInstaller();
     makeOnlineInstaller();
@@ -92,6 +93,20 @@ class TargetMaker {
   }
 
  private:
+  // Archives are packed once: the code in them is signed before.
+  void signParts() {
+    TargetSigning* signing = around_.signing;
+    if (signing->isPossible()) {
+      around_.step("signing the code of application, updater and runtime");
+    }
+    application_ = signing->content(components_.application(), "application");
+    updater_ = signing->content(components_.updater(), "updater");
+    lzmaTool_ = signing->program(build_.executables + "/lzma64");
+    const std::string home = signing->runtime(runtime_.home);
+    runtime_.isSignedAnew = home != runtime_.home && signing->hasCertificate();
+    runtime_.home = home;
+  }
+
   // Where bundles are made: in the output only if they are to stay.
   std::string bundlesBase() const {
     return around_.options.keepsBundles ? around_.output.unfinished() : around_.work;
@@ -125,9 +140,9 @@ class TargetMaker {
     installer.tail = tailOf(project_, around_.key);
     installer.tail.guVersion = components_.updaterVersion();
     installer.properties = propertiesOf(project_);
-    installer.lzmaTool = build_.executables + "/lzma64";
-    installer.updater = components_.updater();
-    installer.application = components_.application();
+    installer.lzmaTool = lzmaTool_;
+    installer.updater = updater_;
+    installer.application = application_;
     installer.bundle.plainHttpHost = plainHttpHostOf(project_);
     installer.splash = around_.appearance.splash;
     return installer;
@@ -153,11 +168,14 @@ class TargetMaker {
     installer.tail.jreVersion = runtime_.version;
     installer.runtimeArchive = runtimeArchive_;
     writeInstaller(installer, around_.key);
+    around_.signing->finish(installer.bundle.path);
   }
 
   void makeOnlineInstaller() {
     around_.step("writing the online installer");
-    writeInstaller(installerOf(ONLINE_INSTALLER), around_.key);
+    const Installer installer = installerOf(ONLINE_INSTALLER);
+    writeInstaller(installer, around_.key);
+    around_.signing->finish(installer.bundle.path);
   }
 
   void makeLauncher() {
@@ -165,6 +183,7 @@ class TargetMaker {
     const Bundle bundle = bundleOf(LAUNCHER_BUNDLE);
     writeBundle(bundle);
     writeTailFile(tailPathInBundle(bundle.path), tailOf(project_, around_.key));
+    around_.signing->finish(bundle.path);
   }
 
   IndexEntry makeDownload(const BundleKind& kind) const {
@@ -182,9 +201,13 @@ class TargetMaker {
 
   const TargetBuild& build_;
   const Project& project_;
-  const Runtime& runtime_;
+  Runtime runtime_;
   const BuildSurroundings& around_;
   Components components_;
+  // What is packed, with signed code.
+  ArchiveContent application_;
+  ArchiveContent updater_;
+  std::string lzmaTool_;
   std::string runtimeArchive_;
 };
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/apple/target_signing.h"
 #include "tools/build/build_options.h"
 #include "tools/build/build_project.h"
 #include "tools/build/build_runtime.h"
@@ -26,6 +27,7 @@ struct BuildSurroundings {
   OutputFolder& output;
   std::string work;  // a folder for what is not kept
   BuildCache* cache;
+  TargetSigning* signing;  // of the target
   std::function<void(const std::string&)> step;
 };
 

@@ -31,6 +31,9 @@ void addLaunchfileCommand(const Command& app);
 // run: an installer in a temporary home.
 void addRunCommand(const Command& app);
 
+// sign: a finished macOS bundle, as the project says.
+void addSignCommand(const Command& app);
+
 // tail write, tail read: the Tail record of a bundle or appended to an executable.
 void addTailCommand(const Command& app);
 

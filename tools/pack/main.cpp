@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
     tools::addLaunchfileCommand(app);
     tools::addParamsCommand(app);
     tools::addRunCommand(app);
+    tools::addSignCommand(app);
     tools::addTailCommand(app);
     tools::addVerifyCommand(app);
   });

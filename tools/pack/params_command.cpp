@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/apple/seal.h"
 #include "tools/formats/params_check.h"
 #include "tools/formats/params_writer.h"
 #include "tools/pack/commands.h"
@@ -60,6 +61,20 @@ static Properties propertiesOf(const std::vector<std::string>& pairs) {
   return properties;
 }
 
+// Says that the file `path` belongs to a signed bundle, whose seal no longer fits it. The other
+// place of a params file, in an .lproj folder, is never sealed.
+static void warnOfBrokenSeal(const std::string& path) {
+  const fs::path resources = fs::absolute(path).lexically_normal().parent_path();
+  const std::string bundle = resources.parent_path().parent_path();
+  if (resources.filename() == "Resources" && resources.parent_path().filename() == "Contents" &&
+      hasSeal(bundle)) {
+    fprintf(stderr,
+            "quorvane-pack: %s is signed, and this change breaks its seal: sign it again, and have "
+            "it notarised again, with 'quorvane-pack sign'\n",
+            bundle.c_str());
+  }
+}
+
 static void writeParams(const ParamsOptions& options) {
   const Properties given = propertiesOf(options.pairs);
   const std::string path = paramsPath(options.path);
@@ -73,6 +88,7 @@ static void writeParams(const ParamsOptions& options) {
   const std::string bytes = encodeParams(properties);
   requireRoomForProperties(properties, Tail{});
   writeWhole(path, bytes, kParamsMode);
+  warnOfBrokenSeal(path);
 }
 
 static void readParams(const ParamsOptions& options) {
@@ -91,12 +107,12 @@ static void readParams(const ParamsOptions& options) {
 }
 
 static void addParamsWrite(const Command& params) {
-  const Command command = params.add(
-      "write", "Writes a params file, or changes one.",
-      "Existing properties are kept unless given or unset.\n"
-      "No archive's signature covers the file. codesign seals it like any resource: write\n"
-      "it before the bundle is signed, or sign the bundle again.\n"
-      "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
+  const Command command =
+      params.add("write", "Writes a params file, or changes one.",
+                 "Existing properties are kept unless given or unset.\n"
+                 "No archive's signature covers the file. A bundle's signature seals it like any\n"
+                 "resource: sign the bundle again afterwards.\n"
+                 "Example:\n  quorvane-pack params write Setup.app show_no_ui=true");
   auto options = std::make_shared<ParamsOptions>();
   command.text("PATH", &options->path, "An installer bundle or a params file").required();
   command.texts("NAME=VALUE", &options->pairs, "The properties to set");

@@ -36,6 +36,7 @@ class ProjectCheck {
     checkRuntime();
     checkInstaller();
     checkSigning();
+    checkApple();
   }
 
   void checkNames() const {
@@ -353,6 +354,32 @@ class ProjectCheck {
     }
   }
 
+  // What would publish a secret in it; empty for none.
+  std::vector<std::string> packedFolders() const {
+    std::vector<std::string> folders = {project_.appFolder, project_.updaterFolder,
+                                        project_.runtimeHome};
+    for (const auto& [target, source] : project_.targetRuntimes) {
+      folders.push_back(source.folder);
+    }
+    return folders;
+  }
+
+  void checkApple() const {
+    const std::string fault = faultOf(project_.apple);
+    if (!fault.empty()) {
+      fail("signing.apple", fault);
+    }
+    for (const std::string* secret : {&project_.apple.certificate, &project_.apple.key,
+                                      &project_.apple.passwordFile, &project_.apple.notaryKey}) {
+      for (const std::string& folder : packedFolders()) {
+        const std::string place = secret->empty() ? "" : faultOfKeyPlace(*secret, folder);
+        if (!place.empty()) {
+          fail("signing.apple", "names " + *secret + ", " + place);
+        }
+      }
+    }
+  }
+
   void checkSigning() const {
     if (project_.requireSignature && project_.key.empty()) {
       fail("signing",
@@ -363,12 +390,7 @@ class ProjectCheck {
       return;
     }
     requireFile("signing", "key", project_.key);
-    std::vector<std::string> folders = {project_.appFolder, project_.updaterFolder,
-                                        project_.runtimeHome};
-    for (const auto& [target, source] : project_.targetRuntimes) {
-      folders.push_back(source.folder);
-    }
-    for (const std::string& folder : folders) {
+    for (const std::string& folder : packedFolders()) {
       const std::string fault = faultOfKeyPlace(project_.key, folder);
       if (!fault.empty()) {
         fail("signing", "key names " + project_.key + ", " + fault);

@@ -123,6 +123,31 @@ Key pairs(Properties* field) {
           }};
 }
 
+// Values that are switches, texts or lists of texts.
+Key entitlements(Entitlements* field) {
+  return {"a table of true, false, strings and lists of strings", [field](const toml::node& value) {
+            if (!value.is_table()) {
+              return false;
+            }
+            for (const auto& [name, element] : *value.as_table()) {
+              EntitlementValue& found = (*field)[std::string(name.str())];
+              std::string word;
+              std::vector<std::string> list;
+              bool isOn = false;
+              if (flag(&isOn).set(element)) {
+                found = isOn;
+              } else if (text(&word).set(element)) {
+                found = word;
+              } else if (texts(&list).set(element)) {
+                found = list;
+              } else {
+                return false;
+              }
+            }
+            return true;
+          }};
+}
+
 Keys applicationKeys(Project* project, const fs::path& base) {
   return {{"name", text(&project->name)},
           {"version", version(&project->version)},
@@ -181,6 +206,18 @@ Keys installerKeys(Project* project, const fs::path& base) {
           {"required_java", text(&project->requiredJava)},
           {"require_signature", flag(&project->requireSignature)},
           {"properties", pairs(&project->properties)}};
+}
+
+Keys appleKeys(AppleSigning* apple, const fs::path& base) {
+  return {{"certificate", path(&apple->certificate, base)},
+          {"key", path(&apple->key, base)},
+          {"password_file", path(&apple->passwordFile, base)},
+          {"identity", text(&apple->identity)},
+          {"team", text(&apple->team)},
+          {"notary_key", path(&apple->notaryKey, base)},
+          {"notary_profile", text(&apple->notaryProfile)},
+          {"entitlements", entitlements(&apple->entitlements)},
+          {"timestamp", flag(&apple->hasTimestamp)}};
 }
 
 std::map<std::string, Keys> sectionsOf(Project* project, const fs::path& base) {
@@ -286,6 +323,18 @@ void applyTargetRuntimes(Project* project, const toml::node& runtime, const fs::
   }
 }
 
+bool isApple(const std::string& name) {
+  return name == "apple";
+}
+
+// Reads the section [signing.apple] in the section [signing].
+void applyApple(Project* project, const toml::node& signing, const fs::path& base) {
+  const toml::node* apple = signing.is_table() ? signing.as_table()->get("apple") : nullptr;
+  if (apple != nullptr) {
+    applySection(project->file, "signing.apple", *apple, appleKeys(&project->apple, base));
+  }
+}
+
 }  // namespace
 
 Project readProject(const std::string& file) {
@@ -309,6 +358,9 @@ Project readProject(const std::string& file) {
     } else if (section->first == "runtime") {
       applySection(file, section->first, node, section->second, isTarget);
       applyTargetRuntimes(&project, node, base);
+    } else if (section->first == "signing") {
+      applySection(file, section->first, node, section->second, isApple);
+      applyApple(&project, node, base);
     } else {
       applySection(file, section->first, node, section->second);
     }

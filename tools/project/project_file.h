@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "formats/names.h"
+#include "tools/apple/apple_signing.h"
 #include "tools/bundle/info_plist.h"
 #include "tools/formats/params_writer.h"
 #include "tools/project/update_settings.h"
@@ -83,6 +84,7 @@ struct Project {
   Properties properties;
   // [signing]
   std::string key;
+  AppleSigning apple;  // [signing.apple]
 };
 
 // Reads the project `file`. Throws InputError, naming the file, the line and the key, if it is

@@ -160,9 +160,23 @@ static const char kOtherSections[] = R"(
 [signing]
 )";
 
+static const char kAppleSection[] = R"(
+# [signing.apple]  # signatures of bundles for macOS; ad-hoc ones by default
+# certificate = "developer-id.p12"  # or PEM, then with 'key' unless both are in one file
+# password_file = "password"  # or the variable QUORVANE_APPLE_PASSWORD
+# team = "TEAM123456"  # by default that of the certificate
+# notary_key = "notary.json"  # an API key: each build is then notarised
+# timestamp = true
+# identity = "Developer ID Application: NAME"  # on a Mac, instead: in the keychain
+# notary_profile = "PROFILE"  # on a Mac, instead of 'notary_key'
+
+# [signing.apple.entitlements]  # more of them than a JVM needs, or fewer
+# "com.apple.security.device.camera" = true
+)";
+
 std::string projectText(const NewProject& project) {
   return applicationText(project) + kOtherSections + "key = " + quoted(project.key) +
-         "  # keep it safe and do not publish it\n";
+         "  # keep it safe and do not publish it\n" + kAppleSection;
 }
 
 }  // namespace tools

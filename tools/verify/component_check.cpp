@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "formats/names.h"
+#include "tools/apple/code_signature.h"
 #include "tools/formats/archive_reader.h"
 #include "tools/formats/launch_file_writer.h"
 #include "tools/formats/lzma.h"
@@ -233,6 +234,30 @@ std::vector<ObjectFile> ComponentCheck::objects() {
     }
   }
   return found;
+}
+
+void ComponentCheck::checkCode() {
+  int found = 0;
+  int signedOnes = 0;
+  for (const auto& [path, place] : files_) {
+    const Stream stream = openInput(place.file);
+    char head[MACH_HEAD_SIZE] = {};
+    fseeko(stream.get(), place.offset, SEEK_SET);
+    const size_t wanted = std::min(sizeof head, static_cast<size_t>(place.length));
+    if (!beginsMachFile({head, fread(head, 1, wanted, stream.get())})) {
+      continue;
+    }
+    const std::optional<MachFile> code = readMachFile(bytesOf(path));
+    ++found;
+    signedOnes += code->isSigned() ? 1 : 0;
+    for (const std::string& fault : faultsOf(*code)) {
+      problem(path + " " + fault);
+    }
+  }
+  if (found > 0) {
+    report_->facts.push_back(name_ + ": " + std::to_string(signedOnes) + " of " +
+                             std::to_string(found) + " programs and libraries are signed");
+  }
 }
 
 void ComponentCheck::describe(const std::string& version) {

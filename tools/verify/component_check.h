@@ -53,6 +53,8 @@ class ComponentCheck {
   [[nodiscard]] std::vector<ObjectPart> objectAt(const std::string& path) const;
   // Returns its programs and libraries, and reports damaged ones.
   [[nodiscard]] std::vector<ObjectFile> objects();
+  // Compares the signed code for macOS with its signatures.
+  void checkCode();
   // Adds a description of the component to the facts.
   void describe(const std::string& version);
 

@@ -16,6 +16,7 @@
 #include "tools/system/whole_file.h"
 #include "tools/verify/bundle_reader.h"
 #include "tools/verify/component_check.h"
+#include "tools/verify/signature_check.h"
 
 namespace fs = std::filesystem;
 
@@ -41,6 +42,9 @@ class BundleCheck {
     begin("reading executable and Tail record");
     const std::string executable = attempt([&] { return executableOfBundle(bundle_); });
     readExecutable(executable);
+    if (!executable.empty()) {
+      attempt([&] { return checkBundleSignature(bundle_, executable, &report_); });
+    }
     if (!readTail(executable)) {
       return report_;
     }
@@ -266,6 +270,7 @@ class BundleCheck {
     updater.checkSplash();
     updater.checkVersion(value(TAIL_GU_VERSION));
     takeUpdater(&updater);
+    updater.checkCode();
     updater.describe(value(TAIL_GU_VERSION));
   }
 
@@ -275,6 +280,7 @@ class BundleCheck {
     runtime.read(stream, 1);
     runtime.requireFile("Contents/Home/bin/java");
     takeRuntime(&runtime);
+    runtime.checkCode();
     runtime.describe(value(TAIL_JRE_VERSION));
   }
 
@@ -285,6 +291,7 @@ class BundleCheck {
     application.checkLaunchFile();
     application.checkVersion(value(TAIL_APP_VERSION));
     takeChoice(&application);
+    application.checkCode();
     application.describe(value(TAIL_APP_VERSION));
   }
 
@@ -324,6 +331,7 @@ class BundleCheck {
                                                    : componentRecord(name, version));
       component.checkVersion(version, "the site");
       check(&component);
+      component.checkCode();
       component.describe(version);
       return "";
     });

@@ -83,6 +83,7 @@ const Section kSections[] = {
     {".SS build", {"build"}},
     {".SS verify", {"verify"}},
     {".SS run", {"run"}},
+    {".SS sign", {"sign"}},
     {".SS key new, key show", {"key new", "key show"}},
     {".SS archive create", {"archive create"}},
     {".SS archive list, archive verify, archive extract",

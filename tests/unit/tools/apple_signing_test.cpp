@@ -7,6 +7,7 @@
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tools/apple/jar_libraries.h"
+#include "tools/apple/signature_info.h"
 
 namespace {
 
@@ -111,6 +112,51 @@ TEST(EntitlementsText, TakesMoreOfThemAndLeavesOutWhatIsFalse) {
         "<key>list</key>\n\t<array><string>one</string><string>two</string></array>"}) {
     EXPECT_NE(std::string::npos, text.find(part)) << part;
   }
+}
+
+const char kInfoStart[] =
+    "- path: java\n  entity:\n    mach_o:\n      signature:\n        blobs:\n"
+    "        - slot: CodeDirectory (0)\n"
+    "          sha256: 1111111111111111111111111111111111111111111111111111111111111111\n"
+    "        cms:\n          certificates:\n"
+    "          - subject: 'CN=Root'\n            issuer: 'CN=Root'\n"
+    "            chains_to_apple_root_ca: true\n"
+    "          - subject: 'CN=Developer ID Application: Example, OU=TEAM'\n"
+    "            issuer: CN=Middle\n            chains_to_apple_root_ca: true\n"
+    "          signers:\n          - issuer: CN=Middle\n"
+    "            message_digest: "
+    "29f244d20e24219c12ed8cec234b07801e4f376396ecfb92e6c25d9c97d76e33\n"
+    "            cdhash_digests:\n            - - 2.16.840.1.101.3.4.2.1\n"
+    "              - 39f244d20e24219c12ed8cec234b07801e4f376396ecfb92e6c25d9c97d76e33\n";
+
+TEST(SignatureInfo, NamesTheSignersCertificateAndWhatItSigned) {
+  const tools::SignatureInfo info =
+      tools::parseSignatureInfo(std::string(kInfoStart) + "            signature_verifies: true\n");
+  EXPECT_EQ("CN=Developer ID Application: Example, OU=TEAM", info.signer);
+  EXPECT_TRUE(info.isVerified);
+  EXPECT_TRUE(info.isFromApple);
+  EXPECT_FALSE(info.hasTimestamp);
+  EXPECT_EQ((std::vector<std::string>{
+                "29f244d20e24219c12ed8cec234b07801e4f376396ecfb92e6c25d9c97d76e33",
+                "39f244d20e24219c12ed8cec234b07801e4f376396ecfb92e6c25d9c97d76e33"}),
+            info.digests);
+}
+
+TEST(SignatureInfo, DoesNotTakeTheTimeServersWordForTheSigners) {
+  const tools::SignatureInfo info = tools::parseSignatureInfo(
+      std::string(kInfoStart) +
+      "            signature_verifies: false\n            time_stamp_token:\n"
+      "              signers:\n              - issuer: CN=Time\n"
+      "                signature_verifies: true\n");
+  EXPECT_FALSE(info.isVerified);
+  EXPECT_TRUE(info.hasTimestamp);
+}
+
+TEST(SignatureInfo, OfAnAdHocSignatureIsEmpty) {
+  const tools::SignatureInfo info =
+      tools::parseSignatureInfo("- path: java\n  entity:\n    mach_o:\n      signature:\n");
+  EXPECT_EQ("", info.signer);
+  EXPECT_FALSE(info.isVerified);
 }
 
 std::string number(size_t value, int count) {
