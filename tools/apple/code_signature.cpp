@@ -239,7 +239,14 @@ CodeSignature readPart(Bytes code, bool* isProgram) {
       const uint32_t size = code.little(at + 12);
       const Bytes signature = code.part(offset, size);
       result.isSigned = true;
+      if (code.isWhole() && offset < at) {
+        result.faults.emplace_back("has a signature that covers nothing");
+        return result;
+      }
       if (code.isWhole()) {
+        if (uint64_t{offset} + size != code.size()) {
+          result.faults.emplace_back("continues after its signature, which does not cover that");
+        }
         readSignature(Bytes(code.at(0), offset), signature, &result);
         return result;
       }

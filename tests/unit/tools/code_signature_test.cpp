@@ -121,6 +121,19 @@ TEST(CodeSignature, OfAFileThatBreaksOffAnywhereHasFaults) {
   }
 }
 
+TEST(CodeSignature, ThatCoversNotAllOfTheFileHasFaults) {
+  const auto longer = tools::readMachFile(signedLibrary() + "more");
+  ASSERT_TRUE(longer);
+  EXPECT_EQ(std::vector<std::string>{"continues after its signature, which does not cover that"},
+            longer->parts[0].faults);
+  std::string early = signedLibrary();
+  const size_t command = early.find(test::little32(0x1D) + test::little32(16));
+  early.replace(command + 8, 4, test::little32(0));
+  const auto none = tools::readMachFile(early);
+  ASSERT_TRUE(none);
+  EXPECT_EQ(std::vector<std::string>{"has a signature that covers nothing"}, none->parts[0].faults);
+}
+
 TEST(CodeSignature, WithAHugeCountOfRecordsIsRefused) {
   std::string changed = signedLibrary();
   const size_t signature = changed.find(test::big32(0xFADE0CC0));
