@@ -59,6 +59,16 @@ static CodeRole roleOf(const std::string& path, bool isRuntime) {
   return hostsJvm ? CodeRole::jvm : CodeRole::other;
 }
 
+// The same file under another name where the file system can do that.
+static void linkOrCopy(const std::string& from, const fs::path& to) {
+  const fs::path file = fs::canonical(from);
+  std::error_code error;
+  fs::create_hard_link(file, to, error);
+  if (error) {
+    fs::copy_file(file, to);
+  }
+}
+
 std::string TargetSigning::stage(const std::string& folder, bool isRuntime) {
   std::string staged = folder;
   const FolderTree tree = listFolder(folder);
@@ -73,7 +83,7 @@ std::string TargetSigning::stage(const std::string& folder, bool isRuntime) {
         if (source.isFolder) {
           fs::create_directory(fs::path(staged) / other);
         } else {
-          fs::create_symlink(fs::absolute(source.source), fs::path(staged) / other);
+          linkOrCopy(source.source, fs::path(staged) / other);
         }
       }
     }

@@ -50,7 +50,7 @@ class TargetSigning {
  private:
   bool isNeeded(const std::string& path) const;
   std::string signedCopy(const std::string& path, CodeRole role);
-  // A folder with links to what is in `folder`, and signed copies of its code.
+  // A folder with the files of `folder`, and signed copies of its code.
   std::string stage(const std::string& folder, bool isRuntime);
   void noteJar(const std::string& path, const std::string& what);
 
