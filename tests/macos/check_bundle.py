@@ -1,5 +1,6 @@
 """Bundles packed on Linux with the macOS executables: whole, and made of exactly these."""
 
+import os
 import plistlib
 import subprocess
 import tempfile
@@ -27,9 +28,13 @@ BUNDLES = {
 }
 
 
+# A search path without rcodesign, which would sign the executables.
+NO_SIGNING = {**os.environ, "PATH": "/usr/bin:/bin"}
+
+
 def run(*command):
     return subprocess.run([PACK, *command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                          text=True)
+                          text=True, env=NO_SIGNING)
 
 
 def write(path, text, mode=0o644):
