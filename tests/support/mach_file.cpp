@@ -79,7 +79,7 @@ static std::string unsignedFile(uint32_t processor, uint32_t kind, const std::st
   return file;
 }
 
-std::string machFile(uint32_t processor, uint32_t kind, const std::string& content) {
+std::string wholeMachFile(uint32_t processor, uint32_t kind, const std::string& content) {
   return unsignedFile(processor, kind, content, 0);
 }
 

@@ -16,7 +16,7 @@ std::string big32(uint32_t value);
 
 // A 64-bit file of that kind for macOS 11 and one processor, without a signature: three pages of
 // code, made from `content`, and room behind the load commands.
-std::string machFile(uint32_t processor, uint32_t kind, const std::string& content);
+std::string wholeMachFile(uint32_t processor, uint32_t kind, const std::string& content);
 
 // What a signature made by signedMachFile() says.
 struct MachSignature {
@@ -29,7 +29,7 @@ struct MachSignature {
   uint32_t flags = 0x10000;  // hardened runtime
 };
 
-// A file as machFile() makes it, signed.
+// A file as wholeMachFile() makes it, signed.
 std::string signedMachFile(uint32_t processor, uint32_t kind, const std::string& content,
                            const MachSignature& signature);
 

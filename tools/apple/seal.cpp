@@ -4,7 +4,6 @@
 
 #include "tools/apple/sealed_files.h"
 #include "tools/apple/sha256_digest.h"
-#include "tools/system/input_error.h"
 #include "tools/system/texts.h"
 #include "tools/system/whole_file.h"
 
@@ -37,11 +36,11 @@ class SealCheck {
       : contents_(bundle + "/Contents"), bundle_(bundle), executable_(executable) {}
 
   Seal run() {
-    code_ = readMachFile(readWhole(executable_));
+    const std::optional<MachFile> code = readMachFile(readWhole(executable_));
     seal_.isSealed = hasSeal(bundle_);
-    if (code_) {
-      seal_.signatures = code_->parts;
-      checkExecutable();
+    if (code) {
+      seal_.signatures = code->parts;
+      checkExecutable(*code);
     }
     if (seal_.isSealed) {
       sealed_ = readSealedFiles(readWhole(sealPath(bundle_)));
@@ -54,11 +53,11 @@ class SealCheck {
  private:
   void fault(const std::string& what) { seal_.faults.push_back(what); }
 
-  void checkExecutable() {
+  void checkExecutable(const MachFile& code) {
     const std::string info = readWhole(contents_ + "/Info.plist");
     const std::string list = seal_.isSealed ? readWhole(sealPath(bundle_)) : "";
     const std::string name = fs::path(executable_).filename();
-    for (const std::string& what : faultsOf(*code_)) {
+    for (const std::string& what : faultsOf(code)) {
       fault(name + " " + what);
     }
     for (const CodeSignature& part : seal_.signatures) {
@@ -142,7 +141,6 @@ class SealCheck {
   const std::string contents_;
   const std::string& bundle_;
   const std::string& executable_;
-  std::optional<MachFile> code_;
   SealedFiles sealed_;
   std::map<std::string, fs::path> present_;
   Seal seal_;

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 namespace tools {
 
 TargetSigning::TargetSigning(const AppleSigning& settings, const std::string& extractor)
-    : isForMac_(isMachFile(extractor)) {
+    : isForMac_(fs::is_regular_file(extractor) && isMachFile(extractor)) {
   if (!isForMac_) {
     return;
   }
@@ -39,10 +39,14 @@ bool TargetSigning::isNeeded(const std::string& path) const {
   if (!signer_ || !isMachFile(path)) {
     return false;
   }
-  return signer_->hasCertificate() || !readMachFile(readWhole(path))->isSigned();
+  const std::optional<MachFile> code = readMachFile(readWhole(path));
+  return signer_->hasCertificate() || !code || !code->isSigned();
 }
 
 std::string TargetSigning::signedCopy(const std::string& path, CodeRole role) {
+  if (!signer_) {
+    return path;
+  }
   // The tool takes the identifier of a signature from the name.
   const std::string folder = work_ / std::to_string(copies_++);
   const std::string copy = folder + "/" + fs::path(path).filename().string();

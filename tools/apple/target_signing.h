@@ -21,7 +21,7 @@ namespace tools {
 class TargetSigning {
  public:
   // `extractor` is the target's executable; for a target that is not macOS everything stays as it
-  // is. Throws InputError if the settings need a tool that is missing.
+  // is, also if the file is missing. Throws InputError if the settings need a tool that is missing.
   TargetSigning(const AppleSigning& settings, const std::string& extractor);
 
   // Whether code is signed at all.

@@ -91,6 +91,24 @@ static void sayResults(const BuildOptions& options, const OutputFolder& output,
   say("index", INDEX_NAME);
 }
 
+// Throws InputError if something of a target cannot be packed. Returns what the programs and
+// libraries of each are for.
+static std::vector<TargetFit> checkTargets(const BuildOptions& options,
+                                           const std::vector<TargetBuild>& builds,
+                                           const SigningKey* key,
+                                           std::vector<std::string>* remarks) {
+  std::vector<TargetFit> fits;
+  for (const TargetBuild& build : builds) {
+    requireApart(options, build.project);
+    // The same for all targets.
+    *remarks = Components(build.project, options.files.updaterJar).remarks();
+    fits.push_back(fitOfProject(build.project, build.executables,
+                                build.isNamed ? std::optional(build.target) : std::nullopt));
+    requireEncodable(build, key);
+  }
+  return fits;
+}
+
 void runBuild(const BuildOptions& options) {
   noteInterruptions();
   removeAbandonedFolders();
@@ -102,17 +120,9 @@ void runBuild(const BuildOptions& options) {
   progress.step("reading " + options.project);
   const std::optional<SigningKey> key = keyOf(project);
   const SigningKey* signer = key ? &*key : nullptr;
-  std::vector<std::string> remarks;
-  std::vector<TargetFit> fits;
   warnOfOpenSecrets(project.apple);
-  for (const TargetBuild& build : builds) {
-    requireApart(options, build.project);
-    // The same for all targets.
-    remarks = Components(build.project, options.files.updaterJar).remarks();
-    fits.push_back(fitOfProject(build.project, build.executables,
-                                build.isNamed ? std::optional(build.target) : std::nullopt));
-    requireEncodable(build, signer);
-  }
+  std::vector<std::string> remarks;
+  std::vector<TargetFit> fits = checkTargets(options, builds, signer, &remarks);
   const Appearance appearance = appearanceOf(project);
   OutputFolder output(options.output);
   std::string prefix;

@@ -248,6 +248,9 @@ void ComponentCheck::checkCode() {
       continue;
     }
     const std::optional<MachFile> code = readMachFile(bytesOf(path));
+    if (!code) {
+      continue;
+    }
     ++found;
     signedOnes += code->isSigned() ? 1 : 0;
     for (const std::string& fault : faultsOf(*code)) {

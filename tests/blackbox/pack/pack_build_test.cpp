@@ -7,6 +7,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+#include "tests/support/mach_file.h"
 #include "tests/support/object_headers.h"
 #include "tests/support/test_keys.h"
 #include "tools/verify/bundle_reader.h"
@@ -333,7 +334,7 @@ TEST(PackBuild, PacksTheExecutablesOfAnotherSystem) {
   const std::string mac = "dist/bundles/macos-arm64/offline/Small App.app";
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
     test::writeFile(project / "mac" + "/" + name,
-                    test::macFile(test::MACH_ARM64, test::MACH_PROGRAM) + name, 0755);
+                    test::signedMachFile(test::MACH_ARM64, test::MACH_PROGRAM, name, {}), 0755);
   }
   test::writeFile(project / "quorvane.toml", project.text);
   const test::Result result = test::runPack(

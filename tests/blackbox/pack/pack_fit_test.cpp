@@ -4,6 +4,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+#include "tests/support/mach_file.h"
 #include "tests/support/object_headers.h"
 
 // Programs and libraries for different systems and processors, in one bundle.
@@ -13,8 +14,13 @@ namespace {
 const std::string kFitBundle = test::bundleIn("dist", "offline");
 const std::string kExecutable = kFitBundle + "/Contents/MacOS/Small App";
 
+// They are signed: `verify` refuses code for arm64 that is not.
 std::string macProgram(uint32_t processor = test::MACH_ARM64) {
-  return test::macFile(processor, test::MACH_PROGRAM);
+  return test::signedMachFile(processor, test::MACH_PROGRAM, "a program", {});
+}
+
+std::string macLibrary(uint32_t processor = test::MACH_ARM64) {
+  return test::signedMachFile(processor, test::MACH_LIBRARY, "a library", {});
 }
 
 std::string universalProgram() {
@@ -76,7 +82,7 @@ TEST_F(PackFit, RefusesALinuxRuntimeInAMacosBundle) {
 
 TEST_F(PackFit, RefusesARuntimeForAnotherProcessor) {
   useExecutables(macProgram(test::MACH_X86_64));
-  write("runtime/lib/server/libjvm.dylib", test::macFile(test::MACH_ARM64));
+  write("runtime/lib/server/libjvm.dylib", macLibrary());
   expectRefusal(
       "runtime/lib/server/libjvm.dylib is for macos-arm64, but bin/launcher is for macos-x86_64; a "
       "bundle needs all for one system and processor");
@@ -108,7 +114,7 @@ TEST_F(PackFit, RefusesAnApplicationWithoutALibraryForTheTarget) {
 }
 
 TEST_F(PackFit, RefusesAnUpdaterWithoutALibraryForTheTarget) {
-  write("updater/libsmall.dylib", test::macFile(test::MACH_ARM64));
+  write("updater/libsmall.dylib", macLibrary());
   expectRefusal(
       "updater/libsmall.dylib is for macos-arm64, but bin/launcher is for linux-x86_64, and "
       "updater has no such file for linux-x86_64");
@@ -117,8 +123,8 @@ TEST_F(PackFit, RefusesAnUpdaterWithoutALibraryForTheTarget) {
 TEST_F(PackFit, TakesLibrariesOfAllSystemsBesideEachOther) {
   useExecutables(macProgram());
   write("app/natives/linux/libsmall.so", test::elfFile(test::ELF_X86_64));
-  write("app/natives/mac/x86_64/libsmall.dylib", test::macFile(test::MACH_X86_64));
-  write("app/natives/mac/arm64/libsmall.dylib", test::macFile(test::MACH_ARM64));
+  write("app/natives/mac/x86_64/libsmall.dylib", macLibrary(test::MACH_X86_64));
+  write("app/natives/mac/arm64/libsmall.dylib", macLibrary());
   write("app/natives/windows/small.dll", "MZ and more");
   expectFact("made for macos-arm64, from macOS 11.0 on", "macos-arm64");
 }
@@ -169,7 +175,7 @@ TEST_F(PackFit, IsFoundMissingInALauncherBundleThatIsNone) {
 TEST_F(PackFit, IsFoundMissingInASite) {
   ASSERT_EQ(0, project_.build().status);
   useExecutables(macProgram());
-  write("runtime/lib/server/libjvm.dylib", test::macFile(test::MACH_ARM64));
+  write("runtime/lib/server/libjvm.dylib", macLibrary());
   ASSERT_EQ(0, project_.build({"--output", "other"}).status);
   const std::string end = "; a bundle needs all for one system and processor";
   expectProblem("site, updater/lzma64 is for macos-arm64, but " + kExecutable +

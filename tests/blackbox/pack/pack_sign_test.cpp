@@ -34,19 +34,19 @@ class SignedProject : public test::SmallProject {
                              "\"]\n\n[updater]");
     for (const char* name : {"launcher", "extractor", "lzma64"}) {
       test::writeFile(*this / ("bin/" + std::string(name)),
-                      test::machFile(processor, test::MACH_PROGRAM, name), 0755);
+                      test::wholeMachFile(processor, test::MACH_PROGRAM, name), 0755);
     }
     test::writeFile(*this / "runtime/bin/java",
-                    test::machFile(processor, test::MACH_PROGRAM, "java"), 0755);
+                    test::wholeMachFile(processor, test::MACH_PROGRAM, "java"), 0755);
     test::writeFile(*this / "runtime/lib/jspawnhelper",
-                    test::machFile(processor, test::MACH_PROGRAM, "helper"), 0755);
+                    test::wholeMachFile(processor, test::MACH_PROGRAM, "helper"), 0755);
     test::MachSignature own;
     own.identifier = "org.example.jvm";
     own.flags = 2;
     test::writeFile(*this / "runtime/lib/server/libjvm.dylib",
                     test::signedMachFile(processor, test::MACH_LIBRARY, "jvm", own));
     test::writeFile(*this / "app/lib/libown.dylib",
-                    test::machFile(processor, test::MACH_LIBRARY, "own"));
+                    test::wholeMachFile(processor, test::MACH_LIBRARY, "own"));
   }
 
   // A folder with the content of an archive of the update site.
@@ -162,7 +162,7 @@ TEST(PackSign, WithACertificateSignsTheCodeInTheArchives) {
   const std::string updater = project.unpacked("Quorvane-Quorvane-5-archive.p2.l2");
   EXPECT_TRUE(signatureOf(updater + "/lzma64").hasCertificate);
   // What the project has is left alone.
-  EXPECT_EQ(test::machFile(test::MACH_ARM64, test::MACH_LIBRARY, "own"),
+  EXPECT_EQ(test::wholeMachFile(test::MACH_ARM64, test::MACH_LIBRARY, "own"),
             test::readFile(project / "app/lib/libown.dylib"));
   const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
   EXPECT_EQ(0, verified.status) << verified.err;

@@ -11,6 +11,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/jar_bytes.h"
+#include "tests/support/mach_file.h"
 #include "tests/support/object_headers.h"
 #include "tests/support/test_keys.h"
 #include "tools/formats/launch_file_writer.h"
@@ -93,10 +94,13 @@ std::string standIn(const std::string& name, const std::string& target) {
   const std::string arm = "arm64";
   const bool isArm = target.size() >= arm.size() &&
                      target.compare(target.size() - arm.size(), arm.size(), arm) == 0;
-  const std::string header = target.rfind("macos", 0) == 0
-                                 ? macFile(isArm ? MACH_ARM64 : MACH_X86_64, MACH_PROGRAM)
-                                 : elfFile(isArm ? ELF_ARM64 : ELF_X86_64, ELF_PROGRAM);
-  return header + "stands in for " + name + "\n";
+  const std::string content = "stands in for " + name + "\n";
+  if (target.rfind("macos", 0) != 0) {
+    return elfFile(isArm ? ELF_ARM64 : ELF_X86_64, ELF_PROGRAM) + content;
+  }
+  // No Mac runs code for arm64 without a signature.
+  return isArm ? signedMachFile(MACH_ARM64, MACH_PROGRAM, content, {})
+               : macFile(MACH_X86_64, MACH_PROGRAM) + content;
 }
 
 // The product's executables in the folder `folder`.

@@ -58,7 +58,7 @@ TEST(CodeSignature, OfAnAdHocSignedProgramHasNoCertificate) {
 
 TEST(CodeSignature, IsMissedInAFileWithoutOne) {
   const auto file =
-      tools::readMachFile(test::machFile(test::MACH_ARM64, test::MACH_PROGRAM, "content"));
+      tools::readMachFile(test::wholeMachFile(test::MACH_ARM64, test::MACH_PROGRAM, "content"));
   ASSERT_TRUE(file);
   EXPECT_FALSE(file->isSigned());
   EXPECT_EQ(std::vector<std::string>{}, file->parts[0].faults);
@@ -97,7 +97,7 @@ TEST(CodeSignature, IsReadForEachProcessorOfAFatFile) {
   EXPECT_EQ(0u, file->parts[0].faults.size());
   EXPECT_EQ(1u, file->parts[1].faults.size());
   const auto half = tools::readMachFile(
-      fatFile(signedLibrary(), test::machFile(test::MACH_ARM64, test::MACH_LIBRARY, "")));
+      fatFile(signedLibrary(), test::wholeMachFile(test::MACH_ARM64, test::MACH_LIBRARY, "")));
   ASSERT_TRUE(half);
   EXPECT_FALSE(half->isSigned());
 }
