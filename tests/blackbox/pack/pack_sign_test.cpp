@@ -461,6 +461,16 @@ TEST(PackSign, RefusesACertificateThatWouldBePublished) {
   EXPECT_NE(std::string::npos, result.err.find("would be published with it")) << result.err;
 }
 
+TEST(PackSign, RefusesACertificateInTheRuntimeOfOneTarget) {
+  SignedProject project;
+  test::writeFile(project / "runtime/certificate.p12", "binary", 0600);
+  project.replace("[runtime]", "[runtime.macos-arm64]");
+  project.text += "\n[signing.apple]\ncertificate = \"runtime/certificate.p12\"\n";
+  const test::Result result = project.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_NE(std::string::npos, result.err.find("would be published with it")) << result.err;
+}
+
 TEST(PackSign, NamesWrongKeysAndValuesOfTheSection) {
   const struct {
     const char* lines;
