@@ -173,7 +173,7 @@ static void requireExecutables(const std::string& folder, const Target& target, 
 std::vector<TargetBuild> targetsOf(const Project& project, const BuildOptions& options) {
   std::vector<TargetBuild> builds;
   for (const std::string& text : project.targets) {
-    const Target target = *targetOf(text);
+    const Target target = targetOf(text).value_or(thisMachine());  // checked with the project
     TargetBuild build{target, project.areTargetsNamed, project, options.executables, "site"};
     chooseRuntime(&build.project, target);
     if (project.hasSiteForEachTarget) {

@@ -15,7 +15,6 @@
 #include "tools/delivery/neutral_surroundings.h"
 #include "tools/system/input_error.h"
 #include "tools/system/interruption.h"
-#include "tools/system/texts.h"
 
 namespace fs = std::filesystem;
 

@@ -14,7 +14,8 @@ static std::string decoded(const std::string& url) {
   std::string text;
   for (size_t i = 0; i < url.size(); ++i) {
     const std::string digits = url[i] == '%' ? url.substr(i + 1, 2) : "";
-    if (digits.size() == 2 && digits.find_first_not_of("0123456789abcdefABCDEF") == digits.npos) {
+    if (digits.size() == 2 &&
+        digits.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos) {
       text += static_cast<char>(strtol(digits.c_str(), nullptr, 16));
       i += 2;
     } else {

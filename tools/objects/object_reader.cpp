@@ -1,7 +1,5 @@
 #include "tools/objects/object_reader.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 
 #include "tools/system/input_error.h"

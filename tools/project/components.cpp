@@ -1,6 +1,5 @@
 #include "tools/project/components.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
