@@ -1,6 +1,6 @@
 # What the tests need beyond that to be compiled and linked for macOS on another system, where they cannot
 # be run: GoogleTest from the sources that Debian installs, the libraries that are headers alone, and
-# libarchive's headers with the names that a Mac's library exports.
+# the headers of libarchive and zlib with the names that a Mac's libraries export.
 
 set(tests "${QUORVANE_MACOS_TOOLS}/tests")
 
@@ -27,6 +27,9 @@ target_include_directories(quorvane_stb SYSTEM INTERFACE "${tests}/include/stb")
 target_include_directories(quorvane_libarchive SYSTEM INTERFACE "${tests}/include")
 target_link_libraries(quorvane_libarchive INTERFACE
   "${CMAKE_SOURCE_DIR}/tests/macos/declarations/libarchive.tbd")
+target_include_directories(quorvane_zlib SYSTEM INTERFACE "${tests}/include")
+target_link_libraries(quorvane_zlib INTERFACE
+  "${CMAKE_SOURCE_DIR}/tests/macos/declarations/libz.tbd")
 
 # The tests use more of the frameworks than the product does.
 set(QUORVANE_TEST_DECLARATIONS "${CMAKE_SOURCE_DIR}/tests/macos/declarations")

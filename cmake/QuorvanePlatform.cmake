@@ -4,7 +4,8 @@
 #   quorvane_objcxx           flags for compiling Objective-C++ files
 #   quorvane_cocoa_libraries  libraries that the Cocoa part needs
 #   quorvane_liblzma          liblzma as a static library, for the tools
-#   quorvane_libarchive      libarchive, for the packager
+#   quorvane_libarchive       libarchive, for the packager
+#   quorvane_zlib             zlib, for the packager
 #   quorvane_toml             toml++, which is headers alone, for the packager
 #   quorvane_stb              the stb libraries, which are too
 
@@ -15,6 +16,7 @@ add_library(quorvane_objcxx INTERFACE)
 add_library(quorvane_cocoa_libraries INTERFACE)
 add_library(quorvane_liblzma INTERFACE)
 add_library(quorvane_libarchive INTERFACE)
+add_library(quorvane_zlib INTERFACE)
 add_library(quorvane_toml INTERFACE)
 add_library(quorvane_stb INTERFACE)
 
@@ -32,11 +34,13 @@ macro(quorvane_find_stb)
   target_include_directories(quorvane_stb SYSTEM INTERFACE "${QUORVANE_STB_HEADERS}")
 endmacro()
 
-# An installed libarchive.
+# The installed libarchive and zlib.
 macro(quorvane_find_libarchive)
   if(QUORVANE_TOOLS)
     find_package(LibArchive REQUIRED)
     target_link_libraries(quorvane_libarchive INTERFACE LibArchive::LibArchive)
+    find_package(ZLIB REQUIRED)
+    target_link_libraries(quorvane_zlib INTERFACE ZLIB::ZLIB)
   endif()
 endmacro()
 
