@@ -83,6 +83,7 @@ void failProcess(int status, Failure failure) {
     status = endOfFailures(status, failure);
   }
   statusOfFailure = status;
+  revealKeptLines();
   showAlert(failure);
   endProcess(status);
 }

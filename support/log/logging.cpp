@@ -177,8 +177,19 @@ static void writeEarlyLines(FILE* file) {
   fflush(file);
 }
 
+void revealKeptLines() {
+  const FileGuard guard;
+  if (isFileAlone && earlyLines != nullptr) {
+    writeEarlyLines(stderr);
+    earlyLines->clear();
+  }
+}
+
 void setFileToLogTo(FILE* file) {
   const FileGuard guard;
+  if (isFileAlone && earlyLines != nullptr && file == nullptr) {
+    return;  // there is no other place for them, should this run fail
+  }
   if (earlyLines != nullptr && file != nullptr) {
     writeEarlyLines(file);
   }

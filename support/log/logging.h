@@ -40,9 +40,14 @@ void keepEarlyLines();
 // call.
 void logToFileAlone();
 
+// After logToFileAlone(), writes the messages that keepEarlyLines() keeps for a file to standard
+// error: for a process that ends with a failure before it has a log file. Otherwise does nothing.
+// Any thread.
+void revealKeptLines();
+
 // Makes `file` (or null) the log file; the previous one is not closed. Messages kept by
-// keepEarlyLines() are written to the file first, or dropped if it is null. The log owns the stream
-// until closeLoggedFile(). Main thread.
+// keepEarlyLines() are written to the file first, or, unless nothing else is logged to, dropped if
+// it is null. The log owns the stream until closeLoggedFile(). Main thread.
 void setFileToLogTo(FILE* file);
 
 // Logs that the file is being closed, then closes it if one is set. Gives back the standard output

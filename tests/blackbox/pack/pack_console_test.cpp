@@ -24,10 +24,18 @@ class PackConsole : public testing::Test {
     test::writeFile(project_ / "runtime/bin/java", "#!/bin/sh\n", 0755);
   }
 
-  test::Result install() {
+  void build() {
     const test::Result built = project_.build();
     EXPECT_EQ(0, built.status) << built.err;
     fs::create_directories(home_.applicationSupport());
+  }
+
+  test::Result install() {
+    build();
+    return start();
+  }
+
+  test::Result start() {
     test::Command command;
     command.arguments = {project_ / test::bundleIn("dist", "offline") + "/Contents/MacOS/Small App",
                          "-silent"};
@@ -56,6 +64,32 @@ TEST_F(PackConsole, LeavesStandardOutputToTheApplication) {
   EXPECT_NE(std::string::npos, lines.find("[Extractor] The absolute wrapper path is ")) << lines;
   EXPECT_NE(std::string::npos, lines.find("Dynamic Param 2: console=[true]")) << lines;
   EXPECT_NE(std::string::npos, lines.find("[Extractor] JRE folder is ")) << lines;
+}
+
+TEST_F(PackConsole, OfAFailureBeforeTheLogFileShowsItOnStandardError) {
+  project_.replace("icon = \"small.icns\"", "icon = \"small.icns\"\nconsole = true");
+  build();
+  fs::remove(project_ / test::bundleIn("dist", "offline") + "/Contents/Resources/Tail");
+  const test::Result result = start();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ("", result.out);
+  EXPECT_NE(std::string::npos, result.err.find("Failed to extract wrapper tail")) << result.err;
+}
+
+// A file is where the folder of logs should be, and the last archive is cut.
+TEST_F(PackConsole, OfAFailureWithoutALogFileShowsItOnStandardError) {
+  project_.replace("icon = \"small.icns\"", "icon = \"small.icns\"\nconsole = true");
+  build();
+  test::writeFile(home_.applicationSupport() + "/Quorvane-Small App/logs", "");
+  const std::string tail =
+      project_ / test::bundleIn("dist", "offline") + "/Contents/Resources/Tail";
+  const std::string bytes = test::readFile(tail);
+  test::writeFile(tail, bytes.substr(0, bytes.size() - 100));
+  const test::Result result = start();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ("", result.out);
+  EXPECT_NE(std::string::npos, result.err.find("[Extractor] The absolute wrapper path is "))
+      << result.err;
 }
 
 TEST_F(PackConsole, IsNotAssumed) {
