@@ -10,6 +10,7 @@
 #include <string>
 
 #include "archive/archive.h"
+#include "crypto/hash_file.h"
 #include "crypto/mixed_hash.h"
 #include "crypto/signature.h"
 #include "support/encoding/hex.h"
@@ -26,16 +27,16 @@ static Rsa_key* readKey(const char* path) {
 }
 
 static int hash(const char* path) {
-  static unsigned char chunk[50000];
+  static unsigned char buffer[HASH_BUFFER_SIZE];
   const Stream file(fopen(path, "rb"));
-  if (file == nullptr) {
+  if (file == nullptr || fseek(file.get(), 0, SEEK_END) != 0) {
     return 1;
   }
+  const long length = ftell(file.get());
+  rewind(file.get());
   const Block<Hash_state> state(allocHashState());
-  bool isTaken = initHash(state.get());
-  while (const size_t count = isTaken ? fread(chunk, 1, sizeof chunk, file.get()) : 0) {
-    isTaken = updateHash(state.get(), chunk, static_cast<int>(count));
-  }
+  const bool isTaken =
+      initHash(state.get()) && hashFile(file.get(), length, buffer, state.get(), nullptr);
   return isTaken && Block<unsigned char>(doFinal(state.get())) != nullptr ? 0 : 1;
 }
 
