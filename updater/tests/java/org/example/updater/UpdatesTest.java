@@ -561,7 +561,12 @@ public class UpdatesTest {
     look();
     assertEquals(1, scene.installs().size());
     scene.publish(3, "installs");
-    look();
+    // The last start's own look may begin only now: it has seen what the site had before, and keeps
+    // this one out.
+    for (int i = 0; i < 20 && !scene.installed().contains(3L); ++i) {
+      look();
+      scene.awaitEndOfLook();
+    }
     expectStart(3);
   }
 
