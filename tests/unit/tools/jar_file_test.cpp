@@ -39,7 +39,7 @@ std::string sections() {
 }
 
 template <typename Step>
-std::string errorOf(Step step) {
+std::string jarErrorOf(Step step) {
   try {
     step();
   } catch (const tools::InputError& error) {
@@ -49,7 +49,7 @@ std::string errorOf(Step step) {
 }
 
 std::string errorOfInflating(const std::string& data, size_t most = 1000) {
-  return errorOf([&] { (void)tools::inflate(data, most); });
+  return jarErrorOf([&] { (void)tools::inflate(data, most); });
 }
 
 TEST(Inflate, ReadsBlocksOfEveryKind) {
@@ -137,7 +137,7 @@ TEST(JarFile, CutAnywhereIsNoJar) {
   const std::string bytes = test::jarOf({{"a", "content"}, {"b", "more"}});
   for (size_t size = 0; size < bytes.size(); ++size) {
     EXPECT_EQ("x.jar is not a jar, or is damaged; build it or copy it again",
-              errorOf([&] { tools::JarFile(bytes.substr(0, size), "x.jar"); }))
+              jarErrorOf([&] { tools::JarFile(bytes.substr(0, size), "x.jar"); }))
         << size;
   }
 }
@@ -147,15 +147,15 @@ TEST(JarFile, NamesAFileThatIsDamaged) {
   std::string far = good;
   far.replace(good.find("PK\x01\x02") + 42, 4, test::littleEndian(5000, 4));
   EXPECT_EQ("a in x.jar is damaged: a record of its directory is missing",
-            errorOf([&] { (void)tools::JarFile(far, "x.jar").read("a"); }));
+            jarErrorOf([&] { (void)tools::JarFile(far, "x.jar").read("a"); }));
   std::string large = good;
   large.replace(good.find("PK\x01\x02") + 20, 4, test::littleEndian(5000, 4));
   EXPECT_EQ("a in x.jar is damaged: it ends too early",
-            errorOf([&] { (void)tools::JarFile(large, "x.jar").read("a"); }));
+            jarErrorOf([&] { (void)tools::JarFile(large, "x.jar").read("a"); }));
   std::string other = good;
   other.replace(good.find("PK\x01\x02") + 10, 2, test::littleEndian(12, 2));
   EXPECT_EQ("a in x.jar is damaged: it is compressed in another way, or too large",
-            errorOf([&] { (void)tools::JarFile(other, "x.jar").read("a"); }));
+            jarErrorOf([&] { (void)tools::JarFile(other, "x.jar").read("a"); }));
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ ObjectPart readOne(const std::string& bytes) {
 }
 
 // The error about the bytes; empty for none.
-std::string errorOf(const std::string& bytes) {
+std::string objectErrorOf(const std::string& bytes) {
   try {
     EXPECT_TRUE(read(bytes).empty());
   } catch (const tools::InputError& error) {
@@ -154,18 +154,19 @@ TEST(MachFile, WithWrongSizesIsDamaged) {
     return good.substr(0, 4) + test::littleEndian(length, 4) + good.substr(8);
   };
   for (const uint32_t length : {0u, 7u, 25u, 0xffffffffu}) {
-    EXPECT_EQ("load command 1 has a wrong size",
-              errorOf(test::machFile(test::MACH_ARM64, test::MACH_LIBRARY, {commandOf(length)})));
+    EXPECT_EQ(
+        "load command 1 has a wrong size",
+        objectErrorOf(test::machFile(test::MACH_ARM64, test::MACH_LIBRARY, {commandOf(length)})));
   }
   EXPECT_EQ("a load command is too short",
-            errorOf(test::machFile(test::MACH_ARM64, test::MACH_LIBRARY,
-                                   {commandOf(8).substr(0, 8), test::versionMin(1)})));
+            objectErrorOf(test::machFile(test::MACH_ARM64, test::MACH_LIBRARY,
+                                         {commandOf(8).substr(0, 8), test::versionMin(1)})));
   std::string large = test::macFile(test::MACH_ARM64);
   large.replace(20, 4, test::littleEndian(0x7fffffff, 4));
-  EXPECT_EQ("its load commands are said to have 2147483647 bytes", errorOf(large));
+  EXPECT_EQ("its load commands are said to have 2147483647 bytes", objectErrorOf(large));
   std::string many = test::macFile(test::MACH_ARM64);
   many.replace(16, 4, test::littleEndian(0xffffffff, 4));
-  EXPECT_EQ("it ends within its header", errorOf(many));
+  EXPECT_EQ("it ends within its header", objectErrorOf(many));
 }
 
 const std::vector<test::FatPart> kBoth = {
@@ -186,25 +187,26 @@ TEST(FatFile, IsForEachOfItsProcessors) {
 }
 
 TEST(FatFile, OfArchivesHasNothingToExecute) {
-  EXPECT_EQ("", errorOf(test::fatFile({{test::MACH_ARM64, "!<arch>\n and more"}})));
+  EXPECT_EQ("", objectErrorOf(test::fatFile({{test::MACH_ARM64, "!<arch>\n and more"}})));
 }
 
 TEST(FatFile, WithAPartThatIsNotThereOrAnotherOneIsDamaged) {
   std::string far = test::fatFile(kBoth);
   far.replace(8 + 8, 4, test::bigEndian(0xfffffff0, 4));
-  EXPECT_EQ("it ends within one of its parts", errorOf(far));
+  EXPECT_EQ("it ends within one of its parts", objectErrorOf(far));
   std::string wide = test::fatFile(kBoth, true);
   wide.replace(8 + 8, 8, std::string(8, '\xff'));
-  EXPECT_EQ("it ends within one of its parts", errorOf(wide));
+  EXPECT_EQ("it ends within one of its parts", objectErrorOf(wide));
   std::string empty = test::fatFile(kBoth);
   empty.replace(8 + 12, 4, test::bigEndian(0, 4));
-  EXPECT_EQ("it ends within one of its parts", errorOf(empty));
+  EXPECT_EQ("it ends within one of its parts", objectErrorOf(empty));
   std::string exchanged = test::fatFile(kBoth);
   exchanged.replace(8, 4, test::bigEndian(test::MACH_ARM64, 4));
-  EXPECT_EQ("its list names another processor than its part for macos-x86_64", errorOf(exchanged));
-  EXPECT_EQ("it is said to have 0 parts", errorOf(test::fatFile({})));
+  EXPECT_EQ("its list names another processor than its part for macos-x86_64",
+            objectErrorOf(exchanged));
+  EXPECT_EQ("it is said to have 0 parts", objectErrorOf(test::fatFile({})));
   EXPECT_EQ("it is said to have 45 parts",
-            errorOf(test::bigEndian(0xcafebabf, 4) + test::bigEndian(45, 4)));
+            objectErrorOf(test::bigEndian(0xcafebabf, 4) + test::bigEndian(45, 4)));
 }
 
 TEST(Object, CutAnywhereInItsHeaderIsDamaged) {
@@ -214,20 +216,20 @@ TEST(Object, CutAnywhereInItsHeaderIsDamaged) {
   for (const std::string& bytes : whole) {
     EXPECT_FALSE(read(bytes).empty());
     for (size_t size = 4; size < bytes.size(); ++size) {
-      EXPECT_NE("", errorOf(bytes.substr(0, size))) << size << " of " << bytes.size();
+      EXPECT_NE("", objectErrorOf(bytes.substr(0, size))) << size << " of " << bytes.size();
     }
     for (size_t size = 0; size < 4; ++size) {
-      EXPECT_EQ("", errorOf(bytes.substr(0, size)));
+      EXPECT_EQ("", objectErrorOf(bytes.substr(0, size)));
     }
   }
 }
 
 TEST(Object, IsNotAJavaClassOrAnyOtherFile) {
   for (const int version : {45, 52, 61, 69}) {
-    EXPECT_EQ("", errorOf(test::bigEndian(0xcafebabe, 4) + test::bigEndian(version, 4)));
+    EXPECT_EQ("", objectErrorOf(test::bigEndian(0xcafebabe, 4) + test::bigEndian(version, 4)));
   }
   for (const char* text : {"", "#!/bin/sh\n", "MZ and more", "PK\x03\x04", "!<arch>\n"}) {
-    EXPECT_EQ("", errorOf(text)) << text;
+    EXPECT_EQ("", objectErrorOf(text)) << text;
   }
 }
 

@@ -15,7 +15,7 @@ using namespace std::string_literals;
 namespace {
 
 template <typename Action>
-std::string errorOf(const Action& action) {
+std::string fieldsErrorOf(const Action& action) {
   try {
     action();
   } catch (const tools::InputError& error) {
@@ -54,7 +54,7 @@ TEST(StrictFields, FromAStreamReadTheSame) {
   EXPECT_FALSE(fields.isAtEnd());
   EXPECT_EQ(6, fields.position());
   EXPECT_EQ("f is damaged at byte 6: it ends inside third; make it again",
-            errorOf([&] { fields.text("third", 4); }));
+            fieldsErrorOf([&] { fields.text("third", 4); }));
   EXPECT_TRUE(fields.isAtEnd());
 }
 
@@ -63,7 +63,7 @@ TEST(StrictFields, TakeAFieldAsLongAsTheProductReadsItAndNoLongerOne) {
   EXPECT_EQ(fits, tools::StrictFields(fits + "\0"s, "f", "").text("it", 1024));
   const std::string longer = fits + "x\0"s;
   EXPECT_EQ("f is damaged at byte 0: it is longer than the 1022 bytes that are read of it",
-            errorOf([&] { tools::StrictFields(longer, "f", "").text("it", 1024); }));
+            fieldsErrorOf([&] { tools::StrictFields(longer, "f", "").text("it", 1024); }));
   EXPECT_EQ(1023u, tools::StrictFields(longer, "f", "").text("it", INT_MAX).size());
 }
 
@@ -71,12 +71,12 @@ TEST(StrictFields, RefuseNumbersThatTheProductWouldReadOtherwise) {
   for (const char* text : {"", "-1", "+1", " 1", "1 ", "0x1", "1.0", "1234567890123456789"}) {
     const std::string bytes = text + "\0"s;
     EXPECT_EQ("f is damaged at byte 0: n is '"s + text + "', expected a decimal number",
-              errorOf([&] { tools::StrictFields(bytes, "f", "").number("n"); }));
+              fieldsErrorOf([&] { tools::StrictFields(bytes, "f", "").number("n"); }));
   }
   for (const char* text : {"", "-", "--1", "- 1"}) {
     const std::string bytes = text + "\0"s;
     EXPECT_EQ("f is damaged at byte 0: n is '"s + text + "', expected a decimal number",
-              errorOf([&] { tools::StrictFields(bytes, "f", "").signedNumber("n"); }));
+              fieldsErrorOf([&] { tools::StrictFields(bytes, "f", "").signedNumber("n"); }));
   }
   EXPECT_EQ(123456789012345678, tools::StrictFields("123456789012345678\0"s, "f", "").number("n"));
 }

@@ -39,7 +39,7 @@ ObjectFile universal(const std::string& name) {
 }
 
 template <typename Step>
-std::string errorOf(Step step) {
+std::string fitErrorOf(Step step) {
   try {
     step();
   } catch (const tools::InputError& error) {
@@ -66,11 +66,11 @@ TEST(TargetFit, NamesBothFilesOfAMix) {
   EXPECT_EQ(
       "lib/libjvm.so is for linux-x86_64, but bin/launcher is for macos-arm64; a bundle needs all "
       "for one system and processor",
-      errorOf([&] { fit.require(linux_("lib/libjvm.so")); }));
+      fitErrorOf([&] { fit.require(linux_("lib/libjvm.so")); }));
   EXPECT_EQ(
       "lib/libjvm.dylib is for macos-x86_64, but bin/launcher is for macos-arm64; a bundle needs "
       "all for one system and processor",
-      errorOf([&] { fit.require(mac("lib/libjvm.dylib", test::MACH_X86_64)); }));
+      fitErrorOf([&] { fit.require(mac("lib/libjvm.dylib", test::MACH_X86_64)); }));
   EXPECT_EQ("macos-arm64", fit.text());
 }
 
@@ -79,7 +79,7 @@ TEST(TargetFit, NamesAFileForNoTarget) {
   EXPECT_EQ(
       "old is for linux on ELF machine 3, but bundles are made for macos-arm64, macos-x86_64, "
       "linux-arm64, linux-x86_64; a bundle needs all for one system and processor",
-      errorOf([&] { fit.require(linux_("old", test::ELF_386)); }));
+      fitErrorOf([&] { fit.require(linux_("old", test::ELF_386)); }));
 }
 
 TEST(TargetFit, OfAFatFileIsForWhatTheOthersAreFor) {
@@ -93,7 +93,7 @@ TEST(TargetFit, OfAFatFileIsForWhatTheOthersAreFor) {
   EXPECT_EQ(
       "libzip.dylib is for macos-arm64, but libjvm.dylib is for macos-x86_64; a bundle needs all "
       "for one system and processor",
-      errorOf([&] { fit.require(mac("libzip.dylib", test::MACH_ARM64)); }));
+      fitErrorOf([&] { fit.require(mac("libzip.dylib", test::MACH_ARM64)); }));
 }
 
 TEST(TargetFit, HoldsEverythingAgainstTheWantedTarget) {
@@ -101,7 +101,7 @@ TEST(TargetFit, HoldsEverythingAgainstTheWantedTarget) {
   EXPECT_EQ(
       "launcher is for macos-x86_64, but the bundle is for macos-arm64; a bundle needs all for one "
       "system and processor",
-      errorOf([&] { fit.requireProgram(program("launcher", test::MACH_X86_64)); }));
+      fitErrorOf([&] { fit.requireProgram(program("launcher", test::MACH_X86_64)); }));
   fit.requireProgram(universal("launcher"));
   EXPECT_EQ("macos-arm64", fit.text());
 }
@@ -109,9 +109,9 @@ TEST(TargetFit, HoldsEverythingAgainstTheWantedTarget) {
 TEST(TargetFit, TakesNothingButAProgramForAProgram) {
   TargetFit fit;
   EXPECT_EQ("launcher is not a program: it is neither an ELF nor a Mach-O file",
-            errorOf([&] { fit.requireProgram(file("launcher", "#!/bin/sh\n")); }));
+            fitErrorOf([&] { fit.requireProgram(file("launcher", "#!/bin/sh\n")); }));
   EXPECT_EQ("launcher is not a program, but another kind of file for macos-arm64",
-            errorOf([&] { fit.requireProgram(mac("launcher", test::MACH_ARM64)); }));
+            fitErrorOf([&] { fit.requireProgram(mac("launcher", test::MACH_ARM64)); }));
 }
 
 TEST(TargetFit, NeedsTheNewestSystemThatAFileNeeds) {
@@ -130,7 +130,7 @@ class ChoiceFit : public testing::Test {
   ChoiceFit() { fit_.requireProgram(program("launcher", test::MACH_ARM64)); }
 
   std::string choose(const std::vector<ObjectFile>& files) {
-    return errorOf([&] { fit_.requireChoice(files, "app"); });
+    return fitErrorOf([&] { fit_.requireChoice(files, "app"); });
   }
 
   TargetFit fit_;
@@ -176,7 +176,7 @@ TEST(TargetFit, LeavesTargetsOutThatAnApplicationIsNotFor) {
   EXPECT_EQ(
       "libjvm.dylib is for macos-arm64, but app/libx.dylib is for macos-x86_64; a bundle needs all "
       "for one system and processor",
-      errorOf([&] { fit.require(mac("libjvm.dylib", test::MACH_ARM64)); }));
+      fitErrorOf([&] { fit.require(mac("libjvm.dylib", test::MACH_ARM64)); }));
 }
 
 TEST(ObjectsIn, AreProgramsAndLibrariesAndNoOtherFiles) {
@@ -195,7 +195,7 @@ TEST(ObjectsIn, OfADamagedLibraryNamesIt) {
   const test::TempFolder folder;
   test::writeFile(folder / "liba.so", test::elfFile(test::ELF_X86_64).substr(0, 10));
   EXPECT_EQ(folder / "liba.so is damaged: it ends within its header",
-            errorOf([&] { (void)tools::objectsIn(folder.path(), "shown"); }));
+            fitErrorOf([&] { (void)tools::objectsIn(folder.path(), "shown"); }));
 }
 
 }  // namespace
