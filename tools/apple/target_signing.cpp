@@ -5,11 +5,11 @@
 #include "tools/apple/code_signature.h"
 #include "tools/apple/jar_libraries.h"
 #include "tools/apple/seal.h"
+#include "tools/bundle/bundle_reader.h"
 #include "tools/system/folder_tree.h"
 #include "tools/system/input_error.h"
 #include "tools/system/texts.h"
 #include "tools/system/whole_file.h"
-#include "tools/verify/bundle_reader.h"
 
 namespace fs = std::filesystem;
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/pack/progress.h"
-#include "tools/system/program_files.h"
+#include "tools/build/program_files.h"
+#include "tools/system/progress.h"
 
 namespace tools {
 

@@ -1,8 +1,8 @@
 #ifndef QUORVANE_TOOLS_PACK_COMMANDS_H
 #define QUORVANE_TOOLS_PACK_COMMANDS_H
 
+#include "tools/build/program_files.h"
 #include "tools/pack/command_line.h"
-#include "tools/system/program_files.h"
 
 // The sub-commands of quorvane-pack. Each function adds one to `app`, with its options, its help
 // and the function that runs it, which throws tools::InputError if its input is wrong.

@@ -17,6 +17,7 @@
 
 #include "platform/display.h"
 #include "tools/build/downloads.h"
+#include "tools/bundle/bundle_reader.h"
 #include "tools/bundle/output_folder.h"
 #include "tools/delivery/delivered_bundle.h"
 #include "tools/objects/target.h"
@@ -27,7 +28,6 @@
 #include "tools/system/temporary_folder.h"
 #include "tools/system/texts.h"
 #include "tools/system/throw_away_account.h"
-#include "tools/verify/bundle_reader.h"
 
 namespace fs = std::filesystem;
 

@@ -3,10 +3,10 @@
 #include <string>
 
 #include "tools/apple/target_signing.h"
+#include "tools/bundle/bundle_reader.h"
 #include "tools/pack/commands.h"
 #include "tools/project/project_file.h"
 #include "tools/system/input_error.h"
-#include "tools/verify/bundle_reader.h"
 
 namespace tools {
 

@@ -6,8 +6,8 @@
 
 #include "tools/delivery/delivered_bundle.h"
 #include "tools/pack/commands.h"
-#include "tools/pack/progress.h"
 #include "tools/system/input_error.h"
+#include "tools/system/progress.h"
 #include "tools/system/temporary_folder.h"
 #include "tools/verify/installer_check.h"
 

@@ -6,6 +6,7 @@
 
 #include "formats/names.h"
 #include "formats/site_names.h"
+#include "tools/bundle/bundle_reader.h"
 #include "tools/formats/marker_search.h"
 #include "tools/formats/params_check.h"
 #include "tools/formats/tail_writer.h"
@@ -14,7 +15,6 @@
 #include "tools/keys/public_key.h"
 #include "tools/system/input_error.h"
 #include "tools/system/whole_file.h"
-#include "tools/verify/bundle_reader.h"
 #include "tools/verify/component_check.h"
 #include "tools/verify/signature_check.h"
 

@@ -10,7 +10,7 @@
 #include "tests/support/mach_file.h"
 #include "tests/support/object_headers.h"
 #include "tests/support/test_keys.h"
-#include "tools/verify/bundle_reader.h"
+#include "tools/bundle/bundle_reader.h"
 
 namespace fs = std::filesystem;
 

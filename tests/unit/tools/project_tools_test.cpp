@@ -5,6 +5,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
+#include "tools/bundle/bundle_reader.h"
 #include "tools/bundle/bundle_writer.h"
 #include "tools/bundle/output_folder.h"
 #include "tools/formats/installer_stream.h"
@@ -12,7 +13,6 @@
 #include "tools/java/java_runtime.h"
 #include "tools/project/project_file.h"
 #include "tools/project/project_text.h"
-#include "tools/verify/bundle_reader.h"
 
 using Texts = std::vector<std::string>;
 

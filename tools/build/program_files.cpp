@@ -1,4 +1,4 @@
-#include "tools/system/program_files.h"
+#include "tools/build/program_files.h"
 
 #include <filesystem>
 

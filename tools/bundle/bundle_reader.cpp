@@ -1,4 +1,4 @@
-#include "tools/verify/bundle_reader.h"
+#include "tools/bundle/bundle_reader.h"
 
 #include <unistd.h>
 

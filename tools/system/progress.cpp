@@ -1,4 +1,4 @@
-#include "tools/pack/progress.h"
+#include "tools/system/progress.h"
 
 #include <unistd.h>
 
