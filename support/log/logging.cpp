@@ -205,6 +205,10 @@ void closeLoggedFile() {
     fclose(fileToLogTo);
     fileToLogTo = nullptr;
   }
+  if (isFileAlone && earlyLines == nullptr) {
+    earlyLines = new std::string;  // nothing else says why this run fails, should it fail now
+    lost = 0;
+  }
   giveOutputBack();
 }
 

@@ -40,9 +40,9 @@ void keepEarlyLines();
 // call.
 void logToFileAlone();
 
-// After logToFileAlone(), writes the messages that keepEarlyLines() keeps for a file to standard
-// error: for a process that ends with a failure before it has a log file. Otherwise does nothing.
-// Any thread.
+// After logToFileAlone(), writes the messages that keepEarlyLines() or closeLoggedFile() keeps to
+// standard error: for a process that ends with a failure before it has a log file, or after it.
+// Otherwise does nothing. Any thread.
 void revealKeptLines();
 
 // Makes `file` (or null) the log file; the previous one is not closed. Messages kept by
@@ -51,7 +51,8 @@ void revealKeptLines();
 void setFileToLogTo(FILE* file);
 
 // Logs that the file is being closed, then closes it if one is set. Gives back the standard output
-// that logToFileAlone() took. Any thread.
+// that logToFileAlone() took; later messages are then kept as keepEarlyLines() does, for
+// revealKeptLines(). Any thread.
 void closeLoggedFile();
 
 // Creates `baseDir` and its folder "logs" and opens a new log file there, named "Wrapper-", the

@@ -92,6 +92,17 @@ TEST_F(PackConsole, OfAFailureWithoutALogFileShowsItOnStandardError) {
       << result.err;
 }
 
+// The log file is closed before the program is started.
+TEST_F(PackConsole, OfALaunchThatFailsInBothWaysShowsTheErrorOnStandardError) {
+  project_.replace("icon = \"small.icns\"", "icon = \"small.icns\"\nconsole = true");
+  test::writeFile(project_ / "runtime/bin/java", "#!/nonexistent\n", 0755);
+  const test::Result result = install();
+  EXPECT_EQ("", result.out);
+  EXPECT_NE(std::string::npos, result.err.find(" Launch Error 2.\n")) << result.err;
+  EXPECT_EQ(std::string::npos, result.err.find("[Extractor] JRE folder is ")) << result.err;
+  EXPECT_NE(std::string::npos, log().find("[Extractor] JRE folder is "));
+}
+
 TEST_F(PackConsole, IsNotAssumed) {
   const test::Result result = install();
   EXPECT_NE(std::string::npos, result.out.find("[Extractor] JRE folder is ")) << result.out;

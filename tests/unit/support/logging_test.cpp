@@ -251,6 +251,25 @@ TEST(CloseLoggedFile, LogsItsLineAgainAndClosesNothingTheSecondTime) {
   EXPECT_EQ(1u, test::linesOf(test::readFile(log.path())).size());
 }
 
+TEST(CloseLoggedFile, KeepsLaterMessagesForARevealWhereTheFileIsTheOnlySink) {
+  const test::TempFolder folder;
+  const std::string path = folder / "log";
+  const test::Result result = test::runInChild([&] {
+    keepEarlyLines();
+    logToFileAlone();
+    setFileToLogTo(fopen(path.c_str(), "w"));
+    logMessage("[Utils] before\n");
+    closeLoggedFile();
+    logMessage("[Utils] after\n");
+    closeLoggedFile();
+    revealKeptLines();
+  });
+  EXPECT_EQ((Lines{"[Utils] after", "[Utils] Closing logging file."}),
+            test::logLinesOf(result.err));
+  EXPECT_EQ((Lines{"[Utils] before", "[Utils] Closing logging file."}),
+            test::logLinesOf(test::readFile(path)));
+}
+
 namespace {
 
 class SetupFileLogging : public testing::Test {
