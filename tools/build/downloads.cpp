@@ -1,11 +1,18 @@
 #include "tools/build/downloads.h"
 
+#include <algorithm>
+
 #include "tools/system/texts.h"
 
 namespace tools {
 
+// Control characters are refused where the project is checked.
 std::string shownVersion(const Project& project) {
-  return project.displayVersion.empty() ? project.version : project.displayVersion;
+  std::string version = project.displayVersion.empty() ? project.version : project.displayVersion;
+  std::replace_if(
+      version.begin(), version.end(), [](char c) { return c == '/' || c == '\\' || c == ':'; },
+      '_');
+  return version;
 }
 
 DeliveryFormat deliveryFormatOf(const Target& target) {

@@ -23,7 +23,8 @@ constexpr BundleKind LAUNCHER_BUNDLE = {"launcher", "", "launcher", "-launcher"}
 constexpr BundleKind OFFLINE_INSTALLER = {"offline", ".installer", "extractor", ""};
 constexpr BundleKind ONLINE_INSTALLER = {"online", ".online-installer", "extractor", "-online"};
 
-// Returns the version in the names of downloads.
+// Returns the version in the names of downloads: that for users, with '_' for what a file name
+// cannot hold on every system, such as '/'.
 std::string shownVersion(const Project& project);
 
 // The system's own tools unpack this one and keep modes and links.

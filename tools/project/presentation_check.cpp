@@ -94,6 +94,14 @@ static std::string faultOfName(const std::string& name) {
              : faultOfShownText("display_name", name);
 }
 
+static std::string faultOfDisplayVersion(const std::string& version) {
+  constexpr size_t kLongest = 60;
+  return version.size() > kLongest
+             ? "display_version has " + std::to_string(version.size()) +
+                   " bytes; downloads are named after it, so it must have at most 60"
+             : faultOfShownText("display_version", version);
+}
+
 static bool consistsOf(const std::string& text, const char* further) {
   return std::all_of(text.begin(), text.end(), [further](unsigned char c) {
     return (c < 0x80 && isalnum(c) != 0) || (c != 0 && strchr(further, c) != nullptr);
@@ -200,8 +208,7 @@ std::string faultOfIcon(const std::string& path) {
 std::string faultOfPresentation(const Project& project) {
   const std::string iconFault = project.icon.empty() ? "" : faultOfIcon(project.icon);
   for (const std::string& fault :
-       {faultOfName(project.displayName),
-        faultOfShownText("display_version", project.displayVersion),
+       {faultOfName(project.displayName), faultOfDisplayVersion(project.displayVersion),
         faultOfShownText("copyright", project.copyright), faultOfCategory(project.category),
         faultOfSchemes(project.urlSchemes), faultOfDocumentTypes(project.documentTypes),
         iconFault.empty() ? "" : "icon is wrong: " + iconFault}) {

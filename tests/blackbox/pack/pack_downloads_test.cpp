@@ -95,6 +95,16 @@ TEST(PackDownloads, AreListedInTheIndexWithSizesAndDigests) {
   EXPECT_EQ(digests, indexField(project, "sha256"));
 }
 
+TEST(PackDownloads, AreNamedByTheVersionForUsersWithUnderscoresForWhatNoFileNameCanHold) {
+  test::SmallProject project;
+  project.replace("version = \"3\"", "version = \"3\"\ndisplay_version = \"1/../2\\\\3:4\"");
+  const test::Result result = project.buildDownloads({"--target", "macos-arm64"});
+  ASSERT_EQ(0, result.status) << result.err;
+  EXPECT_EQ((Texts{".quorvane-output", "Small App-1_.._2_3_4-macos-arm64-online.zip",
+                   "Small App-1_.._2_3_4-macos-arm64.zip", "index.json", "site"}),
+            test::namesIn(project / "dist"));
+}
+
 TEST(PackDownloads, AreVerifiedAsTheirBundlesAre) {
   const test::SmallProject project;
   ASSERT_EQ(0, project.buildDownloads().status);

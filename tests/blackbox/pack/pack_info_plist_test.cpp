@@ -99,6 +99,19 @@ TEST_F(PackInfoPlist, WithAVersionThatAppleDoesNotDocumentGetsAWarning) {
   }
 }
 
+TEST_F(PackInfoPlist, HasAVersionForUsersOfAtMostSixtyBytes) {
+  const std::string longest(60, '7');
+  addKeys("display_version = \"" + longest + "\"\n");
+  expectEntries("\"CFBundleShortVersionString\": \"" + longest + "\", ");
+  project_.replace(longest, longest + "7");
+  const test::Result result = project_.build();
+  EXPECT_EQ(1, result.status);
+  EXPECT_EQ(
+      "quorvane-pack: quorvane.toml: [application] display_version has 61 bytes; downloads are "
+      "named after it, so it must have at most 60\n",
+      result.err);
+}
+
 TEST_F(PackInfoPlist, KeepsAVersionOfEighteenDigits) {
   project_.replace("version = \"3\"", "version = \"123456789012345678\"");
   expectEntries("\"CFBundleVersion\": \"123456789012345678\", ");
