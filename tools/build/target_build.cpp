@@ -194,6 +194,7 @@ class TargetMaker {
     entry.target = targetText(build_.target);
     entry.kind = kind.name;
     entry.version = project_.version;
+    entry.displayVersion = project_.displayVersion;
     entry.size = static_cast<long long>(fs::file_size(path));
     entry.sha256 = digestOfFile(path);
     return entry;

@@ -105,6 +105,14 @@ TEST(PackDownloads, AreNamedByTheVersionForUsersWithUnderscoresForWhatNoFileName
             test::namesIn(project / "dist"));
 }
 
+TEST(PackDownloads, HaveTheVersionForUsersInTheIndexAsItIsWritten) {
+  test::SmallProject project;
+  project.replace("version = \"3\"", "version = \"3\"\ndisplay_version = \"1.4/2\"");
+  ASSERT_EQ(0, project.buildDownloads({"--target", "macos-arm64"}).status);
+  EXPECT_EQ("3\n3\n", indexField(project, "version"));
+  EXPECT_EQ("1.4/2\n1.4/2\n", indexField(project, "display_version"));
+}
+
 TEST(PackDownloads, AreVerifiedAsTheirBundlesAre) {
   const test::SmallProject project;
   ASSERT_EQ(0, project.buildDownloads().status);
