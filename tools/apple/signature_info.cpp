@@ -56,8 +56,9 @@ SignatureInfo parseSignatureInfo(const std::string& text) {
       certificates.push_back({valueOf(line, "subject"), "", false});
     } else if (!isInSigners && !certificates.empty() && !valueOf(line, "issuer").empty()) {
       certificates.back().issuer = valueOf(line, "issuer");
-    } else if (!isInSigners && valueOf(line, "chains_to_apple_root_ca") == "true") {
-      certificates.back().isFromApple = !certificates.empty();
+    } else if (!isInSigners && !certificates.empty() &&
+               valueOf(line, "chains_to_apple_root_ca") == "true") {
+      certificates.back().isFromApple = true;
     } else if (isInSigners) {
       issuer = issuer.empty() ? valueOf(line, "issuer") : issuer;
       info.isVerified = info.isVerified || valueOf(line, "signature_verifies") == "true";

@@ -179,6 +179,16 @@ std::string jarOf(const std::vector<std::string>& names) {
          number(start.size(), 4) + number(0, 2);
 }
 
+TEST(SignatureInfo, IgnoresAWordAboutAppleThatBelongsToNoCertificate) {
+  const tools::SignatureInfo info = tools::parseSignatureInfo(
+      "      signature:\n        cms:\n          certificates:\n"
+      "            chains_to_apple_root_ca: true\n"
+      "          - subject: CN=Example\n            issuer: CN=Middle\n"
+      "          signers:\n          - issuer: CN=Middle\n");
+  EXPECT_EQ("CN=Example", info.signer);
+  EXPECT_FALSE(info.isFromApple);
+}
+
 TEST(NativeLibrariesInAJar, AreFoundByName) {
   const test::TempFolder folder;
   test::writeFile(folder / "a.jar",
