@@ -5,6 +5,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+#include "tests/support/object_headers.h"
 #include "tests/support/temp_folder.h"
 
 // What a project's bundles say of themselves in Info.plist, as another program's parser reads it.
@@ -48,6 +49,27 @@ class PackInfoPlist : public testing::Test {
     EXPECT_NE(std::string::npos, json.find(entries)) << json << "without " << entries;
   }
 
+  void writeMacLibrary(const std::string& path, uint32_t oldestSystem) {
+    constexpr uint32_t kMacos = 1;
+    test::writeFile(project_ / path, test::machFile(test::MACH_X86_64, test::MACH_LIBRARY,
+                                                    {test::buildVersion(kMacos, oldestSystem)}));
+  }
+
+  // Builds for macOS, and expects that system in the Info.plist of each bundle.
+  void minimumSystemIs(const std::string& version) {
+    const test::Result built = project_.build({"--target", "macos-x86_64"});
+    EXPECT_EQ(0, built.status) << built.err;
+    for (const char* kind : {"offline", "online", "launcher"}) {
+      const test::Result checked =
+          checkPlist(project_ / (std::string("dist/bundles/macos-x86_64/") + kind +
+                                 "/Small App.app/Contents/Info.plist"),
+                     {});
+      EXPECT_NE(std::string::npos,
+                checked.out.find("\"LSMinimumSystemVersion\": \"" + version + "\""))
+          << kind << checked.out << checked.err;
+    }
+  }
+
   test::SmallProject project_;
   std::string err_;
 };
@@ -68,6 +90,19 @@ TEST_F(PackInfoPlist, OfAPlainProjectHasTheDefaults) {
       "\"CFBundleVersion\": \"3\", \"LSMinimumSystemVersion\": \"10.13\", "
       "\"NSHighResolutionCapable\": true, \"NSPrincipalClass\": \"NSApplication\"}\n",
       plistOf(kOfflineBundle));
+}
+
+TEST_F(PackInfoPlist, NamesTheSystemThatTheExecutablesNeed) {
+  minimumSystemIs("11.0");
+}
+
+TEST_F(PackInfoPlist, NamesTheSystemOfALibraryThatNeedsANewerOne) {
+  writeMacLibrary("runtime/lib/server/libjvm.dylib", 0x000d0200);
+  minimumSystemIs("13.2");
+  writeMacLibrary("runtime/lib/libolder.dylib", 0x000a0f00);
+  minimumSystemIs("13.2");
+  writeMacLibrary("app/natives/libnewer.dylib", 0x000e0000);
+  minimumSystemIs("14.0");
 }
 
 TEST_F(PackInfoPlist, HasADisplayNameWithAnyCharacters) {
