@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "tools/bundle/plist_reader.h"
 #include "tools/system/input_error.h"
 #include "tools/system/whole_file.h"
 
@@ -11,25 +12,26 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-static void replaceAll(std::string* text, const std::string& from, const std::string& to) {
-  for (size_t at = text->find(from); at != std::string::npos; at = text->find(from, at + 1)) {
-    text->replace(at, from.size(), to);
-  }
+std::string plistText(const std::string& plist, const std::string& key) {
+  PlistReader reader(plist);
+  std::string text;
+  reader.table(reader.start(), [&](const std::string& name, const PlistTag& value) {
+    if (name == key && value.name == "string") {
+      text = reader.text(value);
+    } else {
+      reader.skip(value);
+    }
+  });
+  return text;
 }
 
-std::string plistText(const std::string& plist, const std::string& key) {
-  const std::string start = "<string>";
-  const size_t found = plist.find("<key>" + key + "</key>");
-  const size_t open = found == std::string::npos ? found : plist.find(start, found);
-  const size_t close = open == std::string::npos ? open : plist.find("</string>", open);
-  if (close == std::string::npos) {
-    return "";
+static std::string executableNameIn(const std::string& plist) {
+  const std::string text = readWhole(plist);
+  try {
+    return plistText(text, "CFBundleExecutable");
+  } catch (const InputError& error) {
+    throw InputError(plist + " " + error.what() + "; it must be a property list in XML");
   }
-  std::string text = plist.substr(open + start.size(), close - open - start.size());
-  replaceAll(&text, "&lt;", "<");
-  replaceAll(&text, "&gt;", ">");
-  replaceAll(&text, "&amp;", "&");
-  return text;
 }
 
 std::string executableOfBundle(const std::string& bundle) {
@@ -38,7 +40,7 @@ std::string executableOfBundle(const std::string& bundle) {
   if (!fs::is_regular_file(plist, ignored)) {
     throw InputError(bundle + " is not an app bundle: Contents/Info.plist is missing");
   }
-  const std::string name = plistText(readWhole(plist), "CFBundleExecutable");
+  const std::string name = executableNameIn(plist);
   if (name.empty() || name.find('/') != std::string::npos) {
     throw InputError(plist + " names no executable: CFBundleExecutable is \"" + name + "\"");
   }

@@ -231,6 +231,15 @@ TEST_F(PackInfoPlist, TakesFurtherEntriesOfEveryKind) {
                 {"LSUIElement", "NSCameraUsageDescription", "Number", "Nested"});
 }
 
+TEST_F(PackInfoPlist, MayNameAnotherExecutableWithinAnEntry) {
+  addSection("[info_plist]\nAnother = {CFBundleExecutable = \"Other\"}\n");
+  const test::Result built = project_.build();
+  EXPECT_EQ(0, built.status) << built.err;
+  const test::Result result =
+      test::runPack(project_.path(), {"verify", test::bundleIn("dist", kOfflineBundle)});
+  EXPECT_EQ(0, result.status) << result.err;
+}
+
 TEST_F(PackInfoPlist, AllowsPlainHttpForTheOneServerOfAPlainUpdateUrl) {
   project_.replace("[installer]",
                    "[installer]\nupdate_url = \"http://User@Updates.example.org:80/x\"");

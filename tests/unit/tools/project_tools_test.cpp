@@ -13,6 +13,7 @@
 #include "tools/java/java_runtime.h"
 #include "tools/project/project_file.h"
 #include "tools/project/project_text.h"
+#include "tools/system/input_error.h"
 
 using Texts = std::vector<std::string>;
 
@@ -95,6 +96,39 @@ TEST(PlistText, IsWhatTheBundleWriterWrote) {
   EXPECT_EQ("A", tools::plistText(plist, "CFBundleDisplayName"));
   EXPECT_EQ("", tools::plistText(plist, "CFBundleIconFile"));
   EXPECT_EQ(tools::executableIn(bundle), tools::executableOfBundle(bundle.path));
+}
+
+TEST(PlistText, IsThatOfTheOutermostTableAlone) {
+  const std::string plist =
+      "<?xml version=\"1.0\"?>\n<!DOCTYPE plist>\n<!-- <key>CFBundleExecutable</key> -->\n"
+      "<plist version=\"1.0\"><dict><key>A</key><array><dict><key>CFBundleExecutable</key>"
+      "<string>inner</string></dict></array><key>B</key><string>CFBundleExecutable</string>"
+      "<key>CFBundleExecutable</key><string>outer</string></dict></plist>";
+  EXPECT_EQ("outer", tools::plistText(plist, "CFBundleExecutable"));
+}
+
+TEST(PlistText, IsEmptyForAValueOfAnotherKind) {
+  EXPECT_EQ("", tools::plistText("<plist><dict><key>A</key><true/><key>B</key><string>b</string>"
+                                 "</dict></plist>",
+                                 "A"));
+}
+
+TEST(ExecutableOfBundle, IsNoneWhereInfoPlistIsNoPropertyList) {
+  const test::TempFolder folder;
+  const std::string plist = folder / "A.app/Contents/Info.plist";
+  const std::pair<const char*, const char*> lists[] = {
+      {"bplist00", "breaks off"},
+      {"<plist><dict><key>CFBundleExecutable</key><string>A</string>", "breaks off"},
+      {"<html></html>", "is not a property list"},
+      {"<plist><array></array></plist>", "has <array> in place of <dict>"}};
+  for (const auto& [text, fault] : lists) {
+    test::writeFile(plist, text);
+    try {
+      ADD_FAILURE() << tools::executableOfBundle(folder / "A.app");
+    } catch (const tools::InputError& error) {
+      EXPECT_EQ(plist + " " + fault + "; it must be a property list in XML", error.what());
+    }
+  }
 }
 
 TEST(MadeIn, TakesNoPathOutsideOfTheFolder) {
