@@ -24,7 +24,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   try {
     const tools::JarFile jar(bytes, "the jar");
-    (void)jar.holdsLibraries();
+    (void)jar.libraries();
     (void)tools::manifestOf(jar);
   } catch (const tools::InputError& error) {
     const std::string text = error.what();

@@ -69,7 +69,7 @@ class Search {
       report_.mainJar = path;
       report_.manifest = manifest;
     }
-    if (jar.holdsLibraries()) {
+    if (!jar.libraries().empty()) {
       report_.jarsWithLibraries.push_back(path);
     }
     std::vector<std::string> more;

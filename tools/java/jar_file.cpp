@@ -1,6 +1,5 @@
 #include "tools/java/jar_file.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -113,11 +112,15 @@ void JarFile::readDirectory() {
   }
 }
 
-bool JarFile::holdsLibraries() const {
-  return std::any_of(entries_.begin(), entries_.end(), [](const auto& entry) {
-    const std::string path = lowerCase(entry.first);
-    return endsWith(path, ".so") || endsWith(path, ".dylib") || endsWith(path, ".jnilib");
-  });
+std::vector<std::string> JarFile::libraries() const {
+  std::vector<std::string> libraries;
+  for (const auto& [path, entry] : entries_) {
+    const std::string lower = lowerCase(path);
+    if (endsWith(lower, ".so") || endsWith(lower, ".dylib") || endsWith(lower, ".jnilib")) {
+      libraries.push_back(path);
+    }
+  }
+  return libraries;
 }
 
 std::string JarFile::unpack(const Entry& entry) const {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace tools {
 
@@ -16,8 +17,8 @@ class JarFile {
 
   [[nodiscard]] bool holds(const std::string& path) const { return entries_.count(path) > 0; }
 
-  // Whether it holds native libraries, by their extensions.
-  [[nodiscard]] bool holdsLibraries() const;
+  // The paths of the native libraries in it, by their extensions in any case, sorted.
+  [[nodiscard]] std::vector<std::string> libraries() const;
 
   // Returns the bytes of the file `path`, which it holds. Throws InputError, naming both, if they
   // are damaged, not compressed as jars are, or more than 16 MiB.

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/support/files.h"
+#include "tests/support/jar_bytes.h"
 #include "tests/support/temp_folder.h"
 #include "tools/apple/jar_libraries.h"
 #include "tools/apple/signature_info.h"
@@ -159,26 +160,6 @@ TEST(SignatureInfo, OfAnAdHocSignatureIsEmpty) {
   EXPECT_FALSE(info.isVerified);
 }
 
-std::string number(size_t value, int count) {
-  std::string bytes;
-  for (int i = 0; i < count; ++i) {
-    bytes += static_cast<char>(value >> (8 * i) & 0xFF);
-  }
-  return bytes;
-}
-
-// A jar's directory alone, which is where the names are looked up.
-std::string jarOf(const std::vector<std::string>& names) {
-  const std::string start = "the entries";
-  std::string directory;
-  for (const std::string& name : names) {
-    directory += "PK\x01\x02" + std::string(24, '\0') + number(name.size(), 2) + number(3, 2) +
-                 number(2, 2) + std::string(12, '\0') + name + "extra";
-  }
-  return start + directory + "PK\x05\x06" + std::string(8, '\0') + number(directory.size(), 4) +
-         number(start.size(), 4) + number(0, 2);
-}
-
 TEST(SignatureInfo, IgnoresAWordAboutAppleThatBelongsToNoCertificate) {
   const tools::SignatureInfo info = tools::parseSignatureInfo(
       "      signature:\n        cms:\n          certificates:\n"
@@ -191,15 +172,23 @@ TEST(SignatureInfo, IgnoresAWordAboutAppleThatBelongsToNoCertificate) {
 
 TEST(NativeLibrariesInAJar, AreFoundByName) {
   const test::TempFolder folder;
-  test::writeFile(folder / "a.jar",
-                  jarOf({"org/Main.class", "natives/b.dylib", "a.jnilib", "natives/c.so"}));
+  test::writeFile(folder / "a.jar", test::jarOf({{"org/Main.class", "x"},
+                                                 {"natives/b.dylib", "x"},
+                                                 {"a.jnilib", "x"},
+                                                 {"natives/c.so", "x"}}));
   EXPECT_EQ((std::vector<std::string>{"a.jnilib", "natives/b.dylib"}),
             tools::nativeLibrariesIn(folder / "a.jar"));
 }
 
+TEST(NativeLibrariesInAJar, AreFoundBehindAScriptAndInAnyCase) {
+  const test::TempFolder folder;
+  test::writeFile(folder / "a.jar", "#!/bin/sh\n" + test::jarOf({{"A.DYLIB", "x"}}));
+  EXPECT_EQ(std::vector<std::string>{"A.DYLIB"}, tools::nativeLibrariesIn(folder / "a.jar"));
+}
+
 TEST(NativeLibrariesInAJar, AreNoneInWhatIsNoJarOrBreaksOff) {
   const test::TempFolder folder;
-  const std::string whole = jarOf({"a.dylib"});
+  const std::string whole = test::jarOf({{"a.dylib", "x"}});
   for (size_t size = 0; size < whole.size(); ++size) {
     test::writeFile(folder / "a.jar", whole.substr(0, size));
     EXPECT_EQ(std::vector<std::string>{}, tools::nativeLibrariesIn(folder / "a.jar")) << size;
