@@ -1,8 +1,9 @@
 #include "tools/apple/apple_signing.h"
 
 #include <filesystem>
-#include <sstream>
+#include <utility>
 
+#include "tools/bundle/plist.h"
 #include "tools/keys/pem.h"
 #include "tools/system/whole_file.h"
 
@@ -80,40 +81,36 @@ static std::string faultOfNotary(const AppleSigning& signing) {
                               : "has timestamp = false, and only what has one can be notarised";
 }
 
+static PlistValue plistValueOf(const EntitlementValue& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    return plistString(*text);
+  }
+  if (const auto* texts = std::get_if<std::vector<std::string>>(&value)) {
+    return plistStrings(*texts);
+  }
+  return plistBoolean(std::get<bool>(value));
+}
+
+static std::string faultOfEntitlements(const AppleSigning& signing) {
+  for (const auto& [name, value] : signing.entitlements) {
+    const std::string ofName = faultOfPlistText(name);
+    const std::string fault = ofName.empty() ? faultOfPlist(plistValueOf(value)) : ofName;
+    if (!fault.empty()) {
+      return "entitlements: \"" + name + "\" " + fault;
+    }
+  }
+  return "";
+}
+
 std::string faultOf(const AppleSigning& signing) {
-  for (const auto& find : {faultOfFiles, faultOfCertificate, faultOfNotary, faultOfPem}) {
+  for (const auto& find :
+       {faultOfFiles, faultOfCertificate, faultOfNotary, faultOfPem, faultOfEntitlements}) {
     const std::string fault = find(signing);
     if (!fault.empty()) {
       return fault;
     }
   }
   return "";
-}
-
-static std::string escaped(const std::string& text) {
-  std::string xml;
-  for (const char c : text) {
-    xml += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
-  }
-  return xml;
-}
-
-static std::string stringText(const std::string& text) {
-  return "<string>" + escaped(text) + "</string>";
-}
-
-static std::string valueText(const EntitlementValue& value) {
-  if (const std::string* text = std::get_if<std::string>(&value)) {
-    return stringText(*text);
-  }
-  if (const auto* list = std::get_if<std::vector<std::string>>(&value)) {
-    std::string items;
-    for (const std::string& item : *list) {
-      items += stringText(item);
-    }
-    return "<array>" + items + "</array>";
-  }
-  return "<true/>";
 }
 
 std::string entitlementsText(const Entitlements& more) {
@@ -126,19 +123,14 @@ std::string entitlementsText(const Entitlements& more) {
   for (const auto& [name, value] : more) {
     all[name] = value;
   }
-  std::ostringstream text;
-  text << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-          "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-          "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-          "<plist version=\"1.0\">\n<dict>\n";
+  PlistTable table;
   for (const auto& [name, value] : all) {
     const bool* isOn = std::get_if<bool>(&value);
     if (isOn == nullptr || *isOn) {
-      text << "\t<key>" << escaped(name) << "</key>\n\t" << valueText(value) << "\n";
+      setEntry(&table, name, plistValueOf(value));
     }
   }
-  text << "</dict>\n</plist>\n";
-  return text.str();
+  return encodePlist(table);
 }
 
 }  // namespace tools

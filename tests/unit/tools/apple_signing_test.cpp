@@ -87,6 +87,18 @@ TEST_F(AppleSigningFaults, NamePemFilesThatCannotSign) {
   EXPECT_NE(std::string::npos, faultOf(signing).find("password")) << faultOf(signing);
 }
 
+TEST_F(AppleSigningFaults, NameAnEntitlementThatNoPropertyListHolds) {
+  signing.entitlements["org.example.list"] = std::vector<std::string>{"one", "\x01"};
+  EXPECT_EQ(
+      "entitlements: \"org.example.list\" has a control character, which a property list cannot "
+      "hold",
+      faultOf(signing));
+  signing.entitlements = {{"\xff", true}};
+  EXPECT_EQ("entitlements: \"\xff\" is not UTF-8", faultOf(signing));
+  signing.entitlements = {{"org.example.text", std::string("one\ntwo")}};
+  EXPECT_EQ("", faultOf(signing));
+}
+
 TEST(EntitlementsText, HasWhatAJvmNeedsAndNoMore) {
   EXPECT_EQ(
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -107,10 +119,10 @@ TEST(EntitlementsText, TakesMoreOfThemAndLeavesOutWhatIsFalse) {
                                {"name", std::string("a < b & c")},
                                {"list", std::vector<std::string>{"one", "two"}}});
   EXPECT_EQ(std::string::npos, text.find("disable-library-validation"));
-  for (const char* part :
-       {"<key>com.apple.security.device.camera</key>\n\t<true/>",
-        "<key>name</key>\n\t<string>a &lt; b &amp; c</string>",
-        "<key>list</key>\n\t<array><string>one</string><string>two</string></array>"}) {
+  for (const char* part : {"<key>com.apple.security.device.camera</key>\n\t<true/>",
+                           "<key>name</key>\n\t<string>a &lt; b &amp; c</string>",
+                           "<key>list</key>\n\t<array>\n\t\t<string>one</string>\n\t\t<string>two</"
+                           "string>\n\t</array>"}) {
     EXPECT_NE(std::string::npos, text.find(part)) << part;
   }
 }
