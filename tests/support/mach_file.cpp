@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "tools/apple/sha256_digest.h"
+#include "tools/system/sha256_digest.h"
 
 namespace test {
 

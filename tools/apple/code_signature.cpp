@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "tools/apple/sha256_digest.h"
+#include "tools/system/sha256_digest.h"
 #include "tools/system/whole_file.h"
 
 namespace tools {

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "tools/apple/sealed_files.h"
-#include "tools/apple/sha256_digest.h"
+#include "tools/system/sha256_digest.h"
 #include "tools/system/texts.h"
 #include "tools/system/whole_file.h"
 

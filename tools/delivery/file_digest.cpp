@@ -6,10 +6,11 @@
 #include <memory>
 #include <set>
 
-#include "platform/sha256.h"
 #include "tools/system/folder_tree.h"
+#include "tools/system/hex_digits.h"
 #include "tools/system/input_error.h"
 #include "tools/system/interruption.h"
+#include "tools/system/sha256_digest.h"
 #include "tools/system/whole_file.h"
 
 namespace fs = std::filesystem;
@@ -18,41 +19,14 @@ namespace tools {
 
 static const size_t kChunk = 256 * 1024;
 
-namespace {
-
-class Digest {
- public:
-  Digest() { startSystemSha256(state_); }
-  void add(const void* data, size_t size) {
-    updateSystemSha256(state_, static_cast<const unsigned char*>(data), size);
-  }
-  std::string finish() {
-    unsigned char digest[SYSTEM_SHA256_DIGEST_SIZE];
-    finishSystemSha256(state_, digest);
-    std::string text;
-    for (const unsigned char byte : digest) {
-      text += "0123456789abcdef"[byte >> 4];
-      text += "0123456789abcdef"[byte & 15];
-    }
-    return text;
-  }
-
- private:
-  alignas(8) unsigned char state_[SYSTEM_SHA256_STATE_SIZE];
-};
-
-}  // namespace
-
 std::string digestOfText(const std::string& text) {
-  Digest digest;
-  digest.add(text.data(), text.size());
-  return digest.finish();
+  return hexOf(sha256Of(text.data(), text.size()));
 }
 
 std::string digestOfFile(const std::string& path) {
   const Stream input = openInput(path);
   const auto chunk = std::make_unique<char[]>(kChunk);
-  Digest digest;
+  Sha256 digest;
   while (const size_t count = fread(chunk.get(), 1, kChunk, input.get())) {
     stopWhenInterrupted();
     digest.add(chunk.get(), count);
@@ -60,7 +34,7 @@ std::string digestOfFile(const std::string& path) {
   if (ferror(input.get()) != 0) {
     throw InputError(path + " cannot be read to its end");
   }
-  return digest.finish();
+  return hexOf(digest.finish());
 }
 
 // One item of a folder in an unambiguous form: kind, mode, content, path.

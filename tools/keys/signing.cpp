@@ -5,9 +5,9 @@
 
 #include "crypto/mixed_hash.h"
 #include "crypto/tomcrypt.h"
-#include "support/encoding/hex.h"
 #include "tools/keys/key_file.h"
 #include "tools/keys/pem.h"
+#include "tools/system/hex_digits.h"
 #include "tools/system/input_error.h"
 
 namespace tools {
@@ -110,13 +110,6 @@ static std::string exported(Rsa_key* key, int type) {
 
 std::string SigningKey::publicKeyDer() const {
   return exported(key_.get(), PK_PUBLIC | PK_STD);
-}
-
-static std::string hexOf(const std::string& bytes) {
-  std::string hex(2 * bytes.size() + 1, '\0');
-  bytesToHex(hex.data(), bytesOf(bytes), static_cast<int>(bytes.size()));
-  hex.pop_back();
-  return hex;
 }
 
 std::string SigningKey::publicKeyHex() const {

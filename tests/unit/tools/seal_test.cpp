@@ -9,8 +9,8 @@
 #include "tests/support/mach_file.h"
 #include "tests/support/temp_folder.h"
 #include "tools/apple/sealed_files.h"
-#include "tools/apple/sha256_digest.h"
 #include "tools/system/input_error.h"
+#include "tools/system/sha256_digest.h"
 
 namespace fs = std::filesystem;
 
