@@ -91,22 +91,32 @@ static void sayResults(const BuildOptions& options, const OutputFolder& output,
   say("index", INDEX_NAME);
 }
 
-// Throws InputError if something of a target cannot be packed. Returns what the programs and
-// libraries of each are for.
-static std::vector<TargetFit> checkTargets(const BuildOptions& options,
-                                           const std::vector<TargetBuild>& builds,
-                                           const SigningKey* key,
-                                           std::vector<std::string>* remarks) {
-  std::vector<TargetFit> fits;
+namespace {
+
+// What the checks of a target find.
+struct CheckedTarget {
+  CheckedTarget(const Project& project, const std::string& updaterJar)
+      : components(project, updaterJar) {}
+
+  Components components;
+  TargetFit fit;  // what its programs and libraries are for
+};
+
+}  // namespace
+
+// Throws InputError if something of a target cannot be packed.
+static std::list<CheckedTarget> checkTargets(const BuildOptions& options,
+                                             const std::vector<TargetBuild>& builds,
+                                             const SigningKey* key) {
+  std::list<CheckedTarget> targets;
   for (const TargetBuild& build : builds) {
     requireApart(options, build.project);
-    // The same for all targets.
-    *remarks = Components(build.project, options.files.updaterJar).remarks();
-    fits.push_back(fitOfProject(build.project, build.executables,
-                                build.isNamed ? std::optional(build.target) : std::nullopt));
+    CheckedTarget& target = targets.emplace_back(build.project, options.files.updaterJar);
+    target.fit = fitOfProject(build.project, build.executables,
+                              build.isNamed ? std::optional(build.target) : std::nullopt);
     requireEncodable(build, key);
   }
-  return fits;
+  return targets;
 }
 
 void runBuild(const BuildOptions& options) {
@@ -121,8 +131,9 @@ void runBuild(const BuildOptions& options) {
   const std::optional<SigningKey> key = keyOf(project);
   const SigningKey* signer = key ? &*key : nullptr;
   warnOfOpenSecrets(project.apple);
-  std::vector<std::string> remarks;
-  std::vector<TargetFit> fits = checkTargets(options, builds, signer, &remarks);
+  std::list<CheckedTarget> targets = checkTargets(options, builds, signer);
+  // The same for all targets.
+  std::vector<std::string> remarks = targets.back().components.remarks();
   const Appearance appearance = appearanceOf(project);
   OutputFolder output(options.output);
   std::string prefix;
@@ -130,19 +141,20 @@ void runBuild(const BuildOptions& options) {
   BuildCache cache(options.avoidsCache ? "" : userCacheFolder());
   RuntimeMaker maker({step, [&](const std::string& what) { progress.detail(what); }}, &cache);
   std::vector<IndexEntry> entries;
-  for (size_t i = 0; i < builds.size(); ++i) {
-    const TargetBuild& build = builds[i];
+  for (const TargetBuild& build : builds) {
+    CheckedTarget& target = targets.front();
     prefix = builds.size() > 1 ? targetText(build.target) + ": " : "";
     const TemporaryFolder work;
     const Runtime runtime = maker.runtimeOf(build.project);
-    requireRuntime(&fits[i], runtime.home, runtime.shown);
-    progress.detail("everything is for " + fits[i].text());
+    requireRuntime(&target.fit, runtime.home, runtime.shown);
+    progress.detail("everything is for " + target.fit.text());
     const std::vector<IndexEntry> made =
         makeTarget(build, runtime,
-                   {options, signer, appearance, fits[i].minimumSystem(), output, work.path(),
-                    &cache, &signings.front(), step});
+                   {options, signer, appearance, target.components, target.fit.minimumSystem(),
+                    output, work.path(), &cache, &signings.front(), step});
     addNotes(signings.front(), &remarks);
     signings.pop_front();  // with its copies of signed code
+    targets.pop_front();
     entries.insert(entries.end(), made.begin(), made.end());
   }
   writeWhole(output / INDEX_NAME, encodeIndex(project.name, entries));

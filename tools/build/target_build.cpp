@@ -5,7 +5,6 @@
 #include "tools/bundle/installer_writer.h"
 #include "tools/delivery/file_digest.h"
 #include "tools/formats/update_site.h"
-#include "tools/project/components.h"
 #include "tools/project/presentation_check.h"
 #include "tools/system/input_error.h"
 
@@ -73,7 +72,7 @@ class TargetMaker {
         project_(build.project),
         runtime_(runtime),
         around_(surroundings),
-        components_(build.project, surroundings.options.files.updaterJar) {}
+        components_(surroundings.components) {}
 
   std::vector<IndexEntry> run() {
     signParts();
@@ -204,7 +203,7 @@ class TargetMaker {
   const Project& project_;
   Runtime runtime_;
   const BuildSurroundings& around_;
-  Components components_;
+  const Components& components_;
   // What is packed, with signed code.
   ArchiveContent application_;
   ArchiveContent updater_;

@@ -15,15 +15,17 @@
 #include "tools/keys/signing.h"
 #include "tools/objects/target_fit.h"
 #include "tools/project/appearance.h"
+#include "tools/project/components.h"
 
 namespace tools {
 
-// What all targets of one build share.
+// What the parts of one target are made with; most of it is the same for all targets of a build.
 struct BuildSurroundings {
   const BuildOptions& options;
   const SigningKey* key;  // null without signatures
   const Appearance& appearance;
-  SystemVersion minimumSystem;  // the oldest macOS that has what all files of the target need
+  const Components& components;  // of the target
+  SystemVersion minimumSystem;   // the oldest macOS that has what all files of the target need
   OutputFolder& output;
   std::string work;  // a folder for what is not kept
   BuildCache* cache;
