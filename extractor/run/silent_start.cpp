@@ -67,10 +67,15 @@ static Block<char> readSilentParameter(const Stream& tail) {
   return readField(tail, TAIL_FIELDS[TAIL_SILENT_PARAMETER].limit);
 }
 
+// The folder of the executable at `path`, which may be relative.
+static Block<char> folderOf(char* path) {
+  char* absolutePath = getAbsoluteExePath(path);
+  const Block<char> ownPath(absolutePath == path ? nullptr : absolutePath);
+  return Block<char>(getAbsoluteExeDir(absolutePath));
+}
+
 bool willBeSilent(char* executablePath, int argumentCount, char* const* arguments) {
-  char* absolutePath = getAbsoluteExePath(executablePath);
-  const Block<char> ownPath(absolutePath == executablePath ? nullptr : absolutePath);
-  const Block<char> executableDir(getAbsoluteExeDir(absolutePath));
+  const Block<char> executableDir = folderOf(executablePath);
   if (isTrueInParams(executableDir.get(), "show_no_ui")) {
     return true;
   }
@@ -79,8 +84,5 @@ bool willBeSilent(char* executablePath, int argumentCount, char* const* argument
 }
 
 bool isForConsole(char* executablePath) {
-  char* absolutePath = getAbsoluteExePath(executablePath);
-  const Block<char> ownPath(absolutePath == executablePath ? nullptr : absolutePath);
-  const Block<char> executableDir(getAbsoluteExeDir(absolutePath));
-  return isTrueInParams(executableDir.get(), "console");
+  return isTrueInParams(folderOf(executablePath).get(), "console");
 }
