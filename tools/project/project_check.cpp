@@ -12,8 +12,8 @@
 #include "tools/project/components.h"
 #include "tools/project/presentation_check.h"
 #include "tools/project/project_file.h"
+#include "tools/project/section_check.h"
 #include "tools/system/ascii_case.h"
-#include "tools/system/input_error.h"
 
 namespace fs = std::filesystem;
 
@@ -21,10 +21,10 @@ namespace tools {
 
 namespace {
 
-// Checks a project key by key; every message begins with the file, the section and the key.
-class ProjectCheck {
+// Checks a project section by section, and what its keys say of each other.
+class ProjectCheck : private SectionCheck {
  public:
-  explicit ProjectCheck(const Project& project) : project_(project) {}
+  explicit ProjectCheck(const Project& project) : SectionCheck(project), project_(project) {}
 
   void run() const {
     checkNames();
@@ -66,77 +66,6 @@ class ProjectCheck {
   }
 
  private:
-  // `what` begins with the key if it is about one; the name of an option may replace that.
-  [[noreturn]] void fail(const char* section, const std::string& what) const {
-    const size_t keyLength = what.find(' ');
-    const auto option =
-        project_.givenBy.find(std::string(section) + "." + what.substr(0, keyLength));
-    throw InputError(option == project_.givenBy.end()
-                         ? project_.file + ": [" + section + "] " + what
-                         : option->second + what.substr(keyLength));
-  }
-
-  void requireNoFault(const char* section, const std::string& fault) const {
-    if (!fault.empty()) {
-      fail(section, fault);
-    }
-  }
-
-  void require(const char* section, const char* key, const std::string& value,
-               const char* example) const {
-    if (value.empty()) {
-      fail(section,
-           std::string("needs the key '") + key + "', for example " + key + " = " + example);
-    }
-  }
-
-  // A name is used as a file name, as part of a folder name and as a text of Info.plist.
-  void requireName(const char* section, const std::string& name) const {
-    const bool isPlain = std::none_of(name.begin(), name.end(), [](unsigned char c) {
-      return c == '/' || c == '-' || c == ':' || c == '\\' || iscntrl(c) != 0;
-    });
-    if (!isPlain || name[0] == '.' || name[0] == ' ' || name.back() == ' ' ||
-        name.size() > kLongestName) {
-      fail(section,
-           "name is \"" + name +
-               "\"; folders are named after it, so it must have at most 60 bytes, no '/', '-', "
-               "':', '\\' or control character, no '.' or blank at its start and no blank "
-               "at its end");
-    }
-  }
-
-  void requireNumber(const char* section, const std::string& value) const {
-    constexpr size_t kMostDigits = 18;
-    if (value.size() > kMostDigits || value.find_first_not_of("0123456789") != std::string::npos) {
-      fail(section, "version is \"" + value +
-                        "\"; versions are compared as whole numbers, so use up to 18 digits");
-    }
-    if (value.size() > 1 && value[0] == '0') {
-      fail(section, "version is \"" + value +
-                        "\"; a whole number has no leading zero, and updates with one are refused");
-    }
-  }
-
-  // A text is read up to a zero byte, and up to a length.
-  void requireText(const char* section, const char* key, const std::string& value,
-                   int limit = TAIL_FIELD_LIMIT) const {
-    const size_t longest = static_cast<size_t>(limit) - 2;
-    if (value.find('\0') != std::string::npos) {
-      fail(section, std::string(key) + " contains a zero byte, which ends a text; remove it");
-    }
-    if (value.size() > longest) {
-      fail(section, std::string(key) + " has a text of " + std::to_string(value.size()) +
-                        " bytes; at most " + std::to_string(longest) + " are read");
-    }
-  }
-
-  void requireTexts(const char* section, const char* key,
-                    const std::vector<std::string>& values) const {
-    for (const std::string& value : values) {
-      requireText(section, key, value);
-    }
-  }
-
   void checkVersions() const {
     require("application", "version", project_.version, "\"1\"");
     requireNumber("application", project_.version);
@@ -153,18 +82,6 @@ class ProjectCheck {
       if (!known.insert(target).second) {
         fail("application", "targets has \"" + target + "\" twice; remove one");
       }
-    }
-  }
-
-  void requireFile(const char* section, const char* key, const std::string& path) const {
-    if (!path.empty() && !fs::is_regular_file(path)) {
-      fail(section, std::string(key) + " names " + path + ", which is not an existing file");
-    }
-  }
-
-  void requireFolder(const char* section, const char* key, const std::string& path) const {
-    if (!path.empty() && !fs::is_directory(path)) {
-      fail(section, std::string(key) + " names " + path + ", which is not an existing folder");
     }
   }
 
@@ -397,8 +314,6 @@ class ProjectCheck {
       }
     }
   }
-
-  static constexpr size_t kLongestName = 60;
 
   const Project& project_;
 };
