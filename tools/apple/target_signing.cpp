@@ -73,8 +73,28 @@ static void linkOrCopy(const std::string& from, const fs::path& to) {
   }
 }
 
-std::string TargetSigning::stage(const std::string& folder, bool isRuntime) {
+// A framework that is signed as a bundle needs its links, and archives hold copies instead.
+void TargetSigning::noteFrameworks(const std::set<std::string>& signedFiles,
+                                   const std::string& what) {
+  const std::string extension = ".framework";
+  std::set<std::string> frameworks;
+  for (const std::string& path : signedFiles) {
+    const size_t at = path.find(extension + "/");
+    if (at != std::string::npos) {
+      frameworks.insert(path.substr(0, at + extension.size()));
+    }
+  }
+  for (const std::string& framework : frameworks) {
+    notes_.push_back(what + ": " + framework +
+                     " is signed file by file and not as a bundle, so that nothing seals its "
+                     "resources");
+  }
+}
+
+std::string TargetSigning::stage(const std::string& folder, bool isRuntime,
+                                 const std::string& what) {
   std::string staged = folder;
+  std::set<std::string> signedFiles;
   const FolderTree tree = listFolder(folder);
   for (const auto& [path, item] : tree) {
     if (item.isFolder || !isNeeded(item.source)) {
@@ -91,10 +111,12 @@ std::string TargetSigning::stage(const std::string& folder, bool isRuntime) {
         }
       }
     }
+    signedFiles.insert(path);
     const fs::path place = fs::path(staged) / path;
     fs::remove(place);
     fs::rename(signedCopy(item.source, roleOf(item.source, isRuntime)), place);
   }
+  noteFrameworks(signedFiles, what);
   return staged;
 }
 
@@ -120,7 +142,7 @@ ArchiveContent TargetSigning::content(const ArchiveContent& content, const char*
         noteJar(item.source, what);
       }
     }
-    result.folder = stage(content.folder, false);
+    result.folder = stage(content.folder, false, what);
   }
   for (auto& [path, source] : result.files) {
     if (endsWith(path, ".jar")) {
@@ -132,7 +154,7 @@ ArchiveContent TargetSigning::content(const ArchiveContent& content, const char*
 }
 
 std::string TargetSigning::runtime(const std::string& home) {
-  return isForMac_ ? stage(home, true) : home;
+  return isForMac_ ? stage(home, true, "runtime") : home;
 }
 
 std::string TargetSigning::program(const std::string& path) {

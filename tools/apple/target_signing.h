@@ -2,6 +2,7 @@
 #define QUORVANE_TOOLS_APPLE_TARGET_SIGNING_H
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -51,8 +52,9 @@ class TargetSigning {
   bool isNeeded(const std::string& path) const;
   std::string signedCopy(const std::string& path, CodeRole role);
   // A folder with the files of `folder`, and signed copies of its code.
-  std::string stage(const std::string& folder, bool isRuntime);
+  std::string stage(const std::string& folder, bool isRuntime, const std::string& what);
   void noteJar(const std::string& path, const std::string& what);
+  void noteFrameworks(const std::set<std::string>& signedFiles, const std::string& what);
 
   const bool isForMac_;
   std::optional<Signer> signer_;
