@@ -1,7 +1,9 @@
 #include "support/log/logging.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include <fcntl.h>
@@ -45,73 +47,88 @@ class FileGuard {
 static std::string* earlyLines = nullptr;
 static unsigned long lost = 0;
 
-__attribute__((format(printf, 3, 0))) static void writePrefixed(FILE* sink, uint64_t elapsed,
-                                                                const char* format,
-                                                                va_list arguments) {
-  fprintf(sink, "+%-8llu ", static_cast<unsigned long long>(elapsed));
-  vfprintf(sink, format, arguments);
+namespace {
+
+// A message behind its prefix, formatted once for all sinks. `longer` has it if `own` is too small.
+struct Line {
+  char own[2048];
+  Block<char> longer;
+  const char* bytes;
+  size_t prefix;
+  size_t size;
+};
+
+}  // namespace
+
+// Returns whether the message could be formatted. One for which there is no memory is cut.
+__attribute__((format(printf, 3, 0))) static bool formatLine(Line* line, uint64_t elapsed,
+                                                             const char* format,
+                                                             va_list arguments) {
+  line->prefix = static_cast<size_t>(
+      snprintf(line->own, sizeof line->own, "+%-8llu ", static_cast<unsigned long long>(elapsed)));
+  const size_t room = sizeof line->own - line->prefix;
+  va_list copy;
+  va_copy(copy, arguments);
+  const int length = vsnprintf(line->own + line->prefix, room, format, copy);
+  va_end(copy);
+  if (length < 0) {
+    return false;
+  }
+  line->bytes = line->own;
+  line->size = line->prefix + std::min(static_cast<size_t>(length), room - 1);
+  if (static_cast<size_t>(length) < room) {
+    return true;
+  }
+  const size_t size = line->prefix + static_cast<size_t>(length);
+  line->longer.reset(static_cast<char*>(malloc(size + 1)));
+  if (line->longer != nullptr) {
+    memcpy(line->longer.get(), line->own, line->prefix);
+    vsnprintf(line->longer.get() + line->prefix, size + 1 - line->prefix, format, arguments);
+    line->bytes = line->longer.get();
+    line->size = size;
+  }
+  return true;
 }
 
-__attribute__((format(printf, 2, 0))) static void keepEarlyLine(uint64_t elapsed,
-                                                                const char* format,
-                                                                va_list arguments) {
-  char* text = nullptr;
-  if (vasprintf(&text, format, arguments) < 0) {
-    return;
-  }
-  char prefix[32];
-  snprintf(prefix, sizeof prefix, "+%-8llu ", static_cast<unsigned long long>(elapsed));
-  const std::string line = std::string(prefix) + text;
-  free(text);
-  if (line.size() <= kEarlyLimit - earlyLines->size()) {
-    *earlyLines += line;
+static void keepEarlyLine(const Line& line) {
+  if (line.size <= kEarlyLimit - earlyLines->size()) {
+    earlyLines->append(line.bytes, line.size);
   } else {
     ++lost;
   }
 }
 
-__attribute__((format(printf, 2, 0))) static void writeToFile(uint64_t elapsed, const char* format,
-                                                              va_list arguments) {
-  const FileGuard guard;
-  if (fileToLogTo != nullptr) {
-    writePrefixed(fileToLogTo, elapsed, format, arguments);
-    fflush(fileToLogTo);
-  } else if (earlyLines != nullptr) {
-    keepEarlyLine(elapsed, format, arguments);
-  }
+// One write, because the stream's buffer is empty: every line before was flushed too.
+static void writeLine(FILE* sink, const Line& line) {
+  fwrite(line.bytes, 1, line.size, sink);
+  fflush(sink);
 }
 
-__attribute__((format(printf, 1, 0))) static void writeToSystemLog(const char* format,
-                                                                   va_list arguments) {
-  char* text = nullptr;
-  if (vasprintf(&text, format, arguments) < 0) {
-    return;
+static void writeToFile(const Line& line) {
+  const FileGuard guard;
+  if (fileToLogTo != nullptr) {
+    writeLine(fileToLogTo, line);
+  } else if (earlyLines != nullptr) {
+    keepEarlyLine(line);
   }
-  writeSystemLog(text);
-  free(text);
 }
 
 __attribute__((format(printf, 1, 0))) static void logArguments(const char* format,
                                                                va_list arguments) {
   const uint64_t now = systemTimeMillis();
-  const uint64_t elapsed = lastTimestamp == 0 ? 0 : now - lastTimestamp;
-  va_list copy;
-  va_copy(copy, arguments);
-  writeToFile(elapsed, format, copy);
-  va_end(copy);
-  if (isFileAlone) {
-    lastTimestamp = systemTimeMillis();
+  Line line;
+  if (!formatLine(&line, lastTimestamp == 0 ? 0 : now - lastTimestamp, format, arguments)) {
     return;
   }
-  va_copy(copy, arguments);
-  writePrefixed(stdout, elapsed, format, copy);
-  va_end(copy);
-  fflush(stdout);
-  fflush(stderr);
+  writeToFile(line);
+  if (!isFileAlone) {
+    writeLine(stdout, line);
+    fflush(stderr);
+  }
   lastTimestamp = systemTimeMillis();
-  va_copy(copy, arguments);
-  writeToSystemLog(format, copy);
-  va_end(copy);
+  if (!isFileAlone) {
+    writeSystemLog(line.bytes + line.prefix);
+  }
 }
 
 void logMessage(const char* format, ...) {

@@ -34,7 +34,7 @@ static std::vector<size_t>* written = nullptr;
 
 // Takes the place of the C library's function in this executable.
 extern "C" size_t fwrite(const void* bytes, size_t size, size_t count, FILE* file) {
-  if (written != nullptr) {
+  if (written != nullptr && file != stdout) {  // where the log's lines go
     written->push_back(size * count);
   }
   return test::realFwrite(bytes, size, count, file);
