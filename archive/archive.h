@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "archive/ready_data.h"
 #include "archive/trust.h"
 
 // Extraction of archives: a flat sequence of entry records, each a file or a folder, closed by a
@@ -36,6 +37,13 @@ int extractArchive(const char* unpack200Exe, const char* archivePath, const char
 int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200Exe,
                                      const char* destDir, FILE* stream, long* signedLength,
                                      char** signatureHex, Trust trust);
+
+// Reads one record as extractArchiveFileCheckSignature() does, and logs the same lines. If it is an
+// LZMA entry of the length that `ready` names, its data are not copied and decompressed: the file
+// `ready.data` takes their place. A signature record's text is discarded.
+int extractArchiveFileFromReadyData(const char* lzmaExe, const char* unpack200Exe,
+                                    const char* destDir, FILE* stream, const ReadyData& ready,
+                                    Trust trust);
 
 // Reads one record as extractArchiveFileCheckSignature() does and discards the content of a
 // signature record.

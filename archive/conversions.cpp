@@ -1,5 +1,8 @@
 #include "archive/conversions.h"
 
+#include <fcntl.h>
+
+#include <cstdio>
 #include <cstring>
 #include <initializer_list>
 
@@ -61,7 +64,30 @@ void unpackPack200(const char* unpack200Exe, Entry* entry, const Descriptor& fol
   setPath(entry->target, entry->plain);
 }
 
-void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder) {
+bool isLzmaEntry(const Entry& entry) {
+  return entry.type != PACK200_ENTRY && endsWith(entry.target, ".l2");
+}
+
+// The tool's end is logged here as if it had run now. Where the file cannot be moved, the tool runs
+// again.
+static int takeReadyData(const char* output, const Entry& entry, const Descriptor& folder,
+                         const char* lzmaExe, const ReadyData& ready) {
+  const char* name = pathToFile(output);
+  refuseLink(folder, name, entry.path.get());
+  removeFile(folder, name);
+  if (renameat(AT_FDCWD, ready.data, folder.get(), name) != 0) {
+    return runToolFor(output, entry, folder, lzmaExe, {"d", ready.compressed, output});
+  }
+  const OwnedSpawner spawner(createSpawner());
+  setSpawnerExe(spawner.get(), lzmaExe);
+  for (const char* argument : {"d", static_cast<const char*>(entry.target), output}) {
+    addSpawnerArg(spawner.get(), argument);
+  }
+  return logEarlierRun(ready.child, ready.status).status;
+}
+
+void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder,
+                    const ReadyData* ready) {
   if (strlen(entry->target) < kShortestWithSuffix) {
     logMessage("\t[ExtractArchiveFile] Path to file too short to check for LZMA\n");
     return;
@@ -74,7 +100,9 @@ void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder)
   setPath(output, entry->target);
   output[strlen(output) - strlen(".l2")] = 0;
   logMessage("\t[ExtractArchiveFile] Created outpath %s and spawning\n", output);
-  const int status = runToolFor(output, *entry, folder, lzmaExe, {"d", entry->target, output});
+  const int status =
+      ready != nullptr ? takeReadyData(output, *entry, folder, lzmaExe, *ready)
+                       : runToolFor(output, *entry, folder, lzmaExe, {"d", entry->target, output});
   removeFile(folder, pathToFile(entry->target));
   if (!holds(folder, pathToFile(output))) {
     logMessage("\t[ExtractArchiveFile] ERROR: %s could not be decompressed\n", entry->target);

@@ -3,6 +3,7 @@
 
 #include "archive/destination.h"
 #include "archive/entry.h"
+#include "archive/ready_data.h"
 #include "archive/trust.h"
 #include "support/owned.h"
 
@@ -17,8 +18,14 @@ void unpackPack200(const char* unpack200Exe, Entry* entry, const Descriptor& fol
 
 // Decompresses a target that ends in ".l2" with the tool `lzmaExe` to the same path without that
 // suffix, deletes the compressed file, and makes the output the target. Other targets are left
-// alone. Ends the process with status 1, after a logged line, if nothing was decompressed.
-void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder);
+// alone. Ends the process with status 1, after a logged line, if nothing was decompressed. Unless
+// `ready` is null the tool has already run, and what it made is moved into place; if that fails,
+// the tool runs again.
+void decompressLzma(const char* lzmaExe, Entry* entry, const Descriptor& folder,
+                    const ReadyData* ready);
+
+// Whether decompressLzma() decompresses the entry.
+[[nodiscard]] bool isLzmaEntry(const Entry& entry);
 
 // Extracts a target that ends in ".p2" as a separate archive, with its own signature, into
 // `destination`, and deletes it. Other targets are left alone. Nested archives inside it stay as

@@ -64,7 +64,15 @@ static void copyData(FILE* stream, const Entry& entry, long length, int file) {
   }
 }
 
-void writeEntryData(FILE* stream, const Entry& entry, long length, const Descriptor& folder) {
+// Where the data end before their length, the next record is missing, which is noticed there.
+static void skipData(FILE* stream, const Entry& entry, long length) {
+  if (fseeko(stream, length, SEEK_CUR) != 0) {
+    failToRead(entry, 0, length);
+  }
+}
+
+void writeEntryData(FILE* stream, const Entry& entry, long length, const Descriptor& folder,
+                    EntryData data) {
   if (length < 0 || length > kLongestEntry) {
     refuseEntry(entry.path.get(), "length is impossible");
   }
@@ -77,7 +85,11 @@ void writeEntryData(FILE* stream, const Entry& entry, long length, const Descrip
   if (!file.isOpen()) {
     failToOpen(entry, length, error);
   }
-  copyData(stream, entry, length, file.get());
+  if (data == EntryData::Copied) {
+    copyData(stream, entry, length, file.get());
+  } else {
+    skipData(stream, entry, length);
+  }
   chmodR755(file.get(), entry.target);
   if (close(file.release()) != 0) {
     failToWrite(errno);

@@ -34,7 +34,8 @@ static void requireWhole(FILE* stream) {
 }
 
 int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* destination,
-                  FILE* stream, long* signedLength, char** signatureHex, Trust trust) {
+                  FILE* stream, long* signedLength, char** signatureHex, Trust trust,
+                  const ReadyData* ready) {
   if (*signedLength != kNoSignatureYet) {
     return kEndOfArchive;
   }
@@ -62,12 +63,16 @@ int extractRecord(const char* lzmaExe, const char* unpack200Exe, Destination* de
     return kEndOfArchive;
   }
   requireWhole(stream);
-  writeEntryData(stream, entry, length, folder);
+  if (ready != nullptr && !(ready->length == length && isLzmaEntry(entry))) {
+    ready = nullptr;
+  }
+  writeEntryData(stream, entry, length, folder,
+                 ready == nullptr ? EntryData::Copied : EntryData::Skipped);
   if (entry.type == PACK200_ENTRY) {
     unpackPack200(unpack200Exe, &entry, folder);
   }
   if (lzmaExe != nullptr) {
-    decompressLzma(lzmaExe, &entry, folder);
+    decompressLzma(lzmaExe, &entry, folder, ready);
     extractNestedArchive(unpack200Exe, entry, folder, destination, trust);
   }
   return kNextRecord;
@@ -79,6 +84,15 @@ int extractArchiveFileCheckSignature(const char* lzmaExe, const char* unpack200E
   Destination destination = openDestination(destDir);
   return extractRecord(lzmaExe, unpack200Exe, &destination, stream, signedLength, signatureHex,
                        trust);
+}
+
+int extractArchiveFileFromReadyData(const char* lzmaExe, const char* unpack200Exe,
+                                    const char* destDir, FILE* stream, const ReadyData& ready,
+                                    Trust trust) {
+  Destination destination = openDestination(destDir);
+  long signedLength = kNoSignatureYet;
+  return extractRecord(lzmaExe, unpack200Exe, &destination, stream, &signedLength, nullptr, trust,
+                       &ready);
 }
 
 int extractArchiveFileIgnoreSignature(const char* lzmaExe, const char* unpack200Exe,

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <string>
 
+#include "extractor/archives/decompress_ahead.h"
 #include "extractor/archives/tail_stream.h"
 #include "extractor/installation/install_app.h"
 #include "extractor/installation/install_updater.h"
@@ -48,8 +49,14 @@ static void startUp(ExtractorRun& run) {
   makeSharedConfigFolder(run);
 }
 
+static int endAheadAfterFailure(int status, Failure) {
+  endAhead();
+  return status;
+}
+
 // Brings what the installer carries into version folders: the updater, a runtime, the application.
 static void install(ExtractorRun& run) {
+  setEndOfFailures(endAheadAfterFailure);
   nameInstallFolders(run);
   extractUpdater(run);
   installUpdater(run);
@@ -57,6 +64,8 @@ static void install(ExtractorRun& run) {
   provisionJre(run);
   extractApp(run);
   installApp(run);
+  setEndOfFailures(nullptr);
+  endAhead();
 }
 
 void extractWrapperTail(char* executablePath, int argc, char** argv, int, char**, bool elevated) {

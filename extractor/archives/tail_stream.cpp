@@ -1,6 +1,7 @@
 #include "extractor/archives/tail_stream.h"
 
 #include "archive/archive.h"
+#include "extractor/archives/decompress_ahead.h"
 #include "extractor/run/names.h"
 #include "extractor/run/run.h"
 #include "formats/tail_fields.h"
@@ -79,11 +80,22 @@ enum class Extraction {
 
 }  // namespace
 
+// Returns what the record's extraction returns.
+static int extractRecordOfTail(ExtractorRun& run, const char* unpack200, const char* destination) {
+  beginNextAhead(run);
+  ReadyData ready{};
+  if (takeAhead(run, &ready)) {
+    return extractArchiveFileFromReadyData(run.lzmaPath, unpack200, destination, run.tailStream,
+                                           ready, run.trust);
+  }
+  long signedLength = -1;
+  return extractArchiveFileCheckSignature(run.lzmaPath, unpack200, destination, run.tailStream,
+                                          &signedLength, nullptr, run.trust);
+}
+
 static Extraction extractNextArchive(ExtractorRun& run, const char* unpack200,
                                      const char* destination) {
-  long signedLength = -1;
-  const int result = extractArchiveFileCheckSignature(
-      run.lzmaPath, unpack200, destination, run.tailStream, &signedLength, nullptr, run.trust);
+  const int result = extractRecordOfTail(run, unpack200, destination);
   if (!isFolder(destination)) {
     return Extraction::Rejected;
   }

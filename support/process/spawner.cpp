@@ -149,19 +149,31 @@ bool childFailsWithin(pid_t child, int seconds) {
   return result == child && !(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
-SpawnEnd runSpawnerToItsEnd(const Spawner* spawner, const char* workingDir) {
-  pid_t child = 0;
-  if (start(spawner, workingDir, &child) != 0) {
-    return {-1, false};
-  }
-  logMessage("Spawn call returned %d.\n", 0);
-  int status = waitForChild(child);
+static SpawnEnd endOf(pid_t child, int status) {
   logMessage("Spawn call done %d %d.\n", static_cast<int>(child), status);
   if (!WIFEXITED(status)) {
     logMessage("[Spawner] runSpawnerAndWait returned %d\n", 0);
     return {0, true};
   }
   return {WEXITSTATUS(status), false};
+}
+
+static void logStarted() {
+  logMessage("Spawn call returned %d.\n", 0);
+}
+
+SpawnEnd runSpawnerToItsEnd(const Spawner* spawner, const char* workingDir) {
+  pid_t child = 0;
+  if (start(spawner, workingDir, &child) != 0) {
+    return {-1, false};
+  }
+  logStarted();
+  return endOf(child, waitForChild(child));
+}
+
+SpawnEnd logEarlierRun(pid_t child, int status) {
+  logStarted();
+  return endOf(child, status);
 }
 
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir) {

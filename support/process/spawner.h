@@ -51,7 +51,12 @@ struct SpawnEnd {
 // table is unchanged and can be run again.
 [[nodiscard]] SpawnEnd runSpawnerToItsEnd(const Spawner* spawner, const char* workingDir = nullptr);
 
-// The same, returning the status: a program ended by a signal counts as successful.
+// Logs what runSpawnerToItsEnd() logs of the program's end, for the child process `child` that has
+// been waited for already and had the wait status `status`. Returns how it ended.
+SpawnEnd logEarlierRun(pid_t child, int status);
+
+// The same as runSpawnerToItsEnd(), returning the status: a program ended by a signal counts as
+// successful.
 int runSpawnerAndWait(const Spawner* spawner, const char* workingDir);
 int runSpawnerAndWait(const Spawner* spawner);
 
