@@ -2,7 +2,8 @@
 # The whole job: an offline installation of a runtime and an application beside the floor of the same
 # work done with xz, tar, one hash pass and Java alone; its growth with the payload; its peak memory;
 # and the start of what is installed already. TMPDIR needs eight gigabytes.
-# Usage: scripts/bench install [ROUNDS [FACTOR ...]]   (10; 1, 4 and 16 times 60 MB and 10 MB)
+# Usage: [BESIDE=BIN] scripts/bench install [ROUNDS [FACTOR ...]]
+#        (10; 1, 4 and 16 times 60 MB and 10 MB; BIN: another build's executables, measured as well)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -2,7 +2,9 @@
 
 Usage: measure.py ROUNDS WORK BIN FACTOR...   (WORK: runtime/ and updater/)
 
-FACTOR says how many times 60 MB of runtime and 10 MB of application are installed.
+FACTOR says how many times 60 MB of runtime and 10 MB of application are installed. If the
+environment variable BESIDE names a folder with other executables, an earlier build's, each round
+installs with these too.
 """
 
 import os
@@ -17,6 +19,7 @@ from pathlib import Path
 
 ROUNDS, WORK, BIN = int(sys.argv[1]), sys.argv[2], os.path.abspath(sys.argv[3])
 FACTORS = sys.argv[4:]
+BESIDE = os.environ.get("BESIDE", "")
 RUNTIME, APPLICATION = 60_000_000, 10_000_000
 PIECE = 8000
 
@@ -71,7 +74,12 @@ def make_payload(factor):
     shutil.copytree(path("runtime"), runtime, symlinks=True)
     fill(os.path.join(runtime, "data"), int(float(factor) * RUNTIME) - size_of(runtime), source, rng)
     fill(application, int(float(factor) * APPLICATION), source, rng)
-    shutil.copy(path("updater", "QuorvaneLaunch"), application)
+    for name in ("QuorvaneLaunch", "updater.jar"):
+        shutil.copy(path("updater", name), application)
+
+
+def kinds():
+    return {"own": BIN, "beside": BESIDE} if BESIDE else {"own": BIN}
 
 
 def pack(factor):
@@ -79,8 +87,9 @@ def pack(factor):
     for folder in ("app", "runtime"):
         project = project.replace(f'folder = "{folder}"', f'folder = "{folder}-{factor}"')
     write(f"project-{factor}.toml", project)
-    run(f"{BIN}/quorvane-pack", "build", path(f"project-{factor}.toml"), "--output",
-        path(f"dist-{factor}"), "--executables", BIN, "--bundles", "--no-cache")
+    for kind, executables in kinds().items():
+        run(f"{BIN}/quorvane-pack", "build", path(f"project-{factor}.toml"), "--output",
+            path(f"dist-{factor}-{kind}"), "--executables", executables, "--bundles", "--no-cache")
 
 
 def make_tarball(factor):
@@ -95,7 +104,7 @@ def prepare(factor):
 
 
 def clean_up(factor):
-    for name in (f"runtime-{factor}", f"app-{factor}", f"dist-{factor}"):
+    for name in (f"runtime-{factor}", f"app-{factor}", *(f"dist-{factor}-{kind}" for kind in kinds())):
         shutil.rmtree(path(name))
     os.remove(path(f"{factor}.tar.xz"))
 
@@ -125,19 +134,20 @@ def measure(command, variables=None):
     return wall, usage.ru_maxrss / 1024, output
 
 
-def bundle_of(factor):
+def bundle_of(factor, kind="own"):
     """The offline installer, in the folder of the one target."""
-    target, = os.listdir(path(f"dist-{factor}", "bundles"))
-    return path(f"dist-{factor}", "bundles", target, "offline", "Sample.app")
+    bundles = path(f"dist-{factor}-{kind}", "bundles")
+    target, = os.listdir(bundles)
+    return os.path.join(bundles, target, "offline", "Sample.app")
 
 
-def installer(factor):
-    folder = os.path.join(bundle_of(factor), "Contents", "MacOS")
+def installer(factor, kind="own"):
+    folder = os.path.join(bundle_of(factor, kind), "Contents", "MacOS")
     return os.path.join(folder, os.listdir(folder)[0])
 
 
-def install(factor, variables):
-    wall, memory, output = measure([installer(factor), "-silent"], variables)
+def install(factor, variables, kind="own"):
+    wall, memory, output = measure([installer(factor, kind), "-silent"], variables)
     if b"Archive signature verified." not in output or b"\nmain " not in output:
         sys.exit("the installer did not install and start the program")
     return wall, memory
@@ -164,9 +174,9 @@ def floor(factor):
     return wall, (ended - extracted) / 1e9, memory
 
 
-def quick_launch(factor, variables):
+def quick_launch(factor, variables, kind="own"):
     """Milliseconds from exec to the first line of the installed application's main."""
-    _, _, output = measure([f"{BIN}/exec_stamp", installer(factor), "-silent"], variables)
+    _, _, output = measure([f"{BIN}/exec_stamp", installer(factor, kind), "-silent"], variables)
     if b"Running without extraction now" not in output:
         sys.exit("the second run installed again")
     begin, entered = (int(re.search(rb"(?:^|\n|\.)" + word + rb" (\d+)\n", output).group(1))
@@ -193,13 +203,27 @@ def own_memory(factor, variables):
     return peak / 1024
 
 
+def measure_beside(factor, results):
+    variables = make_account()
+    results.append((install(factor, variables, "beside")[0],
+                    quick_launch(factor, variables, "beside")))
+
+
+def print_beside(results, least, java):
+    wall, launch = (statistics.median(column) for column in zip(*results))
+    print(f"| beside it | {wall:.2f} | {least:.2f} | {wall / least:.2f} | {java:.2f} | "
+          f"{(wall - java) / (least - java):.2f} | | | | {launch:.0f} |", flush=True)
+
+
 def measure_all(factor):
-    installs, floors, launches = [], [], []
+    installs, floors, launches, beside = [], [], [], []
     for _ in range(ROUNDS):
         floors.append(floor(factor))
         variables = make_account()
         installs.append(install(factor, variables))
         launches.append(quick_launch(factor, variables))
+        if BESIDE:
+            measure_beside(factor, beside)
     own = own_memory(factor, make_account())
     wall, least = (statistics.median(r[0] for r in rows) for rows in (installs, floors))
     java = statistics.median(r[1] for r in floors)
@@ -208,6 +232,8 @@ def measure_all(factor):
     print(f"| {runtime:.0f} + {application:.0f} MB | {wall:.2f} | {least:.2f} | {wall / least:.2f} | "
           f"{java:.2f} | {(wall - java) / (least - java):.2f} | "
           f"{own:.0f} | {peak:.0f} | {other:.0f} | {statistics.median(launches):.0f} |", flush=True)
+    if BESIDE:
+        print_beside(beside, least, java)
 
 
 def prepare_tools():
