@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "archive/entry.h"
 #include "support/files/file_kind.h"
@@ -79,7 +80,8 @@ Descriptor openEntryFolder(const Destination& destination, const char* path) {
   if (!destination.folder.isOpen() && isLink(destination.path)) {
     refuseEntry(path, kThroughLink);
   }
-  Descriptor folder = secondDescriptorOf(destination.folder);
+  Descriptor folder;
+  bool isBelow = false;
   const char* component = path;
   while (const char* separator = strchr(component, '/')) {
     const std::string name(component, separator);
@@ -87,11 +89,12 @@ Descriptor openEntryFolder(const Destination& destination, const char* path) {
     component = separator + 1;
     if (!isSelf(name)) {
       char target[PATH_BUFFER_SIZE];
-      folder =
-          enterFolder(folder, name.c_str(), setPath(target, destination.path, until.c_str()), path);
+      setPath(target, destination.path, until.c_str());
+      folder = enterFolder(isBelow ? folder : destination.folder, name.c_str(), target, path);
+      isBelow = true;
     }
   }
-  return folder;
+  return isBelow ? std::move(folder) : secondDescriptorOf(destination.folder);
 }
 
 // An empty path names the destination folder itself.

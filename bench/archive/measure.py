@@ -1,6 +1,9 @@
 """Measures the extraction of archives beside tar; bench/archive.sh prepares what it needs.
 
 Usage: measure.py BIN WORK JDK KEY   (BIN: the benchmark's programs, WORK: an empty folder)
+
+If the environment variable BESIDE names a folder with the same programs of another build, their
+verification is measured in the same rounds.
 """
 
 import os
@@ -18,6 +21,9 @@ MEGABYTES = [int(word) for word in os.environ.get("MEGABYTES", "10 100 1000").sp
 PACK = os.path.join(BIN, "quorvane-pack")
 EXTRACT = os.path.join(BIN, "archive_extract")
 QUIET = os.path.join(BIN, "archive_extract_quiet")
+OWN_LOG = os.path.join(BIN, "archive_extract_own_log")
+BESIDE = os.environ.get("BESIDE", "")
+ONE_PROCESSOR = ["taskset", "-c", "0"]
 LEFT_OUT = ("jmods", "src.zip", "ct.sym")
 
 
@@ -58,23 +64,37 @@ def measure(command):
     return wall, usage.ru_utime + usage.ru_stime, usage.ru_maxrss
 
 
-def extract(program, archive, *key):
+LARGE = 50_000_000
+
+
+def fresh_folder(archive):
+    """A new folder each time. What was extracted from small archives stays until the table is done:
+    ext4 makes files ten times as slowly for minutes after others were deleted, which hides all else.
+    A large one's goes at once: memory that is used for the first time costs a virtual machine more
+    than the extraction."""
+    if os.path.getsize(archive) > LARGE:
+        shutil.rmtree(path("out"), ignore_errors=True)
+    os.makedirs(path("out"), exist_ok=True)
+    folder = os.path.join(path("out"), str(len(os.listdir(path("out")))))
+    os.mkdir(folder)
+    return folder
+
+
+def extract(program, archive, *key, before=()):
     """Extracts into a fresh folder; the archive is deleted, so it gets a second name first."""
-    shutil.rmtree(path("out"), ignore_errors=True)
-    os.mkdir(path("out"))
+    folder = fresh_folder(archive)
     if os.path.exists(path("given.p2")):
         os.unlink(path("given.p2"))
     os.link(archive, path("given.p2"))
-    result = measure([program, "extract", path("given.p2"), path("out"), *key])
-    if not os.path.exists(path("out")):
+    result = measure([*before, program, "extract", path("given.p2"), folder, *key])
+    if not os.path.exists(folder):
         sys.exit("not accepted: " + archive)
     return result
 
 
 def untar(archive):
-    shutil.rmtree(path("out"), ignore_errors=True)
-    os.mkdir(path("out"))
-    return measure(["tar", "-xf", archive, "-C", path("out")])
+    folder = fresh_folder(archive)
+    return measure(["tar", "-xf", archive, "-C", folder])
 
 
 def compare(runs):
@@ -103,12 +123,44 @@ def count(tree):
     return len(files), sum(os.path.getsize(f) for f in files) / 1e6
 
 
+def other_verifications(tree):
+    """The verification on one processor, and that of the other build."""
+    signed, key = tree + ".signed.p2", path("key")
+    rows = {"extraction, signed, one processor":
+            lambda: extract(EXTRACT, signed, key, before=ONE_PROCESSOR),
+            "extraction, one processor":
+            lambda: extract(EXTRACT, tree + ".p2", before=ONE_PROCESSOR)}
+    if BESIDE:
+        other = os.path.join(BESIDE, "archive_extract")
+        rows["beside it: extraction"] = lambda: extract(other, tree + ".p2")
+        rows["beside it: extraction, signed"] = lambda: extract(other, signed, key)
+        rows["beside it: extraction, one processor"] = lambda: extract(
+            other, tree + ".p2", before=ONE_PROCESSOR)
+        rows["beside it: extraction, signed, one processor"] = lambda: extract(
+            other, signed, key, before=ONE_PROCESSOR)
+    return rows
+
+
+def print_verification(medians, suffix):
+    """What the signature adds, in wall time, and beside the other build's."""
+    def added(prefix):
+        return (medians[f"{prefix}extraction, signed{suffix}"][0]
+                - medians[f"{prefix}extraction{suffix}"][0]) * 1000
+    own = added("")
+    print("verification%s: %.0f ms wall time" % (suffix, own), end="")
+    print("; beside it %.0f ms: %.2f" % (added("beside it: "), own / added("beside it: "))
+          if BESIDE else "")
+
+
 def measure_tree(name, title):
     make_archives(name)
     tree = path(name)
     files, size = count(tree)
     medians = compare({
         "tar": lambda: untar(tree + ".tar"),
+        "the program alone": lambda: measure([EXTRACT, "nothing"]),
+        "extraction, without NSLog": lambda: extract(OWN_LOG, tree + ".p2"),
+        **other_verifications(tree),
         "extraction": lambda: extract(EXTRACT, tree + ".p2"),
         "extraction, logging nothing": lambda: extract(QUIET, tree + ".p2"),
         "extraction, signed": lambda: extract(EXTRACT, tree + ".signed.p2", path("key")),
@@ -117,7 +169,14 @@ def measure_tree(name, title):
     table("%s: %d files, %.0f MB" % (title, files, size), medians, "tar")
     plain, signed = medians["extraction"], medians["extraction, signed"]
     quiet, hashing = medians["extraction, logging nothing"], medians["hashing alone"]
-    print("\nthe log's share: %.0f %% of the wall time" % (100 * (1 - quiet[0] / plain[0])))
+    start, own = medians["the program alone"], medians["extraction, without NSLog"]
+    tar = medians["tar"]
+    print("\nthe log's share: %.0f %% of the wall time, without NSLog %.0f %%" % (
+        100 * (1 - quiet[0] / plain[0]), 100 * (1 - quiet[0] / own[0])))
+    print("to tar without the program's start: %.2f, without NSLog %.2f, logging nothing %.2f" % tuple(
+        (row[0] - start[0]) / tar[0] for row in (plain, own, quiet)))
+    print_verification(medians, "")
+    print_verification(medians, ", one processor")
     print("verification adds %.0f ms processor time, hashing alone takes %.0f: %.2f" % (
         1000 * (signed[1] - plain[1]), 1000 * hashing[1], (signed[1] - plain[1]) / hashing[1]))
 
@@ -143,10 +202,11 @@ def measure_memory():
 def main():
     with open(path("key"), "w") as file:
         subprocess.run([PACK, "key", "show", KEY], stdout=file, stderr=subprocess.DEVNULL, check=True)
-    copy_runtime()
-    measure_tree("runtime", "A real runtime")
     make_small_files()
     measure_tree("small", "Small files")
+    shutil.rmtree(path("out"))
+    copy_runtime()
+    measure_tree("runtime", "A real runtime")
     measure_memory()
 
 
