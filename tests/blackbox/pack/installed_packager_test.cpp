@@ -22,9 +22,9 @@ const std::string kTarget = tools::targetText(tools::thisMachine());
 class InstalledPackager : public testing::Test {
  protected:
   void SetUp() override {
-    const test::Result result =
-        test::run({{QUORVANE_CMAKE, "--install", QUORVANE_BUILD, "--prefix", prefix_}});
-    ASSERT_EQ(0, result.status) << result.out << result.err;
+    ASSERT_TRUE(
+        test::transcriptOf({{QUORVANE_CMAKE, "--install", QUORVANE_BUILD, "--prefix", prefix_}})
+            .succeeded());
     test::writeFile(folder_ / "hello.jar",
                     test::jarOfClass("org.example.Hello", "Main-Class: org.example.Hello\r\n"));
     test::writeFile(folder_ / "release.key", test::readFile(test::keyFile("first")), 0600);
@@ -32,14 +32,14 @@ class InstalledPackager : public testing::Test {
     test::writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");
   }
 
-  test::Result run(const std::vector<std::string>& words) {
+  test::Transcript run(const std::vector<std::string>& words) {
     test::Command command;
     command.arguments = {"/bin/sh", "-c", "exec quorvane-pack \"$@\"", "sh"};
     command.arguments.insert(command.arguments.end(), words.begin(), words.end());
     command.environment = {{"PATH", prefix_ + "/bin:" + getenv("PATH")},
                            {"XDG_CACHE_HOME", folder_ / "cache"}};
     command.folder = folder_.path();
-    return test::run(command);
+    return test::transcriptOf(command);
   }
 
   std::string companion(const std::string& name) { return prefix_ + "/lib/quorvane/" + name; }
@@ -47,9 +47,7 @@ class InstalledPackager : public testing::Test {
   // Takes a companion away, so that a build must fail with the message.
   void expectNeeded(const std::string& name, const std::string& message) {
     fs::rename(companion(name), folder_ / "away");
-    const test::Result result = run({"build", "--quiet", "--runtime", "runtime"});
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
+    run({"build", "--quiet", "--runtime", "runtime"}).fails(message);
     fs::rename(folder_ / "away", companion(name));
   }
 
@@ -58,23 +56,19 @@ class InstalledPackager : public testing::Test {
 };
 
 TEST_F(InstalledPackager, MakesInstallersWithTheCompanionsBesideIt) {
-  const test::Result init = run({"init", "hello.jar"});
-  ASSERT_EQ(0, init.status) << init.err;
-  const test::Result build =
-      run({"build", "--runtime", "runtime", "--bundles", "--launcher-bundle"});
-  ASSERT_EQ(0, build.status) << build.err;
+  ASSERT_TRUE(run({"init", "hello.jar"}).succeeded());
+  ASSERT_TRUE(run({"build", "--runtime", "runtime", "--bundles", "--launcher-bundle"}).succeeded());
   EXPECT_TRUE(test::readFile(companion(kTarget + "/launcher")) ==
               test::readFile(folder_ / test::bundleIn("dist", "launcher", "Hello") +
                              "/Contents/MacOS/Hello"));
   EXPECT_TRUE(test::readFile(companion(kTarget + "/extractor")) ==
               test::readFile(folder_ / test::bundleIn("dist", "offline", "Hello") +
                              "/Contents/MacOS/Hello"));
-  const test::Result verify = run({"verify", test::bundleIn("dist", "offline", "Hello")});
-  EXPECT_EQ(0, verify.status) << verify.err;
+  run({"verify", test::bundleIn("dist", "offline", "Hello")}).ends(0);
 }
 
 TEST_F(InstalledPackager, UsesNoOtherCompanions) {
-  ASSERT_EQ(0, run({"init", "hello.jar"}).status);
+  ASSERT_TRUE(run({"init", "hello.jar"}).succeeded());
   const tools::Target target = tools::thisMachine();
   const std::string advice =
       target.system == tools::System::linux_

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/blackbox/pack/transcript.h"
 #include "tests/support/files.h"
 #include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
@@ -21,26 +22,14 @@ class PackArchive : public testing::Test {
     test::writeFile(publicKey_, pack({"key", "show", test::keyFile("first")}).out);
   }
 
-  static test::Result run(const std::vector<std::string>& arguments) {
-    test::Command command;
-    command.arguments = arguments;
+  static test::Transcript pack(const std::vector<std::string>& words) {
+    test::Command command = test::packCommand("", words);
     command.seconds = 150;
-    return test::run(command);
+    return test::transcriptOf(command);
   }
 
-  static test::Result pack(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), QUORVANE_BIN "/quorvane-pack");
-    return run(arguments);
-  }
-
-  static void expectDone(const test::Result& result) {
-    EXPECT_EQ(0, result.status) << result.out << result.err;
-  }
-
-  static void expectError(const test::Result& result, const std::string& message) {
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
-    EXPECT_EQ("", result.out);
+  static std::string outputOf(const std::vector<std::string>& words) {
+    return test::run({words, {}, {}, "", 150}).out;
   }
 
   std::string source() const { return folder_ / "source"; }
@@ -50,7 +39,7 @@ class PackArchive : public testing::Test {
   std::string smallArchive(const std::string& name = "small.p2") {
     test::writeFile(inSource("lib/f"), "content");
     const std::string path = folder_ / name;
-    expectDone(pack({"archive", "create", "--key", test::keyFile("first"), source(), path}));
+    pack({"archive", "create", "--key", test::keyFile("first"), source(), path}).ends(0);
     return path;
   }
 
@@ -82,15 +71,14 @@ void expectSameContent(const std::string& wanted, const std::string& found) {
 
 TEST_F(PackArchive, MakesListsVerifiesAndExtracts) {
   const std::string archive = smallArchive();
-  const test::Result list = pack({"archive", "list", archive});
-  EXPECT_EQ(
-      "folder             0  lib\n"
-      "file               7  lib/f\n"
-      "signed with 2048 bits over 23 bytes\n",
-      list.out);
-  EXPECT_EQ(archive + ": 2 entries, the signature is valid\n",
-            pack({"archive", "verify", "--public-key", publicKey_, archive}).out);
-  expectDone(pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}));
+  pack({"archive", "list", archive})
+      .prints(
+          "folder             0  lib\n"
+          "file               7  lib/f\n"
+          "signed with 2048 bits over 23 bytes\n");
+  pack({"archive", "verify", "--public-key", publicKey_, archive})
+      .prints(archive + ": 2 entries, the signature is valid\n");
+  pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}).ends(0);
   expectSameContent(source(), folder_ / "out");
   EXPECT_TRUE(test::exists(archive));
 }
@@ -98,8 +86,8 @@ TEST_F(PackArchive, MakesListsVerifiesAndExtracts) {
 TEST_F(PackArchive, WorksOnACompressedArchiveAsOnAPlainOne) {
   const std::string archive = smallArchive("small.p2.l2");
   EXPECT_NE(std::string::npos, pack({"archive", "list", archive}).out.find("lib/f"));
-  expectDone(pack({"archive", "verify", "--public-key", publicKey_, archive}));
-  expectDone(pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}));
+  pack({"archive", "verify", "--public-key", publicKey_, archive}).ends(0);
+  pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}).ends(0);
   expectSameContent(source(), folder_ / "out");
 }
 
@@ -111,37 +99,43 @@ TEST_F(PackArchive, MakesTheSameBytesAgain) {
 TEST_F(PackArchive, ExtractsAnUnsignedArchiveOnlyWithoutAKey) {
   test::writeFile(inSource("f"), "content");
   const std::string archive = folder_ / "unsigned.p2";
-  expectDone(pack({"archive", "create", source(), archive}));
-  EXPECT_EQ("file               7  f\nnot signed\n", pack({"archive", "list", archive}).out);
-  expectDone(pack({"archive", "extract", archive, folder_ / "out"}));
+  pack({"archive", "create", source(), archive}).ends(0);
+  pack({"archive", "list", archive}).prints("file               7  f\nnot signed\n");
+  pack({"archive", "extract", archive, folder_ / "out"}).ends(0);
   expectSameContent(source(), folder_ / "out");
-  expectError(pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "no"}),
-              archive + " has no signature that is valid under this key; nothing was kept");
+  pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "no"})
+      .fails(archive + " has no signature that is valid under this key; nothing was kept")
+      .prints("");
   EXPECT_FALSE(test::exists(folder_ / "no"));
-  expectError(pack({"archive", "verify", "--public-key", publicKey_, archive}),
-              archive + " is not signed; make it with --key");
+  pack({"archive", "verify", "--public-key", publicKey_, archive})
+      .fails(archive + " is not signed; make it with --key")
+      .prints("");
 }
 
 TEST_F(PackArchive, RefusesASignatureOfAnotherKey) {
   const std::string archive = smallArchive("small.p2.l2");
   const std::string other = folder_ / "second.pub";
   test::writeFile(other, pack({"key", "show", test::keyFile("second")}).out);
-  expectError(pack({"archive", "verify", "--public-key", other, archive}),
-              archive + " was changed after it was signed, or signed with another key");
-  expectError(pack({"archive", "extract", "--public-key", other, archive, folder_ / "out"}),
-              archive + " has no signature that is valid under this key; nothing was kept");
+  pack({"archive", "verify", "--public-key", other, archive})
+      .fails(archive + " was changed after it was signed, or signed with another key")
+      .prints("");
+  pack({"archive", "extract", "--public-key", other, archive, folder_ / "out"})
+      .fails(archive + " has no signature that is valid under this key; nothing was kept")
+      .prints("");
 }
 
 TEST_F(PackArchive, AsksForTheKeyOfASignedArchive) {
   const std::string archive = smallArchive();
-  expectError(pack({"archive", "extract", archive, folder_ / "out"}),
-              archive + " is signed; name its key with --public-key");
+  pack({"archive", "extract", archive, folder_ / "out"})
+      .fails(archive + " is signed; name its key with --public-key")
+      .prints("");
 }
 
 TEST_F(PackArchive, DoesNotExtractIntoAFolderThatHoldsSomething) {
   const std::string archive = smallArchive();
-  expectError(pack({"archive", "extract", "--public-key", publicKey_, archive, source()}),
-              source() + " is not empty; name a new folder");
+  pack({"archive", "extract", "--public-key", publicKey_, archive, source()})
+      .fails(source() + " is not empty; name a new folder")
+      .prints("");
   EXPECT_EQ("content", test::readFile(inSource("lib/f")));
 }
 
@@ -149,45 +143,47 @@ TEST_F(PackArchive, ShowsTheEndOfTheLogWhenTheProductEnds) {
   test::writeFile(inSource("a.jar"), "x");
   test::writeFile(folder_ / "packer", "#!/bin/sh\ncp \"$1\" \"$2\"\n", 0755);
   const std::string archive = folder_ / "packed.p2";
-  expectDone(pack({"archive", "create", "--pack200", "*.jar", "--pack200-tool", folder_ / "packer",
-                   source(), archive}));
-  const test::Result result = pack({"archive", "extract", archive, folder_ / "out"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("unpack200 (" + folder_ / "out" + "/a.jar)"));
-  EXPECT_FALSE(test::exists(folder_ / "out"));
+  pack({"archive", "create", "--pack200", "*.jar", "--pack200-tool", folder_ / "packer", source(),
+        archive})
+      .ends(0);
+  pack({"archive", "extract", archive, folder_ / "out"})
+      .ends(1)
+      .reportsAlso("unpack200 (" + folder_ / "out" + "/a.jar)")
+      .leavesNo("out");
 }
 
 TEST_F(PackArchive, NamesWhatIsWrongWithItsInput) {
   test::writeFile(inSource("a.jar"), "x");
   test::writeFile(folder_ / "junk.p2", "junk");
   const std::string out = folder_ / "out.p2";
-  expectError(pack({"archive", "create", folder_ / "missing", out}),
-              folder_ / "missing" + " is not a folder");
-  expectError(
-      pack({"archive", "list", folder_ / "junk.p2"}),
-      folder_ / "junk.p2" + " is damaged at byte 0: it ends inside an entry's type; make it again");
-  expectError(pack({"archive", "list", folder_ / "missing.p2"}),
-              folder_ / "missing.p2" + " cannot be read: No such file or directory");
-  expectError(
-      pack({"archive", "verify", "--public-key", folder_ / "junk.p2", out}),
-      folder_ / "junk.p2" +
-          " contains no public key; expected the text that 'quorvane-pack key show' prints");
+  pack({"archive", "create", folder_ / "missing", out})
+      .fails(folder_ / "missing" + " is not a folder")
+      .prints("");
+  pack({"archive", "list", folder_ / "junk.p2"})
+      .fails(folder_ / "junk.p2" +
+             " is damaged at byte 0: it ends inside an entry's type; make it again")
+      .prints("");
+  pack({"archive", "list", folder_ / "missing.p2"})
+      .fails(folder_ / "missing.p2" + " cannot be read: No such file or directory")
+      .prints("");
+  pack({"archive", "verify", "--public-key", folder_ / "junk.p2", out})
+      .fails(folder_ / "junk.p2" +
+             " contains no public key; expected the text that 'quorvane-pack key show' prints")
+      .prints("");
   EXPECT_FALSE(test::exists(out));
 }
 
 TEST_F(PackArchive, UsedWronglyEndsWith2) {
-  EXPECT_EQ(2, pack({"archive"}).status);
-  EXPECT_EQ(2, pack({"archive", "create", "only-one"}).status);
-  EXPECT_EQ(2, pack({"archive", "verify", "a.p2"}).status);
-  EXPECT_EQ(2, pack({"archive", "burn"}).status);
+  pack({"archive"}).ends(2);
+  pack({"archive", "create", "only-one"}).ends(2);
+  pack({"archive", "verify", "a.p2"}).ends(2);
+  pack({"archive", "burn"}).ends(2);
 }
 
 TEST_F(PackArchive, CreatedWithWordsThatCannotBeMeantEndsWith2) {
   const auto expectUsage = [&](std::vector<std::string> words, const std::string& message) {
     words.insert(words.begin(), {"archive", "create"});
-    const test::Result result = pack(words);
-    EXPECT_EQ(2, result.status);
-    EXPECT_EQ(0u, result.err.find(message + "\n")) << result.err;
+    pack(words).isMisused(message + "\n");
   };
   test::writeFile(inSource("a.jar"), "x");
   const std::string out = folder_ / "out.p2";
@@ -209,13 +205,15 @@ TEST_F(PackArchive, DoesNotPackThePrivateKey) {
   const std::string key = inSource("lib/k.key");
   test::writeFile(key, test::readFile(test::keyFile("first")), 0600);
   const std::string out = folder_ / "out.p2";
-  expectError(pack({"archive", "create", "--key", key, source(), out}),
-              "--key names " + key + ", which is inside " + source() +
-                  " and would be published with it; move it elsewhere");
+  pack({"archive", "create", "--key", key, source(), out})
+      .fails("--key names " + key + ", which is inside " + source() +
+             " and would be published with it; move it elsewhere")
+      .prints("");
   fs::rename(key, folder_ / "k.key");
-  expectError(pack({"archive", "create", "--key", folder_ / "k.key", "--add",
-                    "x=" + (folder_ / "k.key"), source(), out}),
-              "the entry x is the private key and would be published");
+  pack({"archive", "create", "--key", folder_ / "k.key", "--add", "x=" + (folder_ / "k.key"),
+        source(), out})
+      .fails("the entry x is the private key and would be published")
+      .prints("");
   EXPECT_FALSE(test::exists(out));
 }
 
@@ -223,17 +221,14 @@ TEST_F(PackArchive, SignedWithAKeyThatOthersMayReadSaysSo) {
   const std::string key = folder_ / "k.key";
   test::writeFile(inSource("f"), "x");
   test::writeFile(key, test::readFile(test::keyFile("first")), 0644);
-  const test::Result result =
-      pack({"archive", "create", "--key", key, source(), folder_ / "out.p2"});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("quorvane-pack: other users can read " + key + "; run 'chmod 600' on it\n", result.err);
+  pack({"archive", "create", "--key", key, source(), folder_ / "out.p2"})
+      .ends(0)
+      .reports("quorvane-pack: other users can read " + key + "; run 'chmod 600' on it\n");
 }
 
 TEST_F(PackArchive, HelpGivesAnExample) {
   for (const std::string command : {"create", "list", "verify", "extract"}) {
-    const test::Result help = pack({"archive", command, "--help"});
-    EXPECT_EQ(0, help.status);
-    EXPECT_NE(std::string::npos, help.out.find("Example:\n  quorvane-pack")) << command;
+    pack({"archive", command, "--help"}).ends(0).mentions("Example:\n  quorvane-pack");
   }
 }
 
@@ -287,9 +282,9 @@ TEST_F(PackArchive, TakesARuntimeAndATreeOfEdgeCasesThereAndBack) {
   ASSERT_GT(contentOf(source()).size(), 200u);
   makeEdgeCases(inSource("edge cases"));
   const std::string archive = folder_ / "runtime.p2.l2";
-  expectDone(pack({"archive", "create", "--key", test::keyFile("first"), source(), archive}));
-  expectDone(pack({"archive", "verify", "--public-key", publicKey_, archive}));
-  expectDone(pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}));
+  pack({"archive", "create", "--key", test::keyFile("first"), source(), archive}).ends(0);
+  pack({"archive", "verify", "--public-key", publicKey_, archive}).ends(0);
+  pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}).ends(0);
   expectSameContent(source(), folder_ / "out");
   EXPECT_EQ(0755u, test::modeOf(folder_ / "out/bin/java"));
   EXPECT_EQ(0777u, test::modeOf(folder_ / "out/bin"));
@@ -300,23 +295,24 @@ TEST_F(PackArchive, TakesPackedJarsSpecialBlocksAndNestedArchivesThereAndBack) {
   fs::copy(QUORVANE_PACK200_SAMPLE "/sample.jar", inSource("lib/a.jar"));
   const std::string archive = folder_ / "outer.p2";
   const std::string tools = QUORVANE_PACK200_TOOLS;
-  expectDone(
-      pack({"archive", "create", "--key", test::keyFile("first"), "--pack200", "lib/*.jar",
-            "--pack200-tool", tools + "/pack200/bin/pack200", "--special",
-            "Note=" + inSource("lib/f"), "--add", "nested/inner.p2=" + inner, source(), archive}));
-  const test::Result list = pack({"archive", "list", archive});
+  pack({"archive", "create", "--key", test::keyFile("first"), "--pack200", "lib/*.jar",
+        "--pack200-tool", tools + "/pack200/bin/pack200", "--special", "Note=" + inSource("lib/f"),
+        "--add", "nested/inner.p2=" + inner, source(), archive})
+      .ends(0);
+  const test::Transcript list = pack({"archive", "list", archive});
   for (const char* line :
        {"pack200 ", "special            7  qvArcSpBlock_Note", "nested/inner.p2"}) {
     EXPECT_NE(std::string::npos, list.out.find(line)) << line;
   }
-  expectDone(pack({"archive", "extract", "--public-key", publicKey_, "--unpack200",
-                   tools + "/unpack200/bin/unpack200", archive, folder_ / "out"}));
+  pack({"archive", "extract", "--public-key", publicKey_, "--unpack200",
+        tools + "/unpack200/bin/unpack200", archive, folder_ / "out"})
+      .ends(0);
   EXPECT_EQ("content", test::readFile(folder_ / "out/qvArcSpBlock_Note"));
   EXPECT_EQ(test::readFile(inner), test::readFile(folder_ / "out/nested/inner.p2"));
   const std::string java = QUORVANE_JDK "/bin/java";
-  const test::Result unpacked = run({java, "-cp", folder_ / "out/lib/a.jar", "app.Main"});
-  EXPECT_EQ(run({java, "-cp", inSource("lib/a.jar"), "app.Main"}).out, unpacked.out);
-  EXPECT_NE(std::string::npos, unpacked.out.find("GREEN 2"));
+  const std::string printed = outputOf({java, "-cp", folder_ / "out/lib/a.jar", "app.Main"});
+  EXPECT_EQ(outputOf({java, "-cp", inSource("lib/a.jar"), "app.Main"}), printed);
+  EXPECT_NE(std::string::npos, printed.find("GREEN 2"));
 }
 
 }  // namespace

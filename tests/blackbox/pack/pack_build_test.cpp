@@ -28,7 +28,7 @@ const std::string kResults =
 
 std::string tailValue(const test::SmallProject& project, const std::string& bundle,
                       const std::string& name) {
-  return test::runPack(project.path(), {"tail", "read", bundle, "--value", name}).out;
+  return project.pack({"tail", "read", bundle, "--value", name}).out;
 }
 
 // Makes the bundles of a target that is the same on every machine. The downloads are not compared:
@@ -47,41 +47,34 @@ void expectTheSameBundlesAsEver(const test::SmallProject& project) {
 // compressed records also depend on liblzma's encoder.
 TEST(PackBuild, OfTheSmallProjectGivesTheSameBytesAndModesAsEver) {
   const test::SmallProject project;
-  const test::Result result = project.build({"--target", "macos-x86_64"});
-  ASSERT_EQ(0, result.status) << result.err;
+  ASSERT_TRUE(project.build({"--target", "macos-x86_64"}).succeeded());
   expectTheSameBundlesAsEver(project);
 }
 
 TEST(PackBuild, ElsewhereAndUnderAnotherUmaskGivesTheSameBytesAndModes) {
   const test::SmallProject first;
   const test::SmallProject second;
-  ASSERT_EQ(0, first.build().status);
+  ASSERT_TRUE(first.build().succeeded());
   umask(077);
-  ASSERT_EQ(0, second.build().status);
+  ASSERT_TRUE(second.build().succeeded());
   umask(022);
   EXPECT_EQ(test::manifestOf(first / "dist"), test::manifestOf(second / "dist"));
 }
 
 TEST(PackBuild, SaysWhatItMadeAndNothingElse) {
   const test::SmallProject project;
-  const test::Result result = project.buildDownloads();
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ(kResults, result.out);
-  EXPECT_EQ("", result.err);
+  project.buildDownloads().ends(0).prints(kResults).reports("");
 }
 
 TEST(PackBuild, IsSilentWhenAskedTo) {
   const test::SmallProject project;
-  const test::Result result = project.build({"--quiet"});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("", result.out + result.err);
+  project.build({"--quiet"}).ends(0).prints("").reports("");
 }
 
 TEST(PackBuild, NamesItsStepsWhenAskedTo) {
   const test::SmallProject project;
-  const test::Result result = project.buildDownloads({"--verbose"});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ(kResults, result.out);
+  const test::Transcript result = project.buildDownloads({"--verbose"});
+  result.ends(0).prints(kResults);
   EXPECT_EQ((std::vector<std::string>{
                 "[1/8] reading quorvane.toml", "[2/8] checking the runtime",
                 "[3/8] using the runtime runtime", "      everything is for linux-x86_64",
@@ -96,11 +89,9 @@ TEST(PackBuild, NamesItsStepsWhenAskedTo) {
 TEST(PackBuild, WithoutATerminalPrintsALineForEachStepOnceItBegins) {
   const test::SmallProject project;
   test::writeFile(project / "quorvane.toml", project.text);
-  test::Command command;
-  command.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--executables", "bin"};
-  command.folder = project.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(kResults, result.out);
+  const test::Transcript result =
+      test::transcriptOf(test::packCommand(project.path(), {"build", "--executables", "bin"}));
+  result.prints(kResults);
   EXPECT_TRUE(test::containsInOrder(
       test::linesOf(result.err),
       {"[1/8] reading quorvane.toml", "[2/8] checking the runtime", "[8/8] writing the downloads"}))
@@ -116,8 +107,8 @@ TEST(PackBuild, ThatTakesLongSaysHowLong) {
                   "mkdir -p \"$2/bin\" && echo java > \"$2/bin/java\"\n"
                   "echo 'JAVA_VERSION=\"21.0.4\"' > \"$2/release\"\n",
                   0755);
-  const test::Result result = project.build({"--verbose"});
-  EXPECT_EQ(0, result.status) << result.err;
+  const test::Transcript result = project.build({"--verbose"});
+  result.ends(0);
   const std::string last = test::linesOf(result.err).back();
   EXPECT_EQ(0u, last.find("done in ")) << last;
   EXPECT_EQ(" s", last.substr(last.size() - 2));
@@ -126,7 +117,7 @@ TEST(PackBuild, ThatTakesLongSaysHowLong) {
 
 TEST(PackBuild, ShowsOneChangingLineOnATerminalAndTakesItAway) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   test::Command command;
   command.arguments = {"/usr/bin/script",
                        "--quiet",
@@ -135,8 +126,8 @@ TEST(PackBuild, ShowsOneChangingLineOnATerminalAndTakesItAway) {
                        QUORVANE_BIN "/quorvane-pack build --executables bin",
                        "/dev/null"};
   command.folder = project.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(0, result.status) << result.out << result.err;
+  const test::Transcript result = test::transcriptOf(command);
+  result.ends(0);
   EXPECT_EQ(0u, result.out.find("\r\033[K[1/8] reading quorvane.toml\r\033[K[2/8] "));
   EXPECT_NE(std::string::npos,
             result.out.find("[8/8] writing the downloads\r\033[Koffline installer"));
@@ -144,21 +135,18 @@ TEST(PackBuild, ShowsOneChangingLineOnATerminalAndTakesItAway) {
 
 TEST(PackBuild, ReplacesWhatItMadeAndNothingElse) {
   test::SmallProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   project.replace("name = \"Small App\"", "name = \"Renamed\"");
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   EXPECT_EQ(
       (std::vector<std::string>{".quorvane-output", test::downloadOf("-launcher", "Renamed"),
                                 test::downloadOf("-online", "Renamed"),
                                 test::downloadOf("", "Renamed"), "bundles", "index.json", "site"}),
       test::namesIn(project / "dist"));
   test::writeFile(project / "dist/mine.txt", "mine");
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: the output folder dist contains mine.txt, which this command did not make; "
-      "choose a new or empty folder with --output, or move that away\n",
-      result.err);
+  project.build().fails(
+      "the output folder dist contains mine.txt, which this command did not make; choose a new or "
+      "empty folder with --output, or move that away");
   EXPECT_EQ("mine", test::readFile(project / "dist/mine.txt"));
 }
 
@@ -169,77 +157,62 @@ TEST(PackBuild, LeavesAFolderAloneThatItDidNotMake) {
   test::writeFile(project / "listed/.quorvane-output", "mine.txt\n");
   for (const auto& [folder, name] :
        {std::pair{"mine", "mine.txt"}, {"listed", ".quorvane-output"}}) {
-    const test::Result result = project.build({"--output", folder});
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(std::string("quorvane-pack: the output folder ") + folder + " contains " + name +
-                  ", which this command did not make; choose a new or empty folder with --output, "
-                  "or move that away\n",
-              result.err);
+    project.build({"--output", folder})
+        .fails(std::string("the output folder ") + folder + " contains " + name +
+               ", which this command did not make; choose a new or empty folder with --output, or "
+               "move that away");
     EXPECT_EQ(std::vector<std::string>{name}, test::namesIn(project / folder));
   }
 }
 
 TEST(PackBuild, IntoWhatIsNoFolderIsRefused) {
   const test::SmallProject project;
-  const test::Result file = project.build({"--output", "release.key"});
-  EXPECT_EQ(1, file.status);
-  EXPECT_EQ("quorvane-pack: release.key is not a folder; choose another one with --output\n",
-            file.err);
-  const test::Result below = project.build({"--output", "release.key/dist"});
-  EXPECT_EQ(1, below.status);
-  EXPECT_EQ(
-      "quorvane-pack: the output folder release.key/dist cannot be written: Not a directory\n",
-      below.err);
+  project.build({"--output", "release.key"})
+      .fails("release.key is not a folder; choose another one with --output");
+  project.build({"--output", "release.key/dist"})
+      .fails("the output folder release.key/dist cannot be written: Not a directory");
 }
 
 TEST(PackBuild, DoesNotTakeAListedFolderOutsideOfTheOutputForItsOwn) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string list = project / "dist/.quorvane-output";
   test::writeFile(list, test::readFile(list) + "../app\n..\n/tmp\n");
-  EXPECT_EQ(0, project.build().status);
+  project.build().ends(0);
   EXPECT_TRUE(test::exists(project / "app/main.jar"));
 }
 
 TEST(PackBuild, ThatFailsLeavesTheEarlierResult) {
   test::SmallProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string before = test::manifestOf(project / "dist");
   fs::remove(project / "bin/extractor");
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: bin/extractor is missing; name the folder of launcher, extractor and lzma64 "
-      "for "
-      "the target system with --executables\n",
-      result.err);
+  project.build().fails(
+      "bin/extractor is missing; name the folder of launcher, extractor and lzma64 for the target "
+      "system with --executables");
   EXPECT_EQ(before, test::manifestOf(project / "dist"));
 }
 
 TEST(PackBuild, GivesItsFilesTheTimeThatTheEnvironmentFixes) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build({}, {{"SOURCE_DATE_EPOCH", "1000000000"}}).status);
+  ASSERT_TRUE(project.build({}, {{"SOURCE_DATE_EPOCH", "1000000000"}}).succeeded());
   for (const char* name : {"", "/Contents/Resources/Tail", "/Contents/MacOS/Small App"}) {
     struct stat status {};
     ASSERT_EQ(0, stat((project / kOffline + name).c_str(), &status)) << name;
     EXPECT_EQ(1000000000, status.st_mtime) << name;
   }
-  const test::Result result = project.build({}, {{"SOURCE_DATE_EPOCH", "yesterday"}});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: SOURCE_DATE_EPOCH is \"yesterday\"; it is a number of seconds since the "
-      "start "
-      "of 1970\n",
-      result.err);
+  project.build({}, {{"SOURCE_DATE_EPOCH", "yesterday"}})
+      .fails(
+          "SOURCE_DATE_EPOCH is \"yesterday\"; it is a number of seconds since the start of 1970");
 }
 
 TEST(PackBuild, TakesTheCommandLineRatherThanTheProjectFile) {
   const test::SmallProject project;
   fs::rename(project / "runtime", project / "other runtime");
-  const test::Result result =
-      project.build({"--app-version", "44", "--update-url", "https://updates.example.org/",
-                     "--runtime", "other runtime", "--key", test::keyFile("second")});
-  ASSERT_EQ(0, result.status) << result.err;
+  ASSERT_TRUE(project
+                  .build({"--app-version", "44", "--update-url", "https://updates.example.org/",
+                          "--runtime", "other runtime", "--key", test::keyFile("second")})
+                  .succeeded());
   EXPECT_EQ("44\n", tailValue(project, kOffline, "app-version"));
   EXPECT_EQ("https://updates.example.org/\n", tailValue(project, kOffline, "update-url"));
   EXPECT_EQ(test::runPack("", {"key", "show", test::keyFile("second")}).out,
@@ -258,9 +231,7 @@ TEST(PackBuild, NamesTheOptionThatGaveAWrongValue) {
        "is \"ftp://x\"; it must begin with http:// or https://, or be D if the property update_url "
        "gives it"}};
   for (const auto& [option, value, message] : wrong) {
-    const test::Result result = project.build({option, value});
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + std::string(option) + " " + message + "\n", result.err);
+    project.build({option, value}).fails(std::string(option) + " " + message);
   }
 }
 
@@ -268,10 +239,10 @@ TEST(PackBuild, TakesTheVersionOfTheRuntimeThatTheCommandLineNames) {
   test::SmallProject project;
   project.replace("[runtime]", "[runtime]\nversion = 7");
   test::writeFile(project / "other/bin/java", "a java", 0755);
-  ASSERT_EQ(0, project.build({"--runtime", "other"}).status);
+  ASSERT_TRUE(project.build({"--runtime", "other"}).succeeded());
   EXPECT_EQ("7\n", tailValue(project, kOffline, "jre-version"));
   test::writeFile(project / "other/release", "JAVA_VERSION=\"21.0.4\"\n");
-  ASSERT_EQ(0, project.build({"--runtime", "other"}).status);
+  ASSERT_TRUE(project.build({"--runtime", "other"}).succeeded());
   EXPECT_EQ("210004\n", tailValue(project, kOffline, "jre-version"));
 }
 
@@ -287,34 +258,33 @@ TEST(PackBuild, TakesTheKeyFromStandardInput) {
                        "/quorvane-pack build --bundles --launcher-bundle --target "
                        "macos-x86_64 --executables bin --key - < release.key"};
   command.folder = project.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(0, result.status) << result.err;
+  test::transcriptOf(command).ends(0);
   expectTheSameBundlesAsEver(project);
 }
 
 TEST(PackBuild, WarnsOfAKeyThatOthersMayRead) {
   const test::SmallProject project;
   fs::permissions(project / "release.key", fs::perms{0644});
-  const test::Result result = project.build({"--quiet"});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("quorvane-pack: other users can read release.key; run 'chmod 600' on it\n", result.err);
+  project.build({"--quiet"})
+      .ends(0)
+      .reports("quorvane-pack: other users can read release.key; run 'chmod 600' on it\n");
 }
 
 TEST(PackBuild, WithoutSignaturesWritesNoKeyAndAsksForNone) {
   test::SmallProject project;
   project.replace("[signing]\nkey = \"release.key\"\n", "");
   project.replace("[installer]\n", "[installer]\nrequire_signature = false\n");
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   EXPECT_EQ("\n", tailValue(project, kOffline, "public-key"));
-  const test::Result params = test::runPack(
-      project.path(), {"params", "read",
-                       std::string(kOffline) + "/Contents/Resources/AppParams.excludefromsigning"});
-  EXPECT_EQ(std::string::npos, params.out.find("require_signature")) << params.out;
+  project
+      .pack({"params", "read",
+             std::string(kOffline) + "/Contents/Resources/AppParams.excludefromsigning"})
+      .mentionsNo("require_signature");
 }
 
 TEST(PackBuild, GivesEachBundleItsOwnIdentifierAndTheApplicationsName) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const char* const bundles[][2] = {{"launcher", "org.example.small"},
                                     {"offline", "org.example.small.installer"},
                                     {"online", "org.example.small.online-installer"}};
@@ -337,9 +307,8 @@ TEST(PackBuild, PacksTheExecutablesOfAnotherSystem) {
                     test::signedMachFile(test::MACH_ARM64, test::MACH_PROGRAM, name, {}), 0755);
   }
   test::writeFile(project / "quorvane.toml", project.text);
-  const test::Result result = test::runPack(
-      project.path(), {"build", "--bundles", "--launcher-bundle", "--executables", "mac"});
-  ASSERT_EQ(0, result.status) << result.err;
+  ASSERT_TRUE(project.pack({"build", "--bundles", "--launcher-bundle", "--executables", "mac"})
+                  .succeeded());
   EXPECT_EQ(test::readFile(project / "mac/launcher"),
             test::readFile(project / "dist/bundles/macos-arm64/launcher/Small App.app" +
                            "/Contents/MacOS/Small App"));
@@ -347,10 +316,7 @@ TEST(PackBuild, PacksTheExecutablesOfAnotherSystem) {
             test::readFile(project / mac + "/Contents/MacOS/Small App"));
   EXPECT_NE(std::string::npos, test::readFile(project / mac + "/Contents/Resources/Tail")
                                    .find(test::readFile(project / "mac/lzma64")));
-  const test::Result verified = test::runPack(project.path(), {"verify", mac});
-  EXPECT_EQ(0, verified.status) << verified.err;
-  EXPECT_NE(std::string::npos, verified.out.find("made for macos-arm64, from macOS 11.0 on\n"))
-      << verified.out;
+  project.pack({"verify", mac}).ends(0).mentions("made for macos-arm64, from macOS 11.0 on\n");
 }
 
 TEST(PackBuild, WithoutItsOwnUpdaterAsksForAnUpdater) {
@@ -363,23 +329,19 @@ TEST(PackBuild, WithoutItsOwnUpdaterAsksForAnUpdater) {
   command.arguments = {project / "other/bin/quorvane-pack", "build", "--quiet", "--executables",
                        "bin"};
   command.folder = project.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: the packager's own updater is not at " +
-                project / "other/updater/updater.jar" +
-                ": it was built without a JDK; build it with one, or name an updater as 'folder' "
-                "and 'version' in [updater]\n",
-            result.err);
+  test::transcriptOf(command).fails("the packager's own updater is not at " +
+                                    project / "other/updater/updater.jar" +
+                                    ": it was built without a JDK; build it with one, or name an "
+                                    "updater as 'folder' and 'version' in [updater]");
 }
 
 TEST(PackBuild, OfOneJarCarriesThePackagersOwnUpdater) {
   test::SmallProject project;
   project.replace("folder = \"app\"", "jar = \"app/main.jar\"");
   project.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n", "");
-  const test::Result result = project.build();
-  ASSERT_EQ(0, result.status) << result.err;
-  const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
-  EXPECT_EQ(0, verified.status) << verified.err;
+  const test::Transcript result = project.build();
+  ASSERT_TRUE(result.succeeded());
+  project.pack({"verify", kOffline}).ends(0);
   EXPECT_EQ("2\n", tailValue(project, kOffline, "gu-version"));
   EXPECT_NE(std::string::npos,
             result.out.find("so the online installer cannot download a runtime, and installed "

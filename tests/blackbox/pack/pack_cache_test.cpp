@@ -46,9 +46,9 @@ class PackCache : public testing::Test {
   }
 
   void build(const Texts& words = {}) {
-    const test::Result result = project_.buildDownloads(words);
-    ASSERT_EQ(0, result.status) << result.err;
-    EXPECT_EQ("", result.err);
+    const test::Transcript result = project_.buildDownloads(words);
+    ASSERT_TRUE(result.succeeded());
+    result.reports("");
   }
 
   size_t calls() const {
@@ -125,9 +125,7 @@ TEST_F(PackCache, KnowsTheKeyAndTheVersionOfAnArchive) {
   build({"--key", "other.key"});
   EXPECT_EQ(2u, entries("archive").size());
   EXPECT_TRUE(first != test::readFile(project_ / kArchive));
-  const test::Result verified = test::runPack(
-      project_.path(), {"verify", "dist/" + test::downloadOf(), "--site", "dist/site"});
-  EXPECT_EQ(0, verified.status) << verified.err;
+  project_.pack({"verify", "dist/" + test::downloadOf(), "--site", "dist/site"}).ends(0);
   project_.replace("modules = ", "version = 9\nmodules = ");
   build();
   EXPECT_EQ(3u, entries("archive").size());
@@ -188,25 +186,20 @@ TEST_F(PackCache, LosesItsOldestEntriesAndWhatKilledBuildsLeft) {
 TEST_F(PackCache, ThatOthersMayWriteToIsNotUsed) {
   fs::create_directories(cache());
   fs::permissions(cache(), fs::perms{0777});
-  const test::Result result = project_.buildDownloads();
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("quorvane-pack: the cache " + cache() + " is not used: others may write to it\n",
-            result.err);
+  project_.buildDownloads().ends(0).reports("quorvane-pack: the cache " + cache() +
+                                            " is not used: others may write to it\n");
   EXPECT_EQ(Texts{}, test::namesIn(cache()));
 }
 
 TEST_F(PackCache, ThatIsAFileIsNotUsed) {
   test::writeFile(cache(), "a file");
-  const test::Result result = project_.buildDownloads();
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("quorvane-pack: the cache " + cache() + " is not used: it is not a folder\n",
-            result.err);
+  project_.buildDownloads().ends(0).reports("quorvane-pack: the cache " + cache() +
+                                            " is not used: it is not a folder\n");
 }
 
 TEST_F(PackCache, IsBelowTheHomeFolderUnlessTheEnvironmentNamesAnotherPlace) {
-  const test::Result result =
-      project_.buildDownloads({}, {{"XDG_CACHE_HOME", "relative"}, {"HOME", project_ / "home"}});
-  EXPECT_EQ(0, result.status);
+  project_.buildDownloads({}, {{"XDG_CACHE_HOME", "relative"}, {"HOME", project_ / "home"}})
+      .ends(0);
   const bool isMac = test::exists(project_ / "home/Library");
   EXPECT_EQ(2u, test::namesIn(project_ /
                               (isMac ? "home/Library/Caches/Quorvane" : "home/.cache/quorvane"))
@@ -219,10 +212,8 @@ TEST_F(PackCache, IsSharedByBuildsAtTheSameTime) {
   fs::remove_all(cache());
   std::vector<pid_t> builds;
   for (int i = 0; i < 4; ++i) {
-    test::Command command;
-    command.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--executables", "bin", "--output",
-                         "dist" + std::to_string(i)};
-    command.folder = project_.path();
+    const test::Command command = test::packCommand(
+        project_.path(), {"build", "--executables", "bin", "--output", "dist" + std::to_string(i)});
     builds.push_back(test::start(command, project_ / "out" + std::to_string(i),
                                  project_ / "err" + std::to_string(i)));
   }
@@ -255,7 +246,7 @@ TEST_F(PackCache, KeepsTheModulesOfAnArchive) {
   test::Command command;
   command.arguments = {"/usr/bin/bsdtar", "-a", "-cf", "mac.tar.gz", "mac"};
   command.folder = project_.path();
-  ASSERT_EQ(0, test::run(command).status);
+  ASSERT_TRUE(test::transcriptOf(command).succeeded());
   project_.replace("jdk = \"jdk\"", "jdk = \"jdk\"\njdk_archive = \"mac.tar.gz\"\njdk_sha256 = \"" +
                                         test::digestOf(project_ / "mac.tar.gz") + "\"");
   build();

@@ -25,22 +25,21 @@ class PackConsole : public testing::Test {
   }
 
   void build() {
-    const test::Result built = project_.build();
-    EXPECT_EQ(0, built.status) << built.err;
+    project_.build().ends(0);
     fs::create_directories(home_.applicationSupport());
   }
 
-  test::Result install() {
+  test::Transcript install() {
     build();
     return start();
   }
 
-  test::Result start() {
+  test::Transcript start() {
     test::Command command;
     command.arguments = {project_ / test::bundleIn("dist", "offline") + "/Contents/MacOS/Small App",
                          "-silent"};
     command.environment = home_.environment();
-    return test::run(command);
+    return test::transcriptOf(command);
   }
 
   // The bytes of the one log file.
@@ -57,9 +56,7 @@ class PackConsole : public testing::Test {
 
 TEST_F(PackConsole, LeavesStandardOutputToTheApplication) {
   project_.replace("icon = \"small.icns\"", "icon = \"small.icns\"\nconsole = true");
-  const test::Result result = install();
-  EXPECT_EQ("", result.out);
-  EXPECT_EQ(std::string::npos, result.err.find("[Extractor]")) << result.err;
+  install().prints("").reportsNo("[Extractor]");
   const std::string lines = log();
   EXPECT_NE(std::string::npos, lines.find("[Extractor] The absolute wrapper path is ")) << lines;
   EXPECT_NE(std::string::npos, lines.find("Dynamic Param 2: console=[true]")) << lines;
@@ -70,10 +67,7 @@ TEST_F(PackConsole, OfAFailureBeforeTheLogFileShowsItOnStandardError) {
   project_.replace("icon = \"small.icns\"", "icon = \"small.icns\"\nconsole = true");
   build();
   fs::remove(project_ / test::bundleIn("dist", "offline") + "/Contents/Resources/Tail");
-  const test::Result result = start();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("", result.out);
-  EXPECT_NE(std::string::npos, result.err.find("Failed to extract wrapper tail")) << result.err;
+  start().ends(1).prints("").reportsAlso("Failed to extract wrapper tail");
 }
 
 // A file is where the folder of logs should be, and the last archive is cut.
@@ -85,11 +79,7 @@ TEST_F(PackConsole, OfAFailureWithoutALogFileShowsItOnStandardError) {
       project_ / test::bundleIn("dist", "offline") + "/Contents/Resources/Tail";
   const std::string bytes = test::readFile(tail);
   test::writeFile(tail, bytes.substr(0, bytes.size() - 100));
-  const test::Result result = start();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("", result.out);
-  EXPECT_NE(std::string::npos, result.err.find("[Extractor] The absolute wrapper path is "))
-      << result.err;
+  start().ends(1).prints("").reportsAlso("[Extractor] The absolute wrapper path is ");
 }
 
 // The log file is closed before the program is started.
@@ -104,18 +94,13 @@ TEST_F(PackConsole, OfALaunchThatFailsInBothWaysShowsTheErrorOnStandardError) {
 }
 
 TEST_F(PackConsole, IsNotAssumed) {
-  const test::Result result = install();
-  EXPECT_NE(std::string::npos, result.out.find("[Extractor] JRE folder is ")) << result.out;
+  install().mentions("[Extractor] JRE folder is ");
 }
 
 TEST_F(PackConsole, IsAKeyAndNoProperty) {
   project_.replace("[signing]", "[installer.properties]\nconsole = \"true\"\n\n[signing]");
-  const test::Result result = project_.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: quorvane.toml: [installer.properties] has console; set it with 'console' in "
-      "[application]\n",
-      result.err);
+  project_.build().fails(
+      "quorvane.toml: [installer.properties] has console; set it with 'console' in [application]");
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ std::string outputOf(const test::SmallProject& project, const Texts& words) {
   test::Command command;
   command.arguments = words;
   command.folder = project.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(0, result.status) << words[0] << result.err;
+  const test::Transcript result = test::transcriptOf(command);
+  result.ends(0);
   return result.out;
 }
 
@@ -35,7 +35,7 @@ std::string indexField(const test::SmallProject& project, const std::string& nam
 
 TEST(PackDownloads, AreAllThatABuildLeavesBesideTheSiteAndTheIndex) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.buildDownloads().status);
+  ASSERT_TRUE(project.buildDownloads().succeeded());
   EXPECT_EQ((Texts{".quorvane-output", test::downloadOf("-online"), test::downloadOf(),
                    "index.json", "site"}),
             test::namesIn(project / "dist"));
@@ -43,7 +43,7 @@ TEST(PackDownloads, AreAllThatABuildLeavesBesideTheSiteAndTheIndex) {
 
 TEST(PackDownloads, HoldOneBundleNamedAfterTheApplicationEach) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build({"--target", "macos-arm64"}).status);
+  ASSERT_TRUE(project.build({"--target", "macos-arm64"}).succeeded());
   const char* const kinds[][2] = {
       {"offline", ""}, {"online", "-online"}, {"launcher", "-launcher"}};
   for (const auto& [kind, suffix] : kinds) {
@@ -59,7 +59,7 @@ TEST(PackDownloads, HoldOneBundleNamedAfterTheApplicationEach) {
 
 TEST(PackDownloads, ForLinuxAreUnpackedByTar) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build({"--target", "linux-arm64"}).status);
+  ASSERT_TRUE(project.build({"--target", "linux-arm64"}).succeeded());
   outputOf(project, {"/bin/tar", "-xpf", "dist/Small App-3-linux-arm64.tar.gz"});
   EXPECT_EQ(test::manifestOf(project / "dist/bundles/linux-arm64/offline/Small App.app"),
             test::manifestOf(project / "Small App.app"));
@@ -69,15 +69,15 @@ TEST(PackDownloads, OfTwoBuildsHaveTheSameBytes) {
   const test::SmallProject first;
   const test::SmallProject second;
   for (const char* target : {"macos-x86_64", "linux-x86_64"}) {
-    ASSERT_EQ(0, first.buildDownloads({"--target", target}).status);
-    ASSERT_EQ(0, second.buildDownloads({"--target", target}, {{"TZ", "Asia/Tokyo"}}).status);
+    ASSERT_TRUE(first.buildDownloads({"--target", target}).succeeded());
+    ASSERT_TRUE(second.buildDownloads({"--target", target}, {{"TZ", "Asia/Tokyo"}}).succeeded());
     EXPECT_EQ(test::manifestOf(first / "dist"), test::manifestOf(second / "dist"));
   }
 }
 
 TEST(PackDownloads, AreListedInTheIndexWithSizesAndDigests) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build({"--target", "macos-arm64"}).status);
+  ASSERT_TRUE(project.build({"--target", "macos-arm64"}).succeeded());
   EXPECT_EQ(
       "Small App-3-macos-arm64.zip\nSmall App-3-macos-arm64-online.zip\n"
       "Small App-3-macos-arm64-launcher.zip\n",
@@ -115,40 +115,34 @@ TEST(PackDownloads, HaveTheVersionForUsersInTheIndexAsItIsWritten) {
 
 TEST(PackDownloads, AreVerifiedAsTheirBundlesAre) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.buildDownloads().status);
+  ASSERT_TRUE(project.buildDownloads().succeeded());
   for (const char* kind : {"", "-online"}) {
     const std::string path = "dist/" + test::downloadOf(kind);
-    const test::Result result =
-        test::runPack(project.path(), {"verify", path, "--site", "dist/site"});
-    EXPECT_EQ(0, result.status) << result.err;
-    EXPECT_NE(std::string::npos, result.out.find("\n" + path + ": all is well\n")) << result.out;
+    project.pack({"verify", path, "--site", "dist/site"})
+        .ends(0)
+        .mentions("\n" + path + ": all is well\n");
   }
 }
 
 TEST(PackDownloads, WithADamagedBundleAreFoundAndNamedByTheirOwnPath) {
   const test::SmallProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string bundle = project / test::bundleIn("dist", "offline");
   fs::permissions(bundle + "/Contents/MacOS/Small App", fs::perms{0644});
   outputOf(project, {"/usr/bin/bsdtar", "-a", "-cf", "damaged.zip", "-C",
                      fs::path(bundle).parent_path(), "Small App.app"});
-  const test::Result result = test::runPack(project.path(), {"verify", "damaged.zip"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: damaged.zip would not work:\n"
-      "  damaged.zip:Small App.app/Contents/MacOS/Small App is not executable; run 'chmod 755' on "
-      "it\n",
-      result.err);
+  project.pack({"verify", "damaged.zip"})
+      .fails(
+          "damaged.zip would not work:\n"
+          "  damaged.zip:Small App.app/Contents/MacOS/Small App is not executable; run "
+          "'chmod 755' on it");
 }
 
 TEST(PackDownloads, ThatHoldNoBundleAreRefused) {
   const test::SmallProject project;
   outputOf(project, {"/usr/bin/bsdtar", "-a", "-cf", "other.zip", "app"});
-  const test::Result result = test::runPack(project.path(), {"verify", "other.zip"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: other.zip is not a download of a bundle: it does not hold one NAME.app\n",
-      result.err);
+  project.pack({"verify", "other.zip"})
+      .fails("other.zip is not a download of a bundle: it does not hold one NAME.app");
 }
 
 }  // namespace

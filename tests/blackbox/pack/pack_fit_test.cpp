@@ -41,10 +41,7 @@ class PackFit : public testing::Test {
   }
 
   void expectRefusal(const std::string& message) {
-    const test::Result result = project_.build();
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
-    EXPECT_FALSE(test::exists(project_ / "dist/site"));
+    project_.build().fails(message).leavesNo("dist/site");
   }
 
   // Builds, and expects that `verify` says `fact` of what is made for the target.
@@ -53,20 +50,14 @@ class PackFit : public testing::Test {
     test::writeFile(project_ / "quorvane.toml", project_.text);
     std::vector<std::string> all = {"build", "--executables", "bin"};
     all.insert(all.end(), words.begin(), words.end());
-    const test::Result built = test::runPack(project_.path(), all);
-    EXPECT_EQ(0, built.status) << built.err;
-    const test::Result result =
-        test::runPack(project_.path(), {"verify", "dist/Small App-3-" + target + ".zip"});
-    EXPECT_EQ(0, result.status) << result.err;
-    EXPECT_NE(std::string::npos, result.out.find(fact + "\n")) << result.out;
+    project_.pack(all).ends(0);
+    project_.pack({"verify", "dist/Small App-3-" + target + ".zip"}).ends(0).mentions(fact + "\n");
   }
 
   void expectProblem(const std::string& problem, const std::vector<std::string>& words = {}) {
     std::vector<std::string> all = {"verify", kFitBundle};
     all.insert(all.end(), words.begin(), words.end());
-    const test::Result result = test::runPack(project_.path(), all);
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + kFitBundle + " would not work:\n  " + problem + "\n", result.err);
+    project_.pack(all).fails(kFitBundle + " would not work:\n  " + problem);
   }
 
   test::SmallProject project_;
@@ -148,7 +139,7 @@ TEST_F(PackFit, OfUniversalExecutablesIsForTheRuntimesProcessor) {
 TEST_F(PackFit, IsFoundMissingInAFinishedBundle) {
   write("runtime/lib/server/libjvm.so", test::elfFile(test::ELF_X86_64));
   write("app/libsmall.so", test::elfFile(test::ELF_X86_64));
-  ASSERT_EQ(0, project_.build().status);
+  ASSERT_TRUE(project_.build().succeeded());
   write(kExecutable, macProgram());
   expectProblem("updater/lzma64 is for linux-x86_64, but " + kExecutable +
                 " is for macos-arm64; a bundle needs all for one system and processor\n"
@@ -161,22 +152,19 @@ TEST_F(PackFit, IsFoundMissingInAFinishedBundle) {
 }
 
 TEST_F(PackFit, IsFoundMissingInALauncherBundleThatIsNone) {
-  ASSERT_EQ(0, project_.build().status);
+  ASSERT_TRUE(project_.build().succeeded());
   const std::string launcher = test::bundleIn("dist", "launcher");
   write(launcher + "/Contents/MacOS/Small App", "text");
-  const test::Result result = test::runPack(project_.path(), {"verify", launcher});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + launcher + " would not work:\n  " + launcher +
-                "/Contents/MacOS/Small App is not a program: it is neither an ELF nor a "
-                "Mach-O file\n",
-            result.err);
+  project_.pack({"verify", launcher})
+      .fails(launcher + " would not work:\n  " + launcher +
+             "/Contents/MacOS/Small App is not a program: it is neither an ELF nor a Mach-O file");
 }
 
 TEST_F(PackFit, IsFoundMissingInASite) {
-  ASSERT_EQ(0, project_.build().status);
+  ASSERT_TRUE(project_.build().succeeded());
   useExecutables(macProgram());
   write("runtime/lib/server/libjvm.dylib", macLibrary());
-  ASSERT_EQ(0, project_.build({"--output", "other"}).status);
+  ASSERT_TRUE(project_.build({"--output", "other"}).succeeded());
   const std::string end = "; a bundle needs all for one system and processor";
   expectProblem("site, updater/lzma64 is for macos-arm64, but " + kExecutable +
                     " is for linux-x86_64" + end +

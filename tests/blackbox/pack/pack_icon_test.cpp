@@ -48,8 +48,7 @@ std::string magick(const std::string& folder, const std::string& words) {
 class PackIcon : public testing::Test {
  protected:
   void build() {
-    const test::Result result = project_.build();
-    ASSERT_EQ(0, result.status) << result.err;
+    ASSERT_TRUE(project_.build().succeeded());
     icns_ = test::readFile(project_ / kResources + "/Small App.icns");
   }
 
@@ -153,12 +152,9 @@ TEST_F(PackIcon, KeepsWhatIsTransparent) {
 TEST_F(PackIcon, OfAnotherSizeIsRefused) {
   project_.replace("small.icns", "icon.png");
   test::writeQuartersPng(project_ / "icon.png", 512, 1024);
-  const test::Result result = project_.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: quorvane.toml: [application] icon is wrong: icon.png has 512 × 1024 pixels; "
-      "an icon is made from 1024 × 1024\n",
-      result.err);
+  project_.build().fails(
+      "quorvane.toml: [application] icon is wrong: icon.png has 512 × 1024 pixels; an icon is made "
+      "from 1024 × 1024");
 }
 
 TEST_F(PackIcon, ThatIsDamagedIsRefused) {
@@ -177,19 +173,13 @@ TEST_F(PackIcon, ThatIsDamagedIsRefused) {
       {"icns\0\0\0\x08"s, "has no picture"}};
   for (const auto& [bytes, fault] : damaged) {
     test::writeFile(project_ / "small.icns", bytes);
-    const test::Result result = project_.build();
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(
-        "quorvane-pack: quorvane.toml: [application] icon is wrong: small.icns " + fault + "\n",
-        result.err);
+    project_.build().fails("quorvane.toml: [application] icon is wrong: small.icns " + fault);
   }
   project_.replace("small.icns", "icon.png");
   test::writeFile(project_ / "icon.png", png.substr(0, png.size() / 2));
-  EXPECT_EQ(
+  project_.build().reports(
       "quorvane-pack: quorvane.toml: [application] icon is wrong: icon.png is not a valid PNG "
-      "image "
-      "of at most 4096 pixels a side\n",
-      project_.build().err);
+      "image of at most 4096 pixels a side\n");
 }
 
 TEST_F(PackIcon, IsADefaultOneWhereNoneIsNamed) {
@@ -215,20 +205,17 @@ TEST_F(PackOwnSplash, ThatCannotBeReadIsRefused) {
   const std::string png = test::readFile(project_ / "splash.png");
   for (const std::string& bytes : {png.substr(0, 40), "\x89PNG\r\n\x1a\n"s, ""s}) {
     test::writeFile(project_ / "splash.png", bytes);
-    const test::Result result = project_.build();
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(
-        "quorvane-pack: quorvane.toml: [installer] splash is wrong: splash.png is not a valid PNG "
-        "image of at most 4096 pixels a side\n",
-        result.err);
+    project_.build().fails(
+        "quorvane.toml: [installer] splash is wrong: splash.png is not a valid PNG image of at "
+        "most 4096 pixels a side");
   }
 }
 
 TEST_F(PackOwnSplash, ThatIsTooLargeIsRefused) {
   magick(project_.path(), "convert -size 4097x1 xc:red splash.png");
-  EXPECT_EQ(1, project_.build().status);
+  project_.build().ends(1);
   magick(project_.path(), "convert -size 4096x1 xc:red splash.png");
-  EXPECT_EQ(0, project_.build().status);
+  project_.build().ends(0);
 }
 
 TEST_F(PackOwnSplash, IsCarriedUnchanged) {
@@ -308,13 +295,8 @@ TEST_F(PackSplash, LeavesOutANameThatItCannotDraw) {
 
 TEST_F(PackSplash, IsOnTheUpdateSiteToo) {
   build();
-  test::writeFile(project_ / "release.pub",
-                  test::runPack(project_.path(), {"key", "show", "release.key"}).out);
-  const test::Result extracted =
-      test::runPack(project_.path(), {"archive", "extract", "--public-key", "release.pub",
-                                      "dist/site/Quorvane-Quorvane-5-archive.p2.l2", "extracted"});
-  ASSERT_EQ(0, extracted.status) << extracted.err;
-  EXPECT_TRUE(test::readFile(splash()) == test::readFile(project_ / "extracted/nativesplash.png"));
+  const std::string updater = project_.extracted("dist/site/Quorvane-Quorvane-5-archive.p2.l2");
+  EXPECT_TRUE(test::readFile(splash()) == test::readFile(updater + "/nativesplash.png"));
 }
 
 // With the product's own executables: the window has the size of the image.
@@ -325,12 +307,9 @@ TEST_F(PackSplash, ThatIsDrawnIsWhatAnInstallerShows) {
   }
   build();
   const test::OwnDisplay display;
-  test::Command command;
-  command.arguments = {QUORVANE_BIN "/quorvane-pack", "run", "--verbose"};
-  command.folder = project_.path();
+  test::Command command = test::packCommand(project_.path(), {"run", "--verbose"});
   command.environment = {{"DISPLAY", display.name()}};
-  const test::Result result = test::run(command);
-  EXPECT_NE(std::string::npos, result.out.find("[Splash] Resizing to 480 280\n")) << result.out;
+  test::transcriptOf(command).mentions("[Splash] Resizing to 480 280\n");
 }
 
 // Whatever fonts and libraries a machine has: those that are used are part of the packager. Changed

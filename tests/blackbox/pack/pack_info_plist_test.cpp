@@ -15,12 +15,12 @@ namespace {
 const char* const kBundles[] = {"launcher", "offline", "online"};
 const char kOfflineBundle[] = "offline";
 
-test::Result checkPlist(const std::string& path, const std::vector<std::string>& added = {}) {
+test::Transcript checkPlist(const std::string& path, const std::vector<std::string>& added = {}) {
   test::Command command;
   command.arguments = {"/usr/bin/env", "python3",
                        QUORVANE_SOURCE "/tests/blackbox/pack/info_plist.py", path};
   command.arguments.insert(command.arguments.end(), added.begin(), added.end());
-  return test::run(command);
+  return test::transcriptOf(command);
 }
 
 class PackInfoPlist : public testing::Test {
@@ -34,12 +34,12 @@ class PackInfoPlist : public testing::Test {
 
   // Builds, and returns what the bundle's Info.plist contains, as JSON.
   std::string plistOf(const std::string& bundle, const std::vector<std::string>& added = {}) {
-    const test::Result built = project_.build();
-    EXPECT_EQ(0, built.status) << built.err;
+    const test::Transcript built = project_.build();
+    built.ends(0);
     err_ = built.err;
-    const test::Result checked =
+    const test::Transcript checked =
         checkPlist(project_ / test::bundleIn("dist", bundle) + "/Contents/Info.plist", added);
-    EXPECT_EQ(0, checked.status) << bundle << ": " << checked.err;
+    checked.ends(0);
     return checked.out;
   }
 
@@ -293,17 +293,10 @@ TEST_F(PackInfoPlist, OfAnHttpsUpdateUrlHasNoExceptionAndNoWarning) {
 // executable: there a '/' is a division slash.
 TEST_F(PackInfoPlist, GivesTheLaunchFileTheDisplayName) {
   addKeys("display_name = \"Größe 1/2\"\n");
-  const test::Result built = project_.build();
-  ASSERT_EQ(0, built.status) << built.err;
-  const std::string archive = "dist/site/Quorvane-Small App-3-archive.p2.l2";
-  test::writeFile(project_ / "release.pub",
-                  test::runPack(project_.path(), {"key", "show", "release.key"}).out);
-  const test::Result extracted = test::runPack(
-      project_.path(), {"archive", "extract", "--public-key", "release.pub", archive, "extracted"});
-  ASSERT_EQ(0, extracted.status) << extracted.err;
-  const test::Result read =
-      test::runPack(project_.path(), {"launchfile", "read", "extracted/QuorvaneLaunch"});
-  EXPECT_NE(std::string::npos, read.out.find("app_name = 'Größe 1\u22152'")) << read.out;
+  ASSERT_TRUE(project_.build().succeeded());
+  const std::string folder = project_.extracted("dist/site/Quorvane-Small App-3-archive.p2.l2");
+  project_.pack({"launchfile", "read", folder + "/QuorvaneLaunch"})
+      .mentions("app_name = 'Größe 1\u22152'");
 }
 
 // Each is one in a new project file, without its '#'.
@@ -311,7 +304,7 @@ TEST_F(PackInfoPlist, TakesTheExamplesThatANewProjectFileShows) {
   const test::TempFolder folder;
   test::makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
   test::writeFile(folder / "release.key", test::readFile(project_ / "release.key"), 0600);
-  ASSERT_EQ(0, test::runPack(folder.path(), {"init", "a.jar"}).status);
+  ASSERT_TRUE(test::runPack(folder.path(), {"init", "a.jar"}).succeeded());
   std::string examples;
   for (const std::string& line : test::linesOf(test::readFile(folder / "quorvane.toml"))) {
     for (const char* start : {"display_name", "display_version", "category", "copyright",
@@ -332,8 +325,8 @@ TEST(InfoPlistCheck, FindsMissingUnknownAndWronglyTypedEntries) {
                   "<plist version=\"1.0\"><dict><key>CFBundleVersion</key><string>1.b</string>"
                   "<key>NSHighResolutionCapable</key><string>true</string>"
                   "<key>CFBundleURLTypes</key><dict/><key>Odd</key><true/></dict></plist>");
-  const test::Result checked = checkPlist(folder / "Info.plist");
-  EXPECT_EQ(1, checked.status);
+  const test::Transcript checked = checkPlist(folder / "Info.plist");
+  checked.ends(1);
   const std::vector<std::string> faults = test::linesOf(checked.err);
   ASSERT_LT(4u, faults.size());
   EXPECT_EQ((std::vector<std::string>{"Info.plist.CFBundleVersion is '1.b'",

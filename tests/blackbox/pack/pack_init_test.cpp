@@ -26,7 +26,7 @@ std::string lineOf(const std::string& file, const std::string& start) {
   return "no line " + start;
 }
 
-test::Result init(const test::TempFolder& folder, std::vector<std::string> words) {
+test::Transcript init(const test::TempFolder& folder, std::vector<std::string> words) {
   words.insert(words.begin(), "init");
   return test::runPack(folder.path(), words);
 }
@@ -34,13 +34,12 @@ test::Result init(const test::TempFolder& folder, std::vector<std::string> words
 TEST(PackInit, OfAJarTakesNameClassAndIdentifierFromIt) {
   const test::TempFolder folder;
   makeJar(folder.path(), "my-app-1.2.jar", "Main-Class: com.example.tool.Main\n");
-  const test::Result result = init(folder, {"my-app-1.2.jar"});
-  ASSERT_EQ(0, result.status) << result.err;
-  EXPECT_EQ(
+  const test::Transcript result = init(folder, {"my-app-1.2.jar"});
+  ASSERT_TRUE(result.succeeded());
+  result.prints(
       "release.key: your new signing key; keep it safe and do not publish it\n"
       "release.pub: its public half\n"
-      "quorvane.toml: the project file of \"My App\"; next: quorvane-pack build\n",
-      result.out);
+      "quorvane.toml: the project file of \"My App\"; next: quorvane-pack build\n");
   const std::string file = folder / "quorvane.toml";
   EXPECT_EQ("name = \"My App\"", lineOf(file, "name"));
   EXPECT_EQ("identifier = \"com.example.tool\"", lineOf(file, "identifier"));
@@ -53,7 +52,7 @@ TEST(PackInit, OfAJarTakesNameClassAndIdentifierFromIt) {
 TEST(PackInit, WritesTheKeysPublicHalfBesideIt) {
   const test::TempFolder folder;
   makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
-  ASSERT_EQ(0, init(folder, {"a.jar"}).status);
+  ASSERT_TRUE(init(folder, {"a.jar"}).succeeded());
   EXPECT_EQ(test::runPack(folder.path(), {"key", "show", "release.key"}).out,
             test::readFile(folder / "release.pub"));
 }
@@ -63,8 +62,7 @@ TEST(PackInit, OfAFolderListsItsJarsAndTheOneMainClass) {
   writeKey(folder);
   makeJar(folder.path(), "app/main.jar", "Main-Class: org.example.Main\nClass-Path: lib/b.jar\n");
   makeJar(folder.path(), "app/lib/b.jar", "X: y\n");
-  const test::Result result = init(folder, {"app/"});
-  ASSERT_EQ(0, result.status) << result.err;
+  ASSERT_TRUE(init(folder, {"app/"}).succeeded());
   const std::string file = folder / "quorvane.toml";
   EXPECT_EQ("folder = \"app\"", lineOf(file, "folder"));
   EXPECT_EQ("class_path = [\"lib/b.jar\", \"main.jar\"]", lineOf(file, "class_path"));
@@ -75,16 +73,12 @@ TEST(PackInit, ReplacesNeitherProjectNorKeyUnasked) {
   const test::TempFolder folder;
   makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
   test::writeFile(folder / "quorvane.toml", "mine");
-  const test::Result result = init(folder, {"a.jar"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: quorvane.toml exists; name another file with --project, or replace it with "
-      "--force\n",
-      result.err);
+  init(folder, {"a.jar"})
+      .fails("quorvane.toml exists; name another file with --project, or replace it with --force");
   EXPECT_EQ("mine", test::readFile(folder / "quorvane.toml"));
   EXPECT_FALSE(test::exists(folder / "release.key"));
   test::writeFile(folder / "release.key", "my key");
-  EXPECT_EQ(0, init(folder, {"a.jar", "--force"}).status);
+  init(folder, {"a.jar", "--force"}).ends(0);
   EXPECT_EQ("my key", test::readFile(folder / "release.key"));
   EXPECT_EQ("name = \"A\"", lineOf(folder / "quorvane.toml", "name"));
 }
@@ -93,8 +87,8 @@ TEST(PackInit, TakesAClassAndANameFromTheCommandLine) {
   const test::TempFolder folder;
   writeKey(folder);
   makeJar(folder.path(), "a.jar", "X: y\n");
-  ASSERT_EQ(0,
-            init(folder, {"a.jar", "--main-class", "Start", "--name", "G\xc3\xbcte \"1\""}).status);
+  ASSERT_TRUE(
+      init(folder, {"a.jar", "--main-class", "Start", "--name", "G\xc3\xbcte \"1\""}).succeeded());
   EXPECT_EQ("name = \"G\xc3\xbcte \\\"1\\\"\"", lineOf(folder / "quorvane.toml", "name"));
   EXPECT_EQ("identifier = \"org.example.gte1\"", lineOf(folder / "quorvane.toml", "identifier"));
 }
@@ -134,11 +128,10 @@ TEST_P(PackInitOf, IsRefusedWithWhatToDo) {
   makeJar(folder.path(), "two/a.jar", "Main-Class: A\n");
   makeJar(folder.path(), "two/b.jar", "Main-Class: B\n");
   fs::create_directories(folder / "empty");
-  const test::Result result = init(folder, {GetParam().words});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(std::string("quorvane-pack: ") + GetParam().message + "\n", result.err);
-  EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
-  EXPECT_FALSE(test::exists(folder / "release.key"));
+  init(folder, {GetParam().words})
+      .fails(GetParam().message)
+      .leavesNo("quorvane.toml")
+      .leavesNo("release.key");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PackInitOf, testing::ValuesIn(kWrongInits),
@@ -148,45 +141,34 @@ TEST(PackInit, OfAJarWhoseManifestNamesMissingJarsWarnsAndTakesIt) {
   const test::TempFolder folder;
   writeKey(folder);
   makeJar(folder.path(), "a.jar", "Main-Class: Main\nClass-Path: lib/b.jar my%20c.jar\n");
-  const test::Result result = init(folder, {"a.jar"});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: warning: the manifest of a.jar has lib/b.jar in its class path, which is "
-      "missing\n"
-      "quorvane-pack: warning: the manifest of a.jar has my%20c.jar in its class path, which is "
-      "missing\n",
-      result.err);
+  init(folder, {"a.jar"})
+      .ends(0)
+      .reports(
+          "quorvane-pack: warning: the manifest of a.jar has lib/b.jar in its class path, which is "
+          "missing\n"
+          "quorvane-pack: warning: the manifest of a.jar has my%20c.jar in its class path, which "
+          "is missing\n");
   EXPECT_EQ("jar = \"a.jar\"", lineOf(folder / "quorvane.toml", "jar"));
   test::writeFile(folder / "my c.jar", "anything");
-  const test::Result second = init(folder, {"a.jar", "--force"});
-  EXPECT_EQ(1, second.status);
-  EXPECT_EQ(
-      "quorvane-pack: the manifest of a.jar refers to my%20c.jar; name the folder that contains "
-      "both\n",
-      second.err);
+  init(folder, {"a.jar", "--force"})
+      .fails("the manifest of a.jar refers to my%20c.jar; name the folder that contains both");
 }
 
 TEST(PackInit, OfAJarWhoseNameHasNoWordAsksForAName) {
   const test::TempFolder folder;
   writeKey(folder);
   makeJar(folder.path(), "_.jar", "Main-Class: Main\n");
-  const test::Result result = init(folder, {"_.jar"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: cannot derive an application name from _.jar; pass --name\n",
-            result.err);
-  EXPECT_EQ(0, init(folder, {"_.jar", "--name", "One"}).status);
+  init(folder, {"_.jar"}).fails("cannot derive an application name from _.jar; pass --name");
+  init(folder, {"_.jar", "--name", "One"}).ends(0);
 }
 
 TEST(PackInit, OfATextInAnotherEncodingSaysSo) {
   const test::TempFolder folder;
   makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
-  const test::Result result = init(folder, {"a.jar", "--name", "Gr\xfc\xdf"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: the text Gr\xfc\xdf is not UTF-8, which a project file requires; rename it\n",
-      result.err);
-  EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
-  EXPECT_FALSE(test::exists(folder / "release.key"));
+  init(folder, {"a.jar", "--name", "Gr\xfc\xdf"})
+      .fails("the text Gr\xfc\xdf is not UTF-8, which a project file requires; rename it")
+      .leavesNo("quorvane.toml")
+      .leavesNo("release.key");
 }
 
 TEST(PackInit, WithoutANameForThePrivateKeyEndsWith2AndMakesNothing) {
@@ -194,12 +176,9 @@ TEST(PackInit, WithoutANameForThePrivateKeyEndsWith2AndMakesNothing) {
     const test::TempFolder folder;
     makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
     const std::vector<std::string> before = test::namesIn(folder.path());
-    const test::Result result = init(folder, {"a.jar", "--key", key});
-    EXPECT_EQ(2, result.status);
-    EXPECT_EQ(0u,
-              result.err.find("--key " + std::string(key) +
-                              " is not a name for a private key file; use one like release.key\n"))
-        << result.err;
+    init(folder, {"a.jar", "--key", key})
+        .isMisused("--key " + std::string(key) +
+                   " is not a name for a private key file; use one like release.key\n");
     EXPECT_EQ(before, test::namesIn(folder.path()));
   }
 }
@@ -208,13 +187,10 @@ TEST(PackInit, DoesNotReplaceAPublicKeyThatStands) {
   const test::TempFolder folder;
   makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
   test::writeFile(folder / "release.pub", "another's");
-  const test::Result result = init(folder, {"a.jar"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: release.pub already exists, but the public half of release.key belongs "
-      "there; move it "
-      "away, or name another key with --key\n",
-      result.err);
+  init(folder, {"a.jar"})
+      .fails(
+          "release.pub already exists, but the public half of release.key belongs there; move it "
+          "away, or name another key with --key");
   EXPECT_EQ("another's", test::readFile(folder / "release.pub"));
   EXPECT_FALSE(test::exists(folder / "release.key"));
   EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
@@ -229,9 +205,8 @@ TEST(PackInit, OfANameThatBuildRefusesSaysWhy) {
   writeKey(folder);
   makeJar(folder.path(), "a.jar", "Main-Class: Main\n");
   const auto errorOf = [&](const std::vector<std::string>& words) {
-    const test::Result result = init(folder, words);
-    EXPECT_EQ(1, result.status);
-    EXPECT_FALSE(test::exists(folder / "quorvane.toml"));
+    const test::Transcript result = init(folder, words);
+    result.ends(1).leavesNo("quorvane.toml");
     return result.err;
   };
   EXPECT_EQ("quorvane-pack: --name is \"a-b" + why, errorOf({"a.jar", "--name", "a-b"}));
@@ -249,27 +224,18 @@ TEST(PackInit, OfANameThatBuildRefusesSaysWhy) {
 TEST(PackInit, OfADamagedJarNamesIt) {
   const test::TempFolder folder;
   test::writeFile(folder / "a.jar", "no jar");
-  const test::Result result = init(folder, {"a.jar"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: a.jar is not a jar, or is damaged; build it or copy it again\n",
-            result.err);
+  init(folder, {"a.jar"}).fails("a.jar is not a jar, or is damaged; build it or copy it again");
 }
 
 TEST(PackInit, WithoutAJdkSaysHowToGetOne) {
   const test::TempFolder folder;
   test::writeFile(folder / "a.jar", "no jar");
-  test::Command command;
-  command.arguments = {QUORVANE_BIN "/quorvane-pack", "init", "a.jar"};
-  command.folder = folder.path();
+  test::Command command = test::packCommand(folder.path(), {"init", "a.jar"});
   command.environment = {{"PATH", folder.path()}};
   command.unset = {"JAVA_HOME"};
-  const test::Result result = test::run(command);
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: no JDK found: JAVA_HOME is not set and PATH has no jlink; install a JDK "
-      "(on "
-      "Debian the package openjdk-17-jdk), or name its folder with --jdk\n",
-      result.err);
+  test::transcriptOf(command).fails(
+      "no JDK found: JAVA_HOME is not set and PATH has no jlink; install a JDK (on Debian the "
+      "package openjdk-17-jdk), or name its folder with --jdk");
 }
 
 }  // namespace

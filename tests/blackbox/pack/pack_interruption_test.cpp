@@ -22,10 +22,7 @@ class PackInterruption : public testing::Test {
   void start(const std::string& sign) {
     test::writeFile(project_ / "quorvane.toml", project_.text);
     fs::create_directory(project_ / "tmp");
-    command_.arguments = {QUORVANE_BIN "/quorvane-pack", "build", "--quiet", "--executables",
-                          "bin"};
     command_.environment = {{"TMPDIR", project_ / "tmp"}};
-    command_.folder = project_.path();
     build_ = test::start(command_, project_ / "out", project_ / "err");
     for (int i = 0; i < 6000 && !test::exists(project_ / sign); ++i) {
       usleep(10000);
@@ -59,7 +56,8 @@ class PackInterruption : public testing::Test {
   }
 
   test::SmallProject project_;
-  test::Command command_;
+  test::Command command_ =
+      test::packCommand(project_.path(), {"build", "--quiet", "--executables", "bin"});
   pid_t build_ = 0;
   test::Result result_;
 };
@@ -98,8 +96,7 @@ TEST_F(PackInterruption, ByAKillLeavesWhatTheNextBuildRemoves) {
   EXPECT_NE(0u, test::namesIn(project_ / "tmp").size());
   test::writeFile(project_ / "tmp/quorvane-mine/file", "of another program");
   test::writeFile(project_ / "go", "");
-  const test::Result next = test::run(command_);
-  EXPECT_EQ(0, next.status) << next.err;
+  test::transcriptOf(command_).ends(0);
   EXPECT_EQ(std::vector<std::string>{"quorvane-mine"}, test::namesIn(project_ / "tmp"));
   EXPECT_TRUE(test::exists(project_ / "dist/site/Quorvane-Mac64JRE-210004-archive.p2.l2"));
   EXPECT_FALSE(test::exists(project_ / "dist/.quorvane-unfinished"));

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "tests/blackbox/pack/transcript.h"
 #include "tests/support/files.h"
 #include "tests/support/format_examples.h"
-#include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
 
 using namespace std::string_literals;
@@ -17,11 +17,9 @@ static const int kUsageError = 2;
 
 class PackLaunchfile : public testing::Test {
  protected:
-  test::Result pack(const std::vector<std::string>& words) const {
-    test::Command command;
-    command.arguments = {QUORVANE_BIN "/quorvane-pack", "launchfile"};
-    command.arguments.insert(command.arguments.end(), words.begin(), words.end());
-    return test::run(command);
+  test::Transcript pack(std::vector<std::string> words) const {
+    words.insert(words.begin(), "launchfile");
+    return test::runPack(words);
   }
 
   std::string text() const { return folder / "launch.toml"; }
@@ -32,57 +30,54 @@ class PackLaunchfile : public testing::Test {
 
 TEST_F(PackLaunchfile, WritesTheDocumentsExample) {
   test::writeFile(text(), test::formatBlock("toml", "launch-file"));
-  const test::Result result = pack({"write", text(), file()});
-  EXPECT_EQ(0, result.status) << result.err;
-  EXPECT_EQ("", result.out + result.err);
+  pack({"write", text(), file()}).ends(0).prints("").reports("");
   EXPECT_EQ(test::formatBlock("hex", "launch-file"), test::hexDump(test::readFile(file())));
   EXPECT_EQ(0644u, test::modeOf(file()));
 }
 
 TEST_F(PackLaunchfile, ReadShowsWhatWriteTakes) {
   test::writeFile(text(), test::formatBlock("toml", "launch-file"));
-  EXPECT_EQ(0, pack({"write", text(), file()}).status);
+  pack({"write", text(), file()}).ends(0);
   const std::string written = test::readFile(file());
-  const test::Result shown = pack({"read", file()});
-  EXPECT_EQ(0, shown.status) << shown.err;
+  const test::Transcript shown = pack({"read", file()});
+  shown.ends(0);
   test::writeFile(text(), shown.out);
-  EXPECT_EQ(0, pack({"write", text(), file()}).status);
+  pack({"write", text(), file()}).ends(0);
   EXPECT_EQ(written, test::readFile(file()));
 }
 
 TEST_F(PackLaunchfile, NamesTheFileAndTheKeyThatIsWrong) {
   test::writeFile(text(), "class = 5\n");
-  const test::Result result = pack({"write", text(), file()});
-  EXPECT_EQ(kInputError, result.status);
-  EXPECT_EQ("quorvane-pack: " + text() + ": \"class\" must be a string\n", result.err);
+  pack({"write", text(), file()})
+      .ends(kInputError)
+      .reports("quorvane-pack: " + text() + ": \"class\" must be a string\n");
   EXPECT_FALSE(test::exists(file()));
 }
 
 TEST_F(PackLaunchfile, LeavesAnOlderLaunchFileAloneWhenTheTextIsWrong) {
   test::writeFile(file(), "older");
   test::writeFile(text(), "version = 9\napp_name = 'A'\n");
-  EXPECT_EQ(kInputError, pack({"write", text(), file()}).status);
+  pack({"write", text(), file()}).ends(kInputError);
   EXPECT_EQ("older", test::readFile(file()));
 }
 
 TEST_F(PackLaunchfile, SaysWhatALaunchFileLacks) {
   test::writeFile(file(), "6\0Main\0"s);
-  const test::Result result = pack({"read", file()});
-  EXPECT_EQ(kInputError, result.status);
-  EXPECT_EQ("quorvane-pack: " + file() +
-                ": the launch file is damaged at byte 7: it ends inside Class OnUpdate; it is "
-                "truncated or not a launch file\n",
-            result.err);
+  pack({"read", file()})
+      .ends(kInputError)
+      .reports("quorvane-pack: " + file() +
+               ": the launch file is damaged at byte 7: it ends inside Class OnUpdate; it is "
+               "truncated or not a launch file\n");
 }
 
 TEST_F(PackLaunchfile, SaysThatAFileIsMissing) {
-  EXPECT_EQ(kInputError, pack({"read", file()}).status);
-  EXPECT_EQ(kInputError, pack({"write", text(), file()}).status);
-  EXPECT_EQ(kInputError, pack({"read", folder.path()}).status);
+  pack({"read", file()}).ends(kInputError);
+  pack({"write", text(), file()}).ends(kInputError);
+  pack({"read", folder.path()}).ends(kInputError);
 }
 
 TEST_F(PackLaunchfile, EndsAWrongCommandLineWithTheUsageStatus) {
-  EXPECT_EQ(kUsageError, pack({}).status);
-  EXPECT_EQ(kUsageError, pack({"write", text()}).status);
-  EXPECT_EQ(kUsageError, pack({"read", file(), "--unknown"}).status);
+  pack({}).ends(kUsageError);
+  pack({"write", text()}).ends(kUsageError);
+  pack({"read", file(), "--unknown"}).ends(kUsageError);
 }

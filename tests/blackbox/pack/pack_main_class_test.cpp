@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -11,7 +10,6 @@
 
 // The main class of an application, and what the manifest of its jar asks for.
 
-namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
 
 namespace {
@@ -26,16 +24,13 @@ class PackMainClass : public testing::Test {
   }
 
   void expectRefusal(const std::string& message) {
-    const test::Result result = project_.build();
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
-    EXPECT_FALSE(test::exists(project_ / kMainClassBundle));
+    project_.build().fails(message).leavesNo(kMainClassBundle);
   }
 
   // Builds, and returns the lines that tell something about the content.
   Texts remarks() {
-    const test::Result result = project_.build();
-    EXPECT_EQ(0, result.status) << result.err;
+    const test::Transcript result = project_.build();
+    result.ends(0);
     Texts lines;
     for (const std::string& line : test::linesOf(result.out)) {
       if (line.rfind("warning: ", 0) == 0 || line.rfind("note: the manifest", 0) == 0 ||
@@ -48,14 +43,7 @@ class PackMainClass : public testing::Test {
 
   // The JVM options of the application that was built.
   Texts options() {
-    const std::string folder = project_ / "unpacked";
-    fs::remove_all(folder);
-    const test::Result key = test::runPack(project_.path(), {"key", "show", "release.key"});
-    test::writeFile(project_ / "release.pub", key.out);
-    const test::Result result =
-        test::runPack(project_.path(), {"archive", "extract", "--public-key", "release.pub",
-                                        "dist/site/Quorvane-Small App-3-archive.p2.l2", folder});
-    EXPECT_EQ(0, result.status) << result.err;
+    const std::string folder = project_.extracted("dist/site/Quorvane-Small App-3-archive.p2.l2");
     return tools::decodeLaunchFile(test::readFile(folder + "/QuorvaneLaunch")).jvmOptions;
   }
 
@@ -128,26 +116,25 @@ TEST_F(PackMainClass, MayBeInAJarThatAManifestNames) {
 TEST_F(PackMainClass, MayBeInAJarThatTheJdkMade) {
   test::writeFile(project_ / "content/org/example/Main.class", test::noise(20000));
   test::writeFile(project_ / "manifest", "Add-Opens: java.base/java.lang\n");
-  const test::Result made = test::run(
-      {{"/bin/sh", "-c", "jar --create --file app/main.jar --manifest manifest -C content ."},
-       {},
-       {},
-       project_.path(),
-       60});
-  ASSERT_EQ(0, made.status) << made.err;
+  ASSERT_TRUE(
+      test::transcriptOf(
+          {{"/bin/sh", "-c", "jar --create --file app/main.jar --manifest manifest -C content ."},
+           {},
+           {},
+           project_.path(),
+           60})
+          .succeeded());
   EXPECT_EQ(Texts{}, remarks());
   EXPECT_EQ(Texts{"--add-opens=java.base/java.lang=ALL-UNNAMED"}, options());
 }
 
 TEST_F(PackMainClass, ThatAnInstallersUpdaterLacksIsFoundByVerify) {
   writeJar("updater/updater.jar", test::jarOfClass("org.example.Other"));
-  ASSERT_EQ(0, project_.build().status);
-  const test::Result result = test::runPack(project_.path(), {"verify", kMainClassBundle});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + std::string(kMainClassBundle) +
-                " would not work:\n  updater: its launch file names the main class "
-                "org.example.Updater, which its class path does not contain\n",
-            result.err);
+  ASSERT_TRUE(project_.build().succeeded());
+  project_.pack({"verify", kMainClassBundle})
+      .fails(std::string(kMainClassBundle) +
+             " would not work:\n  updater: its launch file names the main class "
+             "org.example.Updater, which its class path does not contain");
 }
 
 TEST_F(PackMainClass, MissingClassPathEntriesOfItsManifestAreWarnings) {
@@ -155,13 +142,11 @@ TEST_F(PackMainClass, MissingClassPathEntriesOfItsManifestAreWarnings) {
   EXPECT_EQ(Texts{"warning: the manifest of main.jar has lib/none.jar in its class path, which is "
                   "missing"},
             remarks());
-  const test::Result result = test::runPack(project_.path(), {"verify", kMainClassBundle});
-  EXPECT_EQ(0, result.status) << result.err;
-  EXPECT_NE(
-      std::string::npos,
-      result.out.find("warning: application: the manifest of main.jar has lib/none.jar in its "
-                      "class path, which is missing\n"))
-      << result.out;
+  project_.pack({"verify", kMainClassBundle})
+      .ends(0)
+      .mentions(
+          "warning: application: the manifest of main.jar has lib/none.jar in its class path, "
+          "which is missing\n");
 }
 
 TEST_F(PackMainClass, WithAManifestThatOpensPackagesIsLaunchedWithTheseOptions) {

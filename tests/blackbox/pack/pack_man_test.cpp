@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/blackbox/pack/transcript.h"
 #include "tests/support/files.h"
-#include "tests/support/process.h"
 
 // The manual page beside what the commands say of themselves.
 
@@ -25,9 +25,9 @@ Options optionsIn(const std::string& text) {
 }
 
 std::string helpOf(const std::string& command) {
-  const test::Result help = test::run(
+  const test::Transcript help = test::transcriptOf(
       {{"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + command + " --help"}, {}, {}, "", 60});
-  EXPECT_EQ(0, help.status) << command;
+  help.ends(0);
   return help.out;
 }
 

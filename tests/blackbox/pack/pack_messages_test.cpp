@@ -209,8 +209,6 @@ class PackInput : public testing::TestWithParam<WrongInput> {
     writeTexts();
   }
 
-  test::Result run() const { return test::runPack(folder_.path(), wordsOf(GetParam().words)); }
-
   test::TempFolder folder_;
 
  private:
@@ -257,9 +255,9 @@ class PackInput : public testing::TestWithParam<WrongInput> {
 
   void writeCarrying() {
     write("carrying", "code");
-    const test::Result appended =
-        test::runPack(folder_.path(), {"tail", "write", "--append", "carrying", "--app-name", "A"});
-    ASSERT_EQ(0, appended.status) << appended.err;
+    ASSERT_TRUE(
+        test::runPack(folder_.path(), {"tail", "write", "--append", "carrying", "--app-name", "A"})
+            .succeeded());
   }
 
   void writeTexts() {
@@ -287,10 +285,7 @@ class PackInput : public testing::TestWithParam<WrongInput> {
 
 TEST_P(PackInput, ThatIsWrongIsToldAndChangesNothing) {
   const std::vector<std::string> before = test::namesIn(folder_.path());
-  const test::Result result = run();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + GetParam().message + "\n", result.err);
-  EXPECT_EQ("", result.out);
+  test::runPack(folder_.path(), wordsOf(GetParam().words)).fails(GetParam().message).prints("");
   EXPECT_EQ(before, test::namesIn(folder_.path()));
 }
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
 #include "tests/blackbox/pack/small_project.h"
@@ -8,23 +7,18 @@
 
 // Names of files and components that would not come through an installation.
 
-namespace fs = std::filesystem;
-
 namespace {
 
 void expectRefused(const test::SmallProject& project, const std::string& message) {
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
-  EXPECT_FALSE(test::exists(project / "dist/site"));
+  project.build().fails(message).leavesNo("dist/site");
 }
 
 TEST(PackNames, ThatTheInstallerWritesItselfAreRefusedInTheApplication) {
   for (const char* name : {"version.txt", "Version.TXT", "application.p2", "application.p2.l2"}) {
     const test::SmallProject project;
     test::writeFile(project / "app" + "/" + name, "the user's");
-    const test::Result result = project.build();
-    EXPECT_EQ(1, result.status) << name;
+    const test::Transcript result = project.build();
+    result.ends(1);
     EXPECT_EQ(0u, result.err.find("quorvane-pack: app/" + std::string(name) +
                                   " has a name that the installer uses itself: "))
         << result.err;
@@ -41,8 +35,8 @@ TEST(PackNames, ThatTheInstallerWritesItselfAreRefusedInTheUpdater) {
        {"version.txt", "lzma64", "nativesplash.png", "updater.p2", "updater.p2.l2"}) {
     const test::SmallProject project;
     test::writeFile(project / "updater" + "/" + name, "the user's");
-    const test::Result result = project.build();
-    EXPECT_EQ(1, result.status) << name;
+    const test::Transcript result = project.build();
+    result.ends(1);
     EXPECT_EQ(0u, result.err.find("quorvane-pack: updater/" + std::string(name) +
                                   " has a name that the installer uses itself: "))
         << result.err;
@@ -54,8 +48,7 @@ TEST(PackNames, ThatTheInstallerWritesItselfAreTakenInFolders) {
   test::writeFile(project / "app/lib/version.txt", "the user's");
   test::writeFile(project / "app/lzma64", "the user's");
   test::writeFile(project / "updater/lib/lzma64", "the user's");
-  const test::Result result = project.build();
-  EXPECT_EQ(0, result.status) << result.err;
+  project.build().ends(0);
 }
 
 TEST(PackNames, ThatDifferByCaseAloneAreRefusedForFiles) {
@@ -101,8 +94,7 @@ TEST(PackNames, InTheClassPathMustBePacked) {
 TEST(PackNames, InTheClassPathMayBeFilesAndFolders) {
   test::SmallProject project;
   project.replace("folder = \"app\"", "folder = \"app\"\nclass_path = [\"lib\", \"main.jar\"]");
-  const test::Result result = project.build();
-  EXPECT_EQ(0, result.status) << result.err;
+  project.build().ends(0);
 }
 
 TEST(PackNames, InTheClassPathMayHoldNoColon) {

@@ -4,41 +4,40 @@
 #include <string>
 #include <vector>
 
+#include "tests/blackbox/pack/transcript.h"
 #include "tests/support/files.h"
 #include "tests/support/format_examples.h"
-#include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
 
 namespace {
 
-test::Result params(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), {QUORVANE_BIN "/quorvane-pack", "params"});
-  return test::run({arguments, {}, {}, "", 60});
+test::Transcript params(std::vector<std::string> words) {
+  words.insert(words.begin(), "params");
+  return test::runPack(words);
 }
 
 TEST(PackParams, ReadsWhatItWrote) {
   const test::TempFolder folder;
   const std::string path = folder / "params";
-  EXPECT_EQ(
-      0, params({"write", path, "update_url=http://127.0.0.1/?a=b", "empty=", "a b=c d"}).status);
-  EXPECT_EQ("update_url=http://127.0.0.1/?a=b\nempty=\na b=c d\n", params({"read", path}).out);
-  EXPECT_EQ("http://127.0.0.1/?a=b\n", params({"read", "--value", "update_url", path}).out);
-  EXPECT_EQ(0, params({"write", "--replace", path}).status);
-  EXPECT_EQ("", params({"read", path}).out);
+  params({"write", path, "update_url=http://127.0.0.1/?a=b", "empty=", "a b=c d"}).ends(0);
+  params({"read", path}).prints("update_url=http://127.0.0.1/?a=b\nempty=\na b=c d\n");
+  params({"read", "--value", "update_url", path}).prints("http://127.0.0.1/?a=b\n");
+  params({"write", "--replace", path}).ends(0);
+  params({"read", path}).prints("");
 }
 
 TEST(PackParams, KeepsWhatStandsUnlessItIsGivenOrUnset) {
   const test::TempFolder folder;
   const std::string bundle = folder / "S.app";
   test::writeFile(bundle + "/Contents/Resources/other", "");
-  ASSERT_EQ(0, params({"write", bundle, "jre_name=Mine", "require_signature=true", "a=1"}).status);
-  EXPECT_EQ(0, params({"write", bundle, "show_no_ui=true", "jre_name=Other"}).status);
-  EXPECT_EQ("jre_name=Other\nrequire_signature=true\na=1\nshow_no_ui=true\n",
-            params({"read", bundle}).out);
-  EXPECT_EQ(0, params({"write", bundle, "b=2", "--unset", "a", "--unset", "show_no_ui"}).status);
-  EXPECT_EQ("jre_name=Other\nrequire_signature=true\nb=2\n", params({"read", bundle}).out);
-  EXPECT_EQ(0, params({"write", "--replace", bundle, "c=3"}).status);
-  EXPECT_EQ("c=3\n", params({"read", bundle}).out);
+  ASSERT_TRUE(
+      params({"write", bundle, "jre_name=Mine", "require_signature=true", "a=1"}).succeeded());
+  params({"write", bundle, "show_no_ui=true", "jre_name=Other"}).ends(0);
+  params({"read", bundle}).prints("jre_name=Other\nrequire_signature=true\na=1\nshow_no_ui=true\n");
+  params({"write", bundle, "b=2", "--unset", "a", "--unset", "show_no_ui"}).ends(0);
+  params({"read", bundle}).prints("jre_name=Other\nrequire_signature=true\nb=2\n");
+  params({"write", "--replace", bundle, "c=3"}).ends(0);
+  params({"read", bundle}).prints("c=3\n");
 }
 
 TEST(PackParams, ReplacesAFileOfAnotherKindOnlyByForce) {
@@ -46,39 +45,34 @@ TEST(PackParams, ReplacesAFileOfAnotherKindOnlyByForce) {
   const std::string path = folder / "project.toml";
   test::writeFile(path, "[application]");
   for (const char* option : {"--replace", "a=b"}) {
-    const test::Result result = params({"write", path, option});
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + path +
-                  " already exists and is not a valid params file (this is not a params file: its "
-                  "marker is missing); name another file, or replace it with --force\n",
-              result.err);
+    params({"write", path, option})
+        .fails(path +
+               " already exists and is not a valid params file (this is not a params file: its "
+               "marker is missing); name another file, or replace it with --force");
     EXPECT_EQ("[application]", test::readFile(path));
   }
-  EXPECT_EQ(0, params({"write", "--force", path, "a=b"}).status);
-  EXPECT_EQ("a=b\n", params({"read", path}).out);
+  params({"write", "--force", path, "a=b"}).ends(0);
+  params({"read", path}).prints("a=b\n");
 }
 
 TEST(PackParams, RefusesMoreThanAnInstallerHandsOn) {
   const test::TempFolder folder;
   const std::string path = folder / "params";
   const std::string half(120000, 'x');
-  ASSERT_EQ(0, params({"write", path, "a=" + half}).status);
-  const test::Result result = params({"write", path, "b=" + half});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: the property b does not fit: all properties together have 200000 bytes; "
-      "shorten some\n",
-      result.err);
-  EXPECT_EQ(half + "\n", params({"read", "--value", "a", path}).out);
+  ASSERT_TRUE(params({"write", path, "a=" + half}).succeeded());
+  params({"write", path, "b=" + half})
+      .fails(
+          "the property b does not fit: all properties together have 200000 bytes; shorten some");
+  params({"read", "--value", "a", path}).prints(half + "\n");
 }
 
 TEST(PackParams, FindsTheFileInABundle) {
   const test::TempFolder folder;
   const std::string file = folder / "S.app/Contents/Resources/AppParams.excludefromsigning";
   test::writeFile(folder / "S.app/Contents/Resources/other", "");
-  EXPECT_EQ(0, params({"write", folder / "S.app", "show_no_ui=true"}).status);
-  EXPECT_EQ("show_no_ui=true\n", params({"read", folder / "S.app"}).out);
-  EXPECT_EQ("show_no_ui=true\n", params({"read", file}).out);
+  params({"write", folder / "S.app", "show_no_ui=true"}).ends(0);
+  params({"read", folder / "S.app"}).prints("show_no_ui=true\n");
+  params({"read", file}).prints("show_no_ui=true\n");
 }
 
 TEST(PackParams, MakesTheFormatsExampleWithTheCommandThatTheDocumentShows) {
@@ -87,8 +81,7 @@ TEST(PackParams, MakesTheFormatsExampleWithTheCommandThatTheDocumentShows) {
   command.arguments = {"/bin/sh", "-c", test::formatBlock("sh", "params-file")};
   command.environment = {{"PATH", std::string(QUORVANE_BIN ":") + getenv("PATH")}};
   command.folder = folder.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(0, result.status) << result.err;
+  test::transcriptOf(command).ends(0);
   EXPECT_EQ(test::formatBlock("hex", "params-file"),
             test::hexDump(test::readFile(folder / "PARAMS")));
 }
@@ -97,8 +90,8 @@ TEST(PackParams, NamesWhatIsWrong) {
   const test::TempFolder folder;
   const std::string path = folder / "params";
   const auto errorOf = [](const std::vector<std::string>& arguments) {
-    const test::Result result = params(arguments);
-    EXPECT_EQ(1, result.status);
+    const test::Transcript result = params(arguments);
+    result.ends(1);
     return result.err;
   };
   EXPECT_EQ("quorvane-pack: " + path + " cannot be read: No such file or directory\n",
@@ -106,7 +99,7 @@ TEST(PackParams, NamesWhatIsWrong) {
   test::writeFile(path, "junk");
   EXPECT_EQ("quorvane-pack: " + path + ": this is not a params file: its marker is missing\n",
             errorOf({"read", path}));
-  ASSERT_EQ(0, params({"write", "--force", path, "a=b"}).status);
+  ASSERT_TRUE(params({"write", "--force", path, "a=b"}).succeeded());
   EXPECT_EQ("quorvane-pack: there is no property c to remove\n",
             errorOf({"write", path, "--unset", "c"}));
   EXPECT_EQ("quorvane-pack: " + path + " has no property c\n",
@@ -117,12 +110,12 @@ TEST(PackParams, NamesWhatIsWrong) {
 TEST(PackParams, SaysWhereAFileIsDamaged) {
   const test::TempFolder folder;
   const std::string path = folder / "params";
-  ASSERT_EQ(0, params({"write", path, "a=b"}).status);
+  ASSERT_TRUE(params({"write", path, "a=b"}).succeeded());
   const std::string marker = test::readFile(path).substr(0, 64);
   const auto errorOf = [&](const std::string& behindMarker) {
     test::writeFile(path, marker + behindMarker);
-    const test::Result result = params({"read", path});
-    EXPECT_EQ(1, result.status);
+    const test::Transcript result = params({"read", path});
+    result.ends(1);
     return result.err.substr(("quorvane-pack: " + path + ": ").size());
   };
   EXPECT_EQ("the params file is damaged at byte 64: it ends inside the number of properties\n",
@@ -143,24 +136,20 @@ TEST(PackParams, SaysWhereAFileIsDamaged) {
 TEST(PackParams, RefusesTextsThatAreLongerThanWhatIsRead) {
   const test::TempFolder folder;
   const std::string name(1023, 'n');
-  const test::Result result = params({"write", folder / "params", name + "=value"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: the property name " + name +
-                " is 1023 bytes long, at most 1022 are read; shorten it\n",
-            result.err);
+  params({"write", folder / "params", name + "=value"})
+      .fails("the property name " + name +
+             " is 1023 bytes long, at most 1022 are read; shorten it");
 }
 
 TEST(PackParams, UsedWronglyEndsWith2) {
-  EXPECT_EQ(2, params({}).status);
-  EXPECT_EQ(2, params({"read"}).status);
-  EXPECT_EQ(2, params({"write"}).status);
+  params({}).ends(2);
+  params({"read"}).ends(2);
+  params({"write"}).ends(2);
   const test::TempFolder folder;
   const std::string path = folder / "params";
   for (const char* word : {"word", "=value"}) {
-    const test::Result result = params({"write", path, word});
-    EXPECT_EQ(2, result.status);
-    EXPECT_EQ(0u, result.err.find(std::string(word) + " is not a property; expected NAME=VALUE\n"))
-        << result.err;
+    params({"write", path, word})
+        .isMisused(std::string(word) + " is not a property; expected NAME=VALUE\n");
     EXPECT_FALSE(test::exists(path));
   }
 }

@@ -1,12 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
-
-namespace fs = std::filesystem;
 
 // What 'quorvane-pack build' says of project files that are wrong. Each message stands here once.
 
@@ -314,11 +311,7 @@ class PackProject : public testing::TestWithParam<WrongProject> {};
 TEST_P(PackProject, ThatIsWrongIsRefusedWithWhatToDoAndMakesNothing) {
   test::SmallProject project;
   project.replace(GetParam().from, GetParam().to);
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(std::string("quorvane-pack: ") + GetParam().message + "\n", result.err);
-  EXPECT_EQ("", result.out);
-  EXPECT_FALSE(test::exists(project / "dist/site"));
+  project.build().fails(GetParam().message).prints("").leavesNo("dist/site");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PackProject, testing::ValuesIn(kWrongProjects),
@@ -344,65 +337,50 @@ TEST(PackProjectFile, WithATextThatIsNotReadToItsEndIsRefused) {
       test::SmallProject project;
       project.replace(text.place, std::string(text.place) + "\n" + text.before +
                                       std::string(text.length - less, 'x') + text.key);
-      const test::Result result = project.build();
-      EXPECT_EQ(less == 0 ? 1 : 0, result.status) << result.err;
-      EXPECT_EQ(
-          less == 0 ? std::string("quorvane-pack: quorvane.toml: ") + text.message + "\n" : "",
-          result.err);
+      project.build()
+          .ends(less == 0 ? 1 : 0)
+          .reports(less == 0 ? std::string("quorvane-pack: quorvane.toml: ") + text.message + "\n"
+                             : "");
     }
   }
 }
 
 TEST(PackProjectFile, ThatDoesNotExistIsNamed) {
   const test::TempFolder folder;
-  const test::Result result = test::runPack(folder.path(), {"build"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: quorvane.toml does not exist; name a project file, or make one with "
-      "'quorvane-pack init'\n",
-      result.err);
+  test::runPack(folder.path(), {"build"})
+      .fails(
+          "quorvane.toml does not exist; name a project file, or make one with 'quorvane-pack "
+          "init'");
 }
 
 TEST(PackProjectFile, WithItsKeyInWhatIsPackedIsRefused) {
   test::SmallProject project;
   test::writeFile(project / "app/my.key", test::readFile(project / "release.key"), 0600);
   project.replace("release.key", "app/my.key");
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: quorvane.toml: [signing] key names app/my.key, which is inside app and would "
-      "be "
-      "published with it; move it elsewhere\n",
-      result.err);
+  project.build().fails(
+      "quorvane.toml: [signing] key names app/my.key, which is inside app and would be published "
+      "with it; move it elsewhere");
 }
 
 TEST(PackProjectFile, WithAnOutputFolderInWhatIsPackedIsRefused) {
   const test::SmallProject project;
-  const test::Result result = project.build({"--output", "app/dist"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: the output folder app/dist is inside app, which is packed; choose another "
-      "one "
-      "with --output\n",
-      result.err);
+  project.build({"--output", "app/dist"})
+      .fails(
+          "the output folder app/dist is inside app, which is packed; choose another one with "
+          "--output");
 }
 
 TEST(PackProjectFile, WithARuntimeOfUnknownVersionIsRefused) {
   const test::SmallProject project;
   test::writeFile(project / "runtime/release", "");
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: quorvane.toml: [runtime] needs the key 'version', because runtime/release "
-      "has none\n",
-      result.err);
+  project.build().fails(
+      "quorvane.toml: [runtime] needs the key 'version', because runtime/release has none");
 }
 
 TEST(PackProjectFile, MayGiveVersionsWithoutQuotes) {
   test::SmallProject project;
   project.replace("version = \"3\"", "version = 3");
-  const test::Result result = project.build();
-  EXPECT_EQ(0, result.status) << result.err;
+  project.build().ends(0);
 }
 
 }  // namespace

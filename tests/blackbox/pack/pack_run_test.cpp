@@ -34,8 +34,7 @@ class PackRun : public testing::Test {
   // Makes an output folder whose installers are the shell script `script`, in the bundles and in
   // the downloads.
   void build(const std::string& script) {
-    const test::Result result = project_.build();
-    ASSERT_EQ(0, result.status) << result.err;
+    ASSERT_TRUE(project_.build().succeeded());
     for (const auto& [kind, suffix] : {std::pair{"offline", ""}, {"online", "-online"}}) {
       const std::string bundle = project_ / test::bundleIn("dist", kind);
       test::writeFile(bundle + "/Contents/MacOS/Small App", "#!/bin/sh\n" + script, 0755);
@@ -47,27 +46,20 @@ class PackRun : public testing::Test {
                            "-C",
                            fs::path(bundle).parent_path(),
                            "Small App.app"};
-      ASSERT_EQ(0, test::run(command).status);
+      ASSERT_TRUE(test::transcriptOf(command).succeeded());
     }
   }
 
-  test::Result run(const Texts& words, const std::string& display = "") {
-    test::Command command;
-    command.arguments = {QUORVANE_BIN "/quorvane-pack", "run"};
-    command.arguments.insert(command.arguments.end(), words.begin(), words.end());
-    command.folder = project_.path();
+  test::Transcript run(Texts words, const std::string& display = "") {
+    words.insert(words.begin(), "run");
+    test::Command command = test::packCommand(project_.path(), words);
     command.environment = {{"DISPLAY", display}};
-    return test::run(command);
+    return test::transcriptOf(command);
   }
 
-  static void expectError(const test::Result& result, const std::string& message) {
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + message + "\n", result.err);
-  }
-
-  static void expectErrorOfRun(const test::Result& result, const std::string& message) {
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(kNoDisplay + ("quorvane-pack: " + message + "\n"), result.err);
+  static void expectErrorOfRun(const test::Transcript& result, const std::string& message,
+                               test::Place place = test::Place::here()) {
+    result.ends(1, place).reports(kNoDisplay + ("quorvane-pack: " + message + "\n"), place);
   }
 
   test::SmallProject project_;
@@ -76,32 +68,27 @@ class PackRun : public testing::Test {
 TEST_F(PackRun, OfAnOutputFolderRunsItsOfflineInstallerAndSaysWhatItInstalled) {
   // The online one is another file with the same script; a fake runtime is in the offline one only.
   build("grep -q runtime.p2 \"${0%/*}/../Resources/Tail\" || exit 9\n" + std::string(kInstall));
-  const test::Result result = run({});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ(kInstalled, result.out);
-  EXPECT_EQ(kNoDisplay, result.err);
+  run({}).ends(0).prints(kInstalled).reports(kNoDisplay);
 }
 
 TEST_F(PackRun, WithADisplayDoesNotSpeakOfIt) {
   build(kInstall);
   const test::OwnDisplay display;
-  const test::Result result = run({"dist"}, display.name());
-  EXPECT_EQ(kInstalled, result.out);
-  EXPECT_EQ("", result.err);
+  run({"dist"}, display.name()).prints(kInstalled).reports("");
 }
 
 TEST_F(PackRun, OfABundleRunsThatOneAlone) {
   build("echo \"$0\"\n");
   const std::string online = test::bundleIn("dist", "online");
-  const test::Result result = run({"--verbose", online});
-  EXPECT_EQ(0, result.status) << result.err;
+  const test::Transcript result = run({"--verbose", online});
+  result.ends(0);
   EXPECT_EQ(project_ / online + "/Contents/MacOS/Small App", test::linesOf(result.out).front());
 }
 
 TEST_F(PackRun, OfADownloadRunsWhatIsInItAndLeavesNothing) {
   build("echo \"$0\"\ngrep -c runtime.p2 \"${0%/*}/../Resources/Tail\"\nexit 0\n");
-  const test::Result result = run({"--verbose", "dist/" + test::downloadOf("-online")});
-  EXPECT_EQ(0, result.status) << result.err;
+  const test::Transcript result = run({"--verbose", "dist/" + test::downloadOf("-online")});
+  result.ends(0);
   const Texts lines = test::linesOf(result.out);
   EXPECT_EQ("0", lines[1]);
   EXPECT_EQ(0u, lines[0].find("/tmp/quorvane-")) << lines[0];
@@ -110,29 +97,30 @@ TEST_F(PackRun, OfADownloadRunsWhatIsInItAndLeavesNothing) {
 
 TEST_F(PackRun, OfAnOutputFolderWithoutAnInstallerForThisMachineSaysSo) {
   const std::string own = tools::targetText(tools::thisMachine());
-  ASSERT_EQ(
-      0, project_.build({"--target", own == "macos-arm64" ? "linux-arm64" : "macos-arm64"}).status);
-  expectError(run({}), "dist has no offline installer for this machine, " + own +
-                           "; build one with --target");
+  ASSERT_TRUE(project_.build({"--target", own == "macos-arm64" ? "linux-arm64" : "macos-arm64"})
+                  .succeeded());
+  run({}).fails("dist has no offline installer for this machine, " + own +
+                "; build one with --target");
 }
 
 TEST_F(PackRun, PassesTheWordsBehindTheDashesOn) {
   build("for word in \"$@\"; do echo \"[$word]\"; done\n");
-  const test::Result result = run({"--verbose", "dist", "--", "-silent", "two words", "--keep"});
-  EXPECT_EQ(0, result.status) << result.err;
+  const test::Transcript result =
+      run({"--verbose", "dist", "--", "-silent", "two words", "--keep"});
+  result.ends(0);
   EXPECT_EQ("[-silent]\n[two words]\n[--keep]\n", result.out.substr(0, result.out.find("the ")));
 }
 
 TEST_F(PackRun, WithoutAPathPassesTheWordsBehindTheDashesOn) {
   build("for word in \"$@\"; do echo \"[$word]\"; done\n");
-  const test::Result result = run({"--verbose", "--", "A.java", "--", "-v"});
-  EXPECT_EQ(0, result.status) << result.err;
+  const test::Transcript result = run({"--verbose", "--", "A.java", "--", "-v"});
+  result.ends(0);
   EXPECT_EQ("[A.java]\n[--]\n[-v]\n", result.out.substr(0, result.out.find("the ")));
 }
 
 TEST_F(PackRun, GivesTheInstallerAHomeOfItsOwnThatIsGoneAfterwards) {
   build("getent passwd \"$(id -u)\" | cut -d: -f6\necho \"$HOME\"\ntouch \"$HOME/file\"\n");
-  const test::Result result = run({"--verbose"});
+  const test::Transcript result = run({"--verbose"});
   const Texts lines = test::linesOf(result.out);
   ASSERT_EQ(3u, lines.size()) << result.out << result.err;
   EXPECT_EQ(lines[0], lines[1]);
@@ -143,25 +131,25 @@ TEST_F(PackRun, GivesTheInstallerAHomeOfItsOwnThatIsGoneAfterwards) {
 TEST_F(PackRun, OfWhatIsNothingToRunSaysSo) {
   test::writeFile(project_ / "others/" + test::downloadOf(), "not made by the packager");
   for (const char* path : {"nowhere", "app", "others"}) {
-    expectError(run({path}), std::string(path) +
-                                 " is neither a bundle nor a folder that 'quorvane-pack build' "
-                                 "made; build first, or name a bundle");
+    run({path}).fails(std::string(path) +
+                      " is neither a bundle nor a folder that 'quorvane-pack build' "
+                      "made; build first, or name a bundle");
   }
 }
 
 TEST_F(PackRun, OfAnOutputFolderWhoseInstallerWasTakenAwaySaysSo) {
   build(kInstall);
   fs::remove(project_ / kDownload);
-  expectError(run({}), kDownload + " cannot be unpacked: Failed to open '" + kDownload + "'");
+  run({}).fails(kDownload + " cannot be unpacked: Failed to open '" + kDownload + "'");
 }
 
 TEST_F(PackRun, OfAFileThatIsNoDownloadSaysSo) {
   test::writeFile(project_ / "text", "no download\n");
-  expectError(run({"text"}), "text cannot be unpacked: Unrecognized archive format");
+  run({"text"}).fails("text cannot be unpacked: Unrecognized archive format");
 }
 
 TEST_F(PackRun, OfAnInstallerForAnotherSystemSaysSo) {
-  ASSERT_EQ(0, project_.build().status);
+  ASSERT_TRUE(project_.build().succeeded());
   expectErrorOfRun(run({}), kDownload +
                                 " cannot be started: Exec format error; was it built for this "
                                 "system?");
@@ -171,7 +159,7 @@ TEST_F(PackRun, OfAnInstallerThatFailsNamesItsStatusAndTheEndOfItsLog) {
   build(
       "for i in 1 2 3 4 5 6 7 8 9 10 11 12 13; do echo \"line $i\"; done\necho noise >&2\nexit "
       "7\n");
-  const test::Result result = run({});
+  const test::Transcript result = run({});
   std::string lines;
   for (int i = 2; i <= 13; ++i) {
     lines += "\n  line " + std::to_string(i);
@@ -220,7 +208,7 @@ TEST_F(PackRun, OfAnInstallerThatASignalEndsNamesTheSignal) {
 
 TEST_F(PackRun, OfAFailingInstallerWhoseOutputWasShownDoesNotRepeatIt) {
   build("echo started\nexit 3\n");
-  const test::Result result = run({"--verbose"});
+  const test::Transcript result = run({"--verbose"});
   expectErrorOfRun(result, kDownload + " ended with status 3");
   EXPECT_EQ("started\n", result.out);
 }
@@ -238,7 +226,7 @@ TEST_F(PackRun, OfAnApplicationThatAnExceptionEndsShowsItWithoutItsStack) {
       "\tat java.desktop/java.awt.Frame.<init>(Unknown Source)\n"
       "2026-01-02 03:04:05.678 Small App[1:1] Destroying runtime.\n"
       "END\n");
-  const test::Result result = run({});
+  const test::Transcript result = run({});
   expectErrorOfRun(
       result, kDownload +
                   " ended with status 0 and its application with an exception:\n"
@@ -254,28 +242,25 @@ TEST_F(PackRun, OfAnApplicationWithAnExceptionInAnotherThreadTellsOfIt) {
         "Exception in thread \"AWT-EventQueue-0\" java.lang.IllegalStateException: no window\n"
         "\tat Hello.main(Hello.java:3)\n"
         "END\n");
-  const test::Result result = run({});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ(kInstalled, result.out);
-  EXPECT_EQ(std::string(kNoDisplay) +
-                "quorvane-pack: the application threw an exception:\n"
-                "  Exception in thread \"AWT-EventQueue-0\" java.lang.IllegalStateException: no "
-                "window\n",
-            result.err);
+  run({})
+      .ends(0)
+      .prints(kInstalled)
+      .reports(std::string(kNoDisplay) +
+               "quorvane-pack: the application threw an exception:\n"
+               "  Exception in thread \"AWT-EventQueue-0\" java.lang.IllegalStateException: no "
+               "window\n");
 }
 
 TEST_F(PackRun, KeepsTheHomeInANewFolder) {
   build(std::string(kInstall) + "ln -s nowhere \"$HOME/link\"\n");
-  const test::Result result = run({"--keep", "kept"});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ(std::string("kept: kept\n") + kInstalled, result.out);
+  run({"--keep", "kept"}).ends(0).prints(std::string("kept: kept\n") + kInstalled);
   EXPECT_EQ((Texts{"Library", "link"}), test::namesIn(project_ / "kept"));
   EXPECT_TRUE(fs::is_symlink(project_ / "kept/link"));
 }
 
 TEST_F(PackRun, KeepsTheHomeOfARunThatFails) {
   build(std::string(kInstall) + "exit 5\n");
-  const test::Result result = run({"--keep", "kept"});
+  const test::Transcript result = run({"--keep", "kept"});
   expectErrorOfRun(result, kDownload + " ended with status 5; it printed nothing");
   EXPECT_EQ("kept: kept\n", result.out);
   EXPECT_EQ(Texts{"Library"}, test::namesIn(project_ / "kept"));
@@ -284,7 +269,7 @@ TEST_F(PackRun, KeepsTheHomeOfARunThatFails) {
 TEST_F(PackRun, SaysSoWhereTheHomeCannotBeKept) {
   const std::string kept = project_ / "kept";
   build("rmdir '" + kept + "' && touch '" + kept + "'\n");
-  const test::Result result = run({"--keep", "kept"});
+  const test::Transcript result = run({"--keep", "kept"});
   expectErrorOfRun(result, "the home cannot be copied to kept: Is a directory");
   EXPECT_EQ("", result.out);
 }
@@ -294,11 +279,10 @@ TEST_F(PackRun, KeepsNothingWhereSomethingStandsAndDoesNotRun) {
   test::writeFile(project_ / "folder/mine", "mine");
   fs::create_symlink("nowhere", project_ / "link");
   for (const char* name : {"folder", "quorvane.toml", "link"}) {
-    expectError(run({"--keep", name}),
-                std::string(name) + " exists; name a new folder with --keep");
+    run({"--keep", name}).fails(std::string(name) + " exists; name a new folder with --keep");
   }
-  expectError(run({"--keep", "no/folder"}),
-              "cannot create the folder no/folder: No such file or directory");
+  run({"--keep", "no/folder"})
+      .fails("cannot create the folder no/folder: No such file or directory");
   EXPECT_EQ(Texts{"mine"}, test::namesIn(project_ / "folder"));
   EXPECT_FALSE(test::exists(project_ / "ran"));
 }

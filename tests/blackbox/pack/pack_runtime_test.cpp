@@ -30,8 +30,7 @@ TEST(PackRuntime, MakesTheRuntimeOfTheModulesOfAnotherSystem) {
   fs::create_directories(project / "mac-jmods");
   project.replace("folder = \"runtime\"",
                   "jdk = \"jdk\"\njmods = \"mac-jmods\"\nmodules = [\"java.base\", \"a.b\"]");
-  const test::Result result = project.build();
-  ASSERT_EQ(0, result.status) << result.err;
+  ASSERT_TRUE(project.build().succeeded());
   const std::vector<std::string> asked = test::linesOf(test::readFile(project / "jdk/bin/asked"));
   EXPECT_TRUE(test::containsInOrder(asked, {"--module-path", project / "mac-jmods"}));
   EXPECT_TRUE(test::containsInOrder(asked, {"--add-modules", "java.base,a.b"}));
@@ -42,16 +41,11 @@ TEST(PackRuntime, ShowsWhatAProgramOfTheJdkSaidWhenItFails) {
   test::SmallProject project;
   test::writeFile(project / "jdk/bin/jlink", "#!/bin/sh\necho 'Error: no a.b' >&2\nexit 1\n", 0755);
   project.replace("folder = \"runtime\"", "jdk = \"jdk\"\nmodules = [\"a.b\"]");
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + project / "jdk/bin/jlink failed:\nError: no a.b\n\n", result.err);
+  project.build().fails(project / "jdk/bin/jlink failed:\nError: no a.b\n");
   project.replace("modules = [\"a.b\"]", "");
-  const test::Result second = project.build();
-  EXPECT_EQ(1, second.status);
-  EXPECT_EQ("quorvane-pack: " + project / "jdk/bin/jdeps" +
-                " is missing; install a JDK (on Debian the package openjdk-17-jdk), or name its "
-                "folder with --jdk\n",
-            second.err);
+  project.build().fails(project / "jdk/bin/jdeps" +
+                        " is missing; install a JDK (on Debian the package openjdk-17-jdk), or "
+                        "name its folder with --jdk");
 }
 
 TEST(PackRuntime, NamesADamagedJarAndAsksForModulesWhenNoneAreFound) {
@@ -61,18 +55,11 @@ TEST(PackRuntime, NamesADamagedJarAndAsksForModulesWhenNoneAreFound) {
   project.replace("folder = \"runtime\"", "jdk = \"jdk\"");
   const std::string sound = test::readFile(project / "app/lib/other.jar");
   test::writeFile(project / "app/lib/other.jar", "a library");
-  const test::Result damaged = project.build();
-  EXPECT_EQ(1, damaged.status);
-  EXPECT_EQ(
-      "quorvane-pack: app/lib/other.jar is not a jar, or is damaged; build it or copy it again\n",
-      damaged.err);
+  project.build().fails("app/lib/other.jar is not a jar, or is damaged; build it or copy it again");
   test::writeFile(project / "app/lib/other.jar", sound);
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: jdeps finds no modules for app/lib/other.jar app/main.jar; list them as "
-      "'modules' in [runtime]\n",
-      result.err);
+  project.build().fails(
+      "jdeps finds no modules for app/lib/other.jar app/main.jar; list them as 'modules' in "
+      "[runtime]");
 }
 
 TEST(PackRuntime, PacksAMacosRuntimeBundle) {
@@ -80,11 +67,9 @@ TEST(PackRuntime, PacksAMacosRuntimeBundle) {
   fs::create_directories(project / "mac/Contents");
   fs::rename(project / "runtime", project / "mac/Contents/Home");
   project.replace("folder = \"runtime\"", "folder = \"mac\"");
-  const test::Result result = project.build();
-  ASSERT_EQ(0, result.status) << result.err;
-  const test::Result listing = test::runPack(
-      project.path(), {"archive", "list", "dist/site/Quorvane-Mac64JRE-170015-archive.p2.l2"});
-  EXPECT_NE(std::string::npos, listing.out.find(" Contents/Home/bin/java\n")) << listing.out;
+  ASSERT_TRUE(project.build().succeeded());
+  project.pack({"archive", "list", "dist/site/Quorvane-Mac64JRE-170015-archive.p2.l2"})
+      .mentions(" Contents/Home/bin/java\n");
 }
 
 }  // namespace

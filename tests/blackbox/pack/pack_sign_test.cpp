@@ -51,14 +51,7 @@ class SignedProject : public test::SmallProject {
 
   // A folder with the content of an archive of the update site.
   std::string unpacked(const std::string& archive) const {
-    const std::string folder = "unpacked-" + archive;
-    const test::Result shown = test::runPack(path(), {"key", "show", "release.key"});
-    test::writeFile(*this / (folder + ".pub"), shown.out);
-    const test::Result result =
-        test::runPack(path(), {"archive", "extract", "--public-key", folder + ".pub",
-                               "dist/site/macos-arm64/" + archive, folder});
-    EXPECT_EQ(0, result.status) << result.err;
-    return *this / folder;
+    return extracted("dist/site/macos-arm64/" + archive);
   }
 };
 
@@ -92,15 +85,16 @@ bool hasTool() {
 
 // A certificate of nobody, as PEM with its key and as PKCS #12 with the password "secret word".
 void makeCertificate(const SignedProject& project) {
-  const test::Result made = test::run(
-      {{"/usr/bin/env", "rcodesign", "generate-self-signed-certificate", "--person-name",
-        "Example Person", "--profile", "developer-id-application", "--pem-unified-file",
-        "certificate.pem", "--p12-file", "certificate.p12", "--p12-password", "secret word"},
-       {},
-       {},
-       project.path(),
-       120});
-  ASSERT_EQ(0, made.status) << made.err;
+  ASSERT_TRUE(
+      test::transcriptOf(
+          {{"/usr/bin/env", "rcodesign", "generate-self-signed-certificate", "--person-name",
+            "Example Person", "--profile", "developer-id-application", "--pem-unified-file",
+            "certificate.pem", "--p12-file", "certificate.p12", "--p12-password", "secret word"},
+           {},
+           {},
+           project.path(),
+           120})
+          .succeeded());
   fs::permissions(project / "certificate.pem", fs::perms(0600));
   fs::permissions(project / "certificate.p12", fs::perms(0600));
 }
@@ -114,9 +108,9 @@ TEST(PackSign, WithACertificateSignsEveryBundle) {
   SignedProject project;
   makeCertificate(project);
   project.text += kSelfSigned;
-  const test::Result built = project.build();
-  ASSERT_EQ(0, built.status) << built.err;
-  EXPECT_EQ(std::string::npos, built.out.find("certificate")) << built.out;
+  const test::Transcript built = project.build();
+  ASSERT_TRUE(built.succeeded());
+  built.mentionsNo("certificate");
   for (const char* bundle : {kOffline, kOnline, kLauncher}) {
     EXPECT_EQ("as sealed\n", sealOf(project / bundle));
     const tools::CodeSignature signature =
@@ -127,13 +121,12 @@ TEST(PackSign, WithACertificateSignsEveryBundle) {
     EXPECT_NE(std::string::npos, signature.entitlements.find("cs.allow-jit"));
     EXPECT_NE(std::string::npos, signature.entitlements.find("disable-library-validation"));
     EXPECT_EQ(std::string::npos, signature.entitlements.find("dyld"));
-    const test::Result verified = test::runPack(project.path(), {"verify", bundle});
-    EXPECT_EQ(0, verified.status) << verified.err;
-    EXPECT_NE(std::string::npos, verified.out.find("Example Person")) << verified.out;
-    EXPECT_NE(std::string::npos,
-              verified.out.find("team TEAM123456, whose certificate is not from Apple, without a "
-                                "time stamp; hardened runtime; the seal is whole\n"))
-        << verified.out;
+    project.pack({"verify", bundle})
+        .ends(0)
+        .mentions("Example Person")
+        .mentions(
+            "team TEAM123456, whose certificate is not from Apple, without a time stamp; hardened "
+            "runtime; the seal is whole\n");
   }
 }
 
@@ -142,7 +135,7 @@ TEST(PackSign, WithACertificateSignsTheCodeInTheArchives) {
   SignedProject project;
   makeCertificate(project);
   project.text += kSelfSigned;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string runtime = project.unpacked("Quorvane-Mac64JRE-170015-archive.p2.l2");
   for (const char* name : {"bin/java", "lib/jspawnhelper", "lib/server/libjvm.dylib"}) {
     const auto signature = signatureOf(runtime + "/Contents/Home/" + name);
@@ -164,8 +157,8 @@ TEST(PackSign, WithACertificateSignsTheCodeInTheArchives) {
   // What the project has is left alone.
   EXPECT_EQ(test::wholeMachFile(test::MACH_ARM64, test::MACH_LIBRARY, "own"),
             test::readFile(project / "app/lib/libown.dylib"));
-  const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
-  EXPECT_EQ(0, verified.status) << verified.err;
+  const test::Transcript verified = project.pack({"verify", kOffline});
+  verified.ends(0);
   for (const char* fact : {"runtime: 3 of 3 programs and libraries are signed\n",
                            "updater: 1 of 1 programs and libraries are signed\n",
                            "application: 1 of 1 programs and libraries are signed\n"}) {
@@ -176,10 +169,9 @@ TEST(PackSign, WithACertificateSignsTheCodeInTheArchives) {
 TEST(PackSign, WithoutACertificateSignsWhatIsNotSignedAdHoc) {
   REQUIRE_RCODESIGN();
   SignedProject project;
-  const test::Result built = project.build();
-  ASSERT_EQ(0, built.status) << built.err;
-  EXPECT_NE(std::string::npos, built.out.find("note: [signing.apple] names no certificate"))
-      << built.out;
+  const test::Transcript built = project.build();
+  ASSERT_TRUE(built.succeeded());
+  built.mentions("note: [signing.apple] names no certificate");
   EXPECT_EQ("as sealed\n", sealOf(project / kOffline));
   const std::string runtime = project.unpacked("Quorvane-Mac64JRE-170015-archive.p2.l2");
   const auto java = signatureOf(runtime + "/Contents/Home/bin/java");
@@ -187,34 +179,29 @@ TEST(PackSign, WithoutACertificateSignsWhatIsNotSignedAdHoc) {
   EXPECT_FALSE(java.hasCertificate);
   EXPECT_EQ(test::readFile(project / "runtime/lib/server/libjvm.dylib"),
             test::readFile(runtime + "/Contents/Home/lib/server/libjvm.dylib"));
-  const test::Result verified = test::runPack(project.path(), {"verify", kOffline});
-  EXPECT_EQ(0, verified.status) << verified.err;
-  EXPECT_NE(std::string::npos, verified.out.find("signed ad hoc, by nobody in particular; hardened "
-                                                 "runtime; the seal is whole\n"))
-      << verified.out;
+  project.pack({"verify", kOffline})
+      .ends(0)
+      .mentions("signed ad hoc, by nobody in particular; hardened runtime; the seal is whole\n");
 }
 
 TEST(PackSign, WithoutACertificateGivesTheSameBytesAgain) {
   REQUIRE_RCODESIGN();
   SignedProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string first = test::manifestOf(project / "dist");
-  ASSERT_EQ(0, project.build({"--output", "again"}).status);
+  ASSERT_TRUE(project.build({"--output", "again"}).succeeded());
   EXPECT_EQ(first, test::manifestOf(project / "again"));
 }
 
 TEST(PackSign, SignsBeforeTheDownloadsAreWritten) {
   REQUIRE_RCODESIGN();
   SignedProject project;
-  ASSERT_EQ(0, project.buildDownloads().status);
+  ASSERT_TRUE(project.buildDownloads().succeeded());
   for (const char* download :
        {"dist/Small App-3-macos-arm64.zip", "dist/Small App-3-macos-arm64-online.zip"}) {
-    const test::Result verified = test::runPack(project.path(), {"verify", download});
-    EXPECT_EQ(0, verified.status) << verified.err;
-    EXPECT_NE(std::string::npos,
-              verified.out.find("signed ad hoc, by nobody in particular; hardened runtime; the "
-                                "seal is whole\n"))
-        << verified.out;
+    project.pack({"verify", download})
+        .ends(0)
+        .mentions("signed ad hoc, by nobody in particular; hardened runtime; the seal is whole\n");
   }
 }
 
@@ -230,13 +217,13 @@ size_t keptArchives(const SignedProject& project) {
 TEST(PackSign, TakesAKeptRuntimeOnlyForABuildThatSignsTheSame) {
   REQUIRE_RCODESIGN();
   SignedProject project;
-  ASSERT_EQ(0, project.build({}, {{"PATH", kNoTool}}).status);
+  ASSERT_TRUE(project.build({}, {{"PATH", kNoTool}}).succeeded());
   EXPECT_EQ(1u, keptArchives(project));
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   EXPECT_EQ(2u, keptArchives(project));
   const std::string runtime = project.unpacked("Quorvane-Mac64JRE-170015-archive.p2.l2");
   EXPECT_TRUE(signatureOf(runtime + "/Contents/Home/bin/java").isSigned);
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   EXPECT_EQ(2u, keptArchives(project));
 }
 
@@ -245,7 +232,7 @@ TEST(PackSign, KeepsNoRuntimeThatIsSignedWithACertificate) {
   SignedProject project;
   makeCertificate(project);
   project.text += kSelfSigned;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   EXPECT_EQ(0u, fs::exists(project / "cache/quorvane") ? keptArchives(project) : 0);
 }
 
@@ -255,7 +242,7 @@ TEST(PackSign, TakesTheEntitlementsOfTheProject) {
   project.text +=
       "\n[signing.apple.entitlements]\n\"com.apple.security.device.camera\" = true\n"
       "\"com.apple.security.cs.disable-library-validation\" = false\n";
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string text =
       signatureOf(project / kOnline + "/Contents/MacOS/Small App").entitlements;
   EXPECT_NE(std::string::npos, text.find("com.apple.security.device.camera")) << text;
@@ -271,51 +258,44 @@ TEST(PackSign, TakesThePasswordFromAFileOrTheEnvironment) {
   project.text +=
       "\n[signing.apple]\ncertificate = \"certificate.p12\"\ntimestamp = false\n"
       "password_file = \"password\"\n";
-  const test::Result byFile = project.build();
-  EXPECT_EQ(0, byFile.status) << byFile.err;
+  project.build().ends(0);
   EXPECT_TRUE(signatureOf(project / kOnline + "/Contents/MacOS/Small App").hasCertificate);
   project.text = text + "\n[signing.apple]\ncertificate = \"certificate.p12\"\ntimestamp = false\n";
-  const test::Result byVariable = project.build({}, {{"QUORVANE_APPLE_PASSWORD", "secret word"}});
-  EXPECT_EQ(0, byVariable.status) << byVariable.err;
-  const test::Result wrong = project.build({}, {{"QUORVANE_APPLE_PASSWORD", "another"}});
-  EXPECT_EQ(1, wrong.status);
-  EXPECT_NE(std::string::npos, wrong.err.find("password")) << wrong.err;
-  EXPECT_EQ(std::string::npos, wrong.err.find("another")) << wrong.err;
+  project.build({}, {{"QUORVANE_APPLE_PASSWORD", "secret word"}}).ends(0);
+  project.build({}, {{"QUORVANE_APPLE_PASSWORD", "another"}})
+      .ends(1)
+      .reportsAlso("password")
+      .reportsNo("another");
 }
 
 TEST(PackSign, ParamsWriteSaysThatItBreaksTheSealAndSignMendsIt) {
   REQUIRE_RCODESIGN();
   SignedProject project;
-  ASSERT_EQ(0, project.build().status);
-  const test::Result written =
-      test::runPack(project.path(), {"params", "write", kOnline, "customer=Example"});
-  EXPECT_EQ(0, written.status);
-  EXPECT_NE(std::string::npos, written.err.find("this change breaks its seal")) << written.err;
-  const test::Result broken = test::runPack(project.path(), {"verify", kOnline});
-  EXPECT_EQ(1, broken.status);
-  EXPECT_NE(std::string::npos,
-            broken.err.find("Contents/Resources/AppParams.excludefromsigning was changed after it "
-                            "was sealed"))
-      << broken.err;
+  ASSERT_TRUE(project.build().succeeded());
+  project.pack({"params", "write", kOnline, "customer=Example"})
+      .ends(0)
+      .reportsAlso("this change breaks its seal");
+  project.pack({"verify", kOnline})
+      .ends(1)
+      .reportsAlso(
+          "Contents/Resources/AppParams.excludefromsigning was changed after it was sealed");
   EXPECT_EQ("Resources/AppParams.excludefromsigning is not as sealed\n", sealOf(project / kOnline));
-  const test::Result mended = test::runPack(project.path(), {"sign", kOnline});
-  EXPECT_EQ(0, mended.status) << mended.err;
+  project.pack({"sign", kOnline}).ends(0);
   EXPECT_EQ("as sealed\n", sealOf(project / kOnline));
-  EXPECT_EQ(0, test::runPack(project.path(), {"verify", kOnline}).status);
+  project.pack({"verify", kOnline}).ends(0);
 }
 
 TEST(PackSign, VerifyNoticesChangedCodeInTheBundleAndInArchives) {
   REQUIRE_RCODESIGN();
   SignedProject project;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string executable = project / kOnline + "/Contents/MacOS/Small App";
   std::string code = test::readFile(executable);
   code[5000] ^= 1;
   test::writeFile(executable, code, 0755);
-  const test::Result verified = test::runPack(project.path(), {"verify", kOnline});
-  EXPECT_EQ(1, verified.status);
-  EXPECT_NE(std::string::npos, verified.err.find("Small App was changed after it was signed"))
-      << verified.err;
+  project.pack({"verify", kOnline})
+      .ends(1)
+      .reportsAlso("Small App was changed after it was signed");
 }
 
 TEST(PackSign, VerifyNoticesThatACertificatesKeyDidNotSign) {
@@ -323,7 +303,7 @@ TEST(PackSign, VerifyNoticesThatACertificatesKeyDidNotSign) {
   SignedProject project;
   makeCertificate(project);
   project.text += kSelfSigned;
-  ASSERT_EQ(0, project.build().status);
+  ASSERT_TRUE(project.build().succeeded());
   const std::string executable = project / kOnline + "/Contents/MacOS/Small App";
   std::string code = test::readFile(executable);
   // The last bytes of the record are those of the key's signature.
@@ -336,12 +316,11 @@ TEST(PackSign, VerifyNoticesThatACertificatesKeyDidNotSign) {
   code[record + length - 20] ^= 1;
   test::writeFile(executable, code, 0755);
   EXPECT_EQ("as sealed\n", sealOf(project / kOnline));
-  const test::Result verified = test::runPack(project.path(), {"verify", kOnline});
-  EXPECT_EQ(1, verified.status) << verified.out;
-  EXPECT_NE(std::string::npos,
-            verified.err.find("the signature of the executable was not made with the key of its "
-                              "certificate, or for other code"))
-      << verified.err;
+  project.pack({"verify", kOnline})
+      .ends(1)
+      .reportsAlso(
+          "the signature of the executable was not made with the key of its certificate, or for "
+          "other code");
 }
 
 TEST(PackSign, VerifyNoticesDamagedSignaturesInAComponent) {
@@ -349,41 +328,33 @@ TEST(PackSign, VerifyNoticesDamagedSignaturesInAComponent) {
   std::string library = test::readFile(project / "runtime/lib/server/libjvm.dylib");
   library[5000] ^= 1;
   test::writeFile(project / "runtime/lib/server/libjvm.dylib", library);
-  ASSERT_EQ(0, project.build({}, {{"PATH", kNoTool}}).status);
-  const test::Result verified =
-      test::runPack(project.path(), {"verify", kOffline}, {{"PATH", kNoTool}});
-  EXPECT_EQ(1, verified.status);
-  EXPECT_NE(std::string::npos,
-            verified.err.find("runtime: Contents/Home/lib/server/libjvm.dylib was changed after it "
-                              "was signed: 1 of its 3 pages are not as signed"))
-      << verified.err;
-  EXPECT_NE(std::string::npos,
-            verified.err.find("runtime: Contents/Home/bin/java is not signed, and no Mac with "
-                              "Apple's processor runs it so"))
-      << verified.err;
+  ASSERT_TRUE(project.build({}, {{"PATH", kNoTool}}).succeeded());
+  project.pack({"verify", kOffline}, {{"PATH", kNoTool}})
+      .ends(1)
+      .reportsAlso(
+          "runtime: Contents/Home/lib/server/libjvm.dylib was changed after it was signed: 1 of "
+          "its 3 pages are not as signed")
+      .reportsAlso(
+          "runtime: Contents/Home/bin/java is not signed, and no Mac with Apple's processor runs "
+          "it so");
 }
 
 TEST(PackSign, WithoutAToolSaysWhatIsNotSigned) {
   SignedProject project(test::MACH_X86_64);
-  const test::Result built = project.build({}, {{"PATH", kNoTool}});
-  ASSERT_EQ(0, built.status) << built.err;
-  EXPECT_NE(std::string::npos,
-            built.out.find("note: nothing is signed, because there is no rcodesign on the PATH"))
-      << built.out;
-  const test::Result verified = test::runPack(
-      project.path(), {"verify", "dist/Small App-3-macos-x86_64.zip"}, {{"PATH", kNoTool}});
-  EXPECT_EQ(0, verified.status) << verified.err;
-  EXPECT_NE(std::string::npos, verified.out.find("not signed\n")) << verified.out;
-  EXPECT_NE(std::string::npos,
-            verified.out.find("runtime: 1 of 3 programs and libraries are signed\n"))
-      << verified.out;
+  const test::Transcript built = project.build({}, {{"PATH", kNoTool}});
+  ASSERT_TRUE(built.succeeded());
+  built.mentions("note: nothing is signed, because there is no rcodesign on the PATH");
+  project.pack({"verify", "dist/Small App-3-macos-x86_64.zip"}, {{"PATH", kNoTool}})
+      .ends(0)
+      .mentions("not signed\n")
+      .mentions("runtime: 1 of 3 programs and libraries are signed\n");
 }
 
 TEST(PackSign, OfBundlesForLinuxSaysNothing) {
   const test::SmallProject project;
-  const test::Result built = project.build();
-  ASSERT_EQ(0, built.status) << built.err;
-  EXPECT_EQ(std::string::npos, built.out.find("sign")) << built.out;
+  const test::Transcript built = project.build();
+  ASSERT_TRUE(built.succeeded());
+  built.mentionsNo("sign");
   const std::string bundle = project / test::bundleIn("dist", "offline");
   EXPECT_TRUE(test::exists(bundle + "/Contents/Info.plist"));
   EXPECT_FALSE(test::exists(bundle + "/Contents/_CodeSignature"));
@@ -397,7 +368,7 @@ class FakeTool : public SignedProject {
     test::writeFile(*this / "tools/rcodesign", "#!/bin/sh\n" + script, 0755);
     text += "\n[signing.apple]\ncertificate = \"certificate.p12\"\n";
   }
-  test::Result run(Environment environment = {}) const {
+  test::Transcript run(Environment environment = {}) const {
     environment["PATH"] = *this / "tools:" + kNoTool;
     return build({}, environment);
   }
@@ -411,10 +382,9 @@ TEST(PackSign, KeepsThePasswordOutOfArgumentsAndFromOthers) {
       "    stat -c %a \"$2\" >>\"$RECORD\"; cat \"$2\" >>\"$RECORD\"\n"
       "  fi\n  shift\ndone\necho 'no such key' >&2; exit 3\n");
   const std::string record = project / "record";
-  const test::Result result =
-      project.run({{"RECORD", record}, {"QUORVANE_APPLE_PASSWORD", "secret word"}});
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("no such key")) << result.err;
+  project.run({{"RECORD", record}, {"QUORVANE_APPLE_PASSWORD", "secret word"}})
+      .ends(1)
+      .reportsAlso("no such key");
   const Texts lines = test::linesOf(test::readFile(record));
   ASSERT_EQ(3u, lines.size());
   EXPECT_EQ(0u, lines[0].find("sign --code-signature-flags runtime")) << lines[0];
@@ -425,40 +395,30 @@ TEST(PackSign, KeepsThePasswordOutOfArgumentsAndFromOthers) {
 
 TEST(PackSign, FailsWhereTheToolSignsNothing) {
   const FakeTool project("exit 0\n");
-  const test::Result result = project.run();
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("and the signature is not whole")) << result.err;
-  EXPECT_FALSE(test::exists(project / kOffline));
+  project.run().ends(1).reportsAlso("and the signature is not whole").leavesNo(kOffline);
 }
 
 TEST(PackSign, ShowsASigningStepWhereCodeIsSigned) {
   REQUIRE_RCODESIGN();
   SignedProject project;
-  const test::Result built = project.build({"--verbose"});
-  ASSERT_EQ(0, built.status) << built.err;
-  EXPECT_NE(std::string::npos,
-            built.err.find("[4/10] signing the code of application, updater and runtime\n"))
-      << built.err;
-  EXPECT_NE(std::string::npos, built.err.find("[10/10] writing the downloads\n")) << built.err;
+  const test::Transcript built = project.build({"--verbose"});
+  ASSERT_TRUE(built.succeeded());
+  built.reportsAlso("[4/10] signing the code of application, updater and runtime\n")
+      .reportsAlso("[10/10] writing the downloads\n");
 }
 
 TEST(PackSign, WithACertificateAndNoToolIsRefused) {
   const FakeTool project("exit 0\n");
-  const test::Result result = project.build({}, {{"PATH", kNoTool}});
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(
-      std::string::npos,
-      result.err.find("[signing.apple] certificate needs rcodesign, which is not on the PATH"))
-      << result.err;
+  project.build({}, {{"PATH", kNoTool}})
+      .ends(1)
+      .reportsAlso("[signing.apple] certificate needs rcodesign, which is not on the PATH");
 }
 
 TEST(PackSign, RefusesACertificateThatWouldBePublished) {
   SignedProject project;
   test::writeFile(project / "app/certificate.p12", "binary", 0600);
   project.text += "\n[signing.apple]\ncertificate = \"app/certificate.p12\"\n";
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("would be published with it")) << result.err;
+  project.build().ends(1).reportsAlso("would be published with it");
 }
 
 TEST(PackSign, RefusesACertificateInTheRuntimeOfOneTarget) {
@@ -466,9 +426,7 @@ TEST(PackSign, RefusesACertificateInTheRuntimeOfOneTarget) {
   test::writeFile(project / "runtime/certificate.p12", "binary", 0600);
   project.replace("[runtime]", "[runtime.macos-arm64]");
   project.text += "\n[signing.apple]\ncertificate = \"runtime/certificate.p12\"\n";
-  const test::Result result = project.build();
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("would be published with it")) << result.err;
+  project.build().ends(1).reportsAlso("would be published with it");
 }
 
 TEST(PackSign, NamesWrongKeysAndValuesOfTheSection) {
@@ -490,9 +448,7 @@ TEST(PackSign, NamesWrongKeysAndValuesOfTheSection) {
   for (const auto& wrong : kCases) {
     SignedProject project;
     project.text += std::string("\n") + wrong.lines;
-    const test::Result result = project.build();
-    EXPECT_EQ(1, result.status) << wrong.lines;
-    EXPECT_NE(std::string::npos, result.err.find(wrong.error)) << result.err;
+    project.build().ends(1).reportsAlso(wrong.error);
   }
 }
 

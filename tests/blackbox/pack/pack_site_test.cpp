@@ -25,47 +25,28 @@ const char kRuntimeArchive[] = "dist/site/Quorvane-Mac64JRE-170015-archive.p2.l2
 class PackSite : public testing::Test {
  protected:
   void build(const std::vector<std::string>& words = {}) {
-    const test::Result result = project_.build(words);
-    ASSERT_EQ(0, result.status) << result.err;
+    ASSERT_TRUE(project_.build(words).succeeded());
   }
 
-  // Extracts an archive of the site, verified, and returns the folder.
-  std::string extracted(const std::string& archive) {
-    const test::Result key = test::runPack(project_.path(), {"key", "show", "release.key"});
-    EXPECT_EQ(0, key.status) << key.err;
-    test::writeFile(project_ / "release.pub", key.out);
-    const std::string folder = project_ / "extracted" + std::to_string(count_++);
-    const test::Result result = test::runPack(
-        project_.path(), {"archive", "extract", "--public-key", "release.pub", archive, folder});
-    EXPECT_EQ(0, result.status) << result.err;
-    return folder;
-  }
-
-  test::Result verify() {
-    return test::runPack(project_.path(), {"verify", kSiteInstaller, "--site", "dist/site"});
+  test::Transcript verify() {
+    return project_.pack({"verify", kSiteInstaller, "--site", "dist/site"});
   }
 
   // The complaint about the site, which must be this one alone.
   void expectProblem(const std::string& problem) {
-    const test::Result result = verify();
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(
-        "quorvane-pack: " + std::string(kSiteInstaller) + " would not work:\n  " + problem + "\n",
-        result.err);
+    verify().fails(std::string(kSiteInstaller) + " would not work:\n  " + problem);
   }
 
   // Writes an archive over the application's, of its own files and with the words in addition.
   void replaceApplication(std::vector<std::string> words) {
-    const std::string folder = extracted(kAppArchive);
+    const std::string folder = project_.extracted(kAppArchive);
     fs::remove(folder + "/qvArcSpBlock_Component");
     words.insert(words.begin(), {"archive", "create"});
     words.insert(words.end(), {folder, kAppArchive});
-    const test::Result result = test::runPack(project_.path(), words);
-    ASSERT_EQ(0, result.status) << result.err;
+    ASSERT_TRUE(project_.pack(words).succeeded());
   }
 
   test::SmallProject project_;
-  int count_ = 0;
 };
 
 TEST_F(PackSite, HoldsAVersionTextAndAnArchiveForEachComponent) {
@@ -82,13 +63,13 @@ TEST_F(PackSite, HoldsAVersionTextAndAnArchiveForEachComponent) {
 
 TEST_F(PackSite, HoldsWhatAnInstallerPutsIntoTheVersionFolders) {
   build();
-  const std::string application = extracted(kAppArchive);
+  const std::string application = project_.extracted(kAppArchive);
   EXPECT_EQ(test::readFile(project_ / "app/main.jar"), test::readFile(application + "/main.jar"));
   EXPECT_EQ(test::readFile(project_ / "app/lib/other.jar"),
             test::readFile(application + "/lib/other.jar"));
   EXPECT_TRUE(test::exists(application + "/QuorvaneLaunch"));
   EXPECT_EQ("3", test::readFile(application + "/version.txt"));
-  const std::string updater = extracted(kUpdaterArchive);
+  const std::string updater = project_.extracted(kUpdaterArchive);
   EXPECT_EQ((std::vector<std::string>{"QuorvaneLaunch", "lzma64", "nativesplash.png",
                                       "qvArcSpBlock_Component", "updater.jar", "version.txt"}),
             test::namesIn(updater));
@@ -99,7 +80,7 @@ TEST_F(PackSite, HoldsWhatAnInstallerPutsIntoTheVersionFolders) {
 TEST_F(PackSite, SaysInsideEachArchiveWhichComponentAndVersionItIs) {
   build();
   const auto recordOf = [this](const char* archive) {
-    return test::readFile(extracted(archive) + "/qvArcSpBlock_Component");
+    return test::readFile(project_.extracted(archive) + "/qvArcSpBlock_Component");
   };
   EXPECT_EQ("Small App 3", recordOf(kAppArchive));
   EXPECT_EQ("Quorvane 5 for Small App", recordOf(kUpdaterArchive));
@@ -118,13 +99,10 @@ TEST_F(PackSite, IsWrittenArchiveBeforeVersionText) {
 TEST_F(PackSite, WithoutAKeyIsMadeAndSaysThatNobodyTakesIt) {
   project_.replace("key = \"release.key\"\n", "");
   project_.replace("[installer]", "[installer]\nrequire_signature = false");
-  const test::Result result = project_.build();
-  EXPECT_EQ(0, result.status) << result.err;
-  EXPECT_NE(std::string::npos,
-            result.out.find(
-                "note: [signing] has no key, and installed applications refuse unsigned updates\n"))
-      << result.out;
-  EXPECT_TRUE(test::exists(project_ / kAppArchive));
+  project_.build()
+      .ends(0)
+      .mentions("note: [signing] has no key, and installed applications refuse unsigned updates\n")
+      .leaves(kAppArchive);
 }
 
 // The product's own executables, which SmallProject only stands in for.
@@ -150,8 +128,8 @@ TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
     command.arguments.insert(command.arguments.end(), component.begin(), component.end());
     command.environment = home.environment();
     command.folder = project_.path();
-    const test::Result result = test::run(command);
-    ASSERT_EQ(0, result.status) << result.out << result.err;
+    const test::Transcript result = test::transcriptOf(command);
+    ASSERT_TRUE(result.succeeded());
     EXPECT_EQ("Installed " + component[0] + " " + component[1], test::linesOf(result.out).back());
   }
   EXPECT_EQ(test::readFile(project_ / "app/main.jar"),
@@ -167,8 +145,9 @@ class PackUpdates : public PackSite {
   std::string settingsOf(const std::string& section, const std::string& updater = "2") {
     project_.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n", section);
     build();
-    return test::readFile(extracted("dist/site/Quorvane-Quorvane-" + updater + "-archive.p2.l2") +
-                          "/updates.properties");
+    return test::readFile(
+        project_.extracted("dist/site/Quorvane-Quorvane-" + updater + "-archive.p2.l2") +
+        "/updates.properties");
   }
 };
 
@@ -194,8 +173,8 @@ TEST_F(PackUpdates, ReachTheUsersUnderALargerNumberOfTheUpdater) {
 
 TEST_F(PackSite, ThatFitsTheInstallerIsSaidToBeWell) {
   build();
-  const test::Result result = verify();
-  EXPECT_EQ(0, result.status) << result.err;
+  const test::Transcript result = verify();
+  result.ends(0);
   const std::string end =
       "site, updater 5: 6 files, the signature is valid\n"
       "site, runtime 170015: 3 files, the signature is valid\n"
@@ -225,23 +204,19 @@ TEST_F(PackSite, WithAVersionTextThatIsNoNumberIsFound) {
 TEST_F(PackSite, WithoutTheArchiveOfItsVersionIsFound) {
   build();
   test::writeFile(project_ / kAppVersion, "4\n");
-  const test::Result result = verify();
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("Quorvane-Small App-4-archive.p2.l2")) << result.err;
+  verify().ends(1).reportsAlso("Quorvane-Small App-4-archive.p2.l2");
 }
 
 TEST_F(PackSite, WithAnArchiveOfAnotherVersionIsFound) {
   build();
   test::writeFile(project_ / kAppVersion, "4\n");
   fs::copy(project_ / kAppArchive, project_ / "dist/site/Quorvane-Small App-4-archive.p2.l2");
-  const test::Result result = verify();
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ("quorvane-pack: " + std::string(kSiteInstaller) +
-                " would not work:\n"
-                "  site, application: the record qvArcSpBlock_Component says Small App 3, the site "
-                "says Small App 4\n"
-                "  site, application: version.txt says 3, the site says 4\n",
-            result.err);
+  verify().fails(
+      std::string(kSiteInstaller) +
+      " would not work:\n"
+      "  site, application: the record qvArcSpBlock_Component says Small App 3, the site "
+      "says Small App 4\n"
+      "  site, application: version.txt says 3, the site says 4");
 }
 
 TEST_F(PackSite, WithAnArchiveThatDoesNotSayWhatItIsIsFound) {
@@ -266,17 +241,14 @@ TEST_F(PackSite, SignedWithAnotherKeyIsFound) {
   test::writeFile(project_ / "other.key", test::readFile(test::keyFile("second")), 0600);
   test::writeFile(project_ / "component", "Small App 3");
   replaceApplication({"--key", "other.key", "--special", "Component=component"});
-  const test::Result result = verify();
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("site, application: ")) << result.err;
+  verify().ends(1).reportsAlso("site, application: ");
 }
 
 TEST_F(PackSite, IsNotAskedOfALauncherBundle) {
   build();
-  const test::Result result = test::runPack(
-      project_.path(), {"verify", test::bundleIn("dist", "launcher"), "--site", "dist/site"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("it takes no updates")) << result.err;
+  project_.pack({"verify", test::bundleIn("dist", "launcher"), "--site", "dist/site"})
+      .ends(1)
+      .reportsAlso("it takes no updates");
 }
 
 }  // namespace

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "tests/blackbox/pack/transcript.h"
 #include "tests/support/files.h"
 #include "tests/support/format_examples.h"
 #include "tests/support/launcher_bundle.h"
-#include "tests/support/process.h"
 #include "tests/support/tail.h"
 
 namespace fs = std::filesystem;
@@ -16,11 +16,9 @@ using Texts = std::vector<std::string>;
 
 namespace {
 
-test::Result pack(const Texts& words) {
-  test::Command command;
-  command.arguments = {QUORVANE_BIN "/quorvane-pack", "tail"};
-  command.arguments.insert(command.arguments.end(), words.begin(), words.end());
-  return test::run(command);
+test::Transcript pack(Texts words) {
+  words.insert(words.begin(), "tail");
+  return test::runPack(words);
 }
 
 Texts everyValue() {
@@ -67,21 +65,18 @@ TEST(PackTail, WritesTheResourcesTailOfABundleAndReadsEveryValueBack) {
   const test::TempFolder folder;
   const std::string bundle = folder / "Demo.app";
   fs::create_directories(bundle + "/Contents/MacOS");
-  const test::Result written = pack(with({"write", bundle}, everyValue()));
-  EXPECT_EQ(0, written.status) << written.err;
-  EXPECT_EQ("", written.out);
+  pack(with({"write", bundle}, everyValue())).ends(0).prints("");
   EXPECT_EQ(0644u, test::modeOf(bundle + "/Contents/Resources/Tail"));
-  const test::Result read = pack({"read", bundle});
-  EXPECT_EQ(0, read.status) << read.err;
+  const test::Transcript read = pack({"read", bundle});
+  read.ends(0);
   EXPECT_EQ(with(kPrinted, {"place: file", "bytes-behind: 0"}), test::linesOf(read.out));
 }
 
 TEST(PackTail, PutsARecordBehindAnExecutableAndReadsEveryValueBack) {
   const test::LauncherBundle bundle;
   const auto size = fs::file_size(bundle.executable());
-  const test::Result written = pack(with({"write", "--append", bundle.executable()}, everyValue()));
-  EXPECT_EQ(0, written.status) << written.err;
-  const test::Result read = pack({"read", bundle.executable()});
+  pack(with({"write", "--append", bundle.executable()}, everyValue())).ends(0);
+  const test::Transcript read = pack({"read", bundle.executable()});
   EXPECT_EQ(
       with(kPrinted, {"place: appended, at byte " + std::to_string(size + 128), "bytes-behind: 0"}),
       test::linesOf(read.out));
@@ -89,7 +84,7 @@ TEST(PackTail, PutsARecordBehindAnExecutableAndReadsEveryValueBack) {
 
 TEST(PackTail, IsWhatTheLauncherReadsBehindItsExecutable) {
   const test::LauncherBundle bundle;
-  ASSERT_EQ(0, pack(with({"write", "--append", bundle.executable()}, everyValue())).status);
+  ASSERT_TRUE(pack(with({"write", "--append", bundle.executable()}, everyValue())).succeeded());
   const test::Result result = bundle.runWithoutDisplay({});
   EXPECT_TRUE(test::containsInOrder(
       test::messagesOf(result.out),
@@ -107,16 +102,15 @@ TEST(PackTail, MakesTheFormatsExampleWithTheCommandThatTheDocumentShows) {
   command.arguments = {"/bin/sh", "-c", test::formatBlock("sh", "tail-record")};
   command.environment = {{"PATH", std::string(QUORVANE_BIN ":") + getenv("PATH")}};
   command.folder = folder.path();
-  const test::Result result = test::run(command);
-  EXPECT_EQ(0, result.status) << result.err;
+  test::transcriptOf(command).ends(0);
   EXPECT_EQ(test::formatBlock("hex", "tail-record"),
             test::hexDump(test::readFile(folder / "Hello")));
 }
 
 TEST(PackTail, PrintsOneValueAlone) {
   const test::TempFolder folder;
-  ASSERT_EQ(0, pack({"write", folder / "Tail", "--app-name", "Demo"}).status);
-  EXPECT_EQ("Demo\n", pack({"read", folder / "Tail", "--value", "app-name"}).out);
+  ASSERT_TRUE(pack({"write", folder / "Tail", "--app-name", "Demo"}).succeeded());
+  pack({"read", folder / "Tail", "--value", "app-name"}).prints("Demo\n");
 }
 
 // A record that another hand wrote is shown as it is, whatever its values are worth.
@@ -128,39 +122,35 @@ TEST(PackTail, ShowsValuesThatItWouldNotWrite) {
     record += test::field(value);
   }
   test::writeFile(folder / "Tail", record + "more");
-  const test::Result result = pack({"read", folder / "Tail"});
-  EXPECT_EQ(0, result.status) << result.err;
-  EXPECT_EQ(
-      "app-name: a/b\napp-version: 1.2\njre-version: \ngu-version: -1\nmin-splash-ms: soon\n"
-      "public-key: key\ncan-override-splash: yes\ninstall-type: all\nsilent-parameter: a\nb\n"
-      "required-java-version: \xff\nupdate-url: \nplace: file\nbytes-behind: 4\n",
-      result.out);
+  pack({"read", folder / "Tail"})
+      .ends(0)
+      .prints(
+          "app-name: a/b\napp-version: 1.2\njre-version: \ngu-version: -1\nmin-splash-ms: soon\n"
+          "public-key: key\ncan-override-splash: yes\ninstall-type: all\nsilent-parameter: a\nb\n"
+          "required-java-version: \xff\nupdate-url: \nplace: file\nbytes-behind: 4\n");
 }
 
 TEST(PackTail, OfWrongInputSaysWhatAndEndsWithStatusOne) {
   const test::TempFolder folder;
-  const test::Result result = pack({"write", folder / "Tail", "--app-name", "a-b"});
-  EXPECT_EQ(1, result.status);
-  EXPECT_EQ(
-      "quorvane-pack: the application's name \"a-b\" cannot name its folders; it must not be empty "
-      "or contain a '/' or a '-'\n",
-      result.err);
+  pack({"write", folder / "Tail", "--app-name", "a-b"})
+      .fails(
+          "the application's name \"a-b\" cannot name its folders; it must not be empty or contain "
+          "a '/' or a '-'");
   EXPECT_EQ(Texts{}, test::namesIn(folder.path()));
 }
 
 TEST(PackTail, OfWrongUsageEndsWithStatusTwo) {
   const test::TempFolder folder;
-  EXPECT_EQ(2, pack({"write", "--app-name", "Demo"}).status);
-  EXPECT_EQ(2, pack({"write", folder / "Tail"}).status);
-  EXPECT_EQ(2,
-            pack({"write", folder / "Tail", "--append", folder / "x", "--app-name", "D"}).status);
-  EXPECT_EQ(2, pack({"read"}).status);
-  EXPECT_EQ(2, pack({"read", folder / "Tail", "--value", "none"}).status);
+  pack({"write", "--app-name", "Demo"}).ends(2);
+  pack({"write", folder / "Tail"}).ends(2);
+  pack({"write", folder / "Tail", "--append", folder / "x", "--app-name", "D"}).ends(2);
+  pack({"read"}).ends(2);
+  pack({"read", folder / "Tail", "--value", "none"}).ends(2);
 }
 
 TEST(PackTail, ShowsAnExampleInItsHelp) {
-  EXPECT_NE(std::string::npos, pack({"write", "--help"}).out.find("Example:"));
-  EXPECT_NE(std::string::npos, pack({"read", "--help"}).out.find("Example:"));
+  pack({"write", "--help"}).mentions("Example:");
+  pack({"read", "--help"}).mentions("Example:");
 }
 
 }  // namespace

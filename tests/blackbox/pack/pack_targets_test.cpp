@@ -41,27 +41,26 @@ class PackTargets : public testing::Test {
     return prefix_ + "/lib/quorvane/" + target + "/" + name;
   }
 
-  test::Result build(const Texts& words = {}) const {
+  test::Transcript build(const Texts& words = {}) const {
     test::writeFile(project_ / "quorvane.toml", project_.text);
-    test::Command command;
-    command.arguments = {prefix_ + "/bin/quorvane-pack", "build"};
+    test::Command command = test::packCommand(project_.path(), {"build"});
+    command.arguments[0] = prefix_ + "/bin/quorvane-pack";
     command.arguments.insert(command.arguments.end(), words.begin(), words.end());
     command.environment = {{"XDG_CACHE_HOME", project_ / "cache"}};
-    command.folder = project_.path();
-    return test::run(command);
+    return test::transcriptOf(command);
   }
 
   void expectError(const std::string& message, const Texts& words = {}) const {
-    const test::Result result = build(words);
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ("quorvane-pack: " + message + "\n", test::withoutProgress(result.err));
+    test::Transcript result = build(words);
+    result.err = test::withoutProgress(result.err);
+    result.fails(message);
   }
 
   // A value of the Tail record of the offline installer for the target.
   std::string tailValue(const std::string& target, const std::string& name) const {
-    return test::runPack(project_.path(),
-                         {"tail", "read", "dist/bundles/" + target + "/offline/Small App.app",
-                          "--value", name})
+    return project_
+        .pack(
+            {"tail", "read", "dist/bundles/" + target + "/offline/Small App.app", "--value", name})
         .out;
   }
 
@@ -81,7 +80,7 @@ class PackTargets : public testing::Test {
     test::Command command;
     command.arguments = {"/usr/bin/bsdtar", "-a", "-cf", name + suffix, name};
     command.folder = project_.path();
-    EXPECT_EQ(0, test::run(command).status);
+    test::transcriptOf(command).ends(0);
     return test::digestOf(project_ / name + suffix);
   }
 
@@ -98,8 +97,7 @@ class PackTargets : public testing::Test {
 };
 
 TEST_F(PackTargets, AreAllMadeByOneBuildEachWithItsOwnRuntimeAndExecutables) {
-  const test::Result result = build({"--bundles"});
-  ASSERT_EQ(0, result.status) << result.err;
+  ASSERT_TRUE(build({"--bundles"}).succeeded());
   EXPECT_EQ((Texts{".quorvane-output", "Small App-3-macos-arm64-online.zip",
                    "Small App-3-macos-arm64.zip", "Small App-3-macos-x86_64-online.zip",
                    "Small App-3-macos-x86_64.zip", "bundles", "index.json", "site"}),
@@ -110,29 +108,24 @@ TEST_F(PackTargets, AreAllMadeByOneBuildEachWithItsOwnRuntimeAndExecutables) {
     EXPECT_EQ(test::standIn("extractor", target),
               test::readFile(project_ / "dist/bundles/" + target +
                              "/offline/Small App.app/Contents/MacOS/Small App"));
-    const std::string archive =
-        std::string("dist/site/") + target + "/Quorvane-Mac64JRE-210004-archive.p2.l2";
-    const std::string key = test::runPack(project_.path(), {"key", "show", "release.key"}).out;
-    test::writeFile(project_ / "release.pub", key);
-    const std::string place = project_ / target;
-    ASSERT_EQ(0, test::runPack(project_.path(), {"archive", "extract", "--public-key",
-                                                 "release.pub", archive, place})
-                     .status);
+    const std::string place = project_.extracted(std::string("dist/site/") + target +
+                                                 "/Quorvane-Mac64JRE-210004-archive.p2.l2");
     EXPECT_EQ(std::string("java for ") + runtime,
               test::readFile(place + "/Contents/Home/bin/java"));
-    const test::Result verified = test::runPack(
-        project_.path(), {"verify", std::string("dist/Small App-3-") + target + ".zip", "--site",
-                          std::string("dist/site/") + target});
-    EXPECT_EQ(0, verified.status) << verified.err;
+    project_
+        .pack({"verify", std::string("dist/Small App-3-") + target + ".zip", "--site",
+               std::string("dist/site/") + target})
+        .ends(0);
   }
 }
 
 TEST_F(PackTargets, AreNamedInTheStepsAndInTheResults) {
-  const test::Result result = build({"--verbose"});
-  EXPECT_NE(std::string::npos, result.err.find("[2/15] macos-arm64: checking the runtime\n"
-                                               "[3/15] macos-arm64: using the runtime arm\n"))
-      << result.err;
-  EXPECT_NE(std::string::npos, result.err.find("[15/15] macos-x86_64: writing the downloads\n"));
+  const test::Transcript result = build({"--verbose"});
+  result
+      .reportsAlso(
+          "[2/15] macos-arm64: checking the runtime\n"
+          "[3/15] macos-arm64: using the runtime arm\n")
+      .reportsAlso("[15/15] macos-x86_64: writing the downloads\n");
   EXPECT_EQ(0u, result.out.find("offline installer  dist/Small App-3-macos-arm64.zip\n"
                                 "online installer   dist/Small App-3-macos-arm64-online.zip\n"
                                 "offline installer  dist/Small App-3-macos-x86_64.zip\n"));
@@ -142,17 +135,12 @@ TEST_F(PackTargets, LookForUpdatesInTheirOwnFolders) {
   project_.replace("[updater]\nfolder = \"updater\"\nversion = \"5\"\n",
                    "[updates]\nurl = \"https://example.org/beta\"\n");
   project_.replace("[installer]", "[installer]\nupdate_url = \"https://example.org/hello/\"");
-  ASSERT_EQ(0, build({"--bundles"}).status);
+  ASSERT_TRUE(build({"--bundles"}).succeeded());
   EXPECT_EQ("https://example.org/hello/macos-arm64/\n", tailValue("macos-arm64", "update-url"));
   EXPECT_EQ("https://example.org/hello/macos-x86_64/\n", tailValue("macos-x86_64", "update-url"));
-  const std::string key = test::runPack(project_.path(), {"key", "show", "release.key"}).out;
-  test::writeFile(project_ / "release.pub", key);
-  ASSERT_EQ(0,
-            test::runPack(project_.path(),
-                          {"archive", "extract", "--public-key", "release.pub",
-                           "dist/site/macos-arm64/Quorvane-Quorvane-2-archive.p2.l2", "updater2"})
-                .status);
-  EXPECT_NE(std::string::npos, test::readFile(project_ / "updater2/updates.properties")
+  const std::string updater =
+      project_.extracted("dist/site/macos-arm64/Quorvane-Quorvane-2-archive.p2.l2");
+  EXPECT_NE(std::string::npos, test::readFile(updater + "/updates.properties")
                                    .find("url=https://example.org/beta/macos-arm64/\n"));
 }
 
@@ -172,14 +160,13 @@ TEST_F(PackTargets, CannotHaveFoldersBelowAnAddressWithAQuery) {
 
 TEST_F(PackTargets, WithADynamicAddressKeepIt) {
   project_.replace("[installer]", "[installer]\nupdate_url = \"D\"");
-  ASSERT_EQ(0, build({"--bundles"}).status);
+  ASSERT_TRUE(build({"--bundles"}).succeeded());
   EXPECT_EQ("D\n", tailValue("macos-arm64", "update-url"));
 }
 
 TEST_F(PackTargets, OfTheCommandLineTakeTheirPlaceAndKeepTheFoldersOfTheSite) {
   fs::remove_all(project_ / "intel");
-  const test::Result result = build({"--target", "macos-arm64"});
-  ASSERT_EQ(0, result.status) << result.err;
+  ASSERT_TRUE(build({"--target", "macos-arm64"}).succeeded());
   EXPECT_EQ((Texts{".quorvane-output", "Small App-3-macos-arm64-online.zip",
                    "Small App-3-macos-arm64.zip", "index.json", "site"}),
             test::namesIn(project_ / "dist"));
@@ -190,8 +177,9 @@ TEST_F(PackTargets, MayUseTheExecutablesOfTheCommandLineOneByOne) {
   for (const char* name : {"launcher", "extractor", "lzma64"}) {
     test::writeFile(project_ / "bin/" + name, test::standIn(name, "macos-arm64"), 0755);
   }
-  const test::Result one = build({"--target", "macos-arm64", "--executables", "bin", "--bundles"});
-  ASSERT_EQ(0, one.status) << one.err;
+  const test::Transcript one =
+      build({"--target", "macos-arm64", "--executables", "bin", "--bundles"});
+  ASSERT_TRUE(one.succeeded());
   EXPECT_EQ(test::standIn("extractor", "macos-arm64"),
             test::readFile(project_ / "dist/bundles/macos-arm64/offline/Small App.app/Contents/"
                                       "MacOS/Small App"));
@@ -214,7 +202,7 @@ TEST_F(PackTargets, OfThisMachineUseTheRuntimeSectionItself) {
   project_.replace("[installer]",
                    "[runtime.linux-arm64]\nfolder = \"arm\"\n[runtime.macos-arm64]\nfolder = "
                    "\"arm\"\nversion = 7\n[installer]");
-  ASSERT_EQ(0, build().status);
+  ASSERT_TRUE(build().succeeded());
   EXPECT_EQ("170015\n",
             test::readFile(project_ / "dist/site/" + own + "/Quorvane-Mac64JRE-version.txt"));
   EXPECT_EQ("7\n",
@@ -249,8 +237,7 @@ TEST_F(PackTargets, MakeTheirRuntimesFromAnArchiveOfAJdk) {
     useArchive("jdk_archive = \"jdk-mac" + std::string(suffix) + "\"\njdk_sha256 = \"" + digest +
                "\"\n");
     test::writeFile(project_ / "jdk/bin/asked", "");
-    const test::Result result = build();
-    ASSERT_EQ(0, result.status) << result.err;
+    ASSERT_TRUE(build().succeeded());
     const Texts asked = test::linesOf(test::readFile(project_ / "jdk/bin/asked"));
     const auto found = std::find(asked.begin(), asked.end(), "--module-path");
     ASSERT_NE(asked.end(), found);
@@ -317,8 +304,7 @@ TEST_F(PackTargets, WithAWrongSourceAreRefused) {
       "jdk_sha256, jmods, version");
   project_.text = before;
   project_.replace("[runtime.macos-arm64]", "[runtime.macos]");
-  const test::Result result = build();
-  EXPECT_NE(std::string::npos, result.err.find("[runtime] has no key 'macos'")) << result.err;
+  build().reportsAlso("[runtime] has no key 'macos'");
 }
 
 }  // namespace

@@ -16,19 +16,14 @@ const std::string kBundle = test::bundleIn("dist", "offline");
 
 class PackVerifyLimits : public testing::Test {
  protected:
-  void build() {
-    const test::Result result = project_.build();
-    ASSERT_EQ(0, result.status) << result.err;
-  }
+  void build() { ASSERT_TRUE(project_.build().succeeded()); }
 
   void expectProblems(const std::vector<std::string>& problems) {
-    const test::Result result = test::runPack(project_.path(), {"verify", kBundle});
-    std::string wanted = "quorvane-pack: " + std::string(kBundle) + " would not work:";
+    std::string wanted = kBundle + " would not work:";
     for (const std::string& problem : problems) {
       wanted += "\n  " + problem;
     }
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(wanted + "\n", result.err);
+    project_.pack({"verify", kBundle}).fails(wanted);
   }
 
   std::string tailPath() { return project_ / kBundle + "/Contents/Resources/Tail"; }
@@ -129,7 +124,7 @@ TEST_F(PackVerifyLimits, FindsAnUpdaterWithMoreArgumentsThanTheCommandLineHolds)
   launch.arguments.assign(494, "x");
   writeUpdater(launch);
   build();
-  EXPECT_EQ(0, test::runPack(project_.path(), {"verify", kBundle}).status);
+  project_.pack({"verify", kBundle}).ends(0);
   launch.arguments.emplace_back("one more");
   writeUpdater(launch);
   build();
@@ -179,9 +174,7 @@ TEST_F(PackVerifyLimits, FindsALaunchFileWithoutAMainClass) {
 
 TEST_F(PackVerifyLimits, FindsAnApplicationWithoutALaunchFile) {
   buildWithoutAskingForSignatures(false);
-  const test::Result created =
-      test::runPack(project_.path(), {"archive", "create", "app", "other.p2.l2"});
-  ASSERT_EQ(0, created.status) << created.err;
+  ASSERT_TRUE(project_.pack({"archive", "create", "app", "other.p2.l2"}).succeeded());
   replaceRecordInTail("application.p2.l2", project_ / "other.p2.l2");
   expectProblems({"application: the launch file QuorvaneLaunch is missing, so nothing can start"});
 }

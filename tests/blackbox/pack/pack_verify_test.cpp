@@ -16,10 +16,10 @@ const std::string kVerifiedBundle = test::bundleIn("dist", "offline");
 
 class PackVerify : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(0, project_.build().status); }
+  void SetUp() override { ASSERT_TRUE(project_.build().succeeded()); }
 
-  test::Result verify(const std::string& bundle = kVerifiedBundle) {
-    return test::runPack(project_.path(), {"verify", bundle});
+  test::Transcript verify(const std::string& bundle = kVerifiedBundle) {
+    return project_.pack({"verify", bundle});
   }
   std::string inBundle(const std::string& name) {
     return project_ / kVerifiedBundle + "/Contents/" + name;
@@ -29,36 +29,26 @@ class PackVerify : public testing::Test {
 
   // The complaint about the bundle, which must be this one alone.
   void expectProblem(const std::string& problem) {
-    const test::Result result = verify();
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(
-        "quorvane-pack: " + std::string(kVerifiedBundle) + " would not work:\n  " + problem + "\n",
-        result.err);
+    verify().fails(std::string(kVerifiedBundle) + " would not work:\n  " + problem);
   }
 
   test::SmallProject project_;
 };
 
 TEST_F(PackVerify, OfASoundInstallerSaysWhatItHolds) {
-  const test::Result result = verify();
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("", result.err);
-  EXPECT_EQ(
+  verify().ends(0).reports("").prints(
       "application name: Small App\n"
       "params file: 2 properties\n"
       "updater 5: 5 files, the signature is valid\n"
       "runtime 170015: 3 files, the signature is valid\n"
       "application 3: 4 files, the signature is valid\n"
       "made for linux-x86_64\n" +
-          kVerifiedBundle + ": all is well\n",
-      result.out);
+      kVerifiedBundle + ": all is well\n");
 }
 
 TEST_F(PackVerify, SaysWhatItReads) {
-  test::Command command;
-  command.arguments = {QUORVANE_BIN "/quorvane-pack", "verify", kVerifiedBundle, "--site",
-                       "dist/site"};
-  command.folder = project_.path();
+  const test::Command command =
+      test::packCommand(project_.path(), {"verify", kVerifiedBundle, "--site", "dist/site"});
   EXPECT_TRUE(test::containsInOrder(
       test::linesOf(test::run(command).err),
       {"[1] reading executable and Tail record", "[2] reading the updater",
@@ -68,29 +58,22 @@ TEST_F(PackVerify, SaysWhatItReads) {
 }
 
 TEST_F(PackVerify, OfASoundInstallerIsSilentWhenAskedTo) {
-  const test::Result result =
-      test::runPack(project_.path(), {"verify", "--quiet", kVerifiedBundle});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("", result.out + result.err);
+  project_.pack({"verify", "--quiet", kVerifiedBundle}).ends(0).prints("").reports("");
 }
 
 TEST_F(PackVerify, TakesOnlineInstallersAndLauncherBundles) {
-  EXPECT_EQ(0, verify(test::bundleIn("dist", "online") + "/").status);
-  const test::Result launcher = verify(test::bundleIn("dist", "launcher"));
-  EXPECT_EQ(0, launcher.status);
-  EXPECT_EQ(
-      "application name: Small App\n"
-      "a launcher bundle: it carries no updater, so it installs nothing\n"
-      "made for linux-x86_64\n" +
-          test::bundleIn("dist", "launcher") + ": all is well\n",
-      launcher.out);
+  verify(test::bundleIn("dist", "online") + "/").ends(0);
+  verify(test::bundleIn("dist", "launcher"))
+      .ends(0)
+      .prints(
+          "application name: Small App\n"
+          "a launcher bundle: it carries no updater, so it installs nothing\n"
+          "made for linux-x86_64\n" +
+          test::bundleIn("dist", "launcher") + ": all is well\n");
 }
 
 TEST_F(PackVerify, NamesAFolderThatIsNoBundle) {
-  const test::Result result = verify("app");
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos,
-            result.err.find("app is not an app bundle: Contents/Info.plist is missing"));
+  verify("app").ends(1).reportsAlso("app is not an app bundle: Contents/Info.plist is missing");
 }
 
 TEST_F(PackVerify, FindsAMissingExecutable) {
@@ -141,21 +124,16 @@ TEST_F(PackVerify, FindsAnyChangedByteOfAnArchive) {
     std::string bytes = sound;
     bytes[at] = static_cast<char>(bytes[at] ^ 1);
     writeTail(bytes);
-    const test::Result result = verify();
-    EXPECT_EQ(1, result.status) << at;
-    EXPECT_NE(std::string::npos, result.err.find("application: application.p2")) << result.err;
-    EXPECT_NE(std::string::npos, result.out.find(", not verified\n")) << result.out;
+    verify().ends(1).reportsAlso("application: application.p2").mentions(", not verified\n");
   }
 }
 
 TEST_F(PackVerify, FindsATailRecordThatIsCutShort) {
   const std::string sound = tail();
   writeTail(sound.substr(0, sound.size() - 20));
-  EXPECT_EQ(1, verify().status);
+  verify().ends(1);
   writeTail(sound.substr(0, sound.find("application.p2.l2") + 30));
-  const test::Result result = verify();
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("Tail ends inside application.p2.l2: "));
+  verify().ends(1).reportsAlso("Tail ends inside application.p2.l2: ");
 }
 
 TEST_F(PackVerify, FindsBytesBehindTheLastArchive) {
@@ -166,13 +144,13 @@ TEST_F(PackVerify, FindsBytesBehindTheLastArchive) {
 
 TEST_F(PackVerify, FindsArchivesOfAnotherKey) {
   const std::string sound = tail();
-  ASSERT_EQ(0, project_.build({"--key", test::keyFile("second")}).status);
+  ASSERT_TRUE(project_.build({"--key", test::keyFile("second")}).succeeded());
   const std::string other = tail();
   const std::string start(1, '\0');
   const size_t updater = sound.find("lzma64");
   writeTail(sound.substr(0, updater) + other.substr(other.find("lzma64")));
-  const test::Result result = verify();
-  EXPECT_EQ(1, result.status);
+  const test::Transcript result = verify();
+  result.ends(1);
   for (const char* name : {"updater: updater", "runtime: runtime", "application: application"}) {
     EXPECT_NE(std::string::npos,
               result.err.find(std::string("\n  ") + name +
@@ -185,16 +163,13 @@ TEST_F(PackVerify, FindsUnsignedArchivesWhereSignaturesAreAskedFor) {
   const std::string params = test::readFile(inBundle("Resources/AppParams.excludefromsigning"));
   project_.replace("[installer]\n", "[installer]\nrequire_signature = false\n");
   project_.replace("[signing]\nkey = \"release.key\"\n", "");
-  ASSERT_EQ(0, project_.build().status);
-  EXPECT_EQ(0, verify().status);
+  ASSERT_TRUE(project_.build().succeeded());
+  verify().ends(0);
   test::writeFile(inBundle("Resources/AppParams.excludefromsigning"), params);
-  const test::Result result = verify();
-  EXPECT_EQ(1, result.status);
-  EXPECT_NE(std::string::npos, result.err.find("the params file requires signatures, and the Tail "
-                                               "record has no key"));
-  EXPECT_NE(std::string::npos,
-            result.err.find(
-                "runtime: runtime.p2.l2 is not signed, and the params file requires signatures"));
+  verify()
+      .ends(1)
+      .reportsAlso("the params file requires signatures, and the Tail record has no key")
+      .reportsAlso("runtime: runtime.p2.l2 is not signed, and the params file requires signatures");
 }
 
 TEST_F(PackVerify, FindsANameThatCannotNameFolders) {
@@ -240,16 +215,13 @@ TEST_F(PackVerify, FindsValuesThatAHandMadeWrong) {
     const size_t at = sound.find(edit.from);
     ASSERT_NE(std::string::npos, at) << edit.from;
     writeTail(sound.substr(0, at) + edit.to + sound.substr(at + edit.from.size()));
-    const test::Result result = verify();
-    EXPECT_EQ(1, result.status) << edit.to;
-    EXPECT_NE(std::string::npos, result.err.find("  " + edit.problem + "\n")) << edit.to << "\n"
-                                                                              << result.err;
+    verify().ends(1).reportsAlso("  " + edit.problem + "\n");
   }
 }
 
 TEST_F(PackVerify, FindsAClassPathEntryThatIsMissing) {
   fs::remove(project_ / "updater/updater.jar");
-  ASSERT_EQ(0, project_.build().status);
+  ASSERT_TRUE(project_.build().succeeded());
   expectProblem(
       "updater: its launch file has updater.jar in the class path, which it does not contain");
 }
@@ -287,9 +259,9 @@ TEST(PackHelp, OfEveryCommandHasAnExample) {
                                   "tail read",
                                   "verify"};
   for (const std::string command : commands) {
-    const test::Result result = test::run(
+    const test::Transcript result = test::transcriptOf(
         {{"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + command + " --help"}, {}, {}, "", 60});
-    EXPECT_EQ(0, result.status) << command;
+    result.ends(0);
     const size_t example = result.out.find("Example:\n  quorvane-pack ");
     ASSERT_NE(std::string::npos, example) << command;
     EXPECT_NE(std::string::npos, result.out.find("quorvane-pack " + command, example))
@@ -304,9 +276,7 @@ TEST(PackOutput, ThatCannotBeWrittenEndsWithStatus1) {
     test::Command command;
     command.arguments = {"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + words + " > /dev/full"};
     command.folder = project.path();
-    const test::Result result = test::run(command);
-    EXPECT_EQ(1, result.status) << words;
-    EXPECT_EQ("quorvane-pack: the output cannot be written: No space left on device\n", result.err);
+    test::transcriptOf(command).fails("the output cannot be written: No space left on device");
   }
 }
 
@@ -319,37 +289,34 @@ TEST(PackUsage, OfACommandThatDoesNotExistNamesTheNearestOne) {
   for (const auto& [first, second, message] : wrong) {
     const std::vector<std::string> words =
         *second == '\0' ? std::vector<std::string>{first} : std::vector<std::string>{first, second};
-    const test::Result result = test::runPack("/", words);
-    EXPECT_EQ(2, result.status);
-    EXPECT_EQ(std::string("quorvane-pack: there is no command '") + message +
-                  "\nRun with --help for more information.\n",
-              result.err);
-    EXPECT_EQ("", result.out);
+    test::runPack("/", words)
+        .ends(2)
+        .reports(std::string("quorvane-pack: there is no command '") + message +
+                 "\nRun with --help for more information.\n")
+        .prints("");
   }
 }
 
 TEST(PackUsage, OfAPathThatNoSystemTakesSaysSo) {
   const std::string path(5000, 'x');
   for (const char* command : {"build", "init", "run", "verify"}) {
-    const test::Result result = test::runPack("/", {command, path});
-    EXPECT_EQ(1, result.status);
-    EXPECT_EQ(std::string::npos, result.err.find("filesystem error")) << result.err;
-    EXPECT_NE(std::string::npos, result.err.find(path)) << result.err;
-    EXPECT_NE(std::string::npos, result.err.find("File name too long")) << result.err;
+    test::runPack("/", {command, path})
+        .ends(1)
+        .reportsNo("filesystem error")
+        .reportsAlso(path)
+        .reportsAlso("File name too long");
   }
 }
 
 TEST(PackUsage, ThatIsWrongEndsWithStatus2) {
-  EXPECT_EQ(2, test::runPack("", {}).status);
-  EXPECT_EQ(2, test::runPack("", {"pack"}).status);
-  EXPECT_EQ(2, test::runPack("", {"build", "--quiet", "--verbose"}).status);
-  EXPECT_EQ(2, test::runPack("", {"verify"}).status);
+  test::runPack("", {}).ends(2);
+  test::runPack("", {"pack"}).ends(2);
+  test::runPack("", {"build", "--quiet", "--verbose"}).ends(2);
+  test::runPack("", {"verify"}).ends(2);
 }
 
 TEST(PackVersion, IsPrintedAsNameAndNumberInOneLine) {
-  const test::Result result = test::runPack("", {"--version"});
-  EXPECT_EQ(0, result.status);
-  EXPECT_EQ("quorvane-pack " QUORVANE_VERSION "\n", result.out);
+  test::runPack("", {"--version"}).ends(0).prints("quorvane-pack " QUORVANE_VERSION "\n");
 }
 
 }  // namespace

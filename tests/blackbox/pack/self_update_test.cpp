@@ -57,10 +57,9 @@ class SelfUpdate : public testing::Test {
                         url_ + "\"\n[signing]\nkey = \"" + key + "\"\n");
     // All cases pack the same runtime.
     constexpr double kSeconds = 800;
-    const test::Result result =
-        test::runPack(folder_.path(), {"build", "--bundles", "--executables", QUORVANE_BIN},
-                      {{"XDG_CACHE_HOME", QUORVANE_BIN "/../test-cache"}}, kSeconds);
-    ASSERT_EQ(0, result.status) << result.out << result.err;
+    ASSERT_TRUE(test::runPack(folder_.path(), {"build", "--bundles", "--executables", QUORVANE_BIN},
+                              {{"XDG_CACHE_HOME", QUORVANE_BIN "/../test-cache"}}, kSeconds)
+                    .succeeded());
   }
 
   // Archive first, the version text last.
@@ -85,19 +84,19 @@ class SelfUpdate : public testing::Test {
   }
 
   // Starts the installer, and waits for what it leaves to be done.
-  test::Result start(const std::function<bool()>& until = {}) const {
+  test::Transcript start(const std::function<bool()>& until = {}) const {
     test::Command command;
     command.arguments = {folder_ / "user/" + kInstaller};
     command.environment = home_.environment();
     command.environment["DISPLAY"] = display_.name();
     command.seconds = 120;
     command.until = until;
-    return test::run(command);
+    return test::transcriptOf(command);
   }
 
   void expectStart(int version, const std::function<bool()>& until = {}) const {
-    const test::Result result = start(until);
-    EXPECT_EQ(0, result.status) << result.err;
+    const test::Transcript result = start(until);
+    result.ends(0);
     EXPECT_FALSE(result.timedOut);
     EXPECT_NE(std::string::npos,
               result.out.find("Sample version " + std::to_string(version) + " on Java 17\n"))
@@ -127,11 +126,10 @@ TEST_F(SelfUpdate, AnOnlineInstallerFetchesTheApplicationAndUpdatesItWhileItRuns
   build(1);
   publish(1);
   keepInstaller();
-  const test::Result first = start();
-  EXPECT_EQ(0, first.status) << first.out << first.err;
-  EXPECT_NE(std::string::npos, first.out.find("Sample version 1 on Java 17\n"))
-      << first.out << first.err;
-  EXPECT_NE(std::string::npos, first.out.find("Installing version 1 of Sample")) << first.out;
+  start()
+      .ends(0)
+      .mentions("Sample version 1 on Java 17\n")
+      .mentions("Installing version 1 of Sample");
 
   build(2);
   publish(2);
@@ -150,8 +148,8 @@ TEST_F(SelfUpdate, AVersionThatDoesNotStartIsLeftAndTheNextOneIsTaken) {
   build(2, "org.example.app.Missing");
   publish(2);
   expectStart(1, [&] { return isLogged("Installed version 2 of Sample"); });
-  EXPECT_EQ(1, start().status);
-  EXPECT_EQ(1, start().status);
+  start().ends(1);
+  start().ends(1);
   EXPECT_TRUE(isLogged("Version 2 of Sample failed to start twice in a row"));
   build(3);
   publish(3);

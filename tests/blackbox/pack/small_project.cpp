@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -52,36 +51,6 @@ static const std::string kPng =
     "\x00\x80\x00\x82\x00\x81\xc3\x6e\x25\xe0\x00\x00\x00\x00\x49\x45"
     "\x4e\x44\xae\x42\x60\x82"s;
 
-Result runPack(const std::string& folder, const std::vector<std::string>& words,
-               const std::map<std::string, std::string>& environment, double seconds) {
-  Command command;
-  command.arguments = {QUORVANE_BIN "/quorvane-pack"};
-  command.arguments.insert(command.arguments.end(), words.begin(), words.end());
-  command.environment = environment;
-  if (!folder.empty()) {
-    command.environment.insert({"XDG_CACHE_HOME", folder + "/cache"});
-  }
-  command.folder = folder;
-  command.seconds = seconds;
-  Result result = run(command);
-  if (std::find(words.begin(), words.end(), "--verbose") == words.end()) {
-    result.err = withoutProgress(result.err);
-  }
-  return result;
-}
-
-std::string withoutProgress(const std::string& err) {
-  std::string rest;
-  for (size_t at = 0; at < err.size();) {
-    const size_t end = std::min(err.find('\n', at), err.size() - 1) + 1;
-    const std::string line = err.substr(at, end - at);
-    const bool isStep = line[0] == '[' && isdigit(static_cast<unsigned char>(line[1])) != 0;
-    rest += isStep || line.rfind("done in ", 0) == 0 ? "" : line;
-    at = end;
-  }
-  return rest;
-}
-
 static std::string launchFile(const std::string& mainClass, const std::string& jar) {
   tools::LaunchFile launch;
   launch.mainClass = mainClass;
@@ -124,8 +93,26 @@ SmallProject::SmallProject() : text(kText) {
   makeStandIns(folder_ / "bin", tools::targetText(tools::thisMachine()));
 }
 
-Result SmallProject::buildDownloads(const std::vector<std::string>& words,
-                                    const std::map<std::string, std::string>& environment) const {
+Transcript SmallProject::pack(const std::vector<std::string>& words,
+                              const std::map<std::string, std::string>& environment) const {
+  return runPack(path(), words, environment);
+}
+
+std::string SmallProject::extracted(const std::string& archive) const {
+  const Transcript key = pack({"key", "show", "release.key"});
+  key.ends(0);
+  writeFile(folder_ / "release.pub", key.out);
+  std::string name;
+  for (int i = 0; name.empty() || exists(folder_ / name); ++i) {
+    name = "extracted" + std::to_string(i);
+  }
+  pack({"archive", "extract", "--public-key", "release.pub", archive, name}).ends(0);
+  return folder_ / name;
+}
+
+Transcript SmallProject::buildDownloads(
+    const std::vector<std::string>& words,
+    const std::map<std::string, std::string>& environment) const {
   writeFile(folder_ / "quorvane.toml", text);
   const auto option = std::find(words.begin(), words.end(), "--target");
   if (option != words.end()) {
@@ -133,11 +120,11 @@ Result SmallProject::buildDownloads(const std::vector<std::string>& words,
   }
   std::vector<std::string> all = {"build", "--executables", "bin"};
   all.insert(all.end(), words.begin(), words.end());
-  return runPack(path(), all, environment);
+  return pack(all, environment);
 }
 
-Result SmallProject::build(std::vector<std::string> words,
-                           const std::map<std::string, std::string>& environment) const {
+Transcript SmallProject::build(std::vector<std::string> words,
+                               const std::map<std::string, std::string>& environment) const {
   words.insert(words.begin(), {"--bundles", "--launcher-bundle"});
   return buildDownloads(words, environment);
 }

@@ -4,18 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/process.h"
+#include "tests/blackbox/pack/transcript.h"
 #include "tests/support/temp_folder.h"
 
 namespace test {
-
-// Runs quorvane-pack in the folder `folder`. Unless the words ask for its steps with --verbose, the
-// result is without the lines about its progress.
-Result runPack(const std::string& folder, const std::vector<std::string>& words,
-               const std::map<std::string, std::string>& environment = {}, double seconds = 170);
-
-// Returns a command's standard error without the lines about its progress.
-std::string withoutProgress(const std::string& err);
 
 // What stands in for the product's executable `name`: the header of a program for the target and no
 // more.
@@ -30,12 +22,20 @@ class SmallProject {
   // The project file's text, written by build().
   std::string text;
 
+  // Runs quorvane-pack in the project's folder.
+  Transcript pack(const std::vector<std::string>& words,
+                  const std::map<std::string, std::string>& environment = {}) const;
+
+  // Extracts an archive of the update site, signed with the project's key, into a new folder.
+  // Returns its path.
+  std::string extracted(const std::string& archive) const;
+
   // Writes the project file and runs 'quorvane-pack build' with the stand-ins and more words. The
   // second keeps all three bundles as folders.
-  Result buildDownloads(const std::vector<std::string>& words = {},
-                        const std::map<std::string, std::string>& environment = {}) const;
-  Result build(std::vector<std::string> words = {},
-               const std::map<std::string, std::string>& environment = {}) const;
+  Transcript buildDownloads(const std::vector<std::string>& words = {},
+                            const std::map<std::string, std::string>& environment = {}) const;
+  Transcript build(std::vector<std::string> words = {},
+                   const std::map<std::string, std::string>& environment = {}) const;
 
   // Puts `to` in place of the one `from` in the project file's text.
   void replace(const std::string& from, const std::string& to);
