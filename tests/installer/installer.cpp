@@ -140,13 +140,13 @@ void Installer::write() const {
 }
 
 void Installer::installUpdater(const std::string& version) const {
-  const std::string folder = master("Quorvane-Quorvane-" + version + "-complete");
+  const std::string folder = installed.component("Quorvane", version);
   writeFile(folder + "/QuorvaneLaunch", updaterLaunchFile());
   writeFile(folder + "/updater.jar", "updater " + version);
 }
 
 void Installer::installRuntime(const std::string& version) const {
-  const std::string folder = master("Quorvane-Mac64JRE-" + version + "-complete");
+  const std::string folder = installed.component("Mac64JRE", version);
   fs::create_directories(folder + "/bin");
   fs::create_directories(folder + "/lib/server");
   fs::copy_file(QUORVANE_BIN "/fake_java", folder + "/bin/java");
@@ -155,9 +155,15 @@ void Installer::installRuntime(const std::string& version) const {
 }
 
 void Installer::installApplication(const std::string& version) const {
-  const std::string folder = master("Quorvane-Demo-" + version + "-complete");
+  const std::string folder = installed.component("Demo", version);
   writeFile(folder + "/QuorvaneLaunch", applicationLaunchFile());
   writeFile(folder + "/demo.jar", "application " + version);
+}
+
+void Installer::installCarried() const {
+  installUpdater("5");
+  installRuntime();
+  installApplication("3");
 }
 
 Command Installer::command(const std::vector<std::string>& words) const {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/installer/records.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/process.h"
 #include "tests/support/tail.h"
 #include "tests/support/temp_folder.h"
@@ -37,6 +38,7 @@ class Installer {
   TailPlace tailPlace = TailPlace::Resource;
   ParamsPlace paramsPlace = ParamsPlace::ExcludedFromSigning;
   TestHome home;
+  const MasterFolder installed{home, "Demo"};
 
   // The launch files of the updater and of the application.
   static std::string updaterLaunchFile();
@@ -65,14 +67,17 @@ class Installer {
   std::string params() const { return resources() + "/AppParams.excludefromsigning"; }
 
   // The master folder, and a path inside it.
-  std::string master() const { return home.applicationSupport() + "/Quorvane-Demo"; }
-  std::string master(const std::string& name) const { return master() + "/" + name; }
-  std::string runtimeFolder() const { return master("Quorvane-Mac64JRE-1407-complete"); }
+  std::string master() const { return installed.path(); }
+  std::string master(const std::string& name) const { return installed / name; }
+  std::string runtimeFolder() const { return installed.component("Mac64JRE", "1407"); }
 
   // Installs version folders as an earlier run would have.
   void installUpdater(const std::string& version) const;
   void installRuntime(const std::string& version = "1407") const;
   void installApplication(const std::string& version) const;
+
+  // Installs the versions that a new installer carries.
+  void installCarried() const;
 
   // What runs the bundle's executable without a display, to be changed and run.
   Command command(const std::vector<std::string>& words = {}) const;

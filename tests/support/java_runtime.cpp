@@ -38,4 +38,12 @@ void makeRuntimeForProcessesOnly(const std::string& folder) {
   writeFile(lib / "jvm.cfg", "-client KNOWN\n");
 }
 
+void makeRuntimeOfText(const std::string& folder) {
+  writeFile(folder + "/bin/java", "java", 0755);
+  for (const char* name :
+       {"lib/jvm.cfg", "lib/server/libjvm.dylib", "lib/modules", "lib/jrt-fs.jar", "release"}) {
+    writeFile(folder + "/" + name, "content");
+  }
+}
+
 }  // namespace test

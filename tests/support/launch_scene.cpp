@@ -19,10 +19,6 @@ LaunchScene::LaunchScene() {
   launchFile.compatibilityClass = "com.sample.Probe";
 }
 
-std::string LaunchScene::optionsFile() const {
-  return master() + "/QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1407-complete";
-}
-
 void LaunchScene::writeLaunchFile() const {
   writeFile(appFolder() + "/QuorvaneLaunch", tools::encodeLaunchFile(launchFile));
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/master_folder.h"
 #include "tests/support/temp_folder.h"
 #include "tools/formats/launch_file_writer.h"
 
@@ -19,10 +20,10 @@ class LaunchScene {
 
   std::string appFolderName = "Quorvane-Quorvane-7-complete";
 
-  std::string master() const { return folder_ / "Quorvane-Sample"; }
-  std::string appFolder() const { return master() + "/" + appFolderName; }
-  std::string runtime() const { return master() + "/Quorvane-Mac64JRE-1407-complete"; }
-  std::string optionsFile() const;
+  std::string master() const { return installed_.path(); }
+  std::string appFolder() const { return installed_ / appFolderName; }
+  std::string runtime() const { return installed_.component("Mac64JRE", "1407"); }
+  std::string optionsFile() const { return installed_.lastOptions("1407"); }
   // A place outside the master folder.
   std::string operator/(const std::string& name) const { return folder_ / name; }
 
@@ -37,6 +38,7 @@ class LaunchScene {
 
  private:
   TempFolder folder_;
+  MasterFolder installed_{folder_ / "Quorvane-Sample"};
 };
 
 // The fake program for a runtime's Java.

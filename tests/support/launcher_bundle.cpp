@@ -27,9 +27,9 @@ void LauncherBundle::writeTailFile(const Tail& tail) const {
   writeFile(resources() + "/Tail", fieldsOf(tail));
 }
 
-void LauncherBundle::installRuntime() const {
+void LauncherBundle::installRuntime(const std::string& runtime) const {
   fs::create_directories(master());
-  fs::create_directory_symlink(testRuntime(), runtime());
+  fs::create_directory_symlink(runtime, this->runtime());
 }
 
 void LauncherBundle::installLibrary(const std::string& library, const std::string& place) const {

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/master_folder.h"
 #include "tests/support/process.h"
+#include "tests/support/product_system.h"
 #include "tests/support/tail.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_home.h"
@@ -19,6 +21,7 @@ class LauncherBundle {
   LauncherBundle();
 
   TestHome home;
+  const MasterFolder installed{home, "Demo"};
 
   std::string executable() const { return folder_ / "Demo.app/Contents/MacOS/Demo"; }
   std::string resources() const { return folder_ / "Demo.app/Contents/Resources"; }
@@ -28,14 +31,14 @@ class LauncherBundle {
   void writeTailFile(const Tail& tail) const;
 
   // The master folder of the application "Demo", and a path inside it.
-  std::string master() const { return home.applicationSupport() + "/Quorvane-Demo"; }
-  std::string master(const std::string& name) const { return master() + "/" + name; }
+  std::string master() const { return installed.path(); }
+  std::string master(const std::string& name) const { return installed / name; }
 
   // The version folder of the runtime that installRuntime() makes.
-  std::string runtime() const { return master("Quorvane-Mac64JRE-1407-complete"); }
+  std::string runtime() const { return installed.component("Mac64JRE", "1407"); }
 
-  // Installs the tests' Java runtime, through a link.
-  void installRuntime() const;
+  // Installs the tests' Java runtime, or another one, through a link.
+  void installRuntime(const std::string& runtime = testRuntime()) const;
 
   // Installs a runtime that is nothing but the library `library`, at `place` inside it.
   void installLibrary(const std::string& library, const std::string& place) const;

@@ -2,12 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "tests/support/files.h"
 #include "tools/formats/launch_file_writer.h"
 
-namespace fs = std::filesystem;
 using test::fileRecord;
 using test::nestedRecord;
 
@@ -28,8 +25,7 @@ HostedProgram::HostedProgram(Start start, const std::string& mainClass, const st
   if (isLauncher()) {
     bundle_ = std::make_unique<test::LauncherBundle>();
     bundle_->appendTail(test::Tail());
-    fs::create_directories(bundle_->master());
-    fs::create_directory_symlink(runtime_, bundle_->runtime());
+    bundle_->installRuntime(runtime_);
   } else {
     installer_ = std::make_unique<test::Installer>();
   }
@@ -66,9 +62,7 @@ void HostedProgram::writeInstaller() const {
                                   classRecords(mainClass_));
   installer_->runtime = nestedRecord("runtime", carriedRuntime());
   installer_->write();
-  test::writeFile(
-      installer_->master("QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1407-complete"),
-      tools::encodeOptionsFile(options));
+  test::writeFile(installer_->installed.lastOptions("1407"), tools::encodeOptionsFile(options));
 }
 
 test::Command HostedProgram::installerCommand() const {

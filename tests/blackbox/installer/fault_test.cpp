@@ -183,9 +183,7 @@ class SpawningStart : public Disturbed {
   SpawningStart() {
     installer_.properties = {{"force_spawn", "true"}};
     installer_.write();
-    installer_.installUpdater("5");
-    installer_.installRuntime();
-    installer_.installApplication("3");
+    installer_.installCarried();
     keepState({kUpdater5,
                kUpdater5,
                kCarriedRuntime,

@@ -131,7 +131,7 @@ class InstallComponent : public CurrentInstallation {
   }
 
   Descriptor holdLock() {
-    fs::create_directories(installer_.master("QVAppsSharedConfig"));
+    installer_.installed.addFolders({"QVAppsSharedConfig"});
     Descriptor lock(open(installer_.master("QVAppsSharedConfig/InstallLock").c_str(),
                          O_RDONLY | O_CREAT | O_CLOEXEC, 0666));
     EXPECT_EQ(0, flock(lock.get(), LOCK_EX | LOCK_NB));
@@ -156,20 +156,18 @@ TEST_F(InstallComponent, OfANewerApplicationPutsItBesideTheInstalledOne) {
 }
 
 TEST_F(InstallComponent, KeepsTwentyLogsOfItsKindAndTouchesNoOther) {
-  const std::string logs = installer_.master("logs/");
   for (int i = 10; i < 40; ++i) {
     const std::string time = "-2020-01-01-00-00-" + std::to_string(i) + "-000.log";
-    test::writeFile(logs + "Install" + time, "");
-    test::writeFile(logs + "Wrapper" + time, "");
+    installer_.installed.addFile("logs/Install" + time).addFile("logs/Wrapper" + time);
   }
   expectInstalled(install("Demo", "4", putSigned(application4())));
   std::map<std::string, int> kinds;
-  for (const std::string& name : test::namesIn(logs)) {
+  for (const std::string& name : test::namesIn(installer_.master("logs"))) {
     ++kinds[name.substr(0, name.find('-'))];
   }
   EXPECT_EQ((std::map<std::string, int>{{"Install", 20}, {"Wrapper", 30}}), kinds);
-  EXPECT_FALSE(test::exists(logs + "Install-2020-01-01-00-00-20-000.log"));
-  EXPECT_TRUE(test::exists(logs + "Install-2020-01-01-00-00-21-000.log"));
+  EXPECT_FALSE(test::exists(installer_.master("logs/Install-2020-01-01-00-00-20-000.log")));
+  EXPECT_TRUE(test::exists(installer_.master("logs/Install-2020-01-01-00-00-21-000.log")));
 }
 
 TEST_F(InstallComponent, NeedsNoDisplayAndAsksForNone) {
@@ -224,7 +222,7 @@ TEST_F(InstallComponent, OfARuntimeWithoutAJavaIsRefused) {
 
 TEST_F(InstallComponent, OfARuntimeWithWhichTheApplicationFailedIsRefusedAndTheOneBeforeIsUsed) {
   installer_.installRuntime("1500");
-  test::writeFile(installer_.master("QVApps/updates/skipped-Mac64JRE-1500"), "");
+  installer_.installed.markAsFailed("Mac64JRE", "1500");
   const test::Result start = installer_.run();
   EXPECT_EQ(0, start.status) << start.out;
   EXPECT_TRUE(logs(start,

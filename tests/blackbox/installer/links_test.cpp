@@ -175,11 +175,8 @@ INSTANTIATE_TEST_SUITE_P(Of, PlantedLink, testing::ValuesIn(kPlants),
 
 TEST_F(Links, ToAnotherUsersJavaHomeInABundleThatLooksUnfinishedMovesNothing) {
   // All is current but for this bundle, which a run at its start would finish.
-  installer_.installUpdater("5");
-  installer_.installRuntime();
-  installer_.installApplication("3");
-  fs::create_directories(installer_.master("Quorvane-Other-1-complete.plugin/Contents"));
-  fs::create_directories(installer_.master("Quorvane-Other-1-complete.plugin/Contents/Home/bin"));
+  installer_.installCarried();
+  installer_.installed.addFolders({"Quorvane-Other-1-complete.plugin/Contents/Home/bin"});
   plantAt("Quorvane-Other-1-complete.plugin/Contents/MacOS", "MacOS");
   plantAt("Quorvane-Other-2-complete.plugin/Contents", "Contents");
   plantAt("Quorvane-Other-3-complete.plugin", "");
@@ -227,7 +224,7 @@ TEST_F(Links, HardLinksInEveryNameThatTheLogFileMayGetAreNotWritten) {
   for (int millisecond = 0; millisecond < 1000; ++millisecond) {
     char name[64];
     snprintf(name, sizeof name, "logs/Wrapper-2017-07-14-02-40-00-%03d.log", millisecond);
-    fs::create_directories(installer_.master("logs"));
+    installer_.installed.addFolders({"logs"});
     fs::create_hard_link(outside("file"), installer_.master(name));
   }
   share();
@@ -239,7 +236,7 @@ TEST_F(Links, HardLinksInEveryNameThatTheLogFileMayGetAreNotWritten) {
 }
 
 TEST_F(Links, HardLinkInPlaceOfTheLockKeepsItsMode) {
-  fs::create_directories(installer_.master("QVAppsSharedConfig"));
+  installer_.installed.addFolders({"QVAppsSharedConfig"});
   fs::create_hard_link(outside("file"), installer_.master("QVAppsSharedConfig/InstallLock"));
   share();
   const test::Result result = installer_.run();
@@ -248,7 +245,7 @@ TEST_F(Links, HardLinkInPlaceOfTheLockKeepsItsMode) {
 }
 
 TEST_F(Links, PipeInPlaceOfTheLockDoesNotBlockTheRun) {
-  fs::create_directories(installer_.master("QVAppsSharedConfig"));
+  installer_.installed.addFolders({"QVAppsSharedConfig"});
   ASSERT_EQ(0, mkfifo(installer_.master("QVAppsSharedConfig/InstallLock").c_str(), 0666));
   share();
   const test::Result result = installer_.run();
@@ -327,9 +324,7 @@ TEST_F(Links, InPlaceOfTheDownloadedArchiveAreNotWrittenThrough) {
 class NamedExecutable : public Links, public testing::WithParamInterface<Plant> {};
 
 TEST_P(NamedExecutable, PlantedAsALinkIsReplacedAndTheLaunchGoesOn) {
-  installer_.installUpdater("5");
-  installer_.installRuntime();
-  installer_.installApplication("3");
+  installer_.installCarried();
   const std::string java = installer_.runtimeFolder() + "/bin/Demo";
   plantAt(GetParam().place, GetParam().target);
   share();

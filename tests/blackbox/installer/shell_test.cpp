@@ -148,7 +148,7 @@ TEST_F(Shell, RunsNothingOfTheRuntimesName) {
 
 TEST_F(Shell, RunsNothingOfTheOverriddenRuntimesName) {
   tryAll([](Scene* scene, const std::string& text) {
-    test::writeFile(scene->installer.master("QVApps/JreNameOverride"), test::field(text));
+    scene->installer.installed.setRuntimeName(text);
     return scene->run();
   });
 }

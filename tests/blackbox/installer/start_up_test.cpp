@@ -187,20 +187,20 @@ TEST_F(StartUp, WithoutATailEndsWithStatus1AndNamesTheFile) {
 
 TEST_F(StartUp, JreOverrideFileWithADashKeepsTheParamsName) {
   installer_.properties = {{"jre_name", "OurJRE"}};
-  test::writeFile(installer_.master("QVApps/JreNameOverride"), test::field("-"));
+  installer_.installed.setRuntimeName("-");
   installer_.write();
   const test::Result result = installer_.run();
   EXPECT_TRUE(logs(result, "[JREOverride] Ignoring JRE name -, keeping OurJRE"));
 }
 
 TEST_F(StartUp, JreOverrideFileReplacesTheName) {
-  test::writeFile(installer_.master("QVApps/JreNameOverride"), test::field("Theirs"));
+  installer_.installed.setRuntimeName("Theirs");
   const test::Result result = run();
   EXPECT_TRUE(logs(result, "[JREOverride] JRE name overriden to Theirs"));
 }
 
 TEST_F(StartUp, EmptyJreOverrideFileGivesAnEmptyName) {
-  test::writeFile(installer_.master("QVApps/JreNameOverride"), "");
+  installer_.installed.addFile("QVApps/JreNameOverride");
   const test::Result result = run();
   EXPECT_TRUE(mentions(result, "[JREOverride] JRE name overriden to \n"));
 }

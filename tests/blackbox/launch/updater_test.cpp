@@ -15,6 +15,7 @@
 #include "tests/support/files.h"
 #include "tests/support/java_runtime.h"
 #include "tests/support/launch_scene.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/process.h"
 #include "tests/support/product_system.h"
 #include "tests/support/temp_folder.h"
@@ -37,8 +38,8 @@ class Updater : public testing::Test {
     setStatic("app_name", "Sample");
   }
 
-  std::string master() const { return folder / "Quorvane-Sample"; }
-  std::string guFolder() const { return master() + "/Quorvane-Quorvane-5-complete"; }
+  std::string master() const { return installed.path(); }
+  std::string guFolder() const { return installed.component("Quorvane", "5"); }
   std::string appFolder(const std::string& version) const {
     return master() + "/Quorvane-Sample-" + version;
   }
@@ -101,7 +102,7 @@ class Updater : public testing::Test {
 
   // Launches the updater on a private runtime with the words of a command line.
   void launch(const Texts& words = {"/opt/Sample"}) {
-    test::makeRuntime(master() + "/Quorvane-Mac64JRE-1-complete");
+    test::makeRuntime(installed.component("Mac64JRE", "1"));
     result = runDriver("Mac64JRE", {}, words);
     EXPECT_FALSE(result.timedOut) << result.out << result.err;
     lines = test::logLinesOf(result.out);
@@ -119,6 +120,7 @@ class Updater : public testing::Test {
   }
 
   test::TempFolder folder;
+  const test::MasterFolder installed{folder / "Quorvane-Sample"};
   test::TestHome home;
   Texts options;
   std::map<std::string, std::string> environment;
@@ -208,7 +210,7 @@ TEST_F(Updater, HandsTheRememberedOptionsToAChild) {
   tools::LaunchFile file;
   file.mustFork = true;
   installGuest(file);
-  test::writeFile(master() + "/QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1-complete",
+  test::writeFile(installed.lastOptions("1"),
                   tools::encodeOptionsFile({"-Dother=1", "-Dguest.property=remembered"}));
   launch();
   EXPECT_EQ(0, result.status);
@@ -241,9 +243,8 @@ class UpdatersChild : public Updater {
   Texts dockOptions(const std::string& system, tools::LaunchFile file) {
     file.mustFork = true;
     installGuest(file);
-    makeRecordingRuntime(master() + "/Quorvane-Mac64JRE-1-complete");
-    test::writeFile(master() + "/QVApps/JRE-LastSuccessfulOptions-Quorvane-Mac64JRE-1-complete",
-                    tools::encodeOptionsFile({"-Dos.name=" + system}));
+    makeRecordingRuntime(installed.component("Mac64JRE", "1"));
+    test::writeFile(installed.lastOptions("1"), tools::encodeOptionsFile({"-Dos.name=" + system}));
     environment["FAKE_JAVA_RECORD"] = folder / "child";
     result = runDriver("Mac64JRE", {"--from", program()}, {program()});
     EXPECT_EQ(0, result.status) << result.out << result.err;

@@ -126,7 +126,7 @@ TEST(LauncherWithoutJre, CreatesTheSharedDirectoryButNoMasterFolder) {
 TEST(LauncherWithoutJre, PassesOverAnExtractionThatIsNotComplete) {
   const LauncherBundle bundle;
   bundle.writeTailFile(Tail());
-  fs::create_directories(bundle.master("Quorvane-Mac64JRE-1600"));
+  bundle.installed.addFolders({"Quorvane-Mac64JRE-1600"});
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
   EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(
@@ -140,7 +140,7 @@ TEST(LauncherWithoutJre, LooksForTheNameThatTheOverrideGives) {
   const LauncherBundle bundle;
   bundle.writeTailFile(Tail());
   bundle.installRuntime();
-  test::writeFile(bundle.master("QVApps/JreNameOverride"), test::field("Mac64JRE2"));
+  bundle.installed.setRuntimeName("Mac64JRE2");
   const test::Result result = bundle.runWithoutDisplay({"guest.Program"});
   EXPECT_EQ(1, result.status);
   EXPECT_TRUE(containsInOrder(

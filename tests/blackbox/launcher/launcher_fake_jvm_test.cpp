@@ -212,8 +212,7 @@ TEST_F(FakeJvm, ALongClassNameArrivesWhole) {
 
 TEST_F(FakeJvm, TheNewestRuntimeIsTaken) {
   installAtFirstPlace();
-  fs::create_directories(bundle.master("Quorvane-Mac64JRE-99-complete"));
-  fs::create_directories(bundle.master("Quorvane-Mac64JRE-1600"));
+  bundle.installed.addFolders({"Quorvane-Mac64JRE-99-complete", "Quorvane-Mac64JRE-1600"});
   run({"com.x.Main"});
   EXPECT_EQ(0, result.status);
 }
@@ -222,8 +221,8 @@ TEST_F(FakeJvm, ANewerRuntimeThatCannotStartIsPassedOver) {
   installAtFirstPlace();
   const std::string newer = "Quorvane-Mac64JRE-9999-complete";
   const std::string modules = bundle.master(newer) + "/lib/modules";
-  test::writeFile(bundle.master("Quorvane-Mac64JRE-8888-complete"), "no folder");
-  fs::create_directories(bundle.master(newer) + "/lib/server");
+  bundle.installed.addFile("Quorvane-Mac64JRE-8888-complete", "no folder")
+      .addFolders({newer + "/lib/server"});
   fs::copy(bundle.runtime() + "/lib/server", bundle.master(newer) + "/lib/server");
   test::writeFile(modules, "");
   run({"com.x.Main"});

@@ -72,8 +72,8 @@ TEST_F(LauncherLog, IsNotThereAfterAStartFromATerminal) {
 TEST_F(LauncherLog, IsOneOfTheLastTwentyBesideTheInstallers) {
   for (int i = 0; i < 30; ++i) {
     const std::string stamp = "2016-03-01-14-05-" + std::to_string(10 + i) + "-042.log";
-    test::writeFile(bundle_.master("logs/Launcher-" + stamp), "old");
-    test::writeFile(bundle_.master("logs/Wrapper-" + stamp), "installer's");
+    bundle_.installed.addFile("logs/Launcher-" + stamp, "old")
+        .addFile("logs/Wrapper-" + stamp, "installer's");
   }
   runByDesktop();
   const Texts names = logs();

@@ -5,6 +5,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/test_home.h"
 
 // The output of installers whose application writes to a console. The product's own executables
@@ -44,7 +45,7 @@ class PackConsole : public testing::Test {
 
   // The bytes of the one log file.
   std::string log() {
-    const std::string folder = home_.applicationSupport() + "/Quorvane-Small App/logs";
+    const std::string folder = installed_ / "logs";
     const std::vector<std::string> names = test::namesIn(folder);
     EXPECT_EQ(1u, names.size());
     return names.empty() ? "" : test::readFile(folder + "/" + names[0]);
@@ -52,6 +53,7 @@ class PackConsole : public testing::Test {
 
   test::SmallProject project_;
   const test::TestHome home_;
+  const test::MasterFolder installed_{home_, "Small App"};
 };
 
 TEST_F(PackConsole, LeavesStandardOutputToTheApplication) {
@@ -74,7 +76,7 @@ TEST_F(PackConsole, OfAFailureBeforeTheLogFileShowsItOnStandardError) {
 TEST_F(PackConsole, OfAFailureWithoutALogFileShowsItOnStandardError) {
   project_.replace("icon = \"small.icns\"", "icon = \"small.icns\"\nconsole = true");
   build();
-  test::writeFile(home_.applicationSupport() + "/Quorvane-Small App/logs", "");
+  installed_.addFile("logs");
   const std::string tail =
       project_ / test::bundleIn("dist", "offline") + "/Contents/Resources/Tail";
   const std::string bytes = test::readFile(tail);

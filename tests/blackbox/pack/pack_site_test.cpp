@@ -9,6 +9,7 @@
 
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/files.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/test_home.h"
 #include "tests/support/test_keys.h"
 
@@ -115,7 +116,7 @@ TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
   test::writeFile(project_ / "runtime/bin/java", java, 0755);
   build();
   const test::TestHome home;
-  const std::string master = home.applicationSupport() + "/Quorvane-Small App/";
+  const test::MasterFolder installed(home, "Small App");
   const std::vector<std::vector<std::string>> components = {
       {"Small App", "3", kAppArchive},
       {"Quorvane", "5", kUpdaterArchive},
@@ -133,10 +134,10 @@ TEST_F(PackSite, IsTakenByTheInstallerOfTheSameBuild) {
     EXPECT_EQ("Installed " + component[0] + " " + component[1], test::linesOf(result.out).back());
   }
   EXPECT_EQ(test::readFile(project_ / "app/main.jar"),
-            test::readFile(master + "Quorvane-Small App-3-complete/main.jar"));
+            test::readFile(installed / "Quorvane-Small App-3-complete/main.jar"));
   EXPECT_EQ(test::readFile(project_ / "updater/updater.jar"),
-            test::readFile(master + "Quorvane-Quorvane-5-complete/updater.jar"));
-  EXPECT_EQ(java, test::readFile(master + "Quorvane-Mac64JRE-170015-complete/bin/java"));
+            test::readFile(installed / "Quorvane-Quorvane-5-complete/updater.jar"));
+  EXPECT_EQ(java, test::readFile(installed / "Quorvane-Mac64JRE-170015-complete/bin/java"));
 }
 
 class PackUpdates : public PackSite {

@@ -9,6 +9,7 @@
 #include "tests/blackbox/pack/small_project.h"
 #include "tests/support/background.h"
 #include "tests/support/files.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/product_system.h"
 #include "tests/support/test_home.h"
 #include "tests/support/test_keys.h"
@@ -38,9 +39,8 @@ class SelfUpdate : public testing::Test {
     url_ = "http://127.0.0.1:" + rest.substr(0, rest.find(' ')) + "/";
   }
 
-  std::string master() const { return home_.applicationSupport() + "/Quorvane-Sample"; }
   bool isInstalled(int version) const {
-    return test::exists(master() + "/Quorvane-Sample-" + std::to_string(version) + "-complete");
+    return test::exists(installed_.component("Sample", std::to_string(version)));
   }
 
   // Makes installers and a site of this version of the application. Packing a real runtime takes
@@ -105,7 +105,7 @@ class SelfUpdate : public testing::Test {
 
   std::string logs() const {
     std::string all;
-    for (const auto& entry : fs::directory_iterator(master() + "/logs")) {
+    for (const auto& entry : fs::directory_iterator(installed_ / "logs")) {
       if (entry.path().filename().string().rfind("Updater-", 0) == 0) {
         all += test::readFile(entry.path());
       }
@@ -117,6 +117,7 @@ class SelfUpdate : public testing::Test {
 
   const test::TempFolder folder_;
   const test::TestHome home_;
+  const test::MasterFolder installed_{home_, "Sample"};
   const test::OwnDisplay display_;
   std::unique_ptr<test::Background> server_;
   std::string url_;

@@ -11,8 +11,8 @@
 #include "support/text/strings.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/temp_folder.h"
-#include "tools/formats/launch_file_writer.h"
 
 namespace fs = std::filesystem;
 
@@ -142,23 +142,9 @@ const Case kCases[] = {
 
 ExtractorRun decidingRun{};
 
-// What a start of the component needs.
-void fill(const std::string& folder, const std::string& name) {
-  if (name.find("-Quorvane-") != std::string::npos) {
-    tools::LaunchFile file;
-    file.mainClass = "updater.Main";
-    file.appName = "MyApp";
-    test::writeFile(folder + "/QuorvaneLaunch", tools::encodeLaunchFile(file));
-  } else if (name.find("JRE-") != std::string::npos) {
-    test::writeFile(folder + "/lib/server/libjvm.dylib", "a JVM");
-  } else {
-    test::writeFile(folder + "/app.jar", "the application");
-  }
-}
-
 Decision decideIn(const test::TempFolder& folder, const Case& c) {
   for (const char* name : c.installed) {
-    fill(folder / name, name);
+    test::MasterFolder(folder.path()).addWhole(name);
   }
   setPath(decidingRun.masterFolder, folder.path().c_str());
   setPath(decidingRun.jreName, "Mac64JRE");
@@ -185,17 +171,14 @@ namespace {
 // What is installed is at least as new as what is carried, but for a flaw in one folder.
 class DecidingOnAFlaw : public testing::Test {
  protected:
-  DecidingOnAFlaw() {
-    for (const char* name : {kGu5, kJre, kApp3}) {
-      fill(folder_ / name, name);
-    }
-  }
+  DecidingOnAFlaw() { master_.addWhole(kGu5).addWhole(kJre).addWhole(kApp3); }
 
   Decision decideWith(const char* guVersion) {
     return decideIn(folder_, {"", {}, guVersion, guVersion[0] == 0 ? "" : "3", {}, {}});
   }
 
   test::TempFolder folder_;
+  const test::MasterFolder master_{folder_.path()};
 };
 
 }  // namespace
@@ -220,7 +203,7 @@ TEST_F(DecidingOnAFlaw, UpdaterWithoutLaunchFileIsTriedWhereNoneIsCarried) {
 }
 
 TEST_F(DecidingOnAFlaw, LowerVersionThatCanStartIsComparedWithTheCarriedOne) {
-  fill(folder_ / kGu4, kGu4);
+  master_.addWhole(kGu4);
   fs::remove(folder_ / kGu5 + "/QuorvaneLaunch");
   Decision decision{};
   const auto lines = test::logLinesOf([&] { decision = decideWith("5"); });

@@ -7,6 +7,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/java_runtime.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/process.h"
 #include "tests/support/temp_folder.h"
 
@@ -25,14 +26,7 @@ class RuntimeLook : public testing::Test {
   }
 
   // A runtime as it is built today, in `home` of the folder.
-  void addRuntime(const std::string& home = "") {
-    add(home + "bin/java", "java", 0755);
-    add(home + "lib/jvm.cfg");
-    add(home + "lib/server/libjvm.dylib");
-    add(home + "lib/modules");
-    add(home + "lib/jrt-fs.jar");
-    add(home + "release");
-  }
+  void addRuntime(const std::string& home = "") { test::makeRuntimeOfText(runtime_ / home); }
 
   void remove(const std::string& file) { fs::remove_all(runtime_ / file); }
 
@@ -169,24 +163,18 @@ namespace {
 // A runtime's version folder in a master folder, where the updater leaves its markers.
 class RuntimeThatFailed : public testing::Test {
  protected:
-  RuntimeThatFailed() {
-    for (const char* file : {"bin/java", "lib/server/libjvm.dylib", "lib/modules"}) {
-      test::writeFile(runtime() + "/" + file, "content", 0755);
-    }
-  }
+  RuntimeThatFailed() { master_.addWhole("Quorvane-My JRE-1500-complete"); }
 
-  std::string runtime() const { return master_ / "Quorvane-My JRE-1500-complete"; }
-  void skip(const std::string& name) {
-    test::writeFile(master_ / ("QVApps/updates/skipped-" + name), "");
-  }
+  std::string runtime() const { return master_.component("My JRE", "1500"); }
 
-  test::TempFolder master_;
+  test::TempFolder folder_;
+  const test::MasterFolder master_{folder_.path()};
 };
 
 }  // namespace
 
 TEST_F(RuntimeThatFailed, IsPassedOverAndIsNotDamaged) {
-  skip("My JRE-1500");
+  master_.markAsFailed("My JRE", "1500");
   EXPECT_STREQ("the application failed to start with it twice in a row",
                flawOfRuntime(runtime().c_str()));
   EXPECT_STREQ("the application failed to start with it twice in a row",
@@ -195,14 +183,13 @@ TEST_F(RuntimeThatFailed, IsPassedOverAndIsNotDamaged) {
 }
 
 TEST_F(RuntimeThatFailed, IsPassedOverAsABundleToo) {
-  skip("My JRE-1500");
+  master_.markAsFailed("My JRE", "1500");
   EXPECT_STREQ("the application failed to start with it twice in a row",
                flawOfRuntime((runtime() + ".plugin").c_str()));
 }
 
 TEST_F(RuntimeThatFailed, IsNotMeantByAnotherMarker) {
-  for (const char* name : {"My JRE-150", "My JRE-15000", "JRE-1500", "My JRE", "Demo-1500"}) {
-    skip(name);
-  }
+  master_.markAsFailed("My JRE", "150").markAsFailed("My JRE", "15000").markAsFailed("JRE", "1500");
+  master_.addFile("QVApps/updates/skipped-My JRE").markAsFailed("Demo", "1500");
   EXPECT_EQ(nullptr, flawOfRuntime(runtime().c_str()));
 }

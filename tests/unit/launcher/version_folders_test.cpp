@@ -10,6 +10,7 @@
 #include "support/owned.h"
 #include "tests/support/capture.h"
 #include "tests/support/files.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/temp_folder.h"
 
 namespace fs = std::filesystem;
@@ -18,11 +19,7 @@ using Texts = std::vector<std::string>;
 // A master folder with the given folders in it.
 class PickLatest : public testing::Test {
  protected:
-  void make(const Texts& names) {
-    for (const std::string& name : names) {
-      fs::create_directories(master_ / name);
-    }
-  }
+  void make(const Texts& names) { test::MasterFolder(master_.path()).addFolders(names); }
 
   // The choice for the component, or "none".
   std::string pick(const std::string& component = "Mac64JRE") {
@@ -138,16 +135,14 @@ class PickThatStarts : public testing::Test {
   using Pick = char* (*)(const char*, const char*, FlawOfFolder);
 
   PickThatStarts() {
-    for (const std::string version : {"1", "2", "3"}) {
-      fs::create_directories(folderOf(version));
-    }
+    test::MasterFolder(master_.path())
+        .addFolders({"Quorvane-Mac64JRE-1-complete", "Quorvane-Mac64JRE-2-complete",
+                     "Quorvane-Mac64JRE-3-complete"});
   }
 
-  std::string folderOf(const std::string& version) {
-    return master_ / ("Quorvane-Mac64JRE-" + version + "-complete");
+  void mark(const std::string& version) {
+    test::MasterFolder(master_.path()).addFile("Quorvane-Mac64JRE-" + version + "-complete/flaw");
   }
-
-  void mark(const std::string& version) { test::writeFile(folderOf(version) + "/flaw", ""); }
 
   std::string choiceOf(Pick pick) {
     std::string chosen = "none";
