@@ -252,13 +252,10 @@ TEST(PackBuild, TakesTheKeyFromStandardInput) {
     test::writeFile(project / "bin/" + name, test::standIn(name, "macos-x86_64"), 0700);
   }
   test::writeFile(project / "quorvane.toml", project.text);
-  test::Command command;
-  command.arguments = {"/bin/sh", "-c",
-                       QUORVANE_BIN
-                       "/quorvane-pack build --bundles --launcher-bundle --target "
-                       "macos-x86_64 --executables bin --key - < release.key"};
-  command.folder = project.path();
-  test::transcriptOf(command).ends(0);
+  test::runShell(project.path(),
+                 "quorvane-pack build --bundles --launcher-bundle --target macos-x86_64 "
+                 "--executables bin --key - < release.key")
+      .ends(0);
   expectTheSameBundlesAsEver(project);
 }
 

@@ -40,8 +40,8 @@ class PackFit : public testing::Test {
     }
   }
 
-  void expectRefusal(const std::string& message) {
-    project_.build().fails(message).leavesNo("dist/site");
+  void expectRefusal(const std::string& message, test::Place place = test::Place::here()) {
+    project_.build().fails(message, place).leavesNo("dist/site", place);
   }
 
   // Builds, and expects that `verify` says `fact` of what is made for the target.
@@ -54,10 +54,11 @@ class PackFit : public testing::Test {
     project_.pack({"verify", "dist/Small App-3-" + target + ".zip"}).ends(0).mentions(fact + "\n");
   }
 
-  void expectProblem(const std::string& problem, const std::vector<std::string>& words = {}) {
+  void expectProblem(const std::string& problem, const std::vector<std::string>& words = {},
+                     test::Place place = test::Place::here()) {
     std::vector<std::string> all = {"verify", kFitBundle};
     all.insert(all.end(), words.begin(), words.end());
-    project_.pack(all).fails(kFitBundle + " would not work:\n  " + problem);
+    project_.pack(all).fails(kFitBundle + " would not work:\n  " + problem, place);
   }
 
   test::SmallProject project_;

@@ -39,10 +39,7 @@ std::map<std::string, std::string> picturesIn(const std::string& icns) {
 
 // Runs a shell command, and returns what it says.
 std::string magick(const std::string& folder, const std::string& words) {
-  test::Command command;
-  command.arguments = {"/bin/sh", "-c", words + " 2>&1"};
-  command.folder = folder;
-  return test::run(command).out;
+  return test::runShell(folder, words + " 2>&1").out;
 }
 
 class PackIcon : public testing::Test {

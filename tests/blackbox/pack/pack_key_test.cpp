@@ -9,12 +9,9 @@
 #include "tests/support/test_keys.h"
 
 using test::runPack;
+using test::runShell;
 
 namespace {
-
-test::Transcript shell(const std::string& line) {
-  return test::transcriptOf({{"/bin/sh", "-c", line}, {}, {}, "", 60});
-}
 
 TEST(PackKeyNew, WritesAPrivateKeyForItsOwnerAloneAndPrintsThePublicOne) {
   const test::TempFolder folder;
@@ -32,7 +29,7 @@ TEST(PackKeyNew, WritesAPrivateKeyForItsOwnerAloneAndPrintsThePublicOne) {
 TEST(PackKeyNew, MakesAKeyThatOpensslTakesForASoundOne) {
   const test::TempFolder folder;
   ASSERT_TRUE(runPack({"key", "new", folder / "a.key", "--bits", "2048"}).succeeded());
-  shell("openssl rsa -check -noout -in '" + folder / "a.key" + "'").ends(0);
+  runShell("", "openssl rsa -check -noout -in '" + folder / "a.key" + "'").ends(0);
 }
 
 TEST(PackKeyNew, DoesNotReplaceAFile) {
@@ -57,13 +54,12 @@ TEST(PackKeyNew, OfTooFewBitsEndsWith2AndMakesNoFile) {
 TEST(PackKeyShow, PrintsThePublicKeyAsOpensslDoes) {
   const test::Transcript shown = runPack({"key", "show", test::keyFile("first")});
   const test::Transcript openssl =
-      shell("openssl rsa -pubout -outform DER -in '" + test::keyFile("first") + "'");
-  EXPECT_EQ(0, shown.status);
-  EXPECT_EQ(test::hexOf(openssl.out) + "\n", shown.out);
+      runShell("", "openssl rsa -pubout -outform DER -in '" + test::keyFile("first") + "'");
+  shown.ends(0).prints(test::hexOf(openssl.out) + "\n");
 }
 
 TEST(PackKeyShow, ReadsStandardInput) {
-  shell("'" QUORVANE_BIN "/quorvane-pack' key show - < '" + test::keyFile("first") + "'")
+  runShell("", "quorvane-pack key show - < '" + test::keyFile("first") + "'")
       .ends(0)
       .prints(runPack({"key", "show", test::keyFile("first")}).out);
 }

@@ -23,8 +23,8 @@ class PackMainClass : public testing::Test {
     test::writeFile(project_ / path, bytes);
   }
 
-  void expectRefusal(const std::string& message) {
-    project_.build().fails(message).leavesNo(kMainClassBundle);
+  void expectRefusal(const std::string& message, test::Place place = test::Place::here()) {
+    project_.build().fails(message, place).leavesNo(kMainClassBundle, place);
   }
 
   // Builds, and returns the lines that tell something about the content.
@@ -116,14 +116,9 @@ TEST_F(PackMainClass, MayBeInAJarThatAManifestNames) {
 TEST_F(PackMainClass, MayBeInAJarThatTheJdkMade) {
   test::writeFile(project_ / "content/org/example/Main.class", test::noise(20000));
   test::writeFile(project_ / "manifest", "Add-Opens: java.base/java.lang\n");
-  ASSERT_TRUE(
-      test::transcriptOf(
-          {{"/bin/sh", "-c", "jar --create --file app/main.jar --manifest manifest -C content ."},
-           {},
-           {},
-           project_.path(),
-           60})
-          .succeeded());
+  ASSERT_TRUE(test::runShell(project_.path(),
+                             "jar --create --file app/main.jar --manifest manifest -C content .")
+                  .succeeded());
   EXPECT_EQ(Texts{}, remarks());
   EXPECT_EQ(Texts{"--add-opens=java.base/java.lang=ALL-UNNAMED"}, options());
 }

@@ -25,8 +25,7 @@ Options optionsIn(const std::string& text) {
 }
 
 std::string helpOf(const std::string& command) {
-  const test::Transcript help = test::transcriptOf(
-      {{"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + command + " --help"}, {}, {}, "", 60});
+  const test::Transcript help = test::runShell("", "quorvane-pack " + command + " --help");
   help.ends(0);
   return help.out;
 }

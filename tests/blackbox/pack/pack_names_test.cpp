@@ -9,8 +9,9 @@
 
 namespace {
 
-void expectRefused(const test::SmallProject& project, const std::string& message) {
-  project.build().fails(message).leavesNo("dist/site");
+void expectRefused(const test::SmallProject& project, const std::string& message,
+                   test::Place place = test::Place::here()) {
+  project.build().fails(message, place).leavesNo("dist/site", place);
 }
 
 TEST(PackNames, ThatTheInstallerWritesItselfAreRefusedInTheApplication) {

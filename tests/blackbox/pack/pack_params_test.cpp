@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -77,11 +76,7 @@ TEST(PackParams, FindsTheFileInABundle) {
 
 TEST(PackParams, MakesTheFormatsExampleWithTheCommandThatTheDocumentShows) {
   const test::TempFolder folder;
-  test::Command command;
-  command.arguments = {"/bin/sh", "-c", test::formatBlock("sh", "params-file")};
-  command.environment = {{"PATH", std::string(QUORVANE_BIN ":") + getenv("PATH")}};
-  command.folder = folder.path();
-  test::transcriptOf(command).ends(0);
+  test::runShell(folder.path(), test::formatBlock("sh", "params-file")).ends(0);
   EXPECT_EQ(test::formatBlock("hex", "params-file"),
             test::hexDump(test::readFile(folder / "PARAMS")));
 }

@@ -34,8 +34,8 @@ class PackSite : public testing::Test {
   }
 
   // The complaint about the site, which must be this one alone.
-  void expectProblem(const std::string& problem) {
-    verify().fails(std::string(kSiteInstaller) + " would not work:\n  " + problem);
+  void expectProblem(const std::string& problem, test::Place place = test::Place::here()) {
+    verify().fails(kSiteInstaller + " would not work:\n  " + problem, place);
   }
 
   // Writes an archive over the application's, of its own files and with the words in addition.

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -98,11 +97,7 @@ TEST(PackTail, IsWhatTheLauncherReadsBehindItsExecutable) {
 TEST(PackTail, MakesTheFormatsExampleWithTheCommandThatTheDocumentShows) {
   const test::TempFolder folder;
   test::writeFile(folder / "Hello", "");
-  test::Command command;
-  command.arguments = {"/bin/sh", "-c", test::formatBlock("sh", "tail-record")};
-  command.environment = {{"PATH", std::string(QUORVANE_BIN ":") + getenv("PATH")}};
-  command.folder = folder.path();
-  test::transcriptOf(command).ends(0);
+  test::runShell(folder.path(), test::formatBlock("sh", "tail-record")).ends(0);
   EXPECT_EQ(test::formatBlock("hex", "tail-record"),
             test::hexDump(test::readFile(folder / "Hello")));
 }

@@ -50,10 +50,11 @@ class PackTargets : public testing::Test {
     return test::transcriptOf(command);
   }
 
-  void expectError(const std::string& message, const Texts& words = {}) const {
+  void expectError(const std::string& message, const Texts& words = {},
+                   test::Place place = test::Place::here()) const {
     test::Transcript result = build(words);
     result.err = test::withoutProgress(result.err);
-    result.fails(message);
+    result.fails(message, place);
   }
 
   // A value of the Tail record of the offline installer for the target.

@@ -18,12 +18,13 @@ class PackVerifyLimits : public testing::Test {
  protected:
   void build() { ASSERT_TRUE(project_.build().succeeded()); }
 
-  void expectProblems(const std::vector<std::string>& problems) {
+  void expectProblems(const std::vector<std::string>& problems,
+                      test::Place place = test::Place::here()) {
     std::string wanted = kBundle + " would not work:";
     for (const std::string& problem : problems) {
       wanted += "\n  " + problem;
     }
-    project_.pack({"verify", kBundle}).fails(wanted);
+    project_.pack({"verify", kBundle}).fails(wanted, place);
   }
 
   std::string tailPath() { return project_ / kBundle + "/Contents/Resources/Tail"; }

@@ -28,8 +28,8 @@ class PackVerify : public testing::Test {
   void writeTail(const std::string& bytes) { test::writeFile(inBundle("Resources/Tail"), bytes); }
 
   // The complaint about the bundle, which must be this one alone.
-  void expectProblem(const std::string& problem) {
-    verify().fails(std::string(kVerifiedBundle) + " would not work:\n  " + problem);
+  void expectProblem(const std::string& problem, test::Place place = test::Place::here()) {
+    verify().fails(kVerifiedBundle + " would not work:\n  " + problem, place);
   }
 
   test::SmallProject project_;
@@ -78,14 +78,14 @@ TEST_F(PackVerify, NamesAFolderThatIsNoBundle) {
 
 TEST_F(PackVerify, FindsAMissingExecutable) {
   fs::remove(inBundle("MacOS/Small App"));
-  expectProblem(std::string(kVerifiedBundle) +
+  expectProblem(kVerifiedBundle +
                 "/Contents/Info.plist names the executable Small App, which is not at " +
                 kVerifiedBundle + "/Contents/MacOS/Small App");
 }
 
 TEST_F(PackVerify, FindsAnExecutableThatMayNotBeExecuted) {
   fs::permissions(inBundle("MacOS/Small App"), fs::perms{0644});
-  expectProblem(std::string(kVerifiedBundle) +
+  expectProblem(kVerifiedBundle +
                 "/Contents/MacOS/Small App is not executable; run 'chmod 755' on it");
 }
 
@@ -98,7 +98,7 @@ TEST_F(PackVerify, FindsAnInfoPlistThatNamesNoExecutable) {
     std::string changed = sound;
     changed.replace(at, name.size(), "<string>" + other + "</string>");
     test::writeFile(inBundle("Info.plist"), changed);
-    expectProblem(std::string(kVerifiedBundle) +
+    expectProblem(kVerifiedBundle +
                   "/Contents/Info.plist names no executable: CFBundleExecutable is \"" + other +
                   "\"");
   }
@@ -106,13 +106,13 @@ TEST_F(PackVerify, FindsAnInfoPlistThatNamesNoExecutable) {
 
 TEST_F(PackVerify, FindsAMissingTailRecord) {
   fs::remove(inBundle("Resources/Tail"));
-  expectProblem(std::string(kVerifiedBundle) +
+  expectProblem(kVerifiedBundle +
                 "/Contents/Resources/Tail cannot be read: No such file or directory");
 }
 
 TEST_F(PackVerify, FindsAMissingParamsFile) {
   fs::remove(inBundle("Resources/AppParams.excludefromsigning"));
-  expectProblem(std::string(kVerifiedBundle) +
+  expectProblem(kVerifiedBundle +
                 "/Contents/Resources/params.lproj/locversion.plist cannot be read: No such file or "
                 "directory");
 }
@@ -138,7 +138,7 @@ TEST_F(PackVerify, FindsATailRecordThatIsCutShort) {
 
 TEST_F(PackVerify, FindsBytesBehindTheLastArchive) {
   writeTail(tail() + "more");
-  expectProblem(std::string(kVerifiedBundle) +
+  expectProblem(kVerifiedBundle +
                 "/Contents/Resources/Tail continues for 4 bytes after what is read");
 }
 
@@ -259,8 +259,7 @@ TEST(PackHelp, OfEveryCommandHasAnExample) {
                                   "tail read",
                                   "verify"};
   for (const std::string command : commands) {
-    const test::Transcript result = test::transcriptOf(
-        {{"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + command + " --help"}, {}, {}, "", 60});
+    const test::Transcript result = test::runShell("", "quorvane-pack " + command + " --help");
     result.ends(0);
     const size_t example = result.out.find("Example:\n  quorvane-pack ");
     ASSERT_NE(std::string::npos, example) << command;
@@ -273,10 +272,8 @@ TEST(PackHelp, OfEveryCommandHasAnExample) {
 TEST(PackOutput, ThatCannotBeWrittenEndsWithStatus1) {
   const test::SmallProject project;
   for (const std::string words : {"key show release.key", "--help", "--version"}) {
-    test::Command command;
-    command.arguments = {"/bin/sh", "-c", QUORVANE_BIN "/quorvane-pack " + words + " > /dev/full"};
-    command.folder = project.path();
-    test::transcriptOf(command).fails("the output cannot be written: No space left on device");
+    test::runShell(project.path(), "quorvane-pack " + words + " > /dev/full")
+        .fails("the output cannot be written: No space left on device");
   }
 }
 

@@ -151,12 +151,7 @@ void makeJar(const std::string& folder, const std::string& path, const std::stri
   writeFile(folder + "/manifest", lines);
   writeFile(folder + "/content", "content");
   fs::create_directories(fs::path(folder + "/" + path).parent_path());
-  Command command;
-  command.arguments = {"/bin/sh", "-c", "jar --create --file \"$0\" --manifest manifest content",
-                       path};
-  command.folder = folder;
-  const Result result = run(command);
-  ASSERT_EQ(0, result.status) << result.err;
+  runShell(folder, "jar --create --file '" + path + "' --manifest manifest content").ends(0);
 }
 
 std::string digestOf(const std::string& path) {

@@ -2,20 +2,35 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <filesystem>
 
 #include "tests/support/files.h"
 
 namespace test {
 
-// The words as a shell takes them.
-static std::string commandLine(const std::vector<std::string>& words) {
+// A word as a shell takes it, unless it is so long that nobody would read it.
+static std::string quoted(const std::string& word) {
   static const char kPlain[] =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_@%+=:,./-";
+  constexpr size_t kLongest = 1000;
+  if (word.size() > kLongest) {
+    return quoted(word.substr(0, kLongest)) + "...";
+  }
+  if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos) {
+    return word;
+  }
+  std::string text;
+  for (const char c : word) {
+    text += c == '\'' ? "'\\''" : std::string(1, c);
+  }
+  return "'" + text + "'";
+}
+
+static std::string commandLine(const std::vector<std::string>& words) {
   std::string line;
   for (const std::string& word : words) {
-    const bool isPlain = !word.empty() && word.find_first_not_of(kPlain) == std::string::npos;
-    line += (line.empty() ? "" : " ") + (isPlain ? word : "'" + word + "'");
+    line += (line.empty() ? "" : " ") + quoted(word);
   }
   return line;
 }
@@ -34,6 +49,14 @@ Command packCommand(const std::string& folder, const std::vector<std::string>& w
   command.arguments.insert(command.arguments.end(), words.begin(), words.end());
   command.folder = folder;
   return command;
+}
+
+Transcript runShell(const std::string& folder, const std::string& script) {
+  Command command;
+  command.arguments = {"/bin/sh", "-c", script};
+  command.environment = {{"PATH", std::string(QUORVANE_BIN ":") + getenv("PATH")}};
+  command.folder = folder;
+  return transcriptOf(command);
 }
 
 Transcript runPack(const std::vector<std::string>& words) {

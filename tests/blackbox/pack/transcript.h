@@ -28,7 +28,7 @@ struct Place {
 // An expectation that is not met fails the test, which goes on, at the line of the test, and shows
 // the command line, what was wanted, and all that the command printed.
 struct Transcript : Result {
-  std::string command;  // the command line, as a shell takes it
+  std::string command;  // the command line, as a shell takes it; very long words are cut
   std::string folder;   // where it ran; empty for this process's own folder
 
   // Its exit status is this one.
@@ -64,6 +64,10 @@ struct Transcript : Result {
 
 // Runs a command to its end.
 Transcript transcriptOf(const Command& command);
+
+// Runs a shell's script in the folder, or in this process's own if that is empty. It finds
+// quorvane-pack by its name.
+Transcript runShell(const std::string& folder, const std::string& script);
 
 // Runs quorvane-pack in this process's own folder.
 Transcript runPack(const std::vector<std::string>& words);
