@@ -34,12 +34,17 @@ class Online : public testing::Test {
   // Serves the site and makes the installer use it.
   void serve() { installer_.makeOnline(site_.serve()); }
 
-  // Puts a runtime in front of the path that could be adopted; returns its folder.
-  std::string offerSystemRuntime(const std::string& java) {
-    const std::string home = installer_ / "jdk1.8.0_151.jdk";
+  // Makes a Java home that an installer adopts, with this script as its java.
+  static void writeJavaHome(const std::string& home, const std::string& java) {
     test::writeFile(home + "/bin/java", java, 0755);
     test::writeFile(home + "/bin/unpack200", "#!/bin/sh\n", 0755);
     test::writeFile(home + "/" + test::jvmLibraryPlace(), test::readFile(QUORVANE_FAKE_JVM));
+  }
+
+  // Puts a runtime in front of the path that could be adopted; returns its folder.
+  std::string offerSystemRuntime(const std::string& java) {
+    const std::string home = installer_ / "jdk1.8.0_151.jdk";
+    writeJavaHome(home, java);
     fs::remove(installer_ / "bin/java");
     fs::create_symlink(home + "/bin/java", installer_ / "bin/java");
     return home;
@@ -556,10 +561,7 @@ class OnlineWithOwnRoot : public Online {
 
   // Writes a runtime into `home`, a path as the program will see it.
   void offer(const std::string& home, const std::string& java) {
-    test::writeFile((installer_ / home.substr(1)) + "/bin/java", java, 0755);
-    test::writeFile((installer_ / home.substr(1)) + "/bin/unpack200", "#!/bin/sh\n", 0755);
-    test::writeFile((installer_ / home.substr(1)) + "/" + test::jvmLibraryPlace(),
-                    test::readFile(QUORVANE_FAKE_JVM));
+    writeJavaHome(installer_ / home.substr(1), java);
   }
 
   test::Result installThere() {
