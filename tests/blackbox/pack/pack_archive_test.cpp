@@ -85,7 +85,7 @@ TEST_F(PackArchive, MakesListsVerifiesAndExtracts) {
 
 TEST_F(PackArchive, WorksOnACompressedArchiveAsOnAPlainOne) {
   const std::string archive = smallArchive("small.p2.l2");
-  EXPECT_NE(std::string::npos, pack({"archive", "list", archive}).out.find("lib/f"));
+  pack({"archive", "list", archive}).mentions("lib/f");
   pack({"archive", "verify", "--public-key", publicKey_, archive}).ends(0);
   pack({"archive", "extract", "--public-key", publicKey_, archive, folder_ / "out"}).ends(0);
   expectSameContent(source(), folder_ / "out");
@@ -302,7 +302,7 @@ TEST_F(PackArchive, TakesPackedJarsSpecialBlocksAndNestedArchivesThereAndBack) {
   const test::Transcript list = pack({"archive", "list", archive});
   for (const char* line :
        {"pack200 ", "special            7  qvArcSpBlock_Note", "nested/inner.p2"}) {
-    EXPECT_NE(std::string::npos, list.out.find(line)) << line;
+    list.mentions(line);
   }
   pack({"archive", "extract", "--public-key", publicKey_, "--unpack200",
         tools + "/unpack200/bin/unpack200", archive, folder_ / "out"})

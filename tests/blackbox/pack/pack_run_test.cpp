@@ -57,9 +57,10 @@ class PackRun : public testing::Test {
     return test::transcriptOf(command);
   }
 
-  static void expectErrorOfRun(const test::Transcript& result, const std::string& message,
-                               test::Place place = test::Place::here()) {
-    result.ends(1, place).reports(kNoDisplay + ("quorvane-pack: " + message + "\n"), place);
+  static const test::Transcript& expectErrorOfRun(const test::Transcript& result,
+                                                  const std::string& message,
+                                                  test::Place place = test::Place::here()) {
+    return result.ends(1, place).reports(kNoDisplay + ("quorvane-pack: " + message + "\n"), place);
   }
 
   test::SmallProject project_;
@@ -159,14 +160,13 @@ TEST_F(PackRun, OfAnInstallerThatFailsNamesItsStatusAndTheEndOfItsLog) {
   build(
       "for i in 1 2 3 4 5 6 7 8 9 10 11 12 13; do echo \"line $i\"; done\necho noise >&2\nexit "
       "7\n");
-  const test::Transcript result = run({});
   std::string lines;
   for (int i = 2; i <= 13; ++i) {
     lines += "\n  line " + std::to_string(i);
   }
-  expectErrorOfRun(result, kDownload + " ended with status 7; the end of its output:" + lines +
-                               "\nthe end of its standard error:\n  noise");
-  EXPECT_EQ("", result.out);
+  expectErrorOfRun(run({}), kDownload + " ended with status 7; the end of its output:" + lines +
+                                "\nthe end of its standard error:\n  noise")
+      .prints("");
 }
 
 // The system's log repeats the installer's on standard error.
@@ -208,9 +208,7 @@ TEST_F(PackRun, OfAnInstallerThatASignalEndsNamesTheSignal) {
 
 TEST_F(PackRun, OfAFailingInstallerWhoseOutputWasShownDoesNotRepeatIt) {
   build("echo started\nexit 3\n");
-  const test::Transcript result = run({"--verbose"});
-  expectErrorOfRun(result, kDownload + " ended with status 3");
-  EXPECT_EQ("started\n", result.out);
+  expectErrorOfRun(run({"--verbose"}), kDownload + " ended with status 3").prints("started\n");
 }
 
 // The installer ends with 0 whatever exception ends the application.
@@ -226,14 +224,13 @@ TEST_F(PackRun, OfAnApplicationThatAnExceptionEndsShowsItWithoutItsStack) {
       "\tat java.desktop/java.awt.Frame.<init>(Unknown Source)\n"
       "2026-01-02 03:04:05.678 Small App[1:1] Destroying runtime.\n"
       "END\n");
-  const test::Transcript result = run({});
   expectErrorOfRun(
-      result, kDownload +
-                  " ended with status 0 and its application with an exception:\n"
-                  "  Exception in thread \"main\" java.lang.reflect.InvocationTargetException\n"
-                  "  Caused by: java.awt.HeadlessException: \n"
-                  "  No X11 DISPLAY variable was set");
-  EXPECT_EQ("", result.out);
+      run({}), kDownload +
+                   " ended with status 0 and its application with an exception:\n"
+                   "  Exception in thread \"main\" java.lang.reflect.InvocationTargetException\n"
+                   "  Caused by: java.awt.HeadlessException: \n"
+                   "  No X11 DISPLAY variable was set")
+      .prints("");
 }
 
 TEST_F(PackRun, OfAnApplicationWithAnExceptionInAnotherThreadTellsOfIt) {
@@ -260,18 +257,16 @@ TEST_F(PackRun, KeepsTheHomeInANewFolder) {
 
 TEST_F(PackRun, KeepsTheHomeOfARunThatFails) {
   build(std::string(kInstall) + "exit 5\n");
-  const test::Transcript result = run({"--keep", "kept"});
-  expectErrorOfRun(result, kDownload + " ended with status 5; it printed nothing");
-  EXPECT_EQ("kept: kept\n", result.out);
+  expectErrorOfRun(run({"--keep", "kept"}), kDownload + " ended with status 5; it printed nothing")
+      .prints("kept: kept\n");
   EXPECT_EQ(Texts{"Library"}, test::namesIn(project_ / "kept"));
 }
 
 TEST_F(PackRun, SaysSoWhereTheHomeCannotBeKept) {
   const std::string kept = project_ / "kept";
   build("rmdir '" + kept + "' && touch '" + kept + "'\n");
-  const test::Transcript result = run({"--keep", "kept"});
-  expectErrorOfRun(result, "the home cannot be copied to kept: Is a directory");
-  EXPECT_EQ("", result.out);
+  expectErrorOfRun(run({"--keep", "kept"}), "the home cannot be copied to kept: Is a directory")
+      .prints("");
 }
 
 TEST_F(PackRun, KeepsNothingWhereSomethingStandsAndDoesNotRun) {

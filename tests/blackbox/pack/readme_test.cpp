@@ -3,9 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "tests/blackbox/pack/transcript.h"
 #include "tests/support/background.h"
 #include "tests/support/files.h"
-#include "tests/support/process.h"
+#include "tests/support/master_folder.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_home.h"
 
@@ -34,7 +35,7 @@ std::string fiveMinutes() {
 
 class Readme : public testing::Test {
  protected:
-  test::Result run(const std::string& script) {
+  test::Transcript run(const std::string& script) {
     test::Command command;
     command.arguments = {"/bin/bash", "-euc", script};
     command.folder = folder_.path();
@@ -45,7 +46,7 @@ class Readme : public testing::Test {
     // The JDK's tools end before their best code has paid off.
     command.environment["JAVA_TOOL_OPTIONS"] = "-XX:TieredStopAtLevel=1";
     command.seconds = 840;
-    return test::run(command);
+    return test::transcriptOf(command);
   }
 
   const test::TempFolder folder_;
@@ -59,20 +60,20 @@ TEST_F(Readme, FiveMinutesLeadFromAJarToAnInstalledApplication) {
                               "quorvane-pack run", "/Contents/MacOS/"}) {
     ASSERT_NE(std::string::npos, script.find(command)) << command << " is not in\n" << script;
   }
-  const test::Result result = run(script);
-  ASSERT_EQ(0, result.status) << result.out << result.err;
-  EXPECT_NE(std::string::npos,
-            result.out.find("quorvane.toml: the project file of \"Hello\"; next: "));
-  EXPECT_NE(std::string::npos, result.out.find("dist/Hello-1-linux-x86_64.tar.gz: all is well\n"));
+  const test::Transcript result = run(script);
+  ASSERT_TRUE(result.succeeded());
+  result.mentions("quorvane.toml: the project file of \"Hello\"; next: ")
+      .mentions("dist/Hello-1-linux-x86_64.tar.gz: all is well\n");
   // Once in the throw-away home, which is gone, then for real.
-  EXPECT_NE(std::string::npos, result.out.find("installed: ~/Library/Application Support/"
-                                               "Quorvane-Hello/Quorvane-Hello-1-complete\n"));
-  EXPECT_NE(std::string::npos, result.out.find("[ExtractArchive] Archive signature verified."));
-  EXPECT_NE(std::string::npos, result.out.find("Hello says: the window is up\n"));
-  const std::string master = home_.applicationSupport() + "/Quorvane-Hello";
+  result
+      .mentions(
+          "installed: ~/Library/Application Support/Quorvane-Hello/Quorvane-Hello-1-complete\n")
+      .mentions("[ExtractArchive] Archive signature verified.")
+      .mentions("Hello says: the window is up\n");
+  const test::MasterFolder installed(home_, "Hello");
   for (const char* name : {"Quorvane-Hello-1-complete/hello.jar",
                            "Quorvane-Quorvane-2-complete/updater.jar", "logs"}) {
-    EXPECT_TRUE(test::exists(master + "/" + name)) << name;
+    EXPECT_TRUE(test::exists(installed / name)) << name;
   }
 }
 
