@@ -31,6 +31,7 @@ class SelfUpdate : public testing::Test {
     test::writeFile(folder_ / "runtime/bin/java", "stands in for a java", 0755);
     test::writeFile(folder_ / "runtime/release", "JAVA_VERSION=\"17.0.15\"\n");
     test::writeFile(folder_ / "release.key", test::readFile(test::keyFile("first")), 0600);
+    fs::copy_file(QUORVANE_EXAMPLES "/app/app.jar", folder_ / "app.jar");
     test::Command command;
     command.arguments = {"/usr/bin/python3", "-u",        "-m",          "http.server",   "0",
                          "--bind",           "127.0.0.1", "--directory", folder_ / "site"};
@@ -48,13 +49,13 @@ class SelfUpdate : public testing::Test {
   void build(int version, const std::string& mainClass = "org.example.app.SampleApp",
              const std::string& key = "release.key") const {
     const std::string runtime = version == 1 ? QUORVANE_TEST_RUNTIME : folder_ / "runtime";
-    test::writeFile(folder_ / "quorvane.toml",
-                    "[application]\nname = \"Sample\"\nversion = " + std::to_string(version) +
-                        "\nidentifier = \"org.example.sample\"\njar = \"" QUORVANE_EXAMPLES
-                        "/app/app.jar\"\nmain_class = \"" +
-                        mainClass + "\"\narguments = [\"--console\"]\n[runtime]\nfolder = \"" +
-                        runtime + "\"\n[updates]\ninterval = 0\n" + "[installer]\nupdate_url = \"" +
-                        url_ + "\"\n[signing]\nkey = \"" + key + "\"\n");
+    test::writeFile(
+        folder_ / "quorvane.toml",
+        "[application]\nname = \"Sample\"\nversion = " + std::to_string(version) +
+            "\nidentifier = \"org.example.sample\"\njar = \"app.jar\"\nmain_class = \"" +
+            mainClass + "\"\narguments = [\"--console\"]\n[runtime]\nfolder = \"" + runtime +
+            "\"\n[updates]\ninterval = 0\n" + "[installer]\nupdate_url = \"" + url_ +
+            "\"\n[signing]\nkey = \"" + key + "\"\n");
     // All cases pack the same runtime.
     constexpr double kSeconds = 800;
     ASSERT_TRUE(test::runPack(folder_.path(), {"build", "--bundles", "--executables", QUORVANE_BIN},
@@ -146,7 +147,10 @@ TEST_F(SelfUpdate, AVersionThatDoesNotStartIsLeftAndTheNextOneIsTaken) {
   publish(1);
   keepInstaller();
   expectStart(1);
-  build(2, "org.example.app.Missing");
+  // The packager finds this class, and Java cannot load it.
+  test::writeFile(folder_ / "org/example/app/Damaged.class", "no class");
+  test::runShell(folder_.path(), "jar --update --file app.jar org").ends(0);
+  build(2, "org.example.app.Damaged");
   publish(2);
   expectStart(1, [&] { return isLogged("Installed version 2 of Sample"); });
   start().ends(1);
