@@ -34,7 +34,6 @@ target_include_directories(quorvane_dependencies SYSTEM INTERFACE
   "${QUORVANE_JNI_HEADERS}" "${QUORVANE_JNI_HEADERS}/linux")
 target_link_libraries(quorvane_dependencies INTERFACE tomcrypt tommath nettle dl)
 
-quorvane_find_liblzma()
 quorvane_find_stb()
 quorvane_find_libarchive()
 

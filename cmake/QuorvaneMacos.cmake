@@ -29,7 +29,6 @@ target_link_libraries(quorvane_cocoa_libraries INTERFACE objc)
 if(CMAKE_CROSSCOMPILING)
   include(QuorvaneMacosCross)
 else()
-  quorvane_find_liblzma()
   quorvane_find_stb()
   # Homebrew keeps it apart from the system's, which has no headers.
   list(APPEND CMAKE_PREFIX_PATH /opt/homebrew/opt/libarchive /usr/local/opt/libarchive)

@@ -49,14 +49,6 @@ target_compile_definitions(tomcrypt PRIVATE LTC_SOURCE USE_LTM LTM_DESC)
 target_link_libraries(tomcrypt PUBLIC tommath)
 target_link_libraries(quorvane_dependencies INTERFACE tomcrypt tommath)
 
-# liblzma's own build file, which leaves its programs out where it believes that they lack a function.
-set(BUILD_SHARED_LIBS OFF)
-set(HAVE_GETOPT_LONG OFF CACHE INTERNAL "")
-add_subdirectory("${sources}/xz-utils" liblzma EXCLUDE_FROM_ALL)
-target_compile_options(liblzma PRIVATE -w "-ffile-prefix-map=${sources}/xz-utils/=")
-target_include_directories(quorvane_liblzma SYSTEM INTERFACE "${sources}/xz-utils/src/liblzma/api")
-target_link_libraries(quorvane_liblzma INTERFACE liblzma)
-
 # Tests and packager tools cannot be run here: they are made only when asked for, to see that they can be.
 set(QUORVANE_RUN_ELSEWHERE EXCLUDE_FROM_ALL)
 if(QUORVANE_TESTS OR QUORVANE_TOOLS)

@@ -3,7 +3,6 @@
 #   quorvane_dependencies     libraries that the plain C++ core needs
 #   quorvane_objcxx           flags for compiling Objective-C++ files
 #   quorvane_cocoa_libraries  libraries that the Cocoa part needs
-#   quorvane_liblzma          liblzma as a static library, for the tools
 #   quorvane_libarchive       libarchive, for the packager
 #   quorvane_zlib             zlib, for the packager
 #   quorvane_toml             toml++, which is headers alone, for the packager
@@ -14,19 +13,10 @@ find_package(Threads REQUIRED)
 add_library(quorvane_dependencies INTERFACE)
 add_library(quorvane_objcxx INTERFACE)
 add_library(quorvane_cocoa_libraries INTERFACE)
-add_library(quorvane_liblzma INTERFACE)
 add_library(quorvane_libarchive INTERFACE)
 add_library(quorvane_zlib INTERFACE)
 add_library(quorvane_toml INTERFACE)
 add_library(quorvane_stb INTERFACE)
-
-# An installed liblzma; where it is compiled with the rest, the platform's file says so instead.
-macro(quorvane_find_liblzma)
-  find_library(QUORVANE_LIBLZMA NAMES liblzma.a REQUIRED)
-  find_path(QUORVANE_LIBLZMA_HEADERS lzma.h REQUIRED)
-  target_include_directories(quorvane_liblzma SYSTEM INTERFACE "${QUORVANE_LIBLZMA_HEADERS}")
-  target_link_libraries(quorvane_liblzma INTERFACE "${QUORVANE_LIBLZMA}")
-endmacro()
 
 # Installed headers of stb, which packages put into a folder of its name or beside the others.
 macro(quorvane_find_stb)
