@@ -68,15 +68,17 @@ bool isLzmaEntry(const Entry& entry) {
   return entry.type != PACK200_ENTRY && endsWith(entry.target, ".l2");
 }
 
-// The tool's end is logged here as if it had run now. Where the file cannot be moved, the tool runs
-// again.
+// The tool's end is logged here as if it had run now. Where what it made cannot be moved, the
+// entry's data are, and the tool runs again.
 static int takeReadyData(const char* output, const Entry& entry, const Descriptor& folder,
                          const char* lzmaExe, const ReadyData& ready) {
   const char* name = pathToFile(output);
   refuseLink(folder, name, entry.path.get());
   removeFile(folder, name);
   if (renameat(AT_FDCWD, ready.data, folder.get(), name) != 0) {
-    return runToolFor(output, entry, folder, lzmaExe, {"d", ready.compressed, output});
+    const int error = renameat(AT_FDCWD, ready.compressed, folder.get(), pathToFile(entry.target));
+    return error != 0 ? error
+                      : runToolFor(output, entry, folder, lzmaExe, {"d", entry.target, output});
   }
   const OwnedSpawner spawner(createSpawner());
   setSpawnerExe(spawner.get(), lzmaExe);

@@ -217,12 +217,14 @@ def print_beside(results, least, java):
 
 def measure_all(factor):
     installs, floors, launches, beside = [], [], [], []
-    for _ in range(ROUNDS):
+    for number in range(ROUNDS):
         floors.append(floor(factor))
+        if BESIDE and number % 2 == 0:
+            measure_beside(factor, beside)
         variables = make_account()
         installs.append(install(factor, variables))
         launches.append(quick_launch(factor, variables))
-        if BESIDE:
+        if BESIDE and number % 2 == 1:
             measure_beside(factor, beside)
     own = own_memory(factor, make_account())
     wall, least = (statistics.median(r[0] for r in rows) for rows in (installs, floors))

@@ -1,10 +1,12 @@
 #include "extractor/archives/decompress_ahead.h"
 
+#include <fcntl.h>
 #include <sys/statvfs.h>
 #include <sys/wait.h>  // IWYU pragma: keep, not every system repeats WIFEXITED elsewhere
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -17,8 +19,10 @@
 #include "extractor/versions/folders.h"
 #include "support/encoding/field_reader.h"
 #include "support/events/keep_alive.h"
+#include "support/events/quit_cleanup.h"
 #include "support/files/file_kind.h"
 #include "support/files/file_operations.h"
+#include "support/files/folder_walk.h"
 #include "support/files/paths.h"
 #include "support/owned.h"
 #include "support/process/spawner.h"
@@ -26,8 +30,9 @@
 
 namespace {
 
-// A carried archive that the tool is at work on. Its paths are empty where there is none.
+// A carried archive that the tool decompresses or has decompressed.
 struct Ahead {
+  int number = 0;    // which its files' names begin with, 0 for none
   off_t place = -1;  // of its record in the stream
   long length = 0;   // of its compressed data
   pid_t child = 0;   // 0 once it has been waited for
@@ -35,10 +40,11 @@ struct Ahead {
   std::string data;
 };
 
-// One is begun while the one before it is taken.
+// One is begun while the one before is extracted.
 struct State {
-  char folder[PATH_BUFFER_SIZE] = "";  // empty until it is made
-  int count = 0;                       // of the archives begun, which names their files
+  char folder[PATH_BUFFER_SIZE] = "";  // empty unless it is made
+  bool isFolderTried = false;
+  int count = 0;  // of the archives begun
   Ahead begun;
   Ahead taken;
 };
@@ -95,10 +101,11 @@ static RecordHead readHead(FILE* stream) {
   return head;
 }
 
-// Whether both archives fit several times, decompressed and extracted: what is made early must not
-// fill the disk for what is made in its turn.
+// What is made early must not fill the disk for what is made in its turn. The current archive is
+// there twice, decompressed and extracted, the next one decompressed: there is room for them unless
+// they compress to less than a tenth.
 static bool isRoomFor(const ExtractorRun& run, long current, long next) {
-  constexpr unsigned long long kTimes = 16;
+  constexpr unsigned long long kTimes = 32;
   struct statvfs disk {};
   if (statvfs(run.masterFolder, &disk) != 0) {
     return false;
@@ -109,7 +116,8 @@ static bool isRoomFor(const ExtractorRun& run, long current, long next) {
 }
 
 static bool isFolderMade(const ExtractorRun& run) {
-  if (state.folder[0] == 0) {
+  if (!state.isFolderTried) {
+    state.isFolderTried = true;
     nameTempFolder(run.masterFolder, state.folder);
     if (createTempFolder(run.masterFolder, state.folder) != 0) {
       state.folder[0] = 0;
@@ -118,28 +126,56 @@ static bool isFolderMade(const ExtractorRun& run) {
   return state.folder[0] != 0;
 }
 
+// Nothing that somebody else has put there is opened.
+static FILE* createNewFile(const char* path) {
+  Descriptor file(open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+  FILE* stream = file.isOpen() ? fdopen(file.get(), "wb") : nullptr;
+  if (stream != nullptr) {
+    file.release();
+  }
+  return stream;
+}
+
 static bool copyData(FILE* stream, long length, const char* path) {
-  const Stream file(createWithoutLink(path));
+  Stream file(createNewFile(path));
   char piece[64 * 1024];
   long left = length;
-  size_t count = 1;
-  while (file != nullptr && left > 0 && count > 0) {
-    count = fread(piece, 1, std::min(sizeof piece, static_cast<size_t>(left)), stream);
-    count = fwrite(piece, 1, count, file.get());
-    left -= static_cast<long>(count);
+  while (file != nullptr && left > 0) {
+    const size_t wanted = std::min(sizeof piece, static_cast<size_t>(left));
+    if (fread(piece, 1, wanted, stream) != wanted ||
+        fwrite(piece, 1, wanted, file.get()) != wanted) {
+      return false;
+    }
+    left -= static_cast<long>(wanted);
     keepAlive();
   }
-  return file != nullptr && left == 0 && fflush(file.get()) == 0;
+  return file != nullptr && fclose(file.release()) == 0;
+}
+
+// The tool has ended when it is killed, and needs no waiting in which events are handled.
+static void endTool(pid_t tool) {
+  int status = 0;
+  kill(tool, SIGKILL);
+  while (waitpid(tool, &status, 0) < 0 && errno == EINTR) {
+  }
+}
+
+// Removes its files, also those that a killed tool has left: all of them begin with its number.
+static void removeFiles(const Ahead& ahead) {
+  const std::string number = std::to_string(ahead.number) + ".";
+  for (const std::string& name : allNames(openFolder(state.folder))) {
+    if (name.compare(0, number.size(), number) == 0) {
+      remove(childPath(state.folder, name).c_str());
+    }
+  }
 }
 
 static void stop(Ahead* ahead) {
   if (ahead->child != 0) {
-    kill(ahead->child, SIGKILL);
-    waitForChild(ahead->child);
+    endTool(ahead->child);
   }
-  if (!ahead->data.empty()) {
-    remove(ahead->compressed.c_str());
-    remove(ahead->data.c_str());
+  if (ahead->number != 0) {
+    removeFiles(*ahead);
   }
   *ahead = Ahead();
 }
@@ -154,8 +190,10 @@ static void begin(ExtractorRun& run, const RecordHead& head) {
   Ahead& ahead = state.begun;
   ahead.place = head.place;
   ahead.length = head.length;
-  ahead.compressed = childPath(state.folder, std::to_string(++state.count) + ".p2.l2");
-  ahead.data = childPath(state.folder, std::to_string(state.count) + ".p2");
+  ahead.number = ++state.count;
+  const std::string name = std::to_string(ahead.number) + ".p2";
+  ahead.compressed = childPath(state.folder, name + ".l2");
+  ahead.data = childPath(state.folder, name);
   if (!copyData(run.tailStream, head.length, ahead.compressed.c_str()) || !startTool(run, &ahead)) {
     ahead.child = 0;
     stop(&ahead);
@@ -166,7 +204,8 @@ void beginNextAhead(ExtractorRun& run) {
   stop(&state.taken);
   state.taken = std::move(state.begun);
   state.begun = Ahead();
-  if (sysconf(_SC_NPROCESSORS_ONLN) < 2 || !isExecutable(run.lzmaPath)) {
+  if (sysconf(_SC_NPROCESSORS_ONLN) < 2 || !isExecutable(run.lzmaPath) ||
+      ftello(run.tailStream) < 0) {
     return;
   }
   const PlaceKeeper keeper(run.tailStream);
@@ -177,6 +216,7 @@ void beginNextAhead(ExtractorRun& run) {
   const RecordHead next = readHead(run.tailStream);
   const bool isWorthIt = next.isCompressed && next.length >= SMALLEST_AHEAD;
   if (isWorthIt && isRoomFor(run, current.length, next.length) && isFolderMade(run)) {
+    addQuitCleanup(endAhead);
     begin(run, next);
   }
 }
@@ -203,6 +243,7 @@ bool takeAhead(ExtractorRun& run, ReadyData* ready) {
 }
 
 void endAhead() {
+  removeQuitCleanup(endAhead);
   stop(&state.taken);
   stop(&state.begun);
   if (state.folder[0] != 0) {

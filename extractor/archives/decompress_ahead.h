@@ -6,12 +6,16 @@
 struct ExtractorRun;
 
 // Decompresses a carried archive before its turn, while the one before it is decompressed, verified
-// and extracted, and while Java writes its class data. On its turn everything is logged, verified
-// and extracted as ever; an archive that could not be decompressed ahead, for whatever reason, is
-// decompressed then. At most one archive is ahead. Its two files lie in a temporary folder of the
-// master folder. Nothing happens ahead with one processor, with little space on the disk, or for
-// an archive that is decompressed in no time. Logs nothing but the making and the removal of the
-// folder. Main thread.
+// and extracted, and while Java writes its class data. On its turn it is logged, verified and
+// extracted like any other. If it could not be decompressed ahead, for whatever reason, that is
+// done on its turn. At most one archive is ahead. Its two files lie in a temporary folder of the
+// master folder. Nothing is done ahead with one processor, with little space on the disk, or for an
+// archive that is too small to be worth it. Logs only the making and the removal of the folder.
+// Main thread.
+//
+// More cannot overlap: the log lines of an archive's extraction follow those of the runtime's
+// publication, and the runtime is published under another path than the one its java writes the
+// class data to.
 
 // The smallest compressed archive that is decompressed ahead, in bytes.
 constexpr long SMALLEST_AHEAD = 1L << 20;
@@ -24,7 +28,8 @@ void beginNextAhead(ExtractorRun& run);
 // whether `*ready` has what it made, whose paths live until the next call of any function here.
 [[nodiscard]] bool takeAhead(ExtractorRun& run, ReadyData* ready);
 
-// Ends what is still at work, and removes the folder. Also for a process that ends.
+// Kills the tool if it is running, and removes the folder. Handles no events, so that a process
+// that is ending may call it. Called also when the user quits.
 void endAhead();
 
 #endif

@@ -118,8 +118,3 @@ void requireNextArchive(ExtractorRun& run, const char* component, const char* un
   failRun(Failure::ArchiveDamaged, "[Extractor] The installer ends before the %s archive\n",
           component);
 }
-
-void closeTailStream(ExtractorRun& run) {
-  fclose(run.tailStream);
-  run.tailStream = nullptr;
-}

@@ -21,7 +21,4 @@ void readTailFields(ExtractorRun& run);
 void requireNextArchive(ExtractorRun& run, const char* component, const char* unpack200,
                         const char* destination);
 
-// Closes the Tail stream.
-void closeTailStream(ExtractorRun& run);
-
 #endif

@@ -27,6 +27,11 @@ __attribute__((format(printf, 1, 0))) static void logErrorArguments(const char* 
   }
 }
 
+void closeTailStream(ExtractorRun& run) {
+  fclose(run.tailStream);
+  run.tailStream = nullptr;
+}
+
 void failRun(Failure failure, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);

@@ -87,6 +87,9 @@ struct ExtractorRun {
 [[nodiscard]] bool isOffline(const ExtractorRun& run);
 [[nodiscard]] bool isQuiet(const ExtractorRun& run);
 
+// Closes the Tail stream. Main thread.
+void closeTailStream(ExtractorRun& run);
+
 // Logs the printf-style message as an error and ends the process with EXIT_STATUS_FAILURE, as
 // failProcess() does with `failure`, or with Failure::InstallationFailed.
 [[noreturn]] void failRun(Failure failure, const char* format, ...)

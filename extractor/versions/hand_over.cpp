@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 
-#include "extractor/archives/tail_stream.h"
 #include "extractor/run/run.h"
 #include "extractor/versions/startable.h"
 #include "launch/launch_app.h"

@@ -5,7 +5,7 @@
 
 #include "support/files/folder_walk.h"
 
-// An installation makes four temporary folders. The system closes what is left at the end.
+// An installation makes five temporary folders. The system closes what is left at the end.
 static int marks[8];
 static int markCount = 0;
 

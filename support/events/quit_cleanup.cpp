@@ -2,14 +2,30 @@
 
 #include <utility>
 
-static void (*currentCleanup)() = nullptr;
+static void (*cleanups[4])() = {};
 
-void setQuitCleanup(void (*cleanup)()) {
-  currentCleanup = cleanup;
+static void replace(void (*what)(), void (*by)()) {
+  for (auto& cleanup : cleanups) {
+    if (cleanup == what) {
+      cleanup = by;
+      return;
+    }
+  }
+}
+
+void addQuitCleanup(void (*cleanup)()) {
+  removeQuitCleanup(cleanup);
+  replace(nullptr, cleanup);
+}
+
+void removeQuitCleanup(void (*cleanup)()) {
+  replace(cleanup, nullptr);
 }
 
 void runQuitCleanup() {
-  if (void (*cleanup)() = std::exchange(currentCleanup, nullptr)) {
-    cleanup();
+  for (auto& slot : cleanups) {
+    if (void (*cleanup)() = std::exchange(slot, nullptr)) {
+      cleanup();
+    }
   }
 }

@@ -4,10 +4,11 @@
 // What must be undone if the user quits in the middle of it, because the process then ends at once.
 // Logs nothing. Main thread.
 
-// Sets the current cleanup function; null for none.
-void setQuitCleanup(void (*cleanup)());
+// Adds a cleanup function, unless it is there already; at most four. Takes it back.
+void addQuitCleanup(void (*cleanup)());
+void removeQuitCleanup(void (*cleanup)());
 
-// Runs the cleanup function, if any, once.
+// Runs each cleanup function once.
 void runQuitCleanup();
 
 #endif

@@ -98,7 +98,7 @@ static void keepEarlyLine(const Line& line) {
   }
 }
 
-// One write, because the stream's buffer is empty: every line before was flushed too.
+// Every line is flushed, so that the stream's buffer is empty and a line is one write.
 static void writeLine(FILE* sink, const Line& line) {
   fwrite(line.bytes, 1, line.size, sink);
   fflush(sink);
@@ -187,7 +187,7 @@ void keepEarlyLines() {
 }
 
 static void writeEarlyLines(FILE* file) {
-  fputs(earlyLines->c_str(), file);
+  fwrite(earlyLines->data(), 1, earlyLines->size(), file);
   if (lost > 0) {
     fprintf(file, "(%lu messages did not fit here)\n", lost);
   }

@@ -203,11 +203,11 @@ static void finish(Downloader* downloader, NSURLDownload* download, NSString* ur
   if (isOnMain) {
     mainDownload = download;
     mainTarget = targetPath;
-    setQuitCleanup(cancelMainDownload);
+    addQuitCleanup(cancelMainDownload);
   }
   NSString* reason = waitForEnd(downloader, mostBytes);
   if (isOnMain) {
-    setQuitCleanup(nullptr);
+    removeQuitCleanup(cancelMainDownload);
   }
   if (reason != nil) {
     giveUp(downloader, download, reason, url);

@@ -1,16 +1,21 @@
 #include "extractor/archives/decompress_ahead.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <string>
 
 #include "extractor/run/run.h"
+#include "support/events/quit_cleanup.h"
 #include "support/files/paths.h"
 #include "support/owned.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/wait.h"
+#include "tests/unit/extractor/full_disk.h"
 
 using test::field;
 
@@ -20,8 +25,6 @@ std::string record(const std::string& path, size_t size) {
   return field("0") + field(path) + field(std::to_string(size)) + std::string(size, 'x');
 }
 
-// The disk of this executable (full_disk.cpp) has room for four times the smallest archive that
-// would be decompressed ahead, and less than what is asked for.
 class DecompressAhead : public testing::Test {
  protected:
   DecompressAhead() {
@@ -30,7 +33,10 @@ class DecompressAhead : public testing::Test {
     setPath(run_->masterFolder, (folder_ / "master").c_str());
     std::filesystem::create_directory(folder_ / "master");
   }
-  ~DecompressAhead() override { endAhead(); }
+  ~DecompressAhead() override {
+    endAhead();
+    test::freeBytes = 4096000;
+  }
 
   void carry(const std::string& records) {
     test::writeFile(folder_ / "tail", records);
@@ -45,15 +51,58 @@ class DecompressAhead : public testing::Test {
 
 }  // namespace
 
-TEST_F(DecompressAhead, LeavesTheDiskAloneWhereItMightBecomeFull) {
+TEST_F(DecompressAhead, LeavesTheDiskAloneUnlessItHasRoomForThirtyTwoTimesBothArchives) {
+  const std::string first = record("first.p2", 1000);
+  carry(first + record("second.p2.l2", SMALLEST_AHEAD));
+  test::freeBytes = 32 * (SMALLEST_AHEAD + 1000);
+  beginNextAhead(*run_);
+  EXPECT_TRUE(test::namesIn(folder_ / "master").empty());
+  endAhead();
+  test::freeBytes += 33 * 4096;
+  beginNextAhead(*run_);
+  EXPECT_EQ(1U, test::namesIn(folder_ / "master").size());
+}
+
+TEST_F(DecompressAhead, GivesWhatTheToolMadeOnTheArchivesTurn) {
   const std::string first = record("first.p2", 10);
   carry(first + record("second.p2.l2", SMALLEST_AHEAD));
+  test::freeBytes = 100 * SMALLEST_AHEAD;
+  beginNextAhead(*run_);
+  ReadyData ready{};
+  EXPECT_FALSE(takeAhead(*run_, &ready));
+  fseeko(stream_.get(), static_cast<off_t>(first.size()), SEEK_SET);
+  beginNextAhead(*run_);
+  ASSERT_TRUE(takeAhead(*run_, &ready));
+  EXPECT_EQ(SMALLEST_AHEAD, ready.length);
+  EXPECT_TRUE(std::string(SMALLEST_AHEAD, 'x') == test::readFile(ready.data));
+}
+
+TEST_F(DecompressAhead, EndsTheToolAndRemovesItsFilesWhenTheUserQuits) {
+  const std::string number = folder_ / "number";
+  test::writeFile(folder_ / "tool",
+                  "#!/bin/sh\n: > \"$3.part\"\necho $$ > '" + number + "'\nexec sleep 600\n", 0755);
+  carry(record("first.p2", 10) + record("second.p2.l2", SMALLEST_AHEAD));
+  test::freeBytes = 100 * SMALLEST_AHEAD;
+  beginNextAhead(*run_);
+  ASSERT_TRUE(test::comesTrue([&] { return !test::readFile(number).empty(); }));
+  runQuitCleanup();
+  EXPECT_TRUE(test::namesIn(folder_ / "master").empty());
+  EXPECT_EQ(-1, kill(static_cast<pid_t>(std::stol(test::readFile(number))), 0));
+  EXPECT_EQ(ESRCH, errno);
+}
+
+TEST_F(DecompressAhead, RemovesWhatAToolLeftThatFailed) {
+  test::writeFile(folder_ / "tool", "#!/bin/sh\n: > \"$3.part\"\nexit 1\n", 0755);
+  const std::string first = record("first.p2", 10);
+  carry(first + record("second.p2.l2", SMALLEST_AHEAD));
+  test::freeBytes = 100 * SMALLEST_AHEAD;
   beginNextAhead(*run_);
   fseeko(stream_.get(), static_cast<off_t>(first.size()), SEEK_SET);
   beginNextAhead(*run_);
   ReadyData ready{};
   EXPECT_FALSE(takeAhead(*run_, &ready));
-  EXPECT_TRUE(test::namesIn(folder_ / "master").empty());
+  const std::string made = test::namesIn(folder_ / "master").at(0);
+  EXPECT_TRUE(test::namesIn(folder_ / ("master/" + made)).empty());
 }
 
 TEST_F(DecompressAhead, LeavesTheStreamWhereItWas) {

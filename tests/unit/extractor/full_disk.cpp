@@ -6,6 +6,7 @@
 #include <filesystem>
 
 std::string test::diskIsFullWhile;
+unsigned long test::freeBytes = 4096000;
 
 // Takes the place of the C library's function in this executable.
 extern "C" int statvfs(const char*, struct statvfs* space) {
@@ -14,6 +15,6 @@ extern "C" int statvfs(const char*, struct statvfs* space) {
   puts(isFull ? "The disk is full" : "The disk has room");
   *space = {};
   space->f_frsize = 4096;
-  space->f_bavail = isFull ? 0 : 1000;
+  space->f_bavail = isFull ? 0 : test::freeBytes / 4096;
   return 0;
 }

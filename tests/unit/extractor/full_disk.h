@@ -9,6 +9,9 @@ namespace test {
 // Each question prints a line with the answer.
 extern std::string diskIsFullWhile;
 
+// How many bytes are free while there is room; at first 4,096,000.
+extern unsigned long freeBytes;
+
 }  // namespace test
 
 #endif

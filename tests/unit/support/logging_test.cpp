@@ -270,6 +270,17 @@ TEST(CloseLoggedFile, KeepsLaterMessagesForARevealWhereTheFileIsTheOnlySink) {
             test::logLinesOf(test::readFile(path)));
 }
 
+TEST(RevealKeptLines, WritesWhatFollowsAZeroByteToo) {
+  const test::Result result = test::runInChild([&] {
+    keepEarlyLines();
+    logToFileAlone();
+    logMessage("[Utils] a zero byte:%c\n", 0);
+    logMessage("[Utils] after\n");
+    revealKeptLines();
+  });
+  EXPECT_EQ("[Utils] after", test::logLinesOf(result.err).back());
+}
+
 namespace {
 
 class SetupFileLogging : public testing::Test {
