@@ -56,9 +56,11 @@ static std::string homeOfWaitingBundleIn(const std::string& temp) {
 // run died after it had put the earlier one aside. The new one is whole, with a bundle in it.
 static void addMissingHome(const std::vector<std::string>& paths, const std::string& home,
                            std::vector<Move>* moves) {
+  if (!isDefinitelyMissing(home.c_str())) {
+    return;
+  }
   for (const std::string& path : paths) {
-    if (isDefinitelyMissing(home.c_str()) && isAbandonedTemp(path) &&
-        homeOfWaitingBundleIn(path) == home) {
+    if (isAbandonedTemp(path) && homeOfWaitingBundleIn(path) == home) {
       moves->push_back({path, home});
     }
   }

@@ -42,8 +42,8 @@ long pickVersionFromAppFolderName(const char* folderName) {
   return version;
 }
 
-// Sorted, so that the choice among equal versions does not depend on the file system.
-static std::vector<std::string> sortedNamesIn(const char* path) {
+// Empty if the folder cannot be listed to its end.
+static std::vector<std::string> namesIn(const char* path) {
   constexpr size_t kShortest = 3;
   std::vector<std::string> names;
   const Folder folder = openFolder(path);
@@ -61,7 +61,6 @@ static std::vector<std::string> sortedNamesIn(const char* path) {
     logMessage("[PickFolder] Unable to list %s\n", path);
     names.clear();  // the newest may be among the unread ones
   }
-  std::sort(names.begin(), names.end());
   return names;
 }
 
@@ -74,30 +73,37 @@ struct VersionFolder {
 
 }  // namespace
 
-// Newest first, by name among equals. Logs every match and every better one.
-static std::vector<VersionFolder> versionFoldersOf(const char* masterFolder,
-                                                   const char* componentName) {
-  std::vector<VersionFolder> folders;
-  long best = -1;
-  for (const std::string& name : sortedNamesIn(masterFolder)) {
-    if (checkAppFolderName(name.c_str(), componentName) != 0) {
-      continue;
-    }
-    const long version = pickVersionFromAppFolderName(name.c_str());
-    logMessage("[PickFolder] Folder %s matches %s with version %ld\n", name.c_str(), componentName,
-               version);
-    if (version > best) {
-      logMessage("[PickFolder] Set latest to %ld %s\n", version, name.c_str());
-      best = version;
-    }
-    if (version > -1) {
-      folders.push_back({version, name});
+static std::vector<VersionFolder> matchesOf(const char* masterFolder, const char* componentName) {
+  std::vector<VersionFolder> matches;
+  for (const std::string& name : namesIn(masterFolder)) {
+    if (checkAppFolderName(name.c_str(), componentName) == 0) {
+      matches.push_back({pickVersionFromAppFolderName(name.c_str()), name});
     }
   }
+  return matches;
+}
+
+// Newest first, by name among equals, so that neither the choice nor the log depends on the file
+// system, and only one is logged as the latest. Logs every match.
+static std::vector<VersionFolder> versionFoldersOf(const char* masterFolder,
+                                                   const char* componentName) {
+  std::vector<VersionFolder> folders = matchesOf(masterFolder, componentName);
   std::sort(
       folders.begin(), folders.end(), [](const VersionFolder& one, const VersionFolder& other) {
         return one.version != other.version ? one.version > other.version : one.name < other.name;
       });
+  long best = -1;
+  for (const VersionFolder& folder : folders) {
+    logMessage("[PickFolder] Folder %s matches %s with version %ld\n", folder.name.c_str(),
+               componentName, folder.version);
+    if (folder.version > best) {
+      logMessage("[PickFolder] Set latest to %ld %s\n", folder.version, folder.name.c_str());
+      best = folder.version;
+    }
+  }
+  folders.erase(std::remove_if(folders.begin(), folders.end(),
+                               [](const VersionFolder& folder) { return folder.version < 0; }),
+                folders.end());
   return folders;
 }
 

@@ -72,15 +72,16 @@ TEST_F(PickLatest, AnotherComponentIsIgnored) {
   EXPECT_EQ(Texts{}, lines_);
 }
 
-TEST_F(PickLatest, LogsEveryMatchAndEveryBetterOneInTheOrderOfTheNames) {
-  make({"Quorvane-Mac64JRE-9-complete", "Quorvane-Mac64JRE-10-complete",
-        "Quorvane-Mac64JRE-5-complete"});
+TEST_F(PickLatest, LogsEveryMatchFromTheHighestVersionAndTheChoiceOnce) {
+  make({"Quorvane-Mac64JRE-1-complete", "Quorvane-Mac64JRE-9-complete",
+        "Quorvane-Mac64JRE-10-complete", "Quorvane-Mac64JRE-5-complete"});
   EXPECT_EQ("Quorvane-Mac64JRE-10-complete", pick());
   EXPECT_EQ(
       (Texts{"[PickFolder] Folder Quorvane-Mac64JRE-10-complete matches Mac64JRE with version 10",
              "[PickFolder] Set latest to 10 Quorvane-Mac64JRE-10-complete",
+             "[PickFolder] Folder Quorvane-Mac64JRE-9-complete matches Mac64JRE with version 9",
              "[PickFolder] Folder Quorvane-Mac64JRE-5-complete matches Mac64JRE with version 5",
-             "[PickFolder] Folder Quorvane-Mac64JRE-9-complete matches Mac64JRE with version 9"}),
+             "[PickFolder] Folder Quorvane-Mac64JRE-1-complete matches Mac64JRE with version 1"}),
       lines_);
 }
 
