@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -32,11 +33,13 @@ static bool endsIn(const std::string& name, const std::string& end) {
   return name.size() >= end.size() && name.compare(name.size() - end.size(), end.size(), end) == 0;
 }
 
+// Sorted.
 static std::vector<std::string> pathsIn(const char* masterFolder) {
   std::vector<std::string> paths;
   for (const std::string& name : namesToWalk(openFolder(masterFolder))) {
     paths.push_back(childPath(masterFolder, name));
   }
+  std::sort(paths.begin(), paths.end());
   return paths;
 }
 
@@ -56,7 +59,7 @@ static std::string homeOfWaitingBundleIn(const std::string& temp) {
 // run died after it had put the earlier one aside. The new one is whole, with a bundle in it.
 static void addMissingHome(const std::vector<std::string>& paths, const std::string& home,
                            std::vector<Move>* moves) {
-  if (!isDefinitelyMissing(home.c_str())) {
+  if (std::binary_search(paths.begin(), paths.end(), home) || !isDefinitelyMissing(home.c_str())) {
     return;
   }
   for (const std::string& path : paths) {
@@ -69,7 +72,7 @@ static void addMissingHome(const std::vector<std::string>& paths, const std::str
 static void addWaitingBundle(const std::string& home, std::vector<Move>* moves) {
   const std::string waiting = childPath(home, WAITING_BUNDLE);
   const std::string bundle = home + ".plugin";
-  if (isFolder(waiting.c_str()) && isDefinitelyMissing(bundle.c_str())) {
+  if (isFolder(waiting.c_str()) && isFolder(home.c_str()) && isDefinitelyMissing(bundle.c_str())) {
     moves->push_back({waiting, bundle});
   }
 }
@@ -80,7 +83,7 @@ static std::vector<Move> movesLeftIn(const char* masterFolder) {
   for (const std::string& path : paths) {
     if (endsIn(path, "-complete.plugin")) {
       addMissingHome(paths, plainFolderOf(path), &moves);
-    } else if (endsIn(path, "-complete") && isFolder(path.c_str())) {
+    } else if (endsIn(path, "-complete")) {
       addWaitingBundle(path, &moves);
     }
   }
