@@ -5,7 +5,7 @@ import itertools
 import os
 import random
 
-from common import BIN, PACK, ROUNDS, measure, median, path, run, sizes
+from common import BIN, PACK, ROUNDS, measure, median, path, peak_memory, run, sizes
 
 EXTRACT = os.path.join(BIN, "archive_extract")
 NUMBERS = itertools.count()
@@ -31,12 +31,17 @@ def fresh_folder():
     return folder
 
 
-def extract(tree):
-    """The archive is deleted by the extraction, so it gets a second name first."""
+def extraction(tree):
+    """The command and its folder. It deletes the archive, which therefore gets a second name first."""
     folder = fresh_folder()
     given = folder + ".p2"
     os.link(tree + ".p2", given)
-    result = measure([EXTRACT, "extract", given, folder])
+    return [EXTRACT, "extract", given, folder], folder
+
+
+def extract(tree):
+    command, folder = extraction(tree)
+    result = measure(command)
     if not os.path.exists(os.path.join(folder, "folder0", "file0")):
         raise SystemExit("nothing was extracted")
     return result
@@ -60,7 +65,7 @@ def measure_archives(table):
             results.setdefault((count, "own"), []).append(extract(tree))
     for count in counts:
         ours, tar = (median(results[count, who]) for who in ("own", "tar"))
-        memory = max(row[1] for row in results[count, "own"])
+        memory = peak_memory(extraction(trees[count])[0])
         unit, other = (ours - fixed) / count, tar / count
         table.add("archive", f"{count:,} files of 100 bytes, beside tar", rounds[count],
                   (ours, f"{unit * 1e6:.1f} µs/file", unit),

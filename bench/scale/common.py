@@ -35,34 +35,33 @@ def run(*command, **options):
 
 
 def measure(command, variables=None, folder=None):
-    """Runs a command once; wall time in seconds, peak memory in MB of the largest process, and what
-    it printed."""
+    """Runs a command once; wall time in seconds, and what it printed."""
     with open(path("log"), "wb") as log:
         start = time.perf_counter()
         process = subprocess.Popen(command, stdout=log, stderr=subprocess.DEVNULL, env=variables,
                                    cwd=folder)
-        _, status, usage = os.wait4(process.pid, 0)
+        status = process.wait()
         wall = time.perf_counter() - start
     with open(path("log"), "rb") as log:
         output = log.read()
     if status != 0:
         sys.exit(f"failed: {' '.join(command)[:2000]}\n{output.decode(errors='replace')[-2000:]}")
-    return wall, usage.ru_maxrss / 1024, output
+    return wall, output
 
 
 def start_of_main(command, variables, folder=None):
-    """Seconds from exec to the first line of Java's main, the peak memory with Java's, the output."""
-    _, memory, output = measure([f"{BIN}/exec_stamp", *command], variables, folder)
+    """Seconds from exec to the first line of Java's main, and the output."""
+    _, output = measure([f"{BIN}/exec_stamp", *command], variables, folder)
     begin, entered = (re.search(rb"(?:^|\n|\.)" + word + rb" (\d+)\n", output)
                       for word in (b"exec", b"main"))
     if begin is None or entered is None:
         sys.exit(f"Java's main did not run:\n{output.decode(errors='replace')[-2000:]}")
-    return (int(entered.group(1)) - int(begin.group(1))) / 1e9, memory, output
+    return (int(entered.group(1)) - int(begin.group(1))) / 1e9, output
 
 
-def own_memory(command, bundle, variables):
-    """The largest memory of the Extractor alone, in MB: Java runs as a process of its own here."""
-    run(PACK, "params", "write", bundle, "force_spawn=true")
+def peak_memory(command, variables=None):
+    """The largest memory of one process, in MB. What wait4() says contains that of this program, which
+    the new process is until it starts the other."""
     peak = 0
     process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                env=variables)
@@ -71,10 +70,17 @@ def own_memory(command, bundle, variables):
             found = re.search(r"VmHWM:\s*(\d+) kB", status.read())
         peak = int(found.group(1)) if found else peak
         time.sleep(0.002)
-    run(PACK, "params", "write", bundle, "--unset", "force_spawn")
     if process.returncode != 0:
-        sys.exit("the run with Java as a process of its own failed")
+        sys.exit(f"failed: {' '.join(command)}")
     return peak / 1024
+
+
+def own_memory(command, bundle, variables):
+    """The largest memory of the Extractor alone, in MB: Java runs as a process of its own here."""
+    run(PACK, "params", "write", bundle, "force_spawn=true")
+    peak = peak_memory(command, variables)
+    run(PACK, "params", "write", bundle, "--unset", "force_spawn")
+    return peak
 
 
 def make_account(name):

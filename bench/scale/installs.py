@@ -111,7 +111,7 @@ def make_larger(megabytes, source):
 
 
 def install(app, variables):
-    wall, _, output = measure([executable(app), "-silent"], variables)
+    wall, output = measure([executable(app), "-silent"], variables)
     if b"Archive signature verified." not in output or b"\nmain " not in output:
         raise SystemExit("the installer did not install and start the program")
     return wall

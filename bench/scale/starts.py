@@ -22,7 +22,7 @@ def installed(account):
 
 def quick_launch(variables):
     result = start_of_main([executable(bundle("offline")), "-silent"], variables)
-    if b"Running without extraction now" not in result[2]:
+    if b"Running without extraction now" not in result[1]:
         raise SystemExit("what is installed was installed again")
     return result
 
@@ -43,10 +43,9 @@ def version_folder(account, component):
     return re.fullmatch(r"(.*-)(\d+)(-complete)", name).groups()
 
 
-def add_starts(table, kind, unit, cases, variables, memories, what):
+def add_starts(table, kind, unit, cases, memories, what):
     """Adds rows for cases {(count, who): results}, the larger ones compared with the smallest. The
     unit's time is what is above the smallest case's."""
-    del variables
     least = min(count for count, _ in cases)
     for who in dict.fromkeys(who for _, who in cases):
         base = median(cases[least, who])
@@ -105,7 +104,7 @@ def measure_class_paths(table):
             runs[count, EXTRACTOR] = lambda v=variables: quick_launch(v)
     cases = rounds_of(runs, ROUNDS)
     memories = {(count, EXTRACTOR): own(variables) for count, variables in accounts.items()}
-    add_starts(table, "class path", "/entry", cases, None, memories, "jars")
+    add_starts(table, "class path", "/entry", cases, memories, "jars")
     least = min(count for count, _ in cases)
     for count in sorted({count for count, _ in cases if count != least}):
         for who in (LAUNCHER, EXTRACTOR):
@@ -147,7 +146,7 @@ def measure_versions(table):
             path("updater", "updater.jar"), v, path())
     cases = rounds_of(runs, ROUNDS)
     memories = {(count, EXTRACTOR): own(variables) for count, variables in accounts.items()}
-    add_starts(table, "version folders", "/version", cases, None, memories,
+    add_starts(table, "version folders", "/version", cases, memories,
                "of application, updater and runtime each")
 
 
@@ -184,7 +183,7 @@ def measure_logs(table):
             lambda a=f"old-{account}", c=count, v=old: after_a_year(a, c, v))
     cases = rounds_of(runs, ROUNDS)
     memories = {(count, EXTRACTOR): own(variables) for count, variables in accounts.items()}
-    add_starts(table, "logs", "/file", cases, None, memories, "files")
+    add_starts(table, "logs", "/file", cases, memories, "files")
 
 
 def make_environment(account, variables, other):
