@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 build=$QUORVANE_BENCH_BUILD
 rounds=${1:-${QUORVANE_BENCH_SHORT:-20}}
 if [ -n "$QUORVANE_BENCH_SHORT" ]; then
-  export INSTALLS="60 80" ARCHIVES="100 1000" CLASS_PATHS="2 20" VERSIONS="1 5" LOGS="10 100"
+  export INSTALLS="10 20" ARCHIVES="100 1000" CLASS_PATHS="2 20" VERSIONS="1 5" LOGS="10 100"
 fi
 jdk=$(dirname "$(dirname "$(readlink -f "$(command -v javac)")")")
 work=$(mktemp -d)

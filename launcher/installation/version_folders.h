@@ -18,7 +18,8 @@ long pickVersionFromAppFolderName(const char* folderName);
 
 // Returns a new text, owned by the caller, with the name of the entry of `masterFolder` that has
 // the highest version of `componentName`, the first by name among equals; null if there is none or
-// the folder cannot be read. Logs every match and every better one. Any thread.
+// the folder cannot be read. Logs every match, the highest version first, and the choice. Any
+// thread.
 char* pickAndAllocLatestFromMaster(const char* masterFolder, const char* componentName);
 
 // Checks the version folder with the given full path. Returns null if it may start, else a constant
