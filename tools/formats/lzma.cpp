@@ -10,7 +10,6 @@
 
 namespace tools {
 
-static const uint32_t kPreset = 6;
 static const uint64_t kMemoryLimit = 512ull << 20;
 static const size_t kLzmaChunk = 256 * 1024;
 
@@ -24,7 +23,7 @@ class LzmaCoder {
 
   void startEncoder() {
     lzma_options_lzma options;
-    lzma_lzma_preset(&options, kPreset);
+    lzma_lzma_preset(&options, LZMA_PRESET);
     check(lzma_alone_encoder(&stream_, &options));
   }
   void startDecoder() { check(lzma_alone_decoder(&stream_, kMemoryLimit)); }

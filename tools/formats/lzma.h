@@ -1,6 +1,7 @@
 #ifndef QUORVANE_TOOLS_FORMATS_LZMA_H
 #define QUORVANE_TOOLS_FORMATS_LZMA_H
 
+#include <cstdint>
 #include <string>
 
 // Files in the LZMA-alone format, which entries and archives with the suffix ".l2" have. Both
@@ -9,6 +10,12 @@
 // throw InputError if a file cannot be read or written.
 
 namespace tools {
+
+// The preset of all compressions.
+constexpr uint32_t LZMA_PRESET = 6;
+
+// The bytes of memory that a compression takes, besides its buffers.
+uint64_t lzmaCompressionMemory();
 
 // Compresses `in` to `out`. The same input gives the same bytes.
 void lzmaCompress(const std::string& in, const std::string& out);

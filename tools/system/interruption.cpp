@@ -1,5 +1,6 @@
 #include "tools/system/interruption.h"
 
+#include <atomic>
 #include <csignal>
 #include <initializer_list>
 
@@ -7,13 +8,17 @@
 
 namespace tools {
 
-static volatile sig_atomic_t notedSignal = 0;
-static volatile pid_t runningChild = 0;
+static std::atomic<int> notedSignal{0};
+static std::atomic<pid_t> runningChild{0};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<pid_t>::is_always_lock_free,
+              "a signal handler may use them");
+static std::atomic<bool> areThreadsInterrupted{false};
 
 static void note(int signal) {
   notedSignal = signal;
-  if (runningChild > 0) {
-    kill(runningChild, SIGTERM);
+  const pid_t child = runningChild;
+  if (child > 0) {
+    kill(child, SIGTERM);
   }
 }
 
@@ -43,8 +48,12 @@ int notedInterruption() {
   return notedSignal;
 }
 
+void interruptThreads(bool isWanted) {
+  areThreadsInterrupted = isWanted;
+}
+
 void stopWhenInterrupted() {
-  if (notedSignal != 0) {
+  if (notedSignal != 0 || areThreadsInterrupted) {
     throw InputError("interrupted; nothing was put in place");
   }
 }
