@@ -6,12 +6,15 @@
 
 #include "tools/apple/target_signing.h"
 #include "tools/build/target_build.h"
+#include "tools/delivery/neutral_surroundings.h"
+#include "tools/formats/lzma.h"
 #include "tools/keys/key_file.h"
 #include "tools/project/components.h"
 #include "tools/project/project_fit.h"
 #include "tools/system/interruption.h"
 #include "tools/system/temporary_folder.h"
 #include "tools/system/whole_file.h"
+#include "tools/system/workers.h"
 
 namespace tools {
 
@@ -119,6 +122,74 @@ static std::list<CheckedTarget> checkTargets(const BuildOptions& options,
   return targets;
 }
 
+// How many compressions run side by side.
+static unsigned jobsOf(const BuildOptions& options) {
+  return options.jobs > 0 ? static_cast<unsigned>(options.jobs)
+                          : jobsForThisMachine(lzmaCompressionMemory());
+}
+
+namespace {
+
+// What a build is made with, once all of it has been checked.
+struct CheckedBuild {
+  const BuildOptions& options;
+  const SigningKey* key;
+  const Appearance& appearance;
+  const std::vector<TargetBuild>& builds;
+  std::list<TargetSigning> signings;  // of the targets, in their order, like the next
+  std::list<CheckedTarget> targets;
+  OutputFolder& output;
+  Progress* progress;
+  std::vector<std::string> remarks;
+};
+
+}  // namespace
+
+// Makes all targets. While the workers pack what is there, the main thread goes on with what needs
+// the user's programs, and waits for their results in the targets' order.
+static std::vector<IndexEntry> makeTargets(CheckedBuild* build) {
+  std::string prefix;
+  const auto step = [&](const std::string& what) { build->progress->step(prefix + what); };
+  const auto detail = [&](const std::string& what) { build->progress->detail(what); };
+  const auto enter = [&](const TargetBuild& target) {
+    prefix = build->builds.size() > 1 ? targetText(target.target) + ": " : "";
+  };
+  BuildCache cache(build->options.avoidsCache ? "" : userCacheFolder());
+  RuntimeMaker runtimes({step, detail}, &cache);
+  std::list<TargetMaker> makers;
+  // Ends first: its jobs use all of the above.
+  Workers workers(jobsOf(build->options));
+  Packing packing(&workers, &cache, build->key);
+  auto target = build->targets.begin();
+  auto signing = build->signings.begin();
+  for (const TargetBuild& each : build->builds) {
+    makers.emplace_back(each, (target++)->components, &*signing++,
+                        BuildSurroundings{build->options, build->key, build->appearance,
+                                          build->output, &packing, &workers, step});
+    makers.back().startComponents();
+  }
+  target = build->targets.begin();
+  auto maker = makers.begin();
+  for (const TargetBuild& each : build->builds) {
+    enter(each);
+    const Runtime runtime = runtimes.runtimeOf(each.project);
+    requireRuntime(&target->fit, runtime.home, runtime.shown);
+    detail("everything is for " + target->fit.text());
+    (maker++)->startRuntime(runtime, (target++)->fit.minimumSystem());
+  }
+  std::vector<IndexEntry> entries;
+  for (const TargetBuild& each : build->builds) {
+    enter(each);
+    const std::vector<IndexEntry> made = makers.front().finish();
+    entries.insert(entries.end(), made.begin(), made.end());
+    addNotes(build->signings.front(), &build->remarks);
+    makers.pop_front();
+    build->signings.pop_front();  // with its copies of signed code
+    build->targets.pop_front();
+  }
+  return entries;
+}
+
 void runBuild(const BuildOptions& options) {
   noteInterruptions();
   removeAbandonedFolders();
@@ -136,31 +207,16 @@ void runBuild(const BuildOptions& options) {
   std::vector<std::string> remarks = targets.back().components.remarks();
   const Appearance appearance = appearanceOf(project);
   OutputFolder output(options.output);
-  std::string prefix;
-  const auto step = [&](const std::string& what) { progress.step(prefix + what); };
-  BuildCache cache(options.avoidsCache ? "" : userCacheFolder());
-  RuntimeMaker maker({step, [&](const std::string& what) { progress.detail(what); }}, &cache);
-  std::vector<IndexEntry> entries;
-  for (const TargetBuild& build : builds) {
-    CheckedTarget& target = targets.front();
-    prefix = builds.size() > 1 ? targetText(build.target) + ": " : "";
-    const TemporaryFolder work;
-    const Runtime runtime = maker.runtimeOf(build.project);
-    requireRuntime(&target.fit, runtime.home, runtime.shown);
-    progress.detail("everything is for " + target.fit.text());
-    const std::vector<IndexEntry> made =
-        makeTarget(build, runtime,
-                   {options, signer, appearance, target.components, target.fit.minimumSystem(),
-                    output, work.path(), &cache, &signings.front(), step});
-    addNotes(signings.front(), &remarks);
-    signings.pop_front();  // with its copies of signed code
-    targets.pop_front();
-    entries.insert(entries.end(), made.begin(), made.end());
-  }
+  // The workers' downloads have times, and no thread may change the zone beside others.
+  const NeutralSurroundings surroundings;
+  CheckedBuild build = {
+      options, signer,    appearance,        builds, std::move(signings), std::move(targets),
+      output,  &progress, std::move(remarks)};
+  const std::vector<IndexEntry> entries = makeTargets(&build);
   writeWhole(output / INDEX_NAME, encodeIndex(project.name, entries));
   output.finish();
   sayResults(options, output, entries, &progress);
-  for (const std::string& remark : remarks) {
+  for (const std::string& remark : build.remarks) {
     progress.result(remark);
   }
   sayNotes(project, signer, &progress);

@@ -80,11 +80,17 @@ static bool isWhole(const std::string& entry) {
   }
 }
 
+// Keeps what was made until the end. Returns its content's path.
+std::string BuildCache::holdUnkept(std::unique_ptr<TemporaryFolder> made) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  unkept_.push_back(std::move(made));
+  return unkept_.back()->path() + kContent;
+}
+
 std::string BuildCache::makeAnew(const Make& make) {
-  unkept_.push_back(std::make_unique<TemporaryFolder>());
-  const std::string path = unkept_.back()->path() + kContent;
-  make(path);
-  return path;
+  auto made = std::make_unique<TemporaryFolder>();
+  make(made->path() + kContent);
+  return holdUnkept(std::move(made));
 }
 
 std::string BuildCache::take(const std::string& kind, const std::string& inputs, const Make& make) {
@@ -117,8 +123,7 @@ std::string BuildCache::keep(std::unique_ptr<TemporaryFolder> made, const std::s
   if (rename(made->path().c_str(), entry.c_str()) == 0) {
     return entry + kContent;
   }
-  unkept_.push_back(std::move(made));
-  return unkept_.back()->path() + kContent;
+  return holdUnkept(std::move(made));
 }
 
 // Removes the oldest entries of the kind beyond the limit, and what killed builds left.

@@ -3,13 +3,14 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "tools/system/temporary_folder.h"
 
 // What builds made and the next ones can use again, each under the digest of all that it was made
-// from. Several builds may use one cache at the same time.
+// from. Several builds may use one cache at the same time, and several threads one object.
 
 namespace tools {
 
@@ -37,10 +38,12 @@ class BuildCache {
   std::string makeAnew(const Make& make);
 
  private:
+  std::string holdUnkept(std::unique_ptr<TemporaryFolder> made);
   std::string keep(std::unique_ptr<TemporaryFolder> made, const std::string& entry);
   void prune(const std::string& kind) const;
 
   std::string folder_;
+  std::mutex mutex_;  // of what follows
   std::vector<std::unique_ptr<TemporaryFolder>> unkept_;
 };
 

@@ -25,6 +25,7 @@ struct BuildOptions {
   bool keepsBundles = false;
   bool makesLauncher = false;
   bool avoidsCache = false;
+  int jobs = 0;  // how many run side by side; 0 for what suits the machine
   bool isQuiet = false;
   bool isVerbose = false;
 

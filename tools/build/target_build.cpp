@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "tools/bundle/installer_writer.h"
+#include "formats/names.h"
 #include "tools/delivery/file_digest.h"
 #include "tools/formats/update_site.h"
 #include "tools/project/presentation_check.h"
@@ -61,161 +61,167 @@ static void makeFolders(const std::string& base, const std::string& path) {
   }
 }
 
-namespace {
+TargetMaker::TargetMaker(const TargetBuild& build, const Components& components,
+                         TargetSigning* signing, const BuildSurroundings& surroundings)
+    : build_(build),
+      project_(build_.project),
+      components_(components),
+      signing_(signing),
+      around_(surroundings) {}
 
-// Makes the results of one target.
-class TargetMaker {
- public:
-  TargetMaker(const TargetBuild& build, const Runtime& runtime,
-              const BuildSurroundings& surroundings)
-      : build_(build),
-        project_(build.project),
-        runtime_(runtime),
-        around_(surroundings),
-        components_(surroundings.components) {}
-
-  std::vector<IndexEntry> run() {
-    signParts();
-    makeSite();
-    makeOfflineInstaller();
-    makeOnlineInstaller();
-    if (around_.options.makesLauncher) {
-      makeLauncher();
-    }
-    around_.step("writing the downloads");
-    std::vector<IndexEntry> entries = {makeDownload(OFFLINE_INSTALLER),
-                                       makeDownload(ONLINE_INSTALLER)};
-    if (around_.options.makesLauncher) {
-      entries.push_back(makeDownload(LAUNCHER_BUNDLE));
-    }
-    return entries;
+void TargetMaker::startComponents() {
+  if (!signing_->isPossible()) {
+    packComponents();
   }
+}
 
- private:
-  // Archives are packed once: the code in them is signed before.
-  void signParts() {
-    TargetSigning* signing = around_.signing;
-    if (signing->isPossible()) {
-      around_.step("signing the code of application, updater and runtime");
-    }
-    application_ = signing->content(components_.application(), "application");
-    updater_ = signing->content(components_.updater(), "updater");
-    lzmaTool_ = signing->program(build_.executables + "/lzma64");
-    const std::string home = signing->runtime(runtime_.home);
-    runtime_.isSignedAnew = home != runtime_.home && signing->hasCertificate();
-    runtime_.home = home;
+// Archives are packed once: the code in them is signed before.
+void TargetMaker::packComponents() {
+  const bool isSignedAnew = signing_->hasCertificate();
+  const ArchiveContent application = signing_->content(components_.application(), "application");
+  const ArchiveContent updater = signing_->content(components_.updater(), "updater");
+  lzmaTool_ = signing_->program(build_.executables + "/lzma64");
+  const auto start = [&](const ComponentContent& content) {
+    return around_.packing->start(content, isSignedAnew);
+  };
+  // The largest first.
+  siteApplication_ = start(siteApplication(application, project_.name, project_.version));
+  application_ = start({application, {}});
+  siteUpdater_ = start(siteUpdater(updater, lzmaTool_, project_.name, components_.updaterVersion(),
+                                   around_.appearance.splash));
+  updater_ = start({updater, {}});
+}
+
+void TargetMaker::startRuntime(const Runtime& runtime, SystemVersion minimumSystem) {
+  minimumSystem_ = minimumSystem;
+  runtimeVersion_ = runtime.version;
+  if (signing_->isPossible()) {
+    around_.step("signing the code of application, updater and runtime");
+    packComponents();
   }
+  Runtime packed = runtime;
+  packed.home = signing_->runtime(runtime.home);
+  packed.isSignedAnew = packed.home != runtime.home && signing_->hasCertificate();
+  runtime_ = around_.packing->start(packed, project_.runtimeName);
+}
 
-  // Where bundles are made: in the output only if they are to stay.
-  std::string bundlesBase() const {
-    return around_.options.keepsBundles ? around_.output.unfinished() : around_.work;
+std::vector<IndexEntry> TargetMaker::finish() {
+  makeSite();
+  makeOfflineInstaller();
+  makeOnlineInstaller();
+  if (around_.options.makesLauncher) {
+    makeLauncher();
   }
-
-  std::string bundlesFolder(const BundleKind& kind) const {
-    return "bundles/" + targetText(build_.target) + "/" + kind.name;
+  around_.step("writing the downloads");
+  std::vector<IndexEntry> entries;
+  for (const auto& [kind, digest] : downloads_) {
+    IndexEntry entry = downloadEntry(kind);
+    entry.sha256 = digest.get();
+    entry.size = static_cast<long long>(fs::file_size(around_.output / entry.name));
+    entries.push_back(entry);
   }
+  return entries;
+}
 
-  // The path of the bundle of that kind. Its name is the application's: what it is, its download's
-  // name says.
-  std::string bundlePath(const BundleKind& kind) const {
-    return bundlesBase() + "/" + bundlesFolder(kind) + "/" + project_.name + ".app";
+// Where bundles are made: in the output only if they are to stay.
+std::string TargetMaker::bundlesBase() const {
+  return around_.options.keepsBundles ? around_.output.unfinished() : work_.path();
+}
+
+static std::string bundlesFolder(const Target& target, const BundleKind& kind) {
+  return "bundles/" + targetText(target) + "/" + kind.name;
+}
+
+// The path of the bundle of that kind. Its name is the application's: what it is, its download's
+// name says.
+std::string TargetMaker::bundlePath(const BundleKind& kind) const {
+  return bundlesBase() + "/" + bundlesFolder(build_.target, kind) + "/" + project_.name + ".app";
+}
+
+Bundle TargetMaker::bundleOf(const BundleKind& kind) const {
+  makeFolders(bundlesBase(), bundlesFolder(build_.target, kind));
+  Bundle bundle;
+  bundle.path = bundlePath(kind);
+  describeBundle(project_, around_.appearance, kind.identifierSuffix, &bundle);
+  if (minimumSystem_ != 0) {
+    bundle.minimumSystem = systemVersionText(minimumSystem_);
   }
+  bundle.executable = build_.executables + "/" + kind.executable;
+  return bundle;
+}
 
-  Bundle bundleOf(const BundleKind& kind) const {
-    makeFolders(bundlesBase(), bundlesFolder(kind));
-    Bundle bundle;
-    bundle.path = bundlePath(kind);
-    describeBundle(project_, around_.appearance, kind.identifierSuffix, &bundle);
-    if (around_.minimumSystem != 0) {
-      bundle.minimumSystem = systemVersionText(around_.minimumSystem);
-    }
-    bundle.executable = build_.executables + "/" + kind.executable;
-    return bundle;
-  }
+Installer TargetMaker::installerOf(const BundleKind& kind) const {
+  Installer installer;
+  installer.bundle = bundleOf(kind);
+  installer.tail = tailOf(project_, around_.key);
+  installer.tail.guVersion = components_.updaterVersion();
+  installer.properties = propertiesOf(project_);
+  installer.lzmaTool = lzmaTool_;
+  installer.updaterArchive = updater_.get();
+  installer.bundle.plainHttpHost = plainHttpHostOf(project_);
+  installer.splash = around_.appearance.splash;
+  return installer;
+}
 
-  Installer installerOf(const BundleKind& kind) const {
-    Installer installer;
-    installer.bundle = bundleOf(kind);
-    installer.tail = tailOf(project_, around_.key);
-    installer.tail.guVersion = components_.updaterVersion();
-    installer.properties = propertiesOf(project_);
-    installer.lzmaTool = lzmaTool_;
-    installer.updater = updater_;
-    installer.application = application_;
-    installer.bundle.plainHttpHost = plainHttpHostOf(project_);
-    installer.splash = around_.appearance.splash;
-    return installer;
-  }
+void TargetMaker::makeSite() {
+  const std::string site = around_.output / build_.site;
+  makeFolders(around_.output.unfinished(), build_.site);
+  around_.step("packing the runtime, which takes the most time");
+  runtimeArchive_ = copySiteComponent(site, project_.runtimeName, runtimeVersion_, runtime_.get());
+  around_.step("packing application and updater for the update site");
+  copySiteComponent(site, project_.name, project_.version, siteApplication_.get());
+  copySiteComponent(site, UPDATER_NAME, components_.updaterVersion(), siteUpdater_.get());
+}
 
-  void makeSite() {
-    const std::string site = around_.output / build_.site;
-    makeFolders(around_.output.unfinished(), build_.site);
-    around_.step("packing the runtime, which takes the most time");
-    const std::string packed =
-        packedRuntime(runtime_, project_.runtimeName, around_.key, around_.cache);
-    runtimeArchive_ = copySiteComponent(site, project_.runtimeName, runtime_.version, packed);
-    around_.step("packing application and updater for the update site");
-    const Installer installer = installerOf(ONLINE_INSTALLER);
-    writeSiteApplication(site, installer, project_.version, around_.key);
-    writeSiteUpdater(site, installer, around_.key);
-  }
+void TargetMaker::makeOfflineInstaller() {
+  around_.step("writing the offline installer");
+  Installer installer = installerOf(OFFLINE_INSTALLER);
+  installer.tail.appVersion = project_.version;
+  installer.tail.jreVersion = runtimeVersion_;
+  installer.runtimeArchive = runtimeArchive_;
+  installer.applicationArchive = application_.get();
+  writeInstaller(installer);
+  signing_->finish(installer.bundle.path);
+  startDownload(OFFLINE_INSTALLER);
+}
 
-  void makeOfflineInstaller() {
-    around_.step("writing the offline installer");
-    Installer installer = installerOf(OFFLINE_INSTALLER);
-    installer.tail.appVersion = project_.version;
-    installer.tail.jreVersion = runtime_.version;
-    installer.runtimeArchive = runtimeArchive_;
-    writeInstaller(installer, around_.key);
-    around_.signing->finish(installer.bundle.path);
-  }
+void TargetMaker::makeOnlineInstaller() {
+  around_.step("writing the online installer");
+  const Installer installer = installerOf(ONLINE_INSTALLER);
+  writeInstaller(installer);
+  signing_->finish(installer.bundle.path);
+  startDownload(ONLINE_INSTALLER);
+}
 
-  void makeOnlineInstaller() {
-    around_.step("writing the online installer");
-    const Installer installer = installerOf(ONLINE_INSTALLER);
-    writeInstaller(installer, around_.key);
-    around_.signing->finish(installer.bundle.path);
-  }
+void TargetMaker::makeLauncher() {
+  around_.step("writing the launcher bundle");
+  const Bundle bundle = bundleOf(LAUNCHER_BUNDLE);
+  writeBundle(bundle);
+  writeTailFile(tailPathInBundle(bundle.path), tailOf(project_, around_.key));
+  signing_->finish(bundle.path);
+  startDownload(LAUNCHER_BUNDLE);
+}
 
-  void makeLauncher() {
-    around_.step("writing the launcher bundle");
-    const Bundle bundle = bundleOf(LAUNCHER_BUNDLE);
-    writeBundle(bundle);
-    writeTailFile(tailPathInBundle(bundle.path), tailOf(project_, around_.key));
-    around_.signing->finish(bundle.path);
-  }
+// Starts to write the download of a finished bundle.
+void TargetMaker::startDownload(const BundleKind& kind) {
+  const std::string path = around_.output / downloadName(project_, build_.target, kind);
+  const DeliveryFormat format = deliveryFormatOf(build_.target);
+  const auto write = [bundle = bundlePath(kind), path, format] {
+    writeDelivery(bundle, path, format);
+    return digestOfFile(path);
+  };
+  downloads_.emplace_back(kind, around_.workers->start(write));
+}
 
-  IndexEntry makeDownload(const BundleKind& kind) const {
-    IndexEntry entry;
-    entry.name = downloadName(project_, build_.target, kind);
-    const std::string path = around_.output / entry.name;
-    writeDelivery(bundlePath(kind), path, deliveryFormatOf(build_.target));
-    entry.target = targetText(build_.target);
-    entry.kind = kind.name;
-    entry.version = project_.version;
-    entry.displayVersion = project_.displayVersion;
-    entry.size = static_cast<long long>(fs::file_size(path));
-    entry.sha256 = digestOfFile(path);
-    return entry;
-  }
-
-  const TargetBuild& build_;
-  const Project& project_;
-  Runtime runtime_;
-  const BuildSurroundings& around_;
-  const Components& components_;
-  // What is packed, with signed code.
-  ArchiveContent application_;
-  ArchiveContent updater_;
-  std::string lzmaTool_;
-  std::string runtimeArchive_;
-};
-
-}  // namespace
-
-std::vector<IndexEntry> makeTarget(const TargetBuild& build, const Runtime& runtime,
-                                   const BuildSurroundings& surroundings) {
-  return TargetMaker(build, runtime, surroundings).run();
+// The entry without what is known when the download is written.
+IndexEntry TargetMaker::downloadEntry(const BundleKind& kind) const {
+  IndexEntry entry;
+  entry.name = downloadName(project_, build_.target, kind);
+  entry.target = targetText(build_.target);
+  entry.kind = kind.name;
+  entry.version = project_.version;
+  entry.displayVersion = project_.displayVersion;
+  return entry;
 }
 
 }  // namespace tools

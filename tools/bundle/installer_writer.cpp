@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "formats/names.h"
+#include "tools/bundle/record_names.h"
 #include "tools/formats/archive_records.h"
 #include "tools/formats/params_check.h"
 #include "tools/formats/update_site.h"
@@ -13,23 +13,14 @@ namespace fs = std::filesystem;
 
 namespace tools {
 
-// A component's records besides its archive.
-static const char kLzmaTool[] = "lzma64";
-static const char kSplash[] = "nativesplash.png";
-static const char kVersionFile[] = "version.txt";
-
 // One record of the stream of archives: the file `bytes` under `name`.
 static std::string record(const std::string& name, const std::string& bytes) {
   return fileRecordHead(name, static_cast<long>(bytes.size()), EntryKind::file) + bytes;
 }
 
 // A component as one record: its content as a nested archive, compressed and signed.
-static std::string component(const std::string& name, const ArchiveContent& content,
-                             const SigningKey* key) {
-  const TemporaryFolder work;
-  const std::string file = name + ".p2.l2";
-  writeArchive(content, work / file, key);
-  return record(file, readWhole(work / file));
+static std::string component(const std::string& name, const std::string& archive) {
+  return record(name + ".p2.l2", readWhole(archive));
 }
 
 // A folder with the Java home at its place in a runtime bundle.
@@ -45,34 +36,34 @@ class RuntimeBundle {
   TemporaryFolder work_;
 };
 
-static std::string updaterRecords(const Installer& installer, const SigningKey* key) {
+static std::string updaterRecords(const Installer& installer) {
   // An empty record takes the place of a missing splash.
   const std::string splash =
-      installer.splash.empty() ? std::string(1, '\0') : record(kSplash, installer.splash);
-  return record(kLzmaTool, readWhole(installer.lzmaTool)) +
-         component("updater", installer.updater, key) + splash +
-         record(kVersionFile, installer.tail.guVersion);
+      installer.splash.empty() ? std::string(1, '\0') : record(SPLASH_FILE, installer.splash);
+  return record(LZMA_TOOL, readWhole(installer.lzmaTool)) +
+         component("updater", installer.updaterArchive) + splash +
+         record(VERSION_FILE, installer.tail.guVersion);
 }
 
-static std::string appRecords(const Installer& installer, const SigningKey* key) {
-  return component("application", installer.application, key) +
-         record(kVersionFile, installer.tail.appVersion);
+static std::string appRecords(const Installer& installer) {
+  return component("application", installer.applicationArchive) +
+         record(VERSION_FILE, installer.tail.appVersion);
 }
 
-static std::string archivesOf(const Installer& installer, const SigningKey* key) {
-  std::string archives = updaterRecords(installer, key);
+static std::string archivesOf(const Installer& installer) {
+  std::string archives = updaterRecords(installer);
   if (!installer.tail.jreVersion.empty()) {
-    archives += record("runtime.p2.l2", readWhole(installer.runtimeArchive));
+    archives += component("runtime", installer.runtimeArchive);
   }
   if (!installer.tail.appVersion.empty()) {
-    archives += appRecords(installer, key);
+    archives += appRecords(installer);
   }
   return archives;
 }
 
-void writeInstaller(const Installer& installer, const SigningKey* key) {
+void writeInstaller(const Installer& installer) {
   // Everything is read before anything is written: wrong input leaves no partial bundle.
-  const std::string tail = encodeTail(installer.tail) + archivesOf(installer, key);
+  const std::string tail = encodeTail(installer.tail) + archivesOf(installer);
   const std::string params = encodeParams(installer.properties);
   requireRoomForProperties(installer.properties, installer.tail);
   writeBundle(installer.bundle);
@@ -88,31 +79,6 @@ std::string writeSiteRuntime(const std::string& site, const std::string& name,
   ArchiveContent content;
   content.folder = runtime.path();
   return writeSiteComponent(site, name, version, componentRecord(name, version), content, key);
-}
-
-void writeSiteApplication(const std::string& site, const Installer& installer,
-                          const std::string& version, const SigningKey* key) {
-  const TemporaryFolder work;
-  writeWhole(work / kVersionFile, version);
-  ArchiveContent content = installer.application;
-  content.files.emplace_back(kVersionFile, work / kVersionFile);
-  const std::string& name = installer.tail.appName;
-  writeSiteComponent(site, name, version, componentRecord(name, version), content, key);
-}
-
-void writeSiteUpdater(const std::string& site, const Installer& installer, const SigningKey* key) {
-  const std::string& version = installer.tail.guVersion;
-  const TemporaryFolder work;
-  writeWhole(work / kVersionFile, version);
-  ArchiveContent content = installer.updater;
-  content.files.emplace_back(kLzmaTool, installer.lzmaTool);
-  content.files.emplace_back(kVersionFile, work / kVersionFile);
-  if (!installer.splash.empty()) {
-    writeWhole(work / kSplash, installer.splash);
-    content.files.emplace_back(kSplash, work / kSplash);
-  }
-  const std::string record = updaterRecord(version, installer.tail.appName);
-  writeSiteComponent(site, UPDATER_NAME, version, record, content, key);
 }
 
 }  // namespace tools

@@ -18,21 +18,24 @@ static locale_t utf8Locale() {
   throw InputError("this system has neither the locale C.UTF-8 nor en_US.UTF-8; install one");
 }
 
+static const char kZone[] = "UTC0";
+
 NeutralSurroundings::NeutralSurroundings() : utf8_(utf8Locale()), before_(uselocale(utf8_)) {
   if (const char* zone = getenv("TZ")) {
     zone_ = zone;
   }
-  setenv("TZ", "UTC0", 1);
-  tzset();
+  isZoneChanged_ = zone_ != kZone;
+  if (isZoneChanged_) {
+    setenv("TZ", kZone, 1);
+    tzset();
+  }
 }
 
 NeutralSurroundings::~NeutralSurroundings() {
-  if (zone_) {
-    setenv("TZ", zone_->c_str(), 1);
-  } else {
-    unsetenv("TZ");
+  if (isZoneChanged_) {
+    zone_ ? setenv("TZ", zone_->c_str(), 1) : unsetenv("TZ");
+    tzset();
   }
-  tzset();
   uselocale(before_);
   freelocale(utf8_);
 }

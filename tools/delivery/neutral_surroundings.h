@@ -10,7 +10,8 @@ namespace tools {
 
 // As long as it lives, this thread's character set is UTF-8 and this process's time zone UTC,
 // whatever the user's are: libarchive converts names and a zip's times by these. The one before is
-// restored at the end. Main thread. Throws InputError if the system has no such locale.
+// restored at the end. Only the first one of a process changes the zone: while it lives, in the
+// main thread, further ones may live in any. Throws InputError if the system has no such locale.
 class NeutralSurroundings {
  public:
   NeutralSurroundings();
@@ -22,6 +23,7 @@ class NeutralSurroundings {
   locale_t utf8_;
   locale_t before_;
   std::optional<std::string> zone_;  // the value of TZ, if it was set
+  bool isZoneChanged_ = false;
 };
 
 }  // namespace tools

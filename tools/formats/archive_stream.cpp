@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 
 #include "tools/system/input_error.h"
 #include "tools/system/interruption.h"
@@ -12,9 +13,12 @@ namespace tools {
 
 static const size_t kCopyChunk = 256 * 1024;
 static const unsigned kArchiveMode = 0644;
+// LibTomCrypt's tables of hashes and generators are the process's.
+static std::mutex cryptoTables;
 
 ArchiveStream::ArchiveStream(const std::string& path)
     : file_(path, kArchiveMode), hash_(allocHashState()) {
+  const std::lock_guard<std::mutex> lock(cryptoTables);
   if (!initHash(hash_.get())) {
     throw InputError("the archive's hash cannot be set up");
   }
@@ -61,7 +65,10 @@ void ArchiveStream::sign(const SigningKey& key) {
   if (digest == nullptr) {
     throw InputError("the archive's hash cannot be finished");
   }
-  const std::string record = signatureRecord(size_, key.signatureHex(digest.get()));
+  const std::string record = [&] {
+    const std::lock_guard<std::mutex> lock(cryptoTables);
+    return signatureRecord(size_, key.signatureHex(digest.get()));
+  }();
   file_.write(record.data(), record.size());
 }
 

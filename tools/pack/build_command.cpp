@@ -1,4 +1,5 @@
 #include <memory>
+#include <string>
 
 #include "tools/build/build.h"
 #include "tools/pack/commands.h"
@@ -18,6 +19,14 @@ static void addOverrides(const Command& command, BuildOptions* options) {
                "Overrides the project's [signing] key; - is standard input");
   command.text("--runtime", &options->runtime, "Pack the runtime in this folder instead");
   command.text("--jdk", &options->jdk, "The JDK that makes the runtime");
+}
+
+static void requireJobs(int jobs) {
+  constexpr int kMost = 256;
+  if (jobs < 0 || jobs > kMost) {
+    failUsage("--jobs " + std::to_string(jobs) + " is not a number from 0 to " +
+              std::to_string(kMost));
+  }
 }
 
 void addBuildCommand(const Command& app, const ProgramFiles& files) {
@@ -40,11 +49,17 @@ void addBuildCommand(const Command& app, const ProgramFiles& files) {
                "Make a bundle with just the launcher, too");
   command.flag("--no-cache", &options->avoidsCache,
                "Make everything anew, and keep nothing for the next build");
+  command.number(
+      "--jobs", &options->jobs,
+      "How many compressions run side by side; 0, the default, for what suits this machine");
   addOverrides(command, options.get());
   const Option quiet = command.flag("-q,--quiet", &options->isQuiet, "Print nothing on success");
   command.flag("-v,--verbose", &options->isVerbose, "Print every step in a line, with details")
       .excludes(quiet);
-  command.runs([options] { runBuild(*options); });
+  command.runs([options] {
+    requireJobs(options->jobs);
+    runBuild(*options);
+  });
 }
 
 }  // namespace tools

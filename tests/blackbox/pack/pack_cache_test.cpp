@@ -94,6 +94,38 @@ TEST_F(PackCache, GivesTheNextBuildTheRuntimeAndItsArchiveWithTheSameBytes) {
   EXPECT_EQ(first, test::manifestOf(project_ / "dist"));
 }
 
+TEST_F(PackCache, GivesABuildWithAnotherApplicationAllThatIsNotOfTheApplication) {
+  build();
+  const Texts before = entries("component");
+  ASSERT_EQ(4u, before.size()) << "application and updater, for the site and for installers";
+  std::vector<ino_t> identities;
+  for (const std::string& entry : before) {
+    identities.push_back(identityOf(entry + "/content"));
+  }
+  test::writeFile(project_ / "app/lib/other.jar", test::jarOf({{"a library", "changed"}}));
+  build();
+  const std::string changed = test::manifestOf(project_ / "dist");
+  EXPECT_EQ(6u, entries("component").size());
+  EXPECT_EQ(1u, entries("archive").size());
+  EXPECT_EQ(1u, calls());
+  for (size_t i = 0; i < before.size(); ++i) {
+    EXPECT_EQ(identities[i], identityOf(before[i] + "/content"));
+  }
+  build({"--no-cache"});
+  EXPECT_EQ(changed, test::manifestOf(project_ / "dist"));
+}
+
+TEST_F(PackCache, NoticesADamagedApplicationAndPacksItAgain) {
+  build();
+  const std::string first = test::manifestOf(project_ / "dist");
+  for (const std::string& entry : entries("component")) {
+    test::writeFile(entry + "/content", "damaged");
+  }
+  build();
+  EXPECT_EQ(4u, entries("component").size());
+  EXPECT_EQ(first, test::manifestOf(project_ / "dist"));
+}
+
 TEST_F(PackCache, IsNotTouchedWhenItIsNotWanted) {
   build({"--no-cache"});
   EXPECT_FALSE(test::exists(cache()));
@@ -201,7 +233,7 @@ TEST_F(PackCache, IsBelowTheHomeFolderUnlessTheEnvironmentNamesAnotherPlace) {
   project_.buildDownloads({}, {{"XDG_CACHE_HOME", "relative"}, {"HOME", project_ / "home"}})
       .ends(0);
   const bool isMac = test::exists(project_ / "home/Library");
-  EXPECT_EQ(2u, test::namesIn(project_ /
+  EXPECT_EQ(6u, test::namesIn(project_ /
                               (isMac ? "home/Library/Caches/Quorvane" : "home/.cache/quorvane"))
                     .size());
 }
@@ -223,7 +255,7 @@ TEST_F(PackCache, IsSharedByBuildsAtTheSameTime) {
         << test::readFile(project_ / "err" + std::to_string(i));
     EXPECT_EQ(wanted, test::manifestOf(project_ / "dist" + std::to_string(i)));
   }
-  EXPECT_EQ(2u, test::namesIn(cache()).size());
+  EXPECT_EQ(6u, test::namesIn(cache()).size());
 }
 
 TEST_F(PackCache, KeepsTheNamesOfTheModulesThatTheJarsNeed) {

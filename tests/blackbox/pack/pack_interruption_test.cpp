@@ -22,6 +22,7 @@ class PackInterruption : public testing::Test {
   void start(const std::string& sign) {
     test::writeFile(project_ / "quorvane.toml", project_.text);
     fs::create_directory(project_ / "tmp");
+    command_.arguments.insert(command_.arguments.end(), words_.begin(), words_.end());
     command_.environment = {{"TMPDIR", project_ / "tmp"}};
     build_ = test::start(command_, project_ / "out", project_ / "err");
     for (int i = 0; i < 6000 && !test::exists(project_ / sign); ++i) {
@@ -41,6 +42,16 @@ class PackInterruption : public testing::Test {
     waitForEnd();
   }
 
+  // Makes a file that takes long to compress.
+  void addRandomBytes(const std::string& name) const {
+    std::string bytes(40u << 20, '\0');
+    std::mt19937 random;
+    for (char& byte : bytes) {
+      byte = static_cast<char>(random());
+    }
+    test::writeFile(project_ / name, bytes);
+  }
+
   // The runtime is made by a jlink that is this script.
   void useJlink(const std::string& script) {
     project_.replace("folder = \"runtime\"", "jdk = \"jdk\"\nmodules = [\"java.base\"]");
@@ -58,21 +69,39 @@ class PackInterruption : public testing::Test {
   test::SmallProject project_;
   test::Command command_ =
       test::packCommand(project_.path(), {"build", "--quiet", "--executables", "bin"});
+  std::vector<std::string> words_;  // more of the command line
   pid_t build_ = 0;
   test::Result result_;
 };
 
 TEST_F(PackInterruption, WhilePackingLeavesNothing) {
-  // Random bytes, which take long to compress.
-  std::string bytes(40u << 20, '\0');
-  std::mt19937 random;
-  for (char& byte : bytes) {
-    byte = static_cast<char>(random());
-  }
-  test::writeFile(project_ / "runtime/lib/modules", bytes);
+  addRandomBytes("runtime/lib/modules");
   interrupt(SIGINT, "dist/.quorvane-unfinished/site");
   EXPECT_EQ(128 + SIGINT, result_.status);
   expectNothingLeft();
+}
+
+TEST_F(PackInterruption, WhilePackingSideBySideLeavesNothing) {
+  addRandomBytes("runtime/lib/modules");
+  addRandomBytes("app/data");
+  words_ = {"--jobs", "4"};
+  interrupt(SIGINT, "dist/.quorvane-unfinished/site");
+  EXPECT_EQ(128 + SIGINT, result_.status);
+  expectNothingLeft();
+}
+
+TEST_F(PackInterruption, OfPackingByAFailureElsewhereLeavesNothing) {
+  addRandomBytes("app/data");
+  useJlink("echo no such module; exit 1\n");
+  words_ = {"--jobs", "4"};
+  start("dist");
+  waitForEnd();
+  EXPECT_EQ(1, result_.status);
+  const std::string err = test::readFile(project_ / "err");
+  EXPECT_NE(std::string::npos, err.find("bin/jlink failed:\nno such module")) << err;
+  EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "tmp"));
+  EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "dist"));
+  EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "cache/quorvane"));
 }
 
 TEST_F(PackInterruption, WhileAProgramRunsEndsItAndLeavesNothing) {
