@@ -63,7 +63,18 @@ class PackInterruption : public testing::Test {
               test::readFile(project_ / "err"));
     EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "tmp"));
     EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "dist"));
-    EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "cache/quorvane"));
+    EXPECT_EQ(std::vector<std::string>{}, unfinishedInCache());
+  }
+
+  // What was packed before the end is whole, and the next build takes it.
+  std::vector<std::string> unfinishedInCache() const {
+    std::vector<std::string> names;
+    for (const std::string& name : test::namesIn(project_ / "cache/quorvane")) {
+      if (name.rfind("component-", 0) != 0) {
+        names.push_back(name);
+      }
+    }
+    return names;
   }
 
   test::SmallProject project_;
@@ -101,7 +112,7 @@ TEST_F(PackInterruption, OfPackingByAFailureElsewhereLeavesNothing) {
   EXPECT_NE(std::string::npos, err.find("bin/jlink failed:\nno such module")) << err;
   EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "tmp"));
   EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "dist"));
-  EXPECT_EQ(std::vector<std::string>{}, test::namesIn(project_ / "cache/quorvane"));
+  EXPECT_EQ(std::vector<std::string>{}, unfinishedInCache());
 }
 
 TEST_F(PackInterruption, WhileAProgramRunsEndsItAndLeavesNothing) {
