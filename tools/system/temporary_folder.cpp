@@ -57,13 +57,26 @@ TemporaryFolder::~TemporaryFolder() {
   unlink((path_ + kLockEnd).c_str());
 }
 
+// A lock is made after its folder and removed after it: one without a folder is of a process that
+// was killed in between.
+static void removeLoneLock(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid()) {
+    unlink(path.c_str());
+  }
+}
+
 // Removes the folder `path` if nobody holds its lock.
 static void removeIfAbandoned(const std::string& path) {
+  const std::string lockPath = path + kLockEnd;
   struct stat folder {};
-  if (lstat(path.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode) || folder.st_uid != geteuid()) {
+  if (lstat(path.c_str(), &folder) != 0) {
+    removeLoneLock(lockPath);
     return;
   }
-  const std::string lockPath = path + kLockEnd;
+  if (!S_ISDIR(folder.st_mode) || folder.st_uid != geteuid()) {
+    return;
+  }
   const Descriptor lock(open(lockPath.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
   struct stat status {};
   if (lock.get() < 0 || fstat(lock.get(), &status) != 0 || !S_ISREG(status.st_mode) ||

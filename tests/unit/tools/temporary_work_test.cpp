@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
@@ -47,6 +48,14 @@ TEST(AbandonedFolders, AreRemovedAndThoseInUseAreNot) {
   EXPECT_TRUE(test::exists(used / "file"));
   EXPECT_EQ(2u, test::namesIn(place.path()).size());
   EXPECT_FALSE(test::exists(place / "quorvane-aaaaaa"));
+}
+
+TEST(AbandonedFolders, LeaveNoLockBehindThatHasNoFolderAnyMore) {
+  const test::TempFolder place;
+  test::writeFile(place / "quorvane-aaaaaa.lock", "");
+  std::filesystem::create_directory(place / "quorvane-bbbbbb.lock");
+  tools::removeAbandonedFolders(place.path());
+  EXPECT_EQ(std::vector<std::string>{"quorvane-bbbbbb.lock"}, test::namesIn(place.path()));
 }
 
 TEST(AbandonedFolders, LeadNowhereElse) {
