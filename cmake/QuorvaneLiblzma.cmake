@@ -17,6 +17,8 @@ set(decoder
 set(encoder
   check/crc32_fast.c  # its table, for hashes of what was seen
   common/alone_encoder.c
+  common/filter_common.c  # with the next, what memory an encoder takes
+  common/filter_encoder.c
   lz/lz_encoder.c
   lz/lz_encoder_mf.c
   lzma/fastpos_table.c
@@ -32,7 +34,7 @@ list(TRANSFORM encoder PREPEND "${sources}/liblzma/")
 add_library(quorvane_liblzma STATIC EXCLUDE_FROM_ALL ${decoder} ${encoder})
 target_include_directories(quorvane_liblzma SYSTEM PUBLIC "${sources}/liblzma/api")
 target_include_directories(quorvane_liblzma PRIVATE "${sources}/common")
-foreach(folder IN ITEMS check common lz lzma rangecoder)
+foreach(folder IN ITEMS check common delta lz lzma rangecoder simple)
   target_include_directories(quorvane_liblzma PRIVATE "${sources}/liblzma/${folder}")
 endforeach()
 target_compile_definitions(quorvane_liblzma
