@@ -10,8 +10,7 @@ namespace tools {
 
 static std::atomic<int> notedSignal{0};
 static std::atomic<pid_t> runningChild{0};
-static_assert(std::atomic<int>::is_always_lock_free && std::atomic<pid_t>::is_always_lock_free,
-              "a signal handler may use them");
+static_assert(std::atomic<pid_t>::is_always_lock_free, "a signal handler may use them");
 static std::atomic<bool> areThreadsInterrupted{false};
 
 static void note(int signal) {
