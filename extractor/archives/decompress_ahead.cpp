@@ -250,4 +250,5 @@ void endAhead() {
     removeTree(state.folder);
     state.folder[0] = 0;
   }
+  state.isFolderTried = false;
 }

@@ -14,7 +14,10 @@ int realNanosleep(const timespec* duration, timespec* rest) {
 }
 
 size_t realFwrite(const void* bytes, size_t size, size_t count, FILE* file) {
-  return fwrite_unlocked(bytes, size, count, file);
+  flockfile(file);
+  const size_t written = fwrite_unlocked(bytes, size, count, file);
+  funlockfile(file);
+  return written;
 }
 
 int realLinkat(int from, const char* name, int to, const char* other, int flags) {
