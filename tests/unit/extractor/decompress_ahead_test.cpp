@@ -84,7 +84,8 @@ TEST_F(DecompressAhead, EndsTheToolAndRemovesItsFilesWhenTheUserQuits) {
   carry(record("first.p2", 10) + record("second.p2.l2", SMALLEST_AHEAD));
   test::freeBytes = 100 * SMALLEST_AHEAD;
   beginNextAhead(*run_);
-  ASSERT_TRUE(test::comesTrue([&] { return !test::readFile(number).empty(); }));
+  ASSERT_TRUE(
+      test::comesTrue([&] { return test::exists(number) && !test::readFile(number).empty(); }));
   runQuitCleanup();
   EXPECT_TRUE(test::namesIn(folder_ / "master").empty());
   EXPECT_EQ(-1, kill(static_cast<pid_t>(std::stol(test::readFile(number))), 0));
