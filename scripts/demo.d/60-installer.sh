@@ -131,9 +131,20 @@ install_online() {
   show_application "$demo/online"
 }
 
+# The look for updates of an earlier start may outlive it by seconds. It has seen the site as it was, and
+# the next start's look gives way to it.
+await_end_of_look() {
+  for _ in $(seq 300); do
+    grep -qsa "$sample_master.*Update[R]un" /proc/[0-9]*/cmdline || return 0
+    sleep 0.1
+  done
+  fail "an earlier start's look for updates does not end"
+}
+
 # The application that runs learns of the version that is published meanwhile; the next start uses it.
 update_online() {
   say "publishing version 2 by copying its site; the application that runs is told of it"
+  await_end_of_look
   pack_project --update-url "http://127.0.0.1:$port/" --app-version 2
   publish
   run_bundle "$demo/Sample.app" "$demo/told" --until-update
