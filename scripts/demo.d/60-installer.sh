@@ -115,6 +115,16 @@ publish() {
   cp "$dist"/site/*-version.txt "$demo/web/"
 }
 
+# The look for updates of an earlier start may outlive it by half a minute. It remembers when to look next,
+# also where the account is a new one by then, and the next start's look gives way to it.
+await_end_of_look() {
+  for _ in $(seq 1200); do
+    grep -qsa "$sample_master.*Update[R]un" /proc/[0-9]*/cmdline || return 0
+    sleep 0.1
+  done
+  fail "an earlier start's look for updates does not end"
+}
+
 # The online installer carries only the updater: runtime and application come from the update site.
 install_online() {
   say "running an online installer on an account without the application: all comes from the update site"
@@ -124,21 +134,12 @@ install_online() {
   pack_project --update-url "http://127.0.0.1:$port/"
   publish
   cp -r "$bundles/online/Sample.app" "$demo/Sample.app"
+  await_end_of_look
   rm -rf "$sample_master"
   run_bundle "$demo/Sample.app" "$demo/online"
   must_log "$demo/online" "[JREDownload] Downloaded JRE is now ready."
   must_log "$demo/online" "Installing version 1 of Sample"
   show_application "$demo/online"
-}
-
-# The look for updates of an earlier start may outlive it by seconds. It has seen the site as it was, and
-# the next start's look gives way to it.
-await_end_of_look() {
-  for _ in $(seq 300); do
-    grep -qsa "$sample_master.*Update[R]un" /proc/[0-9]*/cmdline || return 0
-    sleep 0.1
-  done
-  fail "an earlier start's look for updates does not end"
 }
 
 # The application that runs learns of the version that is published meanwhile; the next start uses it.
