@@ -94,7 +94,7 @@ class Ahead : public testing::Test {
   std::vector<std::string> comparableLines(const test::Result& result) const {
     const std::regex changing(
         "QuorvaneTemp-[0-9]+-[0-9]+|QVLaunchProperties-[0-9]+|Wrapper-[-0-9]+|"
-        "Spawn call done [0-9]+|pid=[0-9]+");
+        "Spawn call done [0-9]+|pid=[0-9]+|\\+[0-9]+ +");
     std::vector<std::string> lines;
     for (const std::string& line : test::logLinesOf(result.out)) {
       const std::string ownPath = withoutPaths(line, installer_.home.path(), "HOME");
